@@ -1,0 +1,38 @@
+# Set-up and everyday commands. Each target installs what is missing and builds first.
+BUILD      ?= build
+BENCH_DIR  ?= build-release
+CMAKE_GEN  := -G Ninja
+
+.PHONY: deps build run test bench clean
+
+deps:
+	@scripts/install-deps
+
+# Tests build optimised with assertions on (no NDEBUG).
+$(BUILD)/build.ninja: | deps
+	cmake -S . -B $(BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=RelWithAsserts \
+	  -DCMAKE_CXX_FLAGS_RELWITHASSERTS="-O2 -g1" -DDICEHALL_TESTS=ON
+
+build: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD)
+
+# Until the desktop table exists, the main job is a short demo session of the simulator.
+run: build
+	./$(BUILD)/dicehall-sim --rolls 20000 --seed 2026 \
+	  --player Ann:1000 --player Bob:1000 \
+	  --bet "Ann:Pass Line=10" --bet "Bob:Pass Line=5"
+
+test: build
+	cd $(BUILD) && ctest -j2 --output-on-failure
+
+$(BENCH_DIR)/build.ninja: | deps
+	cmake -S . -B $(BENCH_DIR) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release \
+	  -DDICEHALL_TESTS=OFF -DDICEHALL_BENCH=ON
+
+bench: deps $(BENCH_DIR)/build.ninja
+	cmake --build $(BENCH_DIR)
+	./$(BENCH_DIR)/dicehall-bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+	./$(BENCH_DIR)/dicehall-sim --bench
+
+clean:
+	rm -rf $(BUILD) $(BENCH_DIR)

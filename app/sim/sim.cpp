@@ -1,0 +1,294 @@
+#include "app/sim/sim.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fmt/format.h>
+#include <memory>
+#include <ostream>
+
+#include "automation/auto_roll.h"
+#include "dice/seeding.h"
+#include "engine/game_state.h"
+#include "engine/placement.h"
+#include "engine/players.h"
+#include "engine/roll_cycle.h"
+
+namespace {
+
+struct StandingBet {
+  int seat;
+  int bet;
+  Money amount;
+};
+
+struct Standing {
+  StandingBet bets[64];
+  int count = 0;
+};
+
+// The bets this runner can make so far: the line bets, whose rules are complete.
+bool Offered(int bet) { return bet == bet::PassLine || bet == bet::DontPass; }
+
+// Before every roll: each standing bet that is absent and that the table allows. Line
+// bets are made on the come-out, never as put bets.
+void PlaceStanding(Game& g, void* data) {
+  const Standing& s = *static_cast<const Standing*>(data);
+  for (int i = 0; i < s.count; ++i) {
+    const StandingBet& b = s.bets[i];
+    if (g.BetAmount[b.seat][b.bet].raw > 0) continue;
+    if ((b.bet == bet::PassLine || b.bet == bet::DontPass) && !IsComeOut(g)) continue;
+    ChangeBet(g, b.seat, b.bet, b.amount);
+  }
+}
+
+// Reports progress on a terminal about once a second; silent otherwise.
+class SimUi : public HeadlessUi {
+ public:
+  const Game* game = nullptr;
+  int64_t target = 0;
+  bool tty = false;
+  std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
+  void Yield() override {
+    if (!tty || game == nullptr) return;
+    auto now = std::chrono::steady_clock::now();
+    if (now - last < std::chrono::seconds(1)) return;
+    last = now;
+    const int64_t done = game->Stats.RollCount[kSessionScope][0];
+    fmt::print(stderr, "\r{} of {} rolls ({:.0f}%)", done, target, target ? 100.0 * done / target : 0.0);
+    std::fflush(stderr);
+  }
+};
+
+bool SplitOnce(const std::string& s, char c, std::string& left, std::string& right) {
+  size_t at = s.find(c);
+  if (at == std::string::npos) return false;
+  left = s.substr(0, at);
+  right = s.substr(at + 1);
+  return true;
+}
+
+std::string Trim(std::string s) {
+  while (!s.empty() && s.front() == ' ') s.erase(s.begin());
+  while (!s.empty() && s.back() == ' ') s.pop_back();
+  return s;
+}
+
+int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly) {
+  int32_t n = 0;
+  for (int t = 2; t <= 12; ++t) {
+    if (pointsOnly && (t == 2 || t == 3 || t == 7 || t == 11 || t == 12)) continue;
+    n += st.HandDecisions[column][t][which];
+  }
+  return n;
+}
+
+// The roll cycle of a set-up game, `rolls` rolls of Hyper-Drive.
+void RunHyperDrive(Game& g, int64_t rolls) {
+  g.Auto.AutoStopRolls = Money::Dollars(rolls);
+  g.Auto.AutoRollThrottle = 0;
+  if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
+  ToggleAutoRoll(g);
+  RollDice(g);
+}
+
+void SetUpGame(Game& g, UserInterface& ui, bool seeded, uint32_t seed) {
+  g.Ui = &ui;
+  g.Time = &DefaultClock();
+  SetDefaultGame(g);
+  if (seeded) g.Dice.pendingSeed = Money::Dollars(seed);
+  SeedRng(g, seeded);
+}
+
+}  // namespace
+
+std::string ResolveDataDir(const std::string& option) {
+  if (!option.empty()) return option;
+  if (const char* home = std::getenv("DICEHALL_HOME"); home && *home) return home;
+  if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg) return std::string(xdg) + "/dicehall";
+  const char* home = std::getenv("HOME");
+  return std::string(home ? home : ".") + "/.local/share/dicehall";
+}
+
+int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
+  CLI::App app{
+      "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a summary.\n"
+      "Players are seated from 4L toward 4R in the order given and buy in with their bankroll.\n"
+      "Before every roll each --bet that is absent is placed again if the table allows it\n"
+      "(line bets are made on the come-out only). Bets that win or lose come down and are\n"
+      "placed again before the next roll. Bets offered so far: \"Pass Line\", \"Don't Pass\".\n"
+      "Exit codes: 0 after the rolls or when the table stops by itself (its reason printed as\n"
+      "\"Stopped: <text>\"), 1 for a script or file fault, 2 for bad options.",
+      "dicehall-sim"};
+  std::vector<std::string> players, bets;
+  int64_t rolls = 1000;
+  int64_t seed = -1;
+  app.add_option("--player", players,
+                 "NAME[:BANKROLL[:SCRIPT.bet]] seat a player (repeatable; bankroll 1000 by default; a negative "
+                 "bankroll allows a negative bankroll for that seat)");
+  app.add_option("--bet", bets,
+                 "[NAME:]BET=AMOUNT a standing bet, e.g. \"Ann:Pass Line=10\" (repeatable; the name may be left out "
+                 "when one player sits; bet names ignore case)");
+  app.add_option("--rolls", rolls, "number of rolls to play (default 1000)")->check(CLI::PositiveNumber);
+  app.add_option("--seed", seed, "seed of the dice generator, 1 to 2147483647 (default: from the time of day)")
+      ->check(CLI::Range(int64_t{1}, int64_t{2147483647}));
+  app.add_option("--data-dir", o.dataDir,
+                 "the program folder (default $DICEHALL_HOME, else $XDG_DATA_HOME/dicehall, else "
+                 "~/.local/share/dicehall)");
+  app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    out << app.help();
+    return 0;
+  } catch (const CLI::ParseError& e) {
+    err << "dicehall-sim: " << e.what() << "\n";
+    return 2;
+  }
+  o.rolls = rolls;
+  if (seed > 0) {
+    o.seeded = true;
+    o.seed = static_cast<uint32_t>(seed);
+  }
+  for (const std::string& p : players) {
+    SimPlayer sp;
+    std::string rest;
+    if (!SplitOnce(p, ':', sp.name, rest)) {
+      sp.name = p;
+    } else {
+      std::string amount, script;
+      if (!SplitOnce(rest, ':', amount, script)) amount = rest;
+      std::string error;
+      if (!amount.empty() && !ParseMoney(amount, sp.bankroll, error)) {
+        err << "dicehall-sim: --player " << p << ": " << error << "\n";
+        return 2;
+      }
+      sp.script = script;
+    }
+    sp.name = Trim(sp.name);
+    if (sp.name.empty()) {
+      err << "dicehall-sim: --player " << p << ": the player has no name.\n";
+      return 2;
+    }
+    for (const SimPlayer& other : o.players)
+      if (other.name == sp.name) {
+        err << "dicehall-sim: --player " << p << ": there's already a player named " << sp.name << ".\n";
+        return 2;
+      }
+    o.players.push_back(sp);
+  }
+  if (o.players.size() > 8) {
+    err << "dicehall-sim: the table has eight seats; " << o.players.size() << " players were given.\n";
+    return 2;
+  }
+  for (const std::string& b : bets) {
+    SimBet sb;
+    std::string lhs, amount;
+    if (!SplitOnce(b, '=', lhs, amount)) {
+      err << "dicehall-sim: --bet " << b << ": expected [NAME:]BET=AMOUNT.\n";
+      return 2;
+    }
+    std::string name = lhs, player;
+    if (SplitOnce(lhs, ':', player, name)) sb.player = Trim(player);
+    sb.bet = FindBetByName(name);
+    if (sb.bet == 0) {
+      err << "dicehall-sim: --bet " << b << ": there is no bet named \"" << Trim(name) << "\".\n";
+      return 2;
+    }
+    if (!Offered(sb.bet)) {
+      err << "dicehall-sim: --bet " << b << ": the " << BetName(sb.bet)
+          << " bet can't be made by dicehall-sim yet; offered so far: Pass Line, Don't Pass.\n";
+      return 2;
+    }
+    std::string error;
+    if (!ParseMoney(amount, sb.amount, error)) {
+      err << "dicehall-sim: --bet " << b << ": " << error << "\n";
+      return 2;
+    }
+    if (sb.amount.raw <= 0) {
+      err << "dicehall-sim: --bet " << b << ": the amount must be above 0.\n";
+      return 2;
+    }
+    if (sb.player.empty()) {
+      if (o.players.size() != 1) {
+        err << "dicehall-sim: --bet " << b << ": name the player (NAME:BET=AMOUNT) when "
+            << (o.players.empty() ? "no player sits." : "several players sit.") << "\n";
+        return 2;
+      }
+      sb.player = o.players[0].name;
+    }
+    bool known = false;
+    for (const SimPlayer& p : o.players) known = known || p.name == sb.player;
+    if (!known) {
+      err << "dicehall-sim: --bet " << b << ": there's no player named " << sb.player << ".\n";
+      return 2;
+    }
+    o.bets.push_back(sb);
+  }
+  const std::string dir = ResolveDataDir(o.dataDir);
+  std::error_code ec;
+  if (std::filesystem::exists(dir, ec) && !std::filesystem::is_directory(dir, ec)) {
+    err << "dicehall-sim: the data folder " << dir << " is not a folder.\n";
+    return 2;
+  }
+  return -1;
+}
+
+int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
+  for (const SimPlayer& p : o.players)
+    if (!p.script.empty()) {
+      err << "dicehall-sim: " << p.name << "'s script " << p.script
+          << ": Auto-Bet scripts can't be run by this build yet.\n";
+      return 1;
+    }
+  auto game = std::make_unique<Game>();
+  Game& g = *game;
+  SimUi ui;
+  ui.game = &g;
+  ui.target = o.rolls;
+  ui.tty = isatty(STDERR_FILENO);
+  SetUpGame(g, ui, o.seeded, o.seed);
+  int seat = 1;
+  for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
+
+  Standing standing;
+  for (const SimBet& b : o.bets) {
+    int s = 0;
+    for (int i = 1; i < kSeats; ++i)
+      if (g.PlayerName[i] == b.player) s = i;
+    if (standing.count < 64) standing.bets[standing.count++] = {s, b.bet, b.amount};
+  }
+  g.Auto.AfterRoll = &PlaceStanding;
+  g.Auto.AfterRollData = &standing;
+  RunHyperDrive(g, o.rolls);
+  if (ui.tty) fmt::print(stderr, "\r{:40}\r", "");
+
+  const Statistics& st = g.Stats;
+  out << fmt::format("Rolls:        {}\n", st.RollCount[kSessionScope][0]);
+  out << fmt::format("Hands:        {}\n", st.HandsShot[kSessionScope]);
+  out << fmt::format("Passes:       {}\n", SumDecisions(st, kSessionScope, 1, false));
+  out << fmt::format("Misses:       {}\n", SumDecisions(st, kSessionScope, 2, false));
+  out << fmt::format("Points made:  {}\n", SumDecisions(st, kSessionScope, 1, true));
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    const Money bankroll = g.Bankroll[kSessionScope + s];
+    const Money net = bankroll - g.BuyInTotal[kSessionScope + s];
+    out << fmt::format("{} ({}): bankroll {}, net {}\n", g.PlayerName[s], SeatName(s), DollarText(bankroll),
+                       DollarText(net));
+    for (int b = 1; b <= kBets; ++b) {
+      const auto& w = st.BetStats[kSessionScope + s][b];
+      if (w[0].raw == 0) continue;
+      const Money won = st.BetWinStats[kSessionScope + s][b][1];
+      const Money lost = st.BetLossStats[kSessionScope + s][b][1];
+      out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {}\n", BetName(b),
+                         w[0].raw / Money::kScale, DollarText(w[1]), DollarText(won), DollarText(lost),
+                         DollarText(won - lost));
+    }
+  }
+  const bool finished = g.StopReason == "Stopped by Auto-Stop." && st.RollCount[kSessionScope][0] == o.rolls;
+  if (!finished && !g.StopReason.empty()) out << "Stopped: " << g.StopReason << "\n";
+  return 0;
+}

@@ -1,0 +1,43 @@
+#pragma once
+// dicehall-sim: seats players with standing bets, runs Hyper-Drive and reports.
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "engine/money.h"
+
+struct SimPlayer {
+  std::string name;
+  Money bankroll = Money::Dollars(1000);
+  std::string script;  // a .bet file, or ""
+};
+
+struct SimBet {
+  std::string player;  // "" when the only player is meant
+  int bet = 0;
+  Money amount;
+};
+
+struct SimOptions {
+  std::vector<SimPlayer> players;
+  std::vector<SimBet> bets;
+  int64_t rolls = 1000;
+  bool seeded = false;
+  uint32_t seed = 0;
+  std::string dataDir;
+  bool bench = false;
+};
+
+// Parses the command line. Returns -1 to go on, else the exit code (0 for --help,
+// 2 for bad options), with what to say written to `out` or `err`.
+int ParseSimOptions(int argc, const char* const* argv, SimOptions& options, std::ostream& out, std::ostream& err);
+// Runs the session and prints the summary. Returns the exit code.
+int RunSim(const SimOptions& options, std::ostream& out, std::ostream& err);
+// The fixed seeded scenarios with their speed and signature.
+int RunSimBench(std::ostream& out);
+
+// The folder the program keeps its files in: --data-dir, else $DICEHALL_HOME, else
+// $XDG_DATA_HOME/dicehall, else ~/.local/share/dicehall.
+std::string ResolveDataDir(const std::string& option);

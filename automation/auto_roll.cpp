@@ -1,0 +1,58 @@
+#include "automation/auto_roll.h"
+
+#include "engine/bankroll.h"
+#include "engine/messages.h"
+#include "storage/language_text.h"
+
+namespace {
+
+std::string Text(const Game& g, int number) { return std::string(LanguageText(g.LanguageId, number)); }
+
+}  // namespace
+
+void ToggleAutoRoll(Game& g) {
+  if (!g.Auto.AutoRollActive) {
+    // A table stopped by a bankroll limit only repeats that stop.
+    if (g.Table.PendingStopSeat != 0) {
+      LimitStop(g, g.Table.PendingStopSeat);
+      return;
+    }
+    g.Auto.AutoRollActive = true;
+    if (g.Auto.AutoRollThrottle >= 12) {
+      g.Auto.HyperDrive = false;
+      g.SilentMode = false;
+      g.Auto.ButtonText = Text(g, 116);
+    } else {
+      g.Auto.HyperDrive = true;
+      g.SilentMode = true;
+      g.Auto.StatusText = Text(g, 114);
+      g.Auto.ButtonText = Text(g, 113);
+    }
+    return;
+  }
+  g.Auto.AutoRollActive = false;
+  if (!g.Auto.HyperDrive) {
+    g.Auto.ButtonText = Text(g, 115);
+    return;
+  }
+  g.Auto.HyperDrive = false;
+  g.SilentMode = false;
+  g.Auto.ButtonText = Text(g, 112);
+  g.Auto.WindowTitle = "DiceHall Hyper-Drive Stopped";
+  if (!g.StopReason.empty()) Tell(g, g.StopReason, "Hyper-Drive Stopped", 0, msg::kOk);
+  if (g.Ui) g.Ui->Refresh({"table", "frmRolls"});
+}
+
+void SetAutoRollThrottle(Game& g, int throttle) {
+  g.Auto.AutoRollThrottle = throttle < 0 ? 0 : throttle > 12 ? 12 : throttle;
+  const bool hyper = g.Auto.AutoRollThrottle < 12;
+  if (!g.Auto.AutoRollActive) {
+    g.Auto.ButtonText = Text(g, hyper ? 112 : 115);
+    return;
+  }
+  g.Auto.HyperDrive = hyper;
+  g.SilentMode = hyper;
+  g.Auto.ButtonText = Text(g, hyper ? 113 : 116);
+  if (hyper) g.Auto.StatusText = Text(g, 114);
+  else if (g.Ui) g.Ui->Refresh({"table"});
+}

@@ -1,0 +1,17 @@
+#pragma once
+// The reference Mersenne Twister MT19937: init_genrand seeds it, genrand_real2 gives a
+// double on [0, 1) with 32-bit resolution. Its state lives in the game, so two tables
+// never share a sequence.
+
+#include <array>
+#include <cstdint>
+
+struct Mt19937 {
+  static constexpr int N = 624;
+  std::array<uint32_t, N> mt{};
+  int mti = N + 1;  // N + 1: not seeded yet
+};
+
+void InitGenrand(Mt19937& g, uint32_t seed);
+uint32_t GenrandInt32(Mt19937& g);
+inline double GenrandReal2(Mt19937& g) { return GenrandInt32(g) * (1.0 / 4294967296.0); }

@@ -1,0 +1,12 @@
+#pragma once
+// Money entering and leaving a seat outside of bets: buy-in and the limit stop.
+
+#include "engine/game_state.h"
+
+// Sets up the seat's bankroll for a session.
+void BuyIn(Game& g, int seat, Money amount);
+// Stops play for the seat whose bankroll passed a limit; the table stays frozen until
+// a new session.
+void LimitStop(Game& g, int seat);
+// Whether a bankroll is beyond either limit.
+inline bool BeyondBankrollLimit(Money bankroll) { return Abs(bankroll) > kMaxBankroll; }

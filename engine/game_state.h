@@ -1,0 +1,147 @@
+#pragma once
+// The game object: every store of one table. Procedures are free functions over it;
+// each store is written in one place and read by everyone else.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "dice/generators.h"
+#include "engine/bets.h"
+#include "engine/clock.h"
+#include "engine/money.h"
+#include "engine/user_interface.h"
+#include "stats/statistics.h"
+#include "storage/rules.h"
+
+template <class T>
+using BySeat = std::array<T, kSeats>;
+template <class T>
+using ByScope = std::array<T, kScopeColumns>;
+template <class T>
+using ByBetRow = std::array<std::array<T, kBetRows>, kSeats>;
+template <class T>
+using ByBet = std::array<std::array<T, kBets + 1>, kSeats>;
+template <class T>
+using ByPoint = std::array<std::array<T, 6>, kSeats>;
+
+constexpr Money kMaxBankroll = Money::Dollars(9999999);
+constexpr int32_t kMaxSessionRolls = 2000000000;
+constexpr int kBankrollGraphSize = 1050;
+
+struct TableState {
+  int32_t Die1 = 3, Die2 = 4;
+  int32_t DiceTotal = 7;
+  int32_t Point = 0;
+  int32_t PriorPoint = 0;
+  int32_t SecondPriorPoint = 0;
+  int32_t LastPoint = 0;
+  int32_t Shooter = 0;
+  int32_t HandShooter = 0;
+  int32_t LastHandShooter = 0;
+  int32_t NumberOfPlayers = 0;
+  int32_t ComeOutRollsInHand = 0;
+  int32_t PassesInHand = 0;
+  int32_t MissesInHand = 0;
+  bool Rolling = false;
+  int32_t PendingStopSeat = 0;
+  int32_t FireMask = 0, FireCount = 0;
+  int32_t HotRollerMask = 0, HotRollerCount = 0;
+  int32_t FourRollCount = 0;
+  int32_t AllNumbersMask = 0;
+  int32_t PointsWon = 0, PassesMade = 0;
+  std::array<int32_t, 13> RepeaterCount{};  // totals 2..12
+};
+
+// Settle rule of a seat for one purpose row: the dialog's "Modify" and "Bet" rows.
+struct SettleRule {
+  int Operator = 0;  // 0 add, 1 subtract, 2 multiply, 3 divide
+  Money Operand;
+  int Units = 0;  // 0 dollars, 1 percent, above 1 the check size selector + 1
+};
+
+// Auto-Roll and Hyper-Drive.
+struct AutomationState {
+  bool AutoRollActive = false;
+  bool HyperDrive = false;
+  int32_t AutoRollThrottle = 12;  // 12 Auto-Roll, below 12 Hyper-Drive
+  Money AutoStopRolls;            // a whole number of rolls, 0 for none
+  double AutoRollDelay = 1.0;     // seconds between rolls at normal speed
+  std::string ButtonText;         // the caption of cmdHyperDrive (and cmdHyperDriveActive)
+  std::string StatusText;
+  std::string WindowTitle;
+  // Called after each roll's scripts (and once by the runner before the first roll), so
+  // that a headless runner can place its standing bets; plain pointer, no allocation.
+  void (*AfterRoll)(struct Game&, void*) = nullptr;
+  void* AfterRollData = nullptr;
+  uint32_t YieldCounter = 0;
+};
+
+struct Game {
+  RuleSet Rules;
+  TableState Table;
+  Statistics Stats;
+  DiceSources Dice;
+  AutomationState Auto;
+
+  int32_t LanguageId = 0;
+  std::string OnlineGameName = "DiceHall Online";
+  std::string HostName = "Host";
+
+  // Per seat and bet row (rows 200..299 are the CheckStacks).
+  ByBetRow<Money> BetAmount{};
+  ByBetRow<Money> BetAmountStartOfRoll{};
+  ByBetRow<Money> BetAmountAfterRoll{};
+  std::array<std::array<Money, 200>, kSeats> ContractBase{};
+  ByBet<int32_t> BetWorking{};        // 0 off, 1 on, 2 called on, -1 called off
+  ByBet<int32_t> BetWorkingBeforeRoll{};
+  ByBet<int32_t> DefaultWorking{};
+  std::array<ByBet<int32_t>, 2> BetStreak{};  // the run, and its copy from the start of the roll
+  ByBetRow<int32_t> PlacementA{}, PlacementB{};
+  ByPoint<Money> BuyVigHeld{}, LayVigHeld{}, ComeBase{};
+  std::array<std::string, kBetRows - kCheckStackRow> CheckStackName{};
+
+  // Per seat.
+  BySeat<std::string> PlayerName{};
+  ByScope<Money> Bankroll{}, BeginningBankroll{}, HighBankroll{}, LowBankroll{}, BankrollSum{};
+  ByScope<Money> BuyInTotal{}, Comps{};
+  BySeat<Money> OnTable{}, AvailableBankroll{};
+  BySeat<Money> BankrollStartOfRoll{}, BankrollAfterRoll{};
+  BySeat<bool> AutoTakeOdds{}, AutoLayOdds{}, AutoDownPlace{}, AutoPassDice{};
+  BySeat<int32_t> AutoHandleWin{}, AutoHandleLose{};
+  BySeat<int32_t> BankrollInitType{};  // buy-in mode: 0 amount, 1 ask, 2 carry forward
+  BySeat<Money> BankrollInitAmount{};
+  BySeat<bool> AllowNegBankroll{};
+  // Adjust for proper payoff by kind of bet: 0 Lay, 1 Buy, 2 Place, 3 others.
+  BySeat<std::array<int32_t, 4>> AdjustForPayoff{};
+  BySeat<std::array<SettleRule, 4>> SettleRules{};  // 0 modify winners, 1 set winners, 2, 3 losers
+  BySeat<bool> ScriptActive{}, ScriptActiveCopy{};
+  BySeat<std::string> ScriptFile{};
+  bool ScriptsCompiled = false;
+
+  // Bankroll graph: index 1..1050, scale.
+  int32_t BankrollGraphIndex = 0;
+  int32_t BankrollGraphScaleLow = 1, BankrollGraphScaleHigh = 150;
+  std::array<std::array<Money, kBankrollGraphSize + 1>, kSeats> BankrollHistory{};
+
+  // Working values of the roll cycle.
+  bool SilentMode = false;
+  std::string StopReason;
+  bool Moving = false;  // a Come or Don't Come bet travelling to its number
+
+  // The working slots of the placement gate and of settling.
+  int32_t BetInHand = 0;
+  Money Payoff;           // the rounded payoff of the result being handled
+  double PayoffUnrounded = 0;
+  bool Returned = false;  // the bet may not stay on the table
+
+  // Boundaries.
+  UserInterface* Ui = nullptr;
+  Clock* Time = nullptr;
+};
+
+// Scope columns a change of a seat touches: seat + 0, + 18, + 36.
+constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
+
+inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
+inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }

@@ -1,0 +1,279 @@
+#include "engine/placement.h"
+
+#include "engine/bet_limits.h"
+#include "engine/messages.h"
+
+namespace {
+
+// The message that a cut builds up over the stages; nothing is built under SilentMode.
+struct Pending {
+  bool on = false;  // messages are being built
+  std::string text;
+  int help = 510;
+  int flags = 0;
+
+  void Say(std::string s, int helpId, int noticeClass) {
+    if (!on) return;
+    if (!text.empty()) text += "\n\n";
+    text += s;
+    help = helpId;
+    flags |= noticeClass;
+  }
+};
+
+constexpr int kRuleClass = msg::kClass1, kLimitClass = msg::kClass2;
+
+bool IsContractBet(int bet) {
+  return bet == bet::PassLine || (bet >= bet::Come4 && bet <= bet::Come10) || bet == bet::SevenPoint7;
+}
+
+const PayoffRow& RowOf(const Game& g, int bet) { return g.Rules.BetPayoff[bet]; }
+
+Money HeldVig(const Game& g, int seat, int bet) {
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) return g.BuyVigHeld[seat][bet - bet::Buy4];
+  if (bet >= bet::Lay4 && bet <= bet::Lay10) return g.LayVigHeld[seat][bet - bet::Lay4];
+  return Money{};
+}
+
+// Vig that the bet would hold at `amount`, counted in OnTable only when charged up front.
+Money UpFrontVig(const Game& g, int bet, Money amount) {
+  if (bet >= bet::Buy4 && bet <= bet::Buy10)
+    return g.Rules.ChargeAllBuy ? ComputeBuyVig(g.Rules, bet, amount) : Money{};
+  if (bet >= bet::Lay4 && bet <= bet::Lay10)
+    return g.Rules.ChargeAllLay ? ComputeLayVig(g.Rules, bet, amount) : Money{};
+  return Money{};
+}
+
+Money UpFrontHeld(const Game& g, int seat, int bet) {
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) return g.Rules.ChargeAllBuy ? HeldVig(g, seat, bet) : Money{};
+  if (bet >= bet::Lay4 && bet <= bet::Lay10) return g.Rules.ChargeAllLay ? HeldVig(g, seat, bet) : Money{};
+  return Money{};
+}
+
+int HelpTopic(int bet) {
+  if (bet == bet::Come || (bet >= bet::Come4 && bet <= bet::Come10Odds)) return 45;
+  if (bet == bet::DontPass || bet == bet::DontPassOdds) return 46;
+  if (bet == bet::DontCome || (bet >= bet::DontCome4 && bet <= bet::DontCome10Odds)) return 48;
+  if (bet == bet::PassLineOdds) return 43;
+  return 510;
+}
+
+std::string PutBetsNote() {
+  return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)";
+}
+
+Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
+  static const Money kLimit = Money::FromRaw(999999999999999999LL);
+  Money now = g.BetAmount[seat][row];
+  Money next = now + change;
+  if (next > kLimit || next < -kLimit) {
+    Money bound = next > kLimit ? kLimit : -kLimit;
+    change = bound - now;
+    if (p.on) {
+      if (bound < Money{})
+        p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
+      else
+        p.Say("The maximum CheckStack #" + std::to_string(row - kCheckStackRow) + " value is:\n" +
+                  DollarText(bound), 510, kLimitClass);
+      p.text += change.raw == 0 ? "\nwhich is already stacked." : "\nwhich is being stacked.";
+    }
+  }
+  g.BetAmount[seat][row] += change;
+  return change;
+}
+
+}  // namespace
+
+void ResetWorkingState(Game& g, int seat, int bet) {
+  if (bet < 1 || bet > kBets) return;
+  g.BetWorking[seat][bet] = IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1;
+}
+
+void CommitAmount(Game& g, int seat, int bet, Money delta) {
+  g.BetAmount[seat][bet] += delta;
+  g.OnTable[seat] += delta;
+  if (g.BetAmount[seat][bet].raw == 0) ResetWorkingState(g, seat, bet);
+}
+
+Money GetMinimum(const Game& g, int bet) {
+  const RuleSet& r = g.Rules;
+  if (bet >= bet::CAndE) return r.MinPlacardPropBet;
+  const PayoffRow& row = RowOf(g, bet);
+  if (row.PayoffPay < row.PayoffFor && row.PayoffPay.raw > 0 && !r.AllowPennyPayoffs) {
+    Money u = r.CheckDenom[1];
+    // So that a win pays at least the table minimum.
+    Money m = MulDivMoney(r.MinPlacardBet, row.PayoffFor, row.PayoffPay);
+    if (u.raw > 0 && !IsMultipleOf(m, u)) m = FloorToUnit(m, u) + u;
+    return m;
+  }
+  return r.MinPlacardBet;
+}
+
+Money GetMaximum(const Game& g, int seat, int bet) {
+  int point = 0;
+  Money flat;
+  switch (bet) {
+    case bet::PassLineOdds: point = g.Table.Point; flat = g.BetAmount[seat][bet::PassLine]; break;
+    case bet::DontPassOdds: point = g.Table.Point; flat = g.BetAmount[seat][bet::DontPass]; break;
+    default:
+      if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
+          (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds)) {
+        point = PointOfRow(bet);
+        flat = g.BetAmount[seat][bet - 6];
+      } else {
+        return RuleMaximum(g.Rules, bet);
+      }
+  }
+  if (point == 0) return Money{};
+  return OddsLimit(g.Rules, bet, point, flat);
+}
+
+Money ChangeBet(Game& g, int seat, int bet, Money change) {
+  Pending p;
+  p.on = !g.SilentMode && g.Ui != nullptr;
+  const RuleSet& r = g.Rules;
+  const Money u = r.CheckDenom[1];
+  const Money amount = g.BetAmount[seat][bet];
+
+  // 1. Rounding to checks, away from zero.
+  if (u.raw > 0 && !IsMultipleOf(change, u)) {
+    change = change.raw > 0 ? FloorToUnit(change, u) + u : FloorToUnit(change, u);
+  }
+  if (amount + change < Money{} && bet < kCheckStackRow) change = -amount;
+
+  if (bet >= kCheckStackRow) {
+    Money applied = CheckStackChange(g, seat, bet, change, p);
+    if (p.on && !p.text.empty())
+      Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+    return applied;
+  }
+
+  const Money base = g.ContractBase[seat][bet];
+  const bool pointOn = g.Table.Point != 0;
+  const std::string_view name = BetName(bet);
+  bool ended = false;
+
+  // 2. Contract and timing rules for an added amount.
+  if (change.raw > 0) {
+    bool exceeds = amount + change > base;
+    bool refused = false;
+    switch (bet) {
+      case bet::PassLine:
+        if (pointOn && amount < base) {
+          if (p.on) p.Say("You may not decrease or remove a Pass Line bet while a point is established.", 250, kRuleClass);
+          refused = true;
+        } else if (pointOn && exceeds && !r.AllowPutBets) {
+          if (p.on)
+            p.Say("You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote(),
+                  HelpTopic(bet), kRuleClass);
+          refused = true;
+        }
+        break;
+      default:
+        break;
+    }
+    if (refused) {
+      change = base - amount;
+      if (change.raw == 0) ended = true;
+    }
+  } else if (change.raw < 0) {
+    // 3. Contract rules for a taken amount.
+    if (bet == bet::PassLine && pointOn) {
+      if (amount == base) {
+        if (p.on) p.Say("You may not decrease or remove a Pass Line bet while a point is established.", 250, kRuleClass);
+        change = Money{};
+        ended = true;
+      } else if (amount + change < base) {
+        change = base - amount;
+      }
+    }
+  } else if (bet == bet::PassLine && pointOn && amount < base) {
+    if (p.on) p.Say("You may not decrease or remove your Pass Line bet while a point is established.", 250, kRuleClass);
+    change = base - amount;
+  }
+
+  if (!ended) {
+    // 4. Minimum.
+    const Money minimum = GetMinimum(g, bet);
+    Money next = amount + change;
+    if (next.raw > 0 && next < minimum) {
+      if (change.raw > 0) {
+        change = minimum - amount;
+        if (p.on) p.Say("The minimum " + std::string(name) + " bet is $" + MoneyText(minimum), 510, kLimitClass);
+      } else {
+        change = -amount;
+      }
+    }
+
+    // 5. Maximum.
+    const Money maximum = GetMaximum(g, seat, bet);
+    if (amount + change > maximum) {
+      std::string text;
+      if (p.on) text = "The maximum " + std::string(name) + " bet is $" + MoneyText(maximum);
+      if (IsContractBet(bet) && bet != bet::SevenPoint7 && base > maximum) {
+        change = base - amount;
+        if (p.on)
+          text += "\n\nHowever, because it's a contract bet and was established at $" + MoneyText(base) +
+                  " when a higher limit was allowed, it must remain unchanged until it resolves.";
+      } else if (maximum - amount < change) {
+        change = maximum - amount;
+      }
+      if (p.on) p.Say(std::move(text), 510, kLimitClass);
+    }
+
+    // 7. Bankroll.
+    if (!g.AllowNegBankroll[seat]) {
+      Money held = UpFrontHeld(g, seat, bet);
+      Money bankroll = g.Bankroll[seat];
+      auto fits = [&](Money c) {
+        return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll;
+      };
+      if (!fits(change)) {
+        bool hadOthers = g.OnTable[seat] - amount - held > Money{};
+        change = bankroll - g.OnTable[seat];
+        if (amount + change < Money{}) change = -amount;
+        while (u.raw > 0 && amount + change > Money{} && !fits(change)) change -= u;
+        if (amount + change < Money{}) change = -amount;
+        bool belowMin = amount + change > Money{} && amount + change < minimum;
+        if (belowMin) change = -amount;
+        if (p.on) {
+          std::string t = "You don't have enough bankroll remaining to bet the ";
+          t += belowMin || amount + change == Money{} ? "minimum on the " + std::string(name) + "."
+                                                      : "full amount requested on the " + std::string(name) + ".";
+          t += "\n\nYour options are: \n";
+          if (hadOthers) t += "      - Bet less on other bets.\n";
+          t += "      - Make a withdrawal from the ATM.\n      - Allow negative bankroll.";
+          p.Say(std::move(t), 130, kLimitClass);
+        }
+      }
+    }
+  }
+
+  // The tail tells what came of the request.
+  if (p.on && !p.text.empty()) {
+    Money result = amount + change;
+    if (change.raw == 0)
+      p.text += "\n" + DollarText(result) + " which is already bet.";
+    else
+      p.text += "\n" + DollarText(result) + " which will be bet.";
+  }
+
+  // 8. Apply.
+  if (change.raw != 0) CommitAmount(g, seat, bet, change);
+
+  if (p.on && !p.text.empty())
+    Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+  return change;
+}
+
+Money TakeDown(Game& g, int seat, int bet) { return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]); }
+
+Money TakeMaximum(Game& g, int seat, int bet) {
+  Money before = g.BetAmount[seat][bet];
+  bool silent = g.SilentMode;
+  g.SilentMode = true;  // every message off
+  ChangeBet(g, seat, bet, -before);
+  ChangeBet(g, seat, bet, Money::Dollars(9999999));
+  g.SilentMode = silent;
+  return g.BetAmount[seat][bet] - before;
+}

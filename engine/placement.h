@@ -1,0 +1,19 @@
+#pragma once
+// The one gate through which any amount on a bet or CheckStack changes.
+
+#include "engine/game_state.h"
+
+// Cuts the requested change down to what the rules, the limits and the bankroll allow,
+// tells the cut (outside SilentMode), applies what is left and returns it.
+Money ChangeBet(Game& g, int seat, int bet, Money change);
+// The most the seat may have on the bet now.
+Money GetMaximum(const Game& g, int seat, int bet);
+// The least a bet may hold (the proposition minimum, or the payoff-raised minimum).
+Money GetMinimum(const Game& g, int bet);
+Money TakeDown(Game& g, int seat, int bet);
+// Full odds: with every message off, take the bet down, then ask for 9999999.
+Money TakeMaximum(Game& g, int seat, int bet);
+// Sets an amount with no rule at all: only the moves of Come and Don't Come use it.
+void CommitAmount(Game& g, int seat, int bet, Money delta);
+// The rest state of a bet whose amount came to 0.
+void ResetWorkingState(Game& g, int seat, int bet);

@@ -1,0 +1,16 @@
+#pragma once
+// Who holds the dice, and players who come.
+
+#include <string>
+
+#include "engine/game_state.h"
+
+// Modes of PassDice: 0 from the roll cycle, 1 asked by the user or a script, 2 silent
+// (the table changed), 4 logged and silent.
+constexpr int kPassFromRoll = 0, kPassAsked = 1, kPassSilent = 2, kPassLogged = 4;
+void PassDice(Game& g, int mode);
+
+// Seats a player on a free rail position with a buy-in: the name, the buy-in (mode
+// and amount), the house's standards for working on the come-out; the dice come to the
+// seat when nobody had them. Returns false when the seat is taken or the name empty.
+bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll);

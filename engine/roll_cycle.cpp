@@ -1,0 +1,508 @@
+#include "engine/roll_cycle.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "automation/auto_roll.h"
+#include "dice/seeding.h"
+#include "engine/bankroll.h"
+#include "engine/messages.h"
+#include "engine/placement.h"
+#include "engine/players.h"
+#include "engine/resolution.h"
+#include "storage/language_text.h"
+
+void SetDefaultGame(Game& g) {
+  UserInterface* ui = g.Ui;
+  Clock* time = g.Time;
+  DiceSources dice = g.Dice;  // the generators keep running across a new game
+  AutomationState autoState = g.Auto;
+  g = Game{};
+  g.Ui = ui;
+  g.Time = time;
+  g.Dice = dice;
+  g.Dice.reseedSessions = false;
+  g.Auto.AfterRoll = autoState.AfterRoll;
+  g.Auto.AfterRollData = autoState.AfterRollData;
+  g.Auto.AutoRollThrottle = autoState.AutoRollThrottle;
+  g.PlayerName[0] = "House";
+  SetDefaultRules(g.Rules);
+  for (int s = 0; s < kSeats; ++s)
+    for (int b = 1; b <= kBets; ++b) {
+      g.DefaultWorking[s][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
+      g.BetWorking[s][b] = g.DefaultWorking[s][b];
+    }
+  g.Auto.AutoRollDelay = 1.0;
+  // The current roll history file is created and opened here once dice roll files exist.
+}
+
+void AbandonBet(Game& g, int seat, int bet) {
+  const Money amount = g.BetAmount[seat][bet];
+  if (amount.raw <= 0) return;
+  const Money loss = -amount;
+  RecordBetResult(g.Stats, seat, bet, amount, loss,
+                  bet >= bet::Come4 && bet <= bet::Come10 ? g.ComeBase[seat][bet - bet::Come4] : Money{});
+  for (int scope : kCountedScopes) g.Bankroll[seat + scope] += loss;
+  CommitAmount(g, seat, bet, -amount);
+  g.ContractBase[seat][bet] = Money{};
+}
+
+void EndHand(Game& g) {
+  std::array<bool, kSeats> occupied{};
+  for (int s = 0; s < kSeats; ++s) occupied[s] = SeatOccupied(g, s);
+  RollOverHand(g.Stats, occupied);
+  for (int c = 0; c < kSeats; ++c) {
+    if (!occupied[c] && c != 0) continue;
+    g.BeginningBankroll[c + kLastHandScope] = g.BeginningBankroll[c];
+    g.HighBankroll[c + kLastHandScope] = g.HighBankroll[c];
+    g.LowBankroll[c + kLastHandScope] = g.LowBankroll[c];
+    g.Bankroll[c + kLastHandScope] = g.Bankroll[c];
+    g.BeginningBankroll[c] = g.HighBankroll[c] = g.LowBankroll[c] = g.Bankroll[c];
+  }
+  g.Table.ComeOutRollsInHand = g.Table.PassesInHand = g.Table.MissesInHand = 0;
+}
+
+namespace {
+
+void ResetBankrollStores(Game& g, int scopeBase) {
+  for (int c = scopeBase; c < scopeBase + kSeats; ++c) {
+    g.BeginningBankroll[c] = g.HighBankroll[c] = g.LowBankroll[c] = Money{};
+    g.BankrollSum[c] = Money{};
+  }
+}
+
+Money AskBeginningBankroll(Game& g, int seat) {
+  std::string typed = MoneyText(g.BankrollInitAmount[seat]);
+  for (;;) {
+    MessageReply reply = Tell(g, "Enter " + g.PlayerName[seat] + "'s beginning bankroll:", "Beginning Bankroll", 310,
+                              msg::kOk | msg::kHelp | msg::kInput, typed);
+    Money amount;
+    std::string error;
+    if (ParseMoney(reply.Input, amount, error)) return amount;
+    if (g.SilentMode || g.Ui == nullptr) return g.BankrollInitAmount[seat];
+    Tell(g, error, "Beginning Bankroll", 310, msg::kOk);
+    typed = reply.Input;
+  }
+}
+
+}  // namespace
+
+void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSessionLog, int diceFileMode) {
+  TableState& t = g.Table;
+  // 1. Abandoned contract bets lose, unless the option returns them.
+  if (!g.Rules.ReturnAbandonedBets) {
+    for (int s = 1; s < kSeats; ++s) {
+      if (!SeatOccupied(g, s)) continue;
+      if (t.Point != 0) {
+        AbandonBet(g, s, bet::PassLine);
+        AbandonBet(g, s, bet::SevenPoint7);
+      }
+      for (int b = bet::Come4; b <= bet::Come10; ++b) AbandonBet(g, s, b);
+    }
+  }
+  // 2. Sessions log: each seat's session is written here once the log exists; the
+  // bankroll is carried into the buy-in amount either way the log is kept.
+  if (writeSessionLog)
+    for (int s = 1; s < kSeats; ++s)
+      if (SeatOccupied(g, s)) g.BankrollInitAmount[s] = g.Bankroll[s];
+
+  // 3. Statistics.
+  if (keepHistory) {
+    if (g.Stats.RollCount[kHandScope][0] > 0) EndHand(g);
+    bool sessionHadRolls = g.Stats.RollCount[kSessionScope][0] > 0;
+    RollOverSession(g.Stats);
+    for (int c = 0; c < kSeats; ++c) {
+      if (sessionHadRolls) {
+        const int from = kSessionScope + c, to = kLastSessionScope + c;
+        g.Bankroll[to] = g.Bankroll[from];
+        g.BeginningBankroll[to] = g.BeginningBankroll[from];
+        g.HighBankroll[to] = g.HighBankroll[from];
+        g.LowBankroll[to] = g.LowBankroll[from];
+        g.BankrollSum[to] = g.BankrollSum[from];
+      }
+    }
+    ResetBankrollStores(g, kHandScope);
+    ResetBankrollStores(g, kSessionScope);
+  } else {
+    ClearAllStatistics(g.Stats);
+    g.Bankroll = {};
+    g.BeginningBankroll = g.HighBankroll = g.LowBankroll = g.BankrollSum = {};
+    g.BuyInTotal = {};
+    // The roll history file is reopened here once dice roll files exist.
+  }
+
+  // 4. Per-bet hit stores and the script run-state are cleared here with the scripts.
+
+  // 5. Counters of the hand.
+  t.ComeOutRollsInHand = t.PassesInHand = t.MissesInHand = 0;
+  t.AllNumbersMask = 0;
+  t.FourRollCount = 0;
+  t.PointsWon = t.PassesMade = 0;
+  t.FireMask = t.FireCount = 0;
+  t.HotRollerMask = t.HotRollerCount = 0;
+  t.RepeaterCount = {};
+
+  // 6. Bets.
+  for (int s = 0; s < kSeats; ++s) {
+    for (int b = 0; b <= kBets; ++b) {
+      g.BetAmount[s][b] = g.BetAmountStartOfRoll[s][b] = g.BetAmountAfterRoll[s][b] = Money{};
+      g.ContractBase[s][b] = Money{};
+    }
+    if (clearCheckStacks) {
+      for (int r = kCheckStackRow; r < kBetRows; ++r) g.BetAmount[s][r] = Money{};
+    }
+    g.BuyVigHeld[s] = {};
+    g.LayVigHeld[s] = {};
+    g.ComeBase[s] = {};
+    g.OnTable[s] = Money{};
+  }
+  if (clearCheckStacks) g.CheckStackName = {};
+
+  // 7. Working states back to the seat's defaults (the table is about to come out).
+  t.Point = 0;
+  for (int s = 0; s < kSeats; ++s)
+    for (int b = 1; b <= kBets; ++b) g.BetWorking[s][b] = g.DefaultWorking[s][b];
+
+  // 8. Buy-in.
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    switch (g.BankrollInitType[s]) {
+      case 1: {
+        Money amount = AskBeginningBankroll(g, s);
+        g.BankrollInitAmount[s] = amount;
+        BuyIn(g, s, amount);
+        break;
+      }
+      case 2: BuyIn(g, s, g.Bankroll[s]); break;
+      default: BuyIn(g, s, g.BankrollInitAmount[s]); break;
+    }
+  }
+
+  // 9. Bankroll graph.
+  g.BankrollGraphIndex = 0;
+  g.BankrollGraphScaleLow = 1;
+  g.BankrollGraphScaleHigh = 150;
+  g.StopReason.clear();
+
+  // 10. A new events log file per session is started here once the log exists.
+  t.Point = t.PriorPoint = t.SecondPriorPoint = t.LastPoint = 0;
+  t.HandShooter = t.Shooter;
+
+  // 11. Dice roll file playback and recording follow diceFileMode once roll files exist.
+  (void)diceFileMode;
+
+  // 12. The session's header in the events log is written here once the log exists.
+
+  // 13. Seeding per session.
+  if (g.Dice.reseedSessions) SeedRng(g, false);
+
+  // 14.
+  t.PendingStopSeat = 0;
+  if (g.Ui && !g.SilentMode) g.Ui->Refresh({});
+  // The start of the sessions log is written here once the log exists.
+}
+
+namespace {
+
+constexpr int kHotRollerBit[7][7] = {
+    {0, 0, 0, 0, 0, 0, 0},        {0, 0, 0, 1, 4, 16, 0},        {0, 0, 2, 8, 32, 0, 128},
+    {0, 1, 8, 64, 0, 256, 1024},  {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
+    {0, 0, 128, 1024, 4096, 0, 0}};
+
+bool AnySeatHolds(const Game& g, int bet) {
+  for (int s = 1; s < kSeats; ++s)
+    if (g.BetAmount[s][bet].raw > 0) return true;
+  return false;
+}
+
+// Step 3: the shooter must have the bet the table requires.
+bool ShooterMayRoll(Game& g) {
+  const TableState& t = g.Table;
+  const int setting = g.Rules.BetNeededToShoot;
+  if (setting == 0) return true;
+  if (t.NumberOfPlayers == 0) {
+    if (g.SilentMode) g.StopReason = "No players are available to bet.";
+    else Tell(g, std::string(LanguageText(g.LanguageId, 110)), std::string(LanguageText(g.LanguageId, 111)), 0, msg::kOk);
+    return false;
+  }
+  const int s = t.Shooter;
+  const std::string note = "Note: This requirement can be changed on the 'Bets tab' of the configuration screen.";
+  if (setting == 1) {
+    if (s > 0 && (g.BetAmount[s][bet::PassLine].raw > 0 || g.BetAmount[s][bet::DontPass].raw > 0)) return true;
+    if (g.SilentMode) {
+      g.StopReason = "Shooter has no line bet.";
+    } else {
+      const std::string name = g.PlayerName[s];
+      std::string who;
+      if (t.NumberOfPlayers == 1) who = name + " must make a Pass Line bet or a Don't Pass bet.";
+      else if (t.Point == 0) who = name + " must make a Pass Line bet, a Don't Pass bet, or pass the dice.";
+      else who = name + " must make a Pass Line bet or pass the dice.";
+      Tell(g, "A line bet is required to shoot.\n\n" + who + "\n\n" + note, "Line Bet Required", 130,
+           msg::kOk | msg::kHelp);
+    }
+    return false;
+  }
+  if (s > 0)
+    for (int b = 1; b <= kBets; ++b)
+      if (g.BetAmount[s][b].raw > 0) return true;
+  if (g.SilentMode) {
+    g.StopReason = "Shooter has no bet.";
+  } else {
+    Tell(g, "A bet is required to shoot.\n\n" + g.PlayerName[s] + " must make any bet or pass the dice.\n\n" + note,
+         "Any Bet Required", 130, msg::kOk | msg::kHelp);
+  }
+  return false;
+}
+
+void CountPointStateMachine(Game& g) {
+  TableState& t = g.Table;
+  Statistics& st = g.Stats;
+  const int total = t.DiceTotal;
+  auto pass = [&](int on) {
+    ++t.PassesInHand;
+    CountPass(st, t.HandShooter, on, t.PassesInHand);
+    if (!g.SilentMode && g.Ui) g.Ui->PlaySound("13", false);
+  };
+  auto miss = [&](int on) {
+    ++t.MissesInHand;
+    CountMiss(st, t.HandShooter, on, t.MissesInHand);
+    if (!g.SilentMode && g.Ui) g.Ui->PlaySound("14", false);
+  };
+  if (t.Point != 0) {
+    if (total == t.Point) {
+      pass(t.Point);
+      t.LastPoint = t.Point;
+      t.Point = 0;
+    } else if (total == 7) {
+      miss(t.Point);
+      t.LastPoint = t.Point;
+      t.Point = 0;
+    }
+    return;
+  }
+  switch (total) {
+    case 7: case 11: pass(total); break;
+    case 4: case 5: case 6: case 8: case 9: case 10: t.Point = total; break;
+    case 2: case 3: case 12: miss(total); break;  // on the bar total Don't Pass stands
+    default: break;
+  }
+  ++t.ComeOutRollsInHand;
+  CountComeOut(st, t.HandShooter, total, t.ComeOutRollsInHand);
+}
+
+// Every bet that the player hasn't called on or off rests in the seat's default state
+// on the come-out and works while a point is on.
+void RestWorkingStates(Game& g) {
+  const bool comeOut = IsComeOut(g);
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    for (int b = 1; b <= kBets; ++b) {
+      int32_t& w = g.BetWorking[s][b];
+      if (w == 2 || w == -1) continue;
+      w = comeOut ? g.DefaultWorking[s][b] : 1;
+    }
+  }
+}
+
+void AfterResolution(Game& g, int pointBefore) {
+  TableState& t = g.Table;
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    for (int scope : kCountedScopes) {
+      const Money b = g.Bankroll[s + scope];
+      g.BankrollSum[s + scope] += b;
+      if (b > g.HighBankroll[s + scope]) g.HighBankroll[s + scope] = b;
+      if (b < g.LowBankroll[s + scope]) g.LowBankroll[s + scope] = b;
+    }
+  }
+  if (t.DiceTotal == 7 && t.PriorPoint > 0) {
+    EndHand(g);
+    t.LastHandShooter = t.HandShooter;
+    if (t.Shooter == t.HandShooter) PassDice(g, kPassFromRoll);
+    else t.HandShooter = t.Shooter;
+  }
+  if (t.Point != pointBefore) {
+    RestWorkingStates(g);
+    if (pointBefore == 0 && t.Point != 0) {
+      for (int s = 1; s < kSeats; ++s) {
+        if (!SeatOccupied(g, s)) continue;
+        if (g.BetAmount[s][bet::PassLine].raw > 0) {
+          if (g.AutoTakeOdds[s]) TakeMaximum(g, s, bet::PassLineOdds);
+          if (g.AutoDownPlace[s]) {
+            TakeDown(g, s, PointRow(BetFamily::Place, t.Point));
+            TakeDown(g, s, PointRow(BetFamily::Buy, t.Point));
+          }
+        }
+        if (g.BetAmount[s][bet::DontPass].raw > 0 && g.AutoLayOdds[s]) TakeMaximum(g, s, bet::DontPassOdds);
+      }
+    }
+  }
+  // The events log's bankroll lines and hand line are written here once the log exists.
+  if (++g.BankrollGraphIndex > kBankrollGraphSize) g.BankrollGraphIndex = 1;
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    g.BankrollHistory[s][g.BankrollGraphIndex] = g.Bankroll[s];
+    g.BetWorkingBeforeRoll[s] = g.BetWorking[s];
+  }
+}
+
+// Steps 3 to 17 of one roll; false when the roll was refused or the table stopped.
+bool OneRoll(Game& g) {
+  TableState& t = g.Table;
+  if (!ShooterMayRoll(g)) return false;
+
+  // 4. Limits.
+  if (g.Stats.RollCount[kSessionScope][0] >= kMaxSessionRolls) {
+    const std::string advice = "Select \"New\" from the \"Game\" menu to reset the table.";
+    TellOrStop(g, "Stopped due to reaching the maximum limit of 2,000,000,000 rolls.\n" + advice,
+               "Sorry ... the maximum limit of 2,000,000,000 rolls has been reached.\n" + advice,
+               "Reached Maximum Roll Limit", 0, msg::kOk);
+    return false;
+  }
+
+  // 5. Available bankroll.
+  for (int s = 1; s < kSeats; ++s) g.AvailableBankroll[s] = g.Bankroll[s] - g.OnTable[s];
+
+  // 6. What changed since the last roll goes to the events log here once the log exists.
+
+  // 7. Snapshots.
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    g.BankrollStartOfRoll[s] = g.Bankroll[s];
+    std::memcpy(&g.BetAmountStartOfRoll[s][1], &g.BetAmount[s][1], sizeof(Money) * (kBetRows - 1));
+    std::memcpy(&g.BetStreak[1][s][1], &g.BetStreak[0][s][1], sizeof(int32_t) * kBets);
+    std::memcpy(&g.ContractBase[s][1], &g.BetAmount[s][1], sizeof(Money) * kBets);
+  }
+
+  // 8. Point memory.
+  t.SecondPriorPoint = t.PriorPoint;
+  t.PriorPoint = t.Point;
+
+  // 9. The dice: the manual pad, else the selected generator.
+  if (g.Dice.padPending) {
+    g.Dice.padPending = false;
+    t.Die1 = g.Dice.padDie1;
+    t.Die2 = g.Dice.padDie2;
+  } else {
+    GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
+  }
+
+  // 10. Total. The roll history file gets the roll here once dice roll files exist.
+  t.DiceTotal = t.Die1 + t.Die2;
+
+  // 11. Counters.
+  if (!g.SilentMode && g.Ui) g.Ui->Refresh({"dice"});
+  CountRoll(g.Stats, t.HandShooter);
+  if (t.Die1 >= 1 && t.Die1 <= 6 && t.Die2 >= 1 && t.Die2 <= 6) t.HotRollerMask |= kHotRollerBit[t.Die1][t.Die2];
+
+  // 12. Collected numbers.
+  const int total = t.DiceTotal;
+  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllSmall)) t.AllNumbersMask &= ~0x7C;
+  else if (total < 7) t.AllNumbersMask |= 1 << total;
+  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllTall)) t.AllNumbersMask &= ~0x1F00;
+  else if (total > 7 && total <= 12) t.AllNumbersMask |= 1 << total;
+  if (total == 7 || !AnySeatHolds(g, bet::FourRollsNo7)) t.FourRollCount = 0;
+  else ++t.FourRollCount;
+  {
+    const int m = t.HotRollerMask;
+    int c = 0;
+    for (int group : {0x3, 0xC, 0x70, 0x380, 0xC00, 0x3000}) c += (m & group) == group;
+    t.HotRollerCount = c;
+  }
+  if (total >= 2 && total <= 12 && total != 7) {
+    int rb = bet::Repeater2 + (total < 7 ? total - 2 : total - 3);
+    if (AnySeatHolds(g, rb)) ++t.RepeaterCount[total];
+  }
+
+  // 13. Point state machine.
+  const int pointBefore = t.Point;
+  CountPointStateMachine(g);
+
+  // 14. Bets.
+  ResolveBets(g);
+
+  // 15. After resolution.
+  AfterResolution(g, pointBefore);
+
+  // 16. Scripts run here once Auto-Bet exists; then the runner's own bets.
+  if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    g.BankrollAfterRoll[s] = g.Bankroll[s];
+    std::memcpy(&g.BetAmountAfterRoll[s][1], &g.BetAmount[s][1], sizeof(Money) * (kBetRows - 1));
+    g.ScriptActiveCopy[s] = g.ScriptActive[s];
+  }
+  if (!g.SilentMode && g.Ui) g.Ui->Refresh({"frmBankroll", "frmSummary", "frmRollTotals", "frmHands"});
+
+  // 17. Bankroll limit.
+  for (int s = 1; s < kSeats; ++s) {
+    if (SeatOccupied(g, s) && BeyondBankrollLimit(g.Bankroll[s])) {
+      LimitStop(g, s);
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+void RollDice(Game& g) {
+  TableState& t = g.Table;
+  // 1. Missing generators.
+  if ((g.Dice.missingRngLibraries & 1) && (g.Dice.rngNumber == 1 || g.Dice.rngNumber == 6 || g.Dice.rngNumber == 8))
+    g.Dice.rngNumber = 2;
+  if ((g.Dice.missingRngLibraries & 2) && (g.Dice.rngNumber == 2 || g.Dice.rngNumber == 7)) g.Dice.rngNumber = 4;
+
+  // 2. Pending stops. (Scripts are compiled here once Auto-Bet exists.)
+  if (t.PendingStopSeat != 0) {
+    LimitStop(g, t.PendingStopSeat);
+    return;
+  }
+  g.StopReason.clear();
+  t.Rolling = true;
+  uint32_t started = g.Time ? g.Time->TickMs() : 0;
+
+  try {
+    for (;;) {
+      bool rolled = OneRoll(g);
+      if (!rolled) {
+        if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
+        break;
+      }
+      // 18. Wait or loop.
+      const int64_t every = g.Auto.AutoStopRolls.raw / Money::kScale;
+      const int32_t sessionRolls = g.Stats.RollCount[kSessionScope][0];
+      const bool autoStop = every > 0 && sessionRolls > 0 && sessionRolls % every == 0;
+      if (g.SilentMode) {
+        // One turn of the event loop, throttled so that it costs nothing per roll.
+        if ((++g.Auto.YieldCounter & 1023) == 0 && g.Ui) g.Ui->Yield();
+        if (autoStop && g.Auto.AutoRollActive) {
+          if (g.StopReason.empty()) g.StopReason = "Stopped by Auto-Stop.";
+          ToggleAutoRoll(g);
+        }
+        if (!g.Auto.AutoRollActive) break;
+        continue;
+      }
+      if (g.Ui) g.Ui->Refresh({"table", "status"});
+      if (!g.Auto.AutoRollActive) break;
+      if (autoStop) {
+        ToggleAutoRoll(g);
+        Tell(g, "Stopped by Auto-Stop", "Auto-Roll Stopped", 540, msg::kOk | msg::kHelp);
+        break;
+      }
+      if (g.Time && g.Ui) {
+        const uint32_t wait = static_cast<uint32_t>(1000.0 * g.Auto.AutoRollDelay);
+        while (g.Auto.AutoRollActive && g.Time->TickMs() - started < wait) g.Ui->Yield();
+      }
+      if (!g.Auto.AutoRollActive) break;
+      started = g.Time ? g.Time->TickMs() : 0;
+    }
+  } catch (const StatOverflow& e) {
+    t.Rolling = false;
+    if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
+    TellOrStop(g, ", Error #6\n occurred at: sub Roll Dice", ", Error #6\n occurred at: " + std::string(e.procedure),
+               "DiceHall", 0, msg::kOk);
+    return;
+  }
+  t.Rolling = false;
+}

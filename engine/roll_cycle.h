@@ -1,0 +1,18 @@
+#pragma once
+// The roll cycle, a new session and the default game.
+
+#include "engine/game_state.h"
+
+// Everything to the defaults of a new game; seats empty.
+void SetDefaultGame(Game& g);
+// Starts a new session. diceFileMode: 1 start playback at the first record, 2 leave
+// it, other values close the dice roll file.
+void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSessionLog, int diceFileMode);
+// One roll, from the shot test to the next wait; under Auto-Roll in SilentMode it goes
+// on rolling until Auto-Roll is switched off.
+void RollDice(Game& g);
+
+// A contract bet left on the table at a new session or by a leaving player: it loses.
+void AbandonBet(Game& g, int seat, int bet);
+// The hand has ended: its columns go to "Last hand", bankroll marks start again.
+void EndHand(Game& g);

@@ -1,0 +1,96 @@
+#pragma once
+// The only way the engine speaks to a person. The desktop implements it with its own
+// windows; HeadlessUi answers from scripted replies and keeps a transcript.
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+// Bits of the message flags.
+namespace msg {
+constexpr int kOk = 1, kYes = 2, kNo = 4, kCancel = 8, kHelp = 16;
+constexpr int kPicture1 = 256, kPicture2 = 512, kPicture3 = 1024, kPicture4 = 2048;
+constexpr int kClass1 = 65536, kClass2 = 131072, kClass4 = 262144, kClass8 = 524288;
+constexpr int kClassMask = kClass1 | kClass2 | kClass4 | kClass8;
+constexpr int kInput = 16777216, kList = 33554432, kCentre = 67108864;
+constexpr int kPlainOk = 1, kAlertOk = 513, kAlertOkHelp = 529, kYesNoQuestion = 9222;
+}  // namespace msg
+
+// Button numbers: bit 2^n of the flags shows button n.
+enum MsgButton { kButtonOk = 0, kButtonYes = 1, kButtonNo = 2, kButtonCancel = 3, kButtonHelp = 4 };
+
+struct MessageRequest {
+  std::string Text;
+  std::string Title;
+  int HelpId = 0;
+  int Flags = msg::kPlainOk;
+  double Scale = 1.0;
+  std::string Input;              // the input field's starting text
+  std::vector<std::string> List;  // the items of the list
+};
+
+struct MessageReply {
+  int Button = kButtonOk;
+  std::string Input;  // the typed text, or the chosen list item
+  bool Hide = false;  // the "Hide" tick of a notice class
+};
+
+// The settle dialog: every label and button of frmSettleBet, and the chosen action.
+struct SettleRequest {
+  std::string Title;                 // "WINNER", ...
+  std::vector<std::string> Labels;   // in order from the top
+  std::vector<std::string> Buttons;  // cmdHandle captions, in order
+  std::vector<int> Actions;          // the action each button stands for
+};
+
+struct StepRequest {
+  std::string Text;
+};
+
+class UserInterface {
+ public:
+  virtual ~UserInterface() = default;
+  virtual MessageReply ShowMessage(const MessageRequest& request) = 0;
+  // Returns the action of the chosen button.
+  virtual int AskSettle(const SettleRequest& request) = 0;
+  // A full path, or "" for Cancel.
+  virtual std::string ChooseFile(const std::string& title, const std::string& filter) = 0;
+  virtual void PlaySound(const std::string& file, bool wait) = 0;
+  // Redraw the table, the status and the open windows named.
+  virtual void Refresh(const std::vector<std::string>& windows) = 0;
+  // Auto-Bet step mode: blocks until Next (true) or Stop (false).
+  virtual bool ShowStep(const StepRequest& request) = 0;
+  // One turn of the event loop.
+  virtual void Yield() = 0;
+};
+
+// Answers from a queue of scripted replies, else by the first button offered; keeps a
+// transcript of everything asked. A scripted reply naming a button that the message
+// doesn't offer is not taken: the default answers and the fault is in `faults`.
+class HeadlessUi : public UserInterface {
+ public:
+  struct Entry {
+    MessageRequest request;
+    MessageReply reply;
+  };
+  std::deque<MessageReply> replies;
+  std::deque<int> settleReplies;
+  std::vector<Entry> transcript;
+  std::vector<SettleRequest> settles;
+  std::vector<std::string> sounds;
+  std::vector<std::string> faults;
+  int yields = 0;
+  int refreshes = 0;
+
+  MessageReply ShowMessage(const MessageRequest& request) override;
+  int AskSettle(const SettleRequest& request) override;
+  std::string ChooseFile(const std::string&, const std::string&) override { return ""; }
+  void PlaySound(const std::string& file, bool) override { sounds.push_back(file); }
+  void Refresh(const std::vector<std::string>&) override { ++refreshes; }
+  bool ShowStep(const StepRequest&) override { return true; }
+  void Yield() override { ++yields; }
+
+  // The text of the last message, "" when none.
+  std::string LastText() const { return transcript.empty() ? "" : transcript.back().request.Text; }
+};

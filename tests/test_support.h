@@ -1,0 +1,32 @@
+#pragma once
+// Shared test fixtures: a fresh table with a headless interface and a fake clock, and a
+// temporary program folder of the test's own.
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "engine/game_state.h"
+
+struct TestTable {
+  std::unique_ptr<Game> game = std::make_unique<Game>();
+  HeadlessUi ui;
+  FakeClock clock;
+  Game& g = *game;
+
+  // The default game, seeded, with the headless interface.
+  TestTable();
+  // Seats a player at `seat` with a bankroll.
+  void Seat(int seat, const std::string& name, Money bankroll);
+  // The next roll comes out as these dice.
+  void NextDice(int die1, int die2);
+  // One roll at normal speed.
+  void Roll(int die1, int die2);
+};
+
+// A temporary folder, removed at the end of the test.
+struct TempDir {
+  std::filesystem::path path;
+  TempDir();
+  ~TempDir();
+};
