@@ -68,7 +68,7 @@ Money RoundUpTo(Money y) {
 // Rules 1 and 4: m × B, floored to each check size d in turn and raised to the next
 // multiple of RoundUpTo(y) × d, so that the payoff comes out in whole checks of that size.
 // The raise is a rounding, not a further multiple: a candidate reaching (m + 1) × B is
-// passed over. The largest candidate left wins; with none the plain limit stands.
+// passed over, and so is a check too big for the amount (floored to 0). The largest candidate left wins; with none the plain limit stands.
 Money XFlatSingleOdds(const RuleSet& r, Money limit, Money flat, Money m, Money y) {
   const Money bound = MulMoney(m + 1_usd, flat);
   const Money step = RoundUpTo(y);
@@ -77,7 +77,7 @@ Money XFlatSingleOdds(const RuleSet& r, Money limit, Money flat, Money m, Money 
     Money d = r.CheckDenom[k];
     if (d.raw <= 0) continue;
     Money c = RaiseToMultiple(FloorToUnit(limit, d), MulMoney(step, d));
-    if (c < bound && c > best) best = c;
+    if (c.raw > 0 && c < bound && c > best) best = c;
   }
   return best.raw < 0 ? limit : best;
 }
@@ -92,7 +92,7 @@ Money FlatSingleOddsX(const RuleSet& r, Money limit, Money flat, Money m, Money 
     Money d = r.CheckDenom[k];
     if (d.raw <= 0) continue;
     Money c = RaiseToMultiple(FloorToUnit(flat, d), MulMoney(step, d));
-    if (c < bound && c > best) best = c;
+    if (c.raw > 0 && c < bound && c > best) best = c;
   }
   return best.raw < 0 ? limit : MulMoney(best, m);
 }

@@ -90,6 +90,9 @@ struct Game {
 
   // Per seat and bet row (rows 200..299 are the CheckStacks).
   ByBetRow<Money> BetAmount{};
+  // Bit s set when seat s has an amount on the bet: resolution skips an empty bet with
+  // one test. Kept by CommitAmount, the only writer of bet amounts.
+  std::array<uint16_t, kBets + 1> BetHolders{};
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};
@@ -145,3 +148,4 @@ constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 
 inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
 inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }
+inline bool AnySeatHolds(const Game& g, int bet) { return g.BetHolders[bet] != 0; }

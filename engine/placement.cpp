@@ -90,9 +90,15 @@ void ResetWorkingState(Game& g, int seat, int bet) {
 }
 
 void CommitAmount(Game& g, int seat, int bet, Money delta) {
-  g.BetAmount[seat][bet] += delta;
+  Money& amount = g.BetAmount[seat][bet];
+  amount += delta;
   g.OnTable[seat] += delta;
-  if (g.BetAmount[seat][bet].raw == 0) ResetWorkingState(g, seat, bet);
+  if (bet <= kBets) {
+    const uint16_t bit = static_cast<uint16_t>(1u << seat);
+    if (amount.raw > 0) g.BetHolders[bet] |= bit;
+    else g.BetHolders[bet] &= static_cast<uint16_t>(~bit);
+  }
+  if (amount.raw == 0) ResetWorkingState(g, seat, bet);
 }
 
 Money GetMinimum(const Game& g, int bet) {

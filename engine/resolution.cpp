@@ -7,12 +7,6 @@
 
 namespace {
 
-bool AnySeatHolds(const Game& g, int bet) {
-  for (int s = 1; s < kSeats; ++s)
-    if (g.BetAmount[s][bet].raw > 0) return true;
-  return false;
-}
-
 // Field rows by unordered dice pair, 1 (1-1) .. 21 (6-6).
 int FieldRow(int d1, int d2) {
   int lo = d1 < d2 ? d1 : d2, hi = d1 < d2 ? d2 : d1;
@@ -158,6 +152,7 @@ void SettleBet(Game& g, int i, int result, int bet) {
 }
 
 void SettleAll(Game& g, int result, int bet) {
+  if (g.BetHolders[bet] == 0) return;
   for (int i = 1; i <= 8; ++i) SettleBet(g, i, result, bet);
 }
 

@@ -156,6 +156,7 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
     g.ComeBase[s] = {};
     g.OnTable[s] = Money{};
   }
+  g.BetHolders = {};
   if (clearCheckStacks) g.CheckStackName = {};
 
   // 7. Working states back to the seat's defaults (the table is about to come out).
@@ -209,10 +210,10 @@ constexpr int kHotRollerBit[7][7] = {
     {0, 1, 8, 64, 0, 256, 1024},  {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
     {0, 0, 128, 1024, 4096, 0, 0}};
 
-bool AnySeatHolds(const Game& g, int bet) {
-  for (int s = 1; s < kSeats; ++s)
-    if (g.BetAmount[s][bet].raw > 0) return true;
-  return false;
+// Bets 1..107 and CheckStacks 200..299; rows 108..199 never hold an amount.
+void CopyBetRows(std::array<Money, kBetRows>& to, const std::array<Money, kBetRows>& from) {
+  std::memcpy(&to[1], &from[1], sizeof(Money) * kBets);
+  std::memcpy(&to[kCheckStackRow], &from[kCheckStackRow], sizeof(Money) * (kBetRows - kCheckStackRow));
 }
 
 // Step 3: the shooter must have the bet the table requires.
@@ -226,7 +227,7 @@ bool ShooterMayRoll(Game& g) {
     return false;
   }
   const int s = t.Shooter;
-  const std::string note = "Note: This requirement can be changed on the 'Bets tab' of the configuration screen.";
+  const char* note = "Note: This requirement can be changed on the 'Bets tab' of the configuration screen.";
   if (setting == 1) {
     if (s > 0 && (g.BetAmount[s][bet::PassLine].raw > 0 || g.BetAmount[s][bet::DontPass].raw > 0)) return true;
     if (g.SilentMode) {
@@ -248,7 +249,7 @@ bool ShooterMayRoll(Game& g) {
   if (g.SilentMode) {
     g.StopReason = "Shooter has no bet.";
   } else {
-    Tell(g, "A bet is required to shoot.\n\n" + g.PlayerName[s] + " must make any bet or pass the dice.\n\n" + note,
+    Tell(g, "A bet is required to shoot.\n\n" + g.PlayerName[s] + " must make any bet or pass the dice.\n\n" + std::string(note),
          "Any Bet Required", 130, msg::kOk | msg::kHelp);
   }
   return false;
@@ -369,7 +370,7 @@ bool OneRoll(Game& g) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     g.BankrollStartOfRoll[s] = g.Bankroll[s];
-    std::memcpy(&g.BetAmountStartOfRoll[s][1], &g.BetAmount[s][1], sizeof(Money) * (kBetRows - 1));
+    CopyBetRows(g.BetAmountStartOfRoll[s], g.BetAmount[s]);
     std::memcpy(&g.BetStreak[1][s][1], &g.BetStreak[0][s][1], sizeof(int32_t) * kBets);
     std::memcpy(&g.ContractBase[s][1], &g.BetAmount[s][1], sizeof(Money) * kBets);
   }
@@ -429,7 +430,7 @@ bool OneRoll(Game& g) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     g.BankrollAfterRoll[s] = g.Bankroll[s];
-    std::memcpy(&g.BetAmountAfterRoll[s][1], &g.BetAmount[s][1], sizeof(Money) * (kBetRows - 1));
+    CopyBetRows(g.BetAmountAfterRoll[s], g.BetAmount[s]);
     g.ScriptActiveCopy[s] = g.ScriptActive[s];
   }
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"frmBankroll", "frmSummary", "frmRollTotals", "frmHands"});

@@ -67,7 +67,12 @@ void RollOverHand(Statistics& s, const std::array<bool, kSeats>& occupied) {
     s.RollCount[c + kLastHandScope] = s.RollCount[c];
     s.RollCount[c].fill(0);
     if (occupied[c]) {
+      // Rows used in either column; every other row is zero in both already.
+      const std::bitset<kStatBetRows> rows = s.BetRowsUsed[c] | s.BetRowsUsed[c + kLastHandScope];
+      s.BetRowsUsed[c + kLastHandScope] = s.BetRowsUsed[c];
+      s.BetRowsUsed[c].reset();
       for (int b = 1; b <= kBets; ++b) {
+        if (!rows.test(static_cast<size_t>(b))) continue;
         s.BetStats[c + kLastHandScope][b] = s.BetStats[c][b];
         s.BetWinStats[c + kLastHandScope][b] = s.BetWinStats[c][b];
         s.BetLossStats[c + kLastHandScope][b] = s.BetLossStats[c][b];
@@ -119,6 +124,7 @@ void RollOverSession(Statistics& s) {
   RollSessionStore(s.BetWinStats, copy);
   RollSessionStore(s.BetLossStats, copy);
   RollSessionStore(s.ComeBaseTotal, copy);
+  for (int c = 0; c < kSeats; ++c) s.BetRowsUsed[c].reset();
 }
 
 void ClearAllStatistics(Statistics& s) { s = Statistics{}; }
@@ -142,6 +148,7 @@ void RecordBetResult(Statistics& s, int seat, int bet, Money wagered, Money resu
     const int c = g + seat;
     // The roll number of the session, or of all sessions for the all-sessions group.
     Money roll = Money::Dollars(c < kAllScope ? s.RollCount[kSessionScope][0] : s.RollCount[kAllScope][0]);
+    if (g == kHandScope) s.BetRowsUsed[seat].set(static_cast<size_t>(bet));
     RecordEvent(s.BetStats[c][bet], wagered, roll);
     if (result.raw > 0) RecordEvent(s.BetWinStats[c][bet], result, roll);
     else RecordEvent(s.BetLossStats[c][bet], -result, roll);

@@ -4,6 +4,7 @@
 // roll cycle calls. Flat arrays: this runs on every roll of Hyper-Drive.
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 
 #include "engine/bets.h"
@@ -28,6 +29,9 @@ struct Statistics {
   using BetRows = std::array<std::array<std::array<Money, 6>, kStatBetRows>, kScopeColumns>;
   BetRows BetStats{}, BetWinStats{}, BetLossStats{};
   std::array<std::array<Money, 6>, kScopeColumns> ComeBaseTotal{};
+  // Bet rows that hold anything in a column of the hand groups, so that the hand's
+  // rollover moves only those (it runs at every seven-out).
+  std::array<std::bitset<kStatBetRows>, 2 * kSeats> BetRowsUsed{};
   // (column, total 0..12, 0 come-out rolls / 1 passes / 2 misses): the table of
   // come-out totals and the passes and misses per point.
   std::array<std::array<std::array<int32_t, 3>, 13>, kScopeColumns> HandDecisions{};

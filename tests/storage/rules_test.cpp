@@ -1,0 +1,724 @@
+#include "storage/rules.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/bets.h"
+
+namespace {
+
+constexpr int kPlace6 = 33;
+
+Money Cents(int64_t c) { return Money::FromRaw(c * 100); }
+
+RuleSet Defaults() {
+  RuleSet r;
+  SetDefaultRules(r);
+  return r;
+}
+
+// ---- Defaults ----------------------------------------------------------------------------
+
+struct BetRowCase {
+  int bet;
+  int64_t x, y;
+  bool forWord;
+};
+
+class RuleSetDefaultBetRowTest : public ::testing::TestWithParam<BetRowCase> {};
+
+TEST_P(RuleSetDefaultBetRowTest, HasItsPayoffAndUnit) {
+  const BetRowCase& c = GetParam();
+  RuleSet r = Defaults();
+  const PayoffRow& row = r.BetPayoff[c.bet];
+  EXPECT_EQ(row.PayoffPay, Money::Dollars(c.x)) << BetName(c.bet);
+  EXPECT_EQ(row.PayoffFor, Money::Dollars(c.y)) << BetName(c.bet);
+  EXPECT_EQ(row.PayoffToFor.raw == 0, c.forWord) << BetName(c.bet);
+  EXPECT_EQ(row.BetUnit, Money::Dollars(c.y)) << BetName(c.bet);  // smallest check is 1
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleSet, RuleSetDefaultBetRowTest,
+    ::testing::Values(BetRowCase{bet::Lay4, 1, 2, false}, BetRowCase{5, 2, 3, false},     // Lay 9
+                      BetRowCase{4, 5, 6, false},                                         // Lay 8
+                      BetRowCase{bet::DontCome10Odds, 1, 2, false}, BetRowCase{15, 5, 6, false},
+                      BetRowCase{27, 6, 5, false},                                        // Come 6 Odds
+                      BetRowCase{bet::Come10Odds, 2, 1, false}, BetRowCase{41, 3, 2, false},  // Buy 9
+                      BetRowCase{bet::Place4, 9, 5, false}, BetRowCase{32, 7, 5, false},
+                      BetRowCase{34, 7, 6, false},                                        // Place 8
+                      BetRowCase{bet::PassLine, 1, 1, false}, BetRowCase{bet::Field, 1, 1, false},
+                      BetRowCase{bet::CAndE, 1, 2, false}, BetRowCase{bet::Horn, 1, 4, false},
+                      BetRowCase{bet::World, 1, 5, false}, BetRowCase{bet::Hard10, 7, 1, false},
+                      BetRowCase{bet::Hard6, 9, 1, false}, BetRowCase{bet::Twelve, 30, 1, false},
+                      BetRowCase{bet::Three, 15, 1, false}, BetRowCase{bet::Seven, 4, 1, false},
+                      BetRowCase{bet::Craps, 7, 1, false}, BetRowCase{bet::Hop13, 15, 1, false},
+                      BetRowCase{68, 30, 1, false},  // Hop 22
+                      BetRowCase{78, 15, 1, false},  // Hop 45
+                      BetRowCase{bet::Hop55, 30, 1, false}, BetRowCase{bet::Over7, 1, 1, false},
+                      BetRowCase{bet::LeftField, 4, 1, false}, BetRowCase{bet::CenterField, 2, 1, false},
+                      BetRowCase{bet::AllTall, 34, 1, false}, BetRowCase{bet::MakeAll, 175, 1, false},
+                      BetRowCase{bet::Point7, 7, 1, false}, BetRowCase{bet::Repeater2, 39, 1, true},
+                      BetRowCase{102, 89, 1, true},  // Repeater 6
+                      BetRowCase{104, 79, 1, true},  // Repeater 9
+                      BetRowCase{bet::Repeater12, 39, 1, true}));
+
+template <size_t N>
+void ExpectTable(const std::array<PayoffRow, N>& table, size_t first, std::vector<int64_t> pays,
+                 const char* what) {
+  ASSERT_EQ(N - first, pays.size()) << what;
+  for (size_t i = first; i < N; ++i) {
+    EXPECT_EQ(table[i].PayoffPay, Money::Dollars(pays[i - first])) << what << " row " << i;
+    EXPECT_EQ(table[i].PayoffFor, 1_usd) << what << " row " << i;
+    EXPECT_NE(table[i].PayoffToFor.raw, 0) << what << " row " << i;
+  }
+}
+
+TEST(RuleSetTest, SpecialTablesStartAtTheirDefaults) {
+  RuleSet r = Defaults();
+  ExpectTable(r.FieldPayoff, 1, {2, 1, 1, 1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 1, 1, 1, 1, 1, 2},
+              "Field");
+  ExpectTable(r.SevenPointSevenPayoff, 1, {2, 3}, "7 Point 7");
+  ExpectTable(r.MidwayPayoff, 1, {2, 1, 1, 1, 2}, "Midway");
+  ExpectTable(r.HotRollerPayoff, 1, {-1, -1, 5, 10, 20, 50, 200}, "Hot Roller");
+  ExpectTable(r.SharpShooterPayoff, 1, {-1, -1, -1, 5, 9, 19, 29, 49, 99, 199, 299}, "Sharp Shooter");
+  ExpectTable(r.RideLinePayoff, 1, {-1, -1, -1, 1, 2, 3, 6, 10, 20, 30, 40, 100}, "Ride The Line");
+  ExpectTable(r.FirePayoff, 0, {-1, -1, -1, -1, 24, 249, 999}, "Fire");
+}
+
+TEST(RuleSetTest, RepeaterTwoNetsThirtyNineAndReadsFortyForOne) {
+  RuleSet r = Defaults();
+  const PayoffRow& row = r.BetPayoff[bet::Repeater2];
+  EXPECT_EQ(MulDivMoney(1_usd, row.PayoffPay, row.PayoffFor), 39_usd);
+  EXPECT_EQ(row.PayoffToFor.raw, 0);
+  EXPECT_EQ(row.PayoffPay + row.PayoffFor, 40_usd);  // what a "for" row shows
+}
+
+TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
+  RuleSet r = Defaults();
+  r.MaxPlacardBet = 5_usd;
+  r.CheckDenom[1] = 5_usd;
+  r.BetPayoff[kPlace6] = PayoffRow{};
+  r.FirePayoff[0].PayoffPay = 7_usd;
+  r.CompBets[bet::Field] = false;
+  r.WorkOnComeOut[kPlace6][3] = true;
+  r.Notices = 0;
+  r.RollsPerTime = 9;
+  SetDefaultRules(r);
+
+  EXPECT_EQ(r.MinPlacardBet, 1_usd);
+  EXPECT_EQ(r.MinPlacardPropBet, 1_usd);
+  EXPECT_EQ(r.MaxPlacardBet, 1000_usd);
+  EXPECT_EQ(r.MaxPropBetPayoff, 5000_usd);
+  EXPECT_EQ(r.MaxOddsBet, 3000_usd);
+  EXPECT_EQ(r.BuyVigPct, Cents(5));
+  EXPECT_EQ(r.LayVigPct, Cents(5));
+  EXPECT_EQ(r.AtmAmount, 500_usd);
+  EXPECT_EQ(r.CompRate, 30_usd);
+  EXPECT_EQ(r.Notices, 15);
+  EXPECT_EQ(r.RollsPerTime, 120);
+  EXPECT_EQ(r.RollRateUnit, kPerHour);
+  const Money checks[] = {1_usd, 5_usd, 25_usd, 100_usd, 500_usd};
+  for (int i = 1; i <= 5; ++i) EXPECT_EQ(r.CheckDenom[i], checks[i - 1]);
+  EXPECT_EQ(r.BetPayoff[kPlace6].PayoffPay, 7_usd);
+  EXPECT_EQ(r.BetPayoff[kPlace6].BetUnit, 6_usd);
+  EXPECT_EQ(r.FirePayoff[0].PayoffPay, -1_usd);
+  EXPECT_TRUE(r.CompBets[bet::Field]);
+  EXPECT_FALSE(r.WorkOnComeOut[kPlace6][3]);
+}
+
+TEST(RuleSetTest, OnlyOddsBetsAreLeftOutOfComps) {
+  RuleSet r = Defaults();
+  for (int b = 1; b <= kBets; ++b) {
+    bool odds = (b >= 13 && b <= 18) || (b >= 25 && b <= 30) || b == 44 || b == 47;
+    EXPECT_EQ(r.CompBets[b], !odds) << BetName(b);
+  }
+}
+
+TEST(RuleSetTest, WorkingOnComeOutDefaultsAreTheSameForEverySeat) {
+  RuleSet r = Defaults();
+  for (int b = 1; b <= kBets; ++b) {
+    bool off = (b >= 25 && b <= 42) || b == 44 || b == 45 || b == 47 || b == 48;
+    for (int s = 0; s < kSeats; ++s) EXPECT_EQ(r.WorkOnComeOut[b][s], !off) << BetName(b) << " seat " << s;
+  }
+}
+
+TEST(RuleSetTest, BetUnitsFollowTheSmallestCheck) {
+  RuleSet r = Defaults();
+  r.CheckDenom[1] = Cents(25);
+  ComputeBetUnits(r);
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, Cents(50));
+  EXPECT_EQ(r.BetPayoff[34].BetUnit, Cents(150));  // Place 8, 7:6
+  EXPECT_EQ(r.FieldPayoff[1].BetUnit, Cents(25));
+  SetDefaultDenominations(r);
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 2_usd);
+  EXPECT_EQ(PayoffUnit(r), 1_usd);
+  r.AllowPennyPayoffs = true;
+  EXPECT_EQ(PayoffUnit(r), Cents(1));
+}
+
+// ---- The word of a payoff row ----------------------------------------------------------
+
+struct WordCase {
+  int64_t x, y;
+  bool startFor;
+  char key;
+  bool accepted;
+  int64_t newX;
+  bool endFor;
+};
+
+class PayoffWordTest : public ::testing::TestWithParam<WordCase> {};
+
+TEST_P(PayoffWordTest, KeepsTheShownNumber) {
+  const WordCase& c = GetParam();
+  PayoffRow row{1_usd, Money::Dollars(c.x), c.startFor ? Money{} : Money::Dollars(-1), Money::Dollars(c.y)};
+  EXPECT_EQ(PayoffWordKey(row, c.key), c.accepted);
+  EXPECT_EQ(row.PayoffPay, Money::Dollars(c.newX));
+  EXPECT_EQ(row.PayoffToFor.raw == 0, c.endFor);
+  EXPECT_EQ(row.PayoffFor, Money::Dollars(c.y));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleSet, PayoffWordTest,
+    ::testing::Values(WordCase{1, 1, false, 'f', true, 0, true},    // 1 to 1 becomes 1 for 1: a push
+                      WordCase{7, 6, false, 'F', true, 1, true},    // 7 to 6 reads 7 for 6
+                      WordCase{39, 1, true, 't', true, 40, false},  // 40 for 1 reads 40 to 1
+                      WordCase{39, 1, true, 'T', true, 40, false},
+                      WordCase{9, 5, false, ' ', true, 4, true},
+                      WordCase{4, 5, true, ' ', true, 9, false},
+                      WordCase{9, 5, false, 't', true, 9, false},  // already "to"
+                      WordCase{39, 1, true, 'f', true, 39, true},  // already "for"
+                      WordCase{9, 5, false, 'x', false, 9, false},
+                      WordCase{9, 5, false, 'o', false, 9, false},
+                      WordCase{39, 1, true, '1', false, 39, true}));
+
+TEST(RuleSetTest, ToggleTwiceRestoresThePay) {
+  RuleSet r = Defaults();
+  for (int b : {kPlace6, bet::Repeater2, bet::Lay4}) {
+    PayoffRow before = r.BetPayoff[b];
+    ASSERT_TRUE(PayoffWordKey(r.BetPayoff[b], ' '));
+    EXPECT_NE(r.BetPayoff[b].PayoffPay, before.PayoffPay);
+    ASSERT_TRUE(PayoffWordKey(r.BetPayoff[b], ' '));
+    EXPECT_EQ(r.BetPayoff[b].PayoffPay, before.PayoffPay) << BetName(b);
+    EXPECT_EQ(r.BetPayoff[b].PayoffToFor.raw == 0, before.PayoffToFor.raw == 0) << BetName(b);
+  }
+}
+
+// ---- Field presets ---------------------------------------------------------------------
+
+struct Cell {
+  int64_t x = 0, y = 1;
+  bool forWord = false;
+};
+
+struct PresetCase {
+  const char* name;
+  std::array<Cell, 21> rows;  // rows 1..21: 1-1, 1-2, 1-3, 2-2, 1-4, 2-3, 1-5, 2-4, 3-3, 1-6,
+                              // 2-5, 3-4, 2-6, 3-5, 4-4, 3-6, 4-5, 4-6, 5-5, 5-6, 6-6
+};
+
+constexpr Cell L{-1, 1, false}, Z{0, 1, false}, W{1, 1, false};
+
+class FieldPresetTest : public ::testing::TestWithParam<PresetCase> {};
+
+TEST_P(FieldPresetTest, SetsEveryRow) {
+  const PresetCase& c = GetParam();
+  RuleSet r = Defaults();
+  SetFieldPreset(r, "&Pass Line");  // start from something else than the default
+  ASSERT_TRUE(SetFieldPreset(r, c.name));
+  for (int i = 1; i <= 21; ++i) {
+    const Cell& e = c.rows[i - 1];
+    EXPECT_EQ(r.FieldPayoff[i].PayoffPay, Money::Dollars(e.x)) << c.name << " row " << i;
+    EXPECT_EQ(r.FieldPayoff[i].PayoffFor, Money::Dollars(e.y)) << c.name << " row " << i;
+    EXPECT_EQ(r.FieldPayoff[i].PayoffToFor.raw == 0, e.forWord) << c.name << " row " << i;
+    EXPECT_EQ(r.FieldPayoff[i].BetUnit, Money::Dollars(e.y)) << c.name << " row " << i;
+  }
+  // Every preset is a legal Field table.
+  EXPECT_TRUE(ValidateRules(r, false).ok) << c.name << ": " << ValidateRules(r, false).message;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleSet, FieldPresetTest,
+    ::testing::Values(
+        PresetCase{"&Field w/ 2x on Two and Twelve",
+                   {{{2, 1}, W, W, W, L, L, L, L, L, L, L, L, L, L, L, W, W, W, W, W, {2, 1}}}},
+        PresetCase{"&Don't Pass (bar 12)",
+                   {{W, W, {1, 3}, {1, 3}, {1, 5}, {1, 5}, {1, 11}, {1, 11}, {1, 11}, L, L, L, {1, 11},
+                     {1, 11}, {1, 11}, {1, 5}, {1, 5}, {1, 3}, {1, 3}, L, Z}}},
+        PresetCase{"Place to &Lose 8",
+                   {{Z, Z, Z, Z, Z, Z, Z, Z, Z, {4, 5}, {4, 5}, {4, 5}, {-5, 5}, {-5, 5}, {-5, 5}, Z, Z,
+                     Z, Z, Z, Z}}},
+        PresetCase{"H&ard 8",
+                   {{Z, Z, Z, Z, Z, Z, Z, Z, Z, L, L, L, L, L, {9, 1}, Z, Z, Z, Z, Z, Z}}},
+        PresetCase{"&Horn",
+                   {{{27, 4, true}, {12, 4, true}, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L,
+                     {12, 4, true}, {27, 4, true}}}},
+        PresetCase{"&World",
+                   {{{26, 5, true}, {11, 5, true}, L, L, L, L, L, L, L, {0, 5, true}, {0, 5, true},
+                     {0, 5, true}, L, L, L, L, L, L, L, {11, 5, true}, {26, 5, true}}}},
+        PresetCase{"H&op 13", {{L, L, {15, 1}, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L}}},
+        PresetCase{"&Midway",
+                   {{L, L, L, L, L, L, W, W, {2, 1}, W, W, W, W, W, {2, 1}, L, L, L, L, L, L}}},
+        PresetCase{"&Crapless Craps Pass Line",
+                   {{{-5, 7}, {-1, 2}, {-1, 3}, {-1, 3}, {-1, 5}, {-1, 5}, {-1, 11}, {-1, 11}, {-1, 11},
+                     W, W, W, {-1, 11}, {-1, 11}, {-1, 11}, {-1, 5}, {-1, 5}, {-1, 3}, {-1, 3},
+                     {-1, 2}, {-5, 7}}}}));
+
+TEST(FieldPresetMenuTest, NamesAreTheMenuTextsInOrder) {
+  const std::vector<std::string_view> expected = {
+      "&Field w/ 2x on Two and Twelve", "&Pass Line", "&Don't Pass (bar 12)", "Place &6",
+      "Place to &Lose 8", "Buy &10 (5 % vig)", "Lay &4 (5% vig on win only)", "H&ard 8", "&Horn",
+      "&World", "H&op 13", "&Midway", "&Crapless Craps Pass Line"};
+  EXPECT_EQ(FieldPresetNames(), expected);
+}
+
+TEST(FieldPresetMenuTest, UnknownNameChangesNothing) {
+  RuleSet r = Defaults();
+  SetFieldPreset(r, "&Horn");
+  RuleSet before = r;
+  EXPECT_FALSE(SetFieldPreset(r, "Horn"));
+  EXPECT_FALSE(SetFieldPreset(r, ""));
+  for (int i = 1; i <= 21; ++i) EXPECT_EQ(r.FieldPayoff[i].PayoffPay, before.FieldPayoff[i].PayoffPay);
+}
+
+TEST(FieldPresetMenuTest, SingleNumberPresetsTouchOnlyTheirTotals) {
+  struct Case {
+    const char* name;
+    int winTotal;
+    Cell win;
+    Cell seven;
+  } cases[] = {{"Place &6", 6, {7, 6}, {-1, 1}},
+               {"Buy &10 (5 % vig)", 10, {39, 21}, {-1, 1}},
+               {"Lay &4 (5% vig on win only)", 4, {-1, 1}, {19, 40}}};
+  const int totals[22] = {0, 2, 3, 4, 4, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 10, 10, 11, 12};
+  for (const Case& c : cases) {
+    RuleSet r = Defaults();
+    ASSERT_TRUE(SetFieldPreset(r, c.name));
+    for (int i = 1; i <= 21; ++i) {
+      Cell e = totals[i] == c.winTotal ? c.win : totals[i] == 7 ? c.seven : Z;
+      EXPECT_EQ(r.FieldPayoff[i].PayoffPay, Money::Dollars(e.x)) << c.name << " row " << i;
+      EXPECT_EQ(r.FieldPayoff[i].PayoffFor, Money::Dollars(e.y)) << c.name << " row " << i;
+      EXPECT_NE(r.FieldPayoff[i].PayoffToFor.raw, 0) << c.name << " row " << i;
+    }
+  }
+}
+
+// ---- Vigorish --------------------------------------------------------------------------
+
+struct RoundCase {
+  double value, unit;
+  int mode;
+  double expected;
+};
+
+class VigRoundToUnitTest : public ::testing::TestWithParam<RoundCase> {};
+
+TEST_P(VigRoundToUnitTest, Rounds) {
+  const RoundCase& c = GetParam();
+  EXPECT_NEAR(RoundToUnit(c.value, c.unit, c.mode), c.expected, 1e-12)
+      << c.value << " / " << c.unit << " mode " << c.mode;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Vig, VigRoundToUnitTest,
+    ::testing::Values(RoundCase{2.5, 1, kRoundNormal, 2},  // an exact half rounds down
+                      RoundCase{2.5005, 1, kRoundNormal, 2}, RoundCase{2.502, 1, kRoundNormal, 3}, RoundCase{2.4, 1, kRoundNormal, 2},
+                      RoundCase{12.5, 5, kRoundNormal, 10}, RoundCase{12.5, 5, kRoundDown, 10},
+                      RoundCase{12.5, 5, kRoundUp, 15}, RoundCase{12.5, 5, kRoundHalfUp, 15},
+                      RoundCase{2.5, 1, kRoundHalfUp, 3}, RoundCase{2.4, 1, kRoundHalfUp, 2},
+                      RoundCase{15, 5, kRoundUp, 15},  // whole quotients stand in every mode
+                      RoundCase{15, 5, kRoundDown, 15}, RoundCase{0.07, 0.01, kRoundUp, 0.07},
+                      RoundCase{0.07, 0.01, kRoundDown, 0.07}, RoundCase{-2.5, 1, kRoundDown, -3},
+                      RoundCase{-2.5, 1, kRoundNormal, -3},  // Int floors toward minus infinity
+                      RoundCase{-2.4, 1, kRoundUp, -2}, RoundCase{7, 0, kRoundNormal, 0},
+                      RoundCase{7, 0, kRoundUp, 0}));
+
+struct VigCase {
+  int bet;
+  int64_t amountCents;
+  int64_t smallestCents;
+  bool penny;
+  int mode;
+  int64_t expectedCents;
+};
+
+class VigComputeTest : public ::testing::TestWithParam<VigCase> {};
+
+TEST_P(VigComputeTest, BuyAndLay) {
+  const VigCase& c = GetParam();
+  RuleSet r = Defaults();
+  r.CheckDenom[1] = Cents(c.smallestCents);
+  r.AllowPennyPayoffs = c.penny;
+  r.RoundBuyVig = r.RoundLayVig = c.mode;
+  Money vig = c.bet <= bet::Lay10 ? ComputeLayVig(r, c.bet, Cents(c.amountCents))
+                                  : ComputeBuyVig(r, c.bet, Cents(c.amountCents));
+  EXPECT_EQ(vig, Cents(c.expectedCents)) << BetName(c.bet) << " " << c.amountCents << " cents, mode "
+                                         << c.mode << (c.penny ? ", pennies" : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Vig, VigComputeTest,
+    ::testing::Values(
+        // 5% of $1: 0.05 rounds to nothing and so becomes one smallest check.
+        VigCase{bet::Buy4, 100, 100, false, kRoundNormal, 100},
+        VigCase{bet::Buy4, 100, 100, false, kRoundUp, 100},
+        VigCase{bet::Buy4, 100, 100, false, kRoundDown, 100},
+        // 5% of $50 is 2.5 checks: normal rounds the half down.
+        VigCase{bet::Buy10, 5000, 100, false, kRoundNormal, 200},
+        VigCase{bet::Buy10, 5000, 100, false, kRoundUp, 300},
+        VigCase{bet::Buy10, 5000, 100, false, kRoundDown, 200},
+        VigCase{38, 3100, 100, false, kRoundNormal, 200},  // Buy 5: 1.55 rounds up normally
+        VigCase{38, 3100, 100, false, kRoundDown, 100},
+        VigCase{bet::Buy4, 5000, 500, false, kRoundNormal, 500},  // 2.5 on $5 checks: the unit
+        VigCase{bet::Buy4, 20000, 500, false, kRoundUp, 1000},    // 10 on $5 checks is whole
+        VigCase{bet::Buy4, 100, 100, true, kRoundNormal, 5},      // pennies: 0.05 as it is
+        VigCase{bet::Buy4, 1010, 100, true, kRoundNormal, 50},    // 0.505: the half goes down
+        VigCase{bet::Buy4, 1010, 100, true, kRoundUp, 51},
+        VigCase{bet::Buy4, 1010, 100, true, kRoundDown, 50},
+        VigCase{bet::Buy4, 140, 100, true, kRoundUp, 7},  // 0.07 is whole in cents
+        VigCase{bet::Buy4, 10, 100, true, kRoundNormal, 1},  // 0.005 is never free: a cent
+        // Lay vig is on the win: $100 on the 4 at 1:2 wins 50, vig 2.5 checks.
+        VigCase{bet::Lay4, 10000, 100, false, kRoundNormal, 200},
+        VigCase{bet::Lay4, 10000, 100, false, kRoundUp, 300},
+        VigCase{2, 6000, 100, false, kRoundNormal, 200},  // Lay 5, 2:3: win 40, vig 2
+        VigCase{3, 6000, 100, false, kRoundNormal, 200},  // Lay 6, 5:6: win 50, vig 2.5
+        VigCase{3, 6000, 100, false, kRoundDown, 200},
+        VigCase{bet::Lay10, 2000, 100, false, kRoundNormal, 100},  // 0.5 becomes the unit
+        VigCase{bet::Lay10, 3000, 100, true, kRoundNormal, 75},
+        // Bets that carry no vig of that kind.
+        VigCase{bet::Place4, 10000, 100, false, kRoundNormal, 0},
+        VigCase{bet::Come4, 10000, 100, false, kRoundNormal, 0},
+        VigCase{bet::Buy4, 0, 100, false, kRoundNormal, 0}, VigCase{bet::Lay4, 0, 100, false, kRoundUp, 0}));
+
+TEST(VigTest, WrongFamilyOrZeroRateIsFree) {
+  RuleSet r = Defaults();
+  EXPECT_EQ(ComputeLayVig(r, bet::Buy4, 100_usd), Money{});
+  EXPECT_EQ(ComputeBuyVig(r, bet::Lay4, 100_usd), Money{});
+  r.BuyVigPct = Money{};
+  r.LayVigPct = Money{};
+  EXPECT_EQ(ComputeBuyVig(r, bet::Buy4, 100_usd), Money{});
+  EXPECT_EQ(ComputeLayVig(r, bet::Lay4, 100_usd), Money{});
+}
+
+TEST(VigTest, LayOnALosingRowIsFreeButOnAPushCostsTheUnit) {
+  RuleSet r = Defaults();
+  r.BetPayoff[bet::Lay4].PayoffPay = -1_usd;
+  EXPECT_EQ(ComputeLayVig(r, bet::Lay4, 100_usd), Money{});
+  r.BetPayoff[bet::Lay4].PayoffPay = Money{};
+  EXPECT_EQ(ComputeLayVig(r, bet::Lay4, 100_usd), 1_usd);
+}
+
+TEST(VigTest, RateIsAFraction) {
+  RuleSet r = Defaults();
+  r.BuyVigPct = Cents(4);  // 4%
+  EXPECT_EQ(ComputeBuyVig(r, bet::Buy4, 100_usd), 4_usd);
+  r.BuyVigPct = Cents(10);
+  EXPECT_EQ(ComputeBuyVig(r, bet::Buy4, 100_usd), 10_usd);
+}
+
+// ---- Validation ------------------------------------------------------------------------
+
+TEST(RuleValidationTest, DefaultsPass) {
+  RuleSet r = Defaults();
+  RuleCheck c = ValidateRules(r, true);
+  EXPECT_TRUE(c.ok) << c.message;
+}
+
+const char kZeroCheck[] = "Check values must be greater than zero.";
+const char kAscending[] =
+    "Checks must be listed in ascending order with the lowest value check in the leftmost position.";
+const char kDivisible[] = "All checks must be wholly divisible by the smallest check.";
+
+struct DenomCase {
+  std::array<int64_t, 5> cents;
+  const char* message;  // nullptr: passes
+  int index;
+};
+
+class RuleValidationDenominationTest : public ::testing::TestWithParam<DenomCase> {};
+
+TEST_P(RuleValidationDenominationTest, ChecksLeftToRight) {
+  const DenomCase& c = GetParam();
+  RuleSet r = Defaults();
+  for (int i = 1; i <= 5; ++i) r.CheckDenom[i] = Cents(c.cents[i - 1]);
+  // Keep the later steps out of the way.
+  r.MinPlacardBet = r.MinPlacardPropBet = Max(r.CheckDenom[1], Cents(100));
+  RuleCheck v = ValidateRules(r, false);
+  if (c.message == nullptr) {
+    EXPECT_TRUE(v.ok) << v.message;
+    return;
+  }
+  EXPECT_FALSE(v.ok);
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, "txtDenomination");
+  EXPECT_EQ(v.index, c.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleValidation, RuleValidationDenominationTest,
+    ::testing::Values(DenomCase{{100, 500, 500, 10000, 50000}, nullptr, 0},  // equal neighbours pass
+                      DenomCase{{100, 100, 100, 100, 100}, nullptr, 0},
+                      DenomCase{{100, 500, 400, 10000, 50000}, kAscending, 3},
+                      DenomCase{{100, 500, 2500, 10000, 5000}, kAscending, 5},
+                      DenomCase{{500, 300, 2500, 10000, 50000}, kAscending, 2},  // before divisibility
+                      DenomCase{{200, 500, 2500, 10000, 50000}, kDivisible, 2},
+                      DenomCase{{25, 50, 75, 100, 110}, kDivisible, 5},
+                      DenomCase{{100, 0, 2500, 10000, 50000}, kZeroCheck, 2},
+                      DenomCase{{100, 500, 0, 10000, 50000}, kZeroCheck, 3},  // zero before ascending
+                      DenomCase{{0, 500, 2500, 10000, 50000}, kZeroCheck, 1},
+                      DenomCase{{-100, 500, 2500, 10000, 50000}, kZeroCheck, 1}));
+
+struct MinimumCase {
+  int64_t smallestCents, minCents, propMinCents;
+  const char* message;
+  const char* control;
+};
+
+class RuleValidationMinimumTest : public ::testing::TestWithParam<MinimumCase> {};
+
+TEST_P(RuleValidationMinimumTest, MinimumsAreWholeChecks) {
+  const MinimumCase& c = GetParam();
+  RuleSet r = Defaults();
+  r.CheckDenom = {Money{}, Cents(c.smallestCents), Cents(c.smallestCents * 4), Cents(c.smallestCents * 20),
+                  Cents(c.smallestCents * 100), Cents(c.smallestCents * 400)};
+  r.MinPlacardBet = Cents(c.minCents);
+  r.MinPlacardPropBet = Cents(c.propMinCents);
+  RuleCheck v = ValidateRules(r, false);
+  EXPECT_FALSE(v.ok);
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, c.control);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleValidation, RuleValidationMinimumTest,
+    ::testing::Values(
+        MinimumCase{500, 300, 500, "The minimum bet cannot be less than the smallest check denomination of 5",
+                    "txtMinPlacardBet"},
+        MinimumCase{500, 700, 500,
+                    "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...",
+                    "txtMinPlacardBet"},
+        // The table minimum is looked at before the prop minimum.
+        MinimumCase{500, 700, 300,
+                    "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...",
+                    "txtMinPlacardBet"},
+        MinimumCase{500, 1000, 300,
+                    "The minimum prop bet cannot be less than the smallest check denomination of 5",
+                    "txtMinPlacardPropBet"},
+        MinimumCase{25, 100, 110,
+                    "The minimum prop bet must be a multiple of the smallest check denomination, such as "
+                    "0.25,  0.50,  0.75 ...",
+                    "txtMinPlacardPropBet"}));
+
+TEST(RuleValidationTest, MaximumBelowMinimumFails) {
+  RuleSet r = Defaults();
+  r.MinPlacardBet = 25_usd;
+  r.MaxPlacardBet = 20_usd;
+  RuleCheck v = ValidateRules(r, false);
+  EXPECT_EQ(v.message, "The maximum bet must be greater than or equal to the minimum bet.");
+  EXPECT_EQ(v.control, "txtMaxPlacardBet");
+  r.MaxPlacardBet = 25_usd;
+  EXPECT_TRUE(ValidateRules(r, false).ok);
+}
+
+struct RateCase {
+  double rate;
+  int unit;
+  bool edited;
+  const char* message;  // nullptr: passes
+};
+
+class RuleValidationRollRateTest : public ::testing::TestWithParam<RateCase> {};
+
+TEST_P(RuleValidationRollRateTest, OnlyWhenEdited) {
+  const RateCase& c = GetParam();
+  RuleSet r = Defaults();
+  r.RollsPerTime = c.rate;
+  r.RollRateUnit = c.unit;
+  RuleCheck v = ValidateRules(r, c.edited);
+  if (c.message == nullptr) {
+    EXPECT_TRUE(v.ok) << v.message;
+  } else {
+    EXPECT_EQ(v.message, c.message);
+    EXPECT_EQ(v.control, "txtRollsPerTime");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleValidation, RuleValidationRollRateTest,
+    ::testing::Values(RateCase{0, kPerHour, false, nullptr}, RateCase{-5, kPerHour, false, nullptr},
+                      RateCase{0, kPerHour, true, "The simulated roll rate must be greater than zero."},
+                      RateCase{-1, kPerSecond, true, "The simulated roll rate must be greater than zero."},
+                      RateCase{36000000, kPerHour, true, nullptr},
+                      RateCase{36000001, kPerHour, true, "The maximum simulated hour rate is 36,000,000."},
+                      RateCase{600000, kPerMinute, true, nullptr},
+                      RateCase{600000.5, kPerMinute, true, "The maximum simulated minute rate is 600,000."},
+                      RateCase{10000, kPerSecond, true, nullptr},
+                      RateCase{10001, kPerSecond, true, "The maximum simulated second rate is 10,000."},
+                      RateCase{10001, kPerHour, true, nullptr}));
+
+struct PayoffCheckCase {
+  int bet;
+  const char* message;  // nullptr: the row is no payoff of its own and passes
+  int row = 0;          // the list row that gets the focus, when not the bet's own
+};
+
+class RuleValidationPayoffTest : public ::testing::TestWithParam<PayoffCheckCase> {};
+
+TEST_P(RuleValidationPayoffTest, NonPositivePay) {
+  const PayoffCheckCase& c = GetParam();
+  for (int64_t pay : {0, -1}) {
+    RuleSet r = Defaults();
+    r.BetPayoff[c.bet].PayoffPay = Money::Dollars(pay);
+    RuleCheck v = ValidateRules(r, false);
+    if (c.message == nullptr) {
+      EXPECT_TRUE(v.ok) << BetName(c.bet) << ": " << v.message;
+      continue;
+    }
+    EXPECT_EQ(v.message, c.message) << pay;
+    EXPECT_EQ(v.control, "txtPayoffs");
+    EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableBet, c.row != 0 ? c.row : c.bet));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleValidation, RuleValidationPayoffTest,
+    ::testing::Values(PayoffCheckCase{33, "The payoff on Place 6 must be positive."},
+                      PayoffCheckCase{bet::Lay4, "The payoff on Lay 4 must be positive."},
+                      PayoffCheckCase{bet::Come4, "The payoff on Come 4 must be positive."},
+                      PayoffCheckCase{bet::Hop55, "The payoff on Hop 55 must be positive."},
+                      PayoffCheckCase{bet::Repeater12, "The payoff on Repeater 12 must be positive."},
+                      PayoffCheckCase{26, "The payoffs on Pass/Come 5 must be positive."},
+                      PayoffCheckCase{bet::Come10Odds, "The payoffs on Pass/Come 10 must be positive."},
+                      PayoffCheckCase{bet::DontCome4Odds, "The payoffs on DP/DC 4 must be positive."},
+                      PayoffCheckCase{bet::PassLine, "The payoffs on Passline/Come (c.o.) must be positive."},
+                      PayoffCheckCase{bet::Come, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine},
+                      PayoffCheckCase{bet::DontCome, "The payoffs on Don't Pass/Come (c.o.) must be positive.",
+                                      bet::DontPass},
+                      PayoffCheckCase{bet::Field, nullptr}, PayoffCheckCase{bet::CAndE, nullptr},
+                      PayoffCheckCase{bet::Horn, nullptr}, PayoffCheckCase{bet::World, nullptr},
+                      PayoffCheckCase{bet::PassLineOdds, nullptr}, PayoffCheckCase{bet::Fire, nullptr}));
+
+TEST(RuleValidationTest, SevenPointSevenAndMidwayRowsMustWin) {
+  RuleSet r = Defaults();
+  r.MidwayPayoff[3].PayoffPay = Money{};
+  RuleCheck v = ValidateRules(r, false);
+  EXPECT_EQ(v.message, "The payoff on Midway must be positive.");
+  EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableMidway, 3));
+
+  r = Defaults();
+  r.SevenPointSevenPayoff[2].PayoffPay = -1_usd;
+  v = ValidateRules(r, false);
+  EXPECT_EQ(v.message, "The payoff on 7 Point 7 must be positive.");
+  EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableSevenPointSeven, 2));
+}
+
+TEST(RuleValidationTest, SingleBetsComeBeforeTheTables) {
+  RuleSet r = Defaults();
+  r.MidwayPayoff[1].PayoffPay = Money{};
+  r.BetPayoff[bet::Repeater12].PayoffPay = Money{};
+  EXPECT_EQ(ValidateRules(r, false).message, "The payoff on Repeater 12 must be positive.");
+}
+
+TEST(RuleValidationTest, BetUnitsAreRecomputed) {
+  RuleSet r = Defaults();
+  r.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
+  r.MinPlacardBet = r.MinPlacardPropBet = 5_usd;
+  ASSERT_TRUE(ValidateRules(r, false).ok);
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 10_usd);
+  EXPECT_EQ(r.FirePayoff[0].BetUnit, 5_usd);
+}
+
+struct HandCase {
+  int table;  // PayoffTable
+  int row;
+  int64_t x, y;
+  bool allLose;
+  const char* message;  // nullptr: passes
+};
+
+class RuleValidationHandTableTest : public ::testing::TestWithParam<HandCase> {};
+
+std::vector<PayoffRow*> TableRows(RuleSet& r, int table) {
+  std::vector<PayoffRow*> rows;
+  auto add = [&rows](auto& t, size_t first) {
+    for (size_t i = first; i < t.size(); ++i) rows.push_back(&t[i]);
+  };
+  switch (table) {
+    case kPayoffTableHotRoller: add(r.HotRollerPayoff, 1); break;
+    case kPayoffTableSharpShooter: add(r.SharpShooterPayoff, 1); break;
+    case kPayoffTableRideLine: add(r.RideLinePayoff, 1); break;
+    case kPayoffTableFire: add(r.FirePayoff, 0); break;
+    default: add(r.FieldPayoff, 1); break;
+  }
+  return rows;
+}
+
+TEST_P(RuleValidationHandTableTest, LossesAndWins) {
+  const HandCase& c = GetParam();
+  RuleSet r = Defaults();
+  std::vector<PayoffRow*> rows = TableRows(r, c.table);
+  if (c.allLose)
+    for (PayoffRow* p : rows) p->PayoffPay = -1_usd;
+  int first = c.table == kPayoffTableFire ? 0 : 1;
+  rows[static_cast<size_t>(c.row - first)]->PayoffPay = Money::Dollars(c.x);
+  rows[static_cast<size_t>(c.row - first)]->PayoffFor = Money::Dollars(c.y);
+  RuleCheck v = ValidateRules(r, false);
+  if (c.message == nullptr) {
+    EXPECT_TRUE(v.ok) << v.message;
+    return;
+  }
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, "txtPayoffs");
+  if (!c.allLose) {
+    EXPECT_EQ(v.index, PayoffCheckIndex(c.table, c.row));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RuleValidation, RuleValidationHandTableTest,
+    ::testing::Values(
+        HandCase{kPayoffTableHotRoller, 2, -2, 1, false,
+                 "Any loss on the Hot Roller bet cannot exceed the amount wagered."},
+        HandCase{kPayoffTableHotRoller, 2, -2, 2, false, nullptr},  // a loss of the whole wager
+        HandCase{kPayoffTableSharpShooter, 11, -3, 2, false,
+                 "Any loss on the Sharp Shooter bet cannot exceed the amount wagered."},
+        HandCase{kPayoffTableRideLine, 1, -1, 1, true, "At least one of the Ride The Line bet payoffs must be positive."},
+        HandCase{kPayoffTableFire, 0, -1, 1, true, "At least one of the Fire bet payoffs must be positive."},
+        HandCase{kPayoffTableFire, 6, 1, 100, true, nullptr},
+        HandCase{kPayoffTableFire, 0, -5, 4, false, "Any loss on the Fire bet cannot exceed the amount wagered."},
+        // The Field may lose on every roll, but never more than the wager.
+        HandCase{kPayoffTableField, 1, -1, 1, true, nullptr},
+        HandCase{kPayoffTableField, 12, -2, 1, false, "Any loss on the Field bet cannot exceed the amount wagered."}));
+
+TEST(RuleValidationTest, PropMaximumBelowPropMinimumWholeDollars) {
+  RuleSet r = Defaults();
+  r.MinPlacardPropBet = 50_usd;
+  // Make All at 175:1 under a 5000 payoff cap takes at most 28, the first prop below 50.
+  RuleCheck v = ValidateRules(r, false);
+  EXPECT_FALSE(v.ok);
+  EXPECT_EQ(v.message,
+            "Based on the selected payoffs, the maximum Make All bet is 28.\n"
+            "This is less than the minimum prop bet and must be adjusted.\n"
+            "Please do one or more of the following:\n"
+            "-- lower the minimum prop bet\n"
+            "-- raise the maximum prob bet payoff\n"
+            "-- raise the maximum bet, or\n"
+            "-- raise the individual payoff(s) on Make All");
+  EXPECT_EQ(v.control, "txtMinPlacardPropBet");
+}
+
+TEST(RuleValidationTest, PropMaximumInCentsShowsTwoPlaces) {
+  RuleSet r = Defaults();
+  r.CheckDenom = {Money{}, Cents(50), 1_usd, 5_usd, 25_usd, 100_usd};
+  r.MinPlacardBet = Cents(250);
+  r.MinPlacardPropBet = 3_usd;
+  r.MaxPropBetPayoff = 10_usd;
+  // Hard 4 at 7:1 may take 1 under the cap; the table minimum of 2.50 is the floor.
+  RuleCheck v = ValidateRules(r, false);
+  EXPECT_EQ(v.message.substr(0, v.message.find('\n')),
+            "Based on the selected payoffs, the maximum Hard 4 bet is 2.50.");
+}
+
+}  // namespace
