@@ -143,7 +143,12 @@ Money RuleMaximum(const RuleSet& r, int b) {
   }
   // Place, Buy, the line and come bets, Field, Big 6 and Big 8 keep the table maximum.
 
-  maximum = Min(maximum, start);
+  // A Lay is limited by what it wins (the table maximum × y / x), so a Lay 4 at 1:2 may
+  // hold twice the table maximum; everything else stays within the table maximum.
+  const bool lay = b >= bet::Lay4 && b <= bet::Lay10;
+  if (!lay) maximum = Min(maximum, start);
+  // A limit is always a whole number of checks.
+  if (u.raw > 0) maximum = FloorToUnit(maximum, u);
   return Max(maximum, r.MinPlacardBet);
 }
 

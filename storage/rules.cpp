@@ -121,7 +121,7 @@ RuleCheck Fail(std::string message, std::string control, int index = 0) {
   return c;
 }
 
-// Steps 2 and 3: a minimum of at least one smallest check and a whole number of them.
+// A minimum of at least one smallest check and a whole number of them.
 RuleCheck CheckMinimum(Money minimum, Money u, std::string_view which, const char* control) {
   if (minimum < u)
     return Fail("The minimum " + std::string(which) +
@@ -136,23 +136,24 @@ RuleCheck CheckMinimum(Money minimum, Money u, std::string_view which, const cha
 }
 
 // The rows of the payoff list that edit two bets at once, by the bet they are checked at.
-std::string_view CombinedRowName(int bet) {
+std::string_view CombinedRowName(int b) {
   static constexpr std::string_view kPassCome[6] = {"Pass/Come 4", "Pass/Come 5", "Pass/Come 6",
                                                     "Pass/Come 8", "Pass/Come 9", "Pass/Come 10"};
   static constexpr std::string_view kDpDc[6] = {"DP/DC 4", "DP/DC 5", "DP/DC 6",
                                                 "DP/DC 8", "DP/DC 9", "DP/DC 10"};
-  if (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds) return kDpDc[bet - bet::DontCome4Odds];
-  if (bet >= bet::Come4Odds && bet <= bet::Come10Odds) return kPassCome[bet - bet::Come4Odds];
-  if (bet == bet::PassLine) return "Passline/Come (c.o.)";
-  if (bet == bet::DontPass) return "Don't Pass/Come (c.o.)";
+  if (b >= bet::DontCome4Odds && b <= bet::DontCome10Odds) return kDpDc[b - bet::DontCome4Odds];
+  if (b >= bet::Come4Odds && b <= bet::Come10Odds) return kPassCome[b - bet::Come4Odds];
+  if (b == bet::PassLine) return "Passline/Come (c.o.)";
+  if (b == bet::DontPass) return "Don't Pass/Come (c.o.)";
   return {};
 }
 
-// Rows of BetPayoff that are no payoff of their own, so step 6 passes them by:
+// Rows of BetPayoff that are no payoff of their own, so the positive-pay check passes them by:
 // - Pass Line Odds and Don't Pass Odds are paid from the Come and Don't Come odds rows of
 //   the point; their own rows are never shown, the "Pass/Come" and "DP/DC" rows stand for them.
 // - Come and Don't Come are checked with Pass Line and Don't Pass as their combined rows.
-// - Field, Midway, 7 Point 7 and the hand bets are paid from their own tables (steps 6 to 8).
+// - Field, Midway, 7 Point 7 and the hand bets are paid from their own tables,
+//   which are checked on their own.
 // - C and E, Horn and World hold only the wager unit; their wins come from the rows of
 //   Eleven, Craps, Two, Three, Seven and Twelve, which are checked as single bets. A pay of
 //   0 there changes nothing at the table, so refusing it would only get in the user's way.
@@ -169,8 +170,8 @@ bool IsSkippedInPayoffCheck(int b) {
 }
 
 template <size_t N>
-RuleCheck CheckHandTable(const std::array<PayoffRow, N>& table, size_t first, int bet, int tableId) {
-  const std::string name(BetName(bet));
+RuleCheck CheckHandTable(const std::array<PayoffRow, N>& table, size_t first, int b, int tableId) {
+  const std::string name(BetName(b));
   bool anyWin = false;
   for (size_t i = first; i < N; ++i) {
     if (table[i].PayoffPay < -table[i].PayoffFor)

@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(MaximumCase{kPlace6, 1000 * D}, MaximumCase{bet::Buy4, 1000 * D},
                       MaximumCase{bet::PassLine, 1000 * D}, MaximumCase{bet::Field, 1000 * D},
                       MaximumCase{bet::Big8, 1000 * D},
-                      MaximumCase{bet::Lay4, 1000 * D},  // 1000 × 2 / 1, held to the table maximum
+                      MaximumCase{bet::Lay4, 2000 * D},  // lays to win the table maximum: 1000 × 2 / 1
                       MaximumCase{bet::Hard4, 714 * D},  // floor(5000 / 7)
                       MaximumCase{bet::Hard6, 555 * D},  // floor(5000 / 9)
                       MaximumCase{bet::Two, 166 * D}, MaximumCase{bet::Eleven, 333 * D},
@@ -53,8 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
                       MaximumCase{bet::SharpShooter, 16 * D},   // 299:1
                       MaximumCase{bet::RideTheLine, 50 * D},    // 100:1
                       MaximumCase{bet::Fire, 5 * D},            // 999:1 gives 5.005
-                      MaximumCase{bet::Repeater2, 1282051},     // 5000 / 39 = 128.2051...
-                      MaximumCase{102, 561797},                 // Repeater 6: 5000 / 89
+                      MaximumCase{bet::Repeater2, 128 * D},     // 5000 / 39 = 128.2051..., in whole checks
+                      MaximumCase{102, 56 * D},                 // Repeater 6: 5000 / 89 = 56.18
                       MaximumCase{bet::PassLineOdds, 1000 * D}, MaximumCase{27, 1000 * D}));
 
 

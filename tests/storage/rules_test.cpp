@@ -125,22 +125,11 @@ TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
   EXPECT_EQ(r.BetPayoff[kPlace6].BetUnit, 6_usd);
   EXPECT_EQ(r.FirePayoff[0].PayoffPay, -1_usd);
   EXPECT_TRUE(r.CompBets[bet::Field]);
-  EXPECT_FALSE(r.WorkOnComeOut[kPlace6][3]);
-}
-
-TEST(RuleSetTest, OnlyOddsBetsAreLeftOutOfComps) {
-  RuleSet r = Defaults();
-  for (int b = 1; b <= kBets; ++b) {
-    bool odds = (b >= 13 && b <= 18) || (b >= 25 && b <= 30) || b == 44 || b == 47;
-    EXPECT_EQ(r.CompBets[b], !odds) << BetName(b);
-  }
-}
-
-TEST(RuleSetTest, WorkingOnComeOutDefaultsAreTheSameForEverySeat) {
-  RuleSet r = Defaults();
-  for (int b = 1; b <= kBets; ++b) {
-    bool off = (b >= 25 && b <= 42) || b == 44 || b == 45 || b == 47 || b == 48;
-    for (int s = 0; s < kSeats; ++s) EXPECT_EQ(r.WorkOnComeOut[b][s], !off) << BetName(b) << " seat " << s;
+  EXPECT_FALSE(r.CompBets[bet::DontPassOdds]);  // odds carry no edge, so earn no comps
+  for (int s = 0; s < kSeats; ++s) {
+    EXPECT_FALSE(r.WorkOnComeOut[kPlace6][s]);
+    EXPECT_FALSE(r.WorkOnComeOut[bet::DontCome][s]);
+    EXPECT_TRUE(r.WorkOnComeOut[bet::Hard4][s]);
   }
 }
 
@@ -408,14 +397,6 @@ TEST(VigTest, LayOnALosingRowIsFreeButOnAPushCostsTheUnit) {
   EXPECT_EQ(ComputeLayVig(r, bet::Lay4, 100_usd), Money{});
   r.BetPayoff[bet::Lay4].PayoffPay = Money{};
   EXPECT_EQ(ComputeLayVig(r, bet::Lay4, 100_usd), 1_usd);
-}
-
-TEST(VigTest, RateIsAFraction) {
-  RuleSet r = Defaults();
-  r.BuyVigPct = Cents(4);  // 4%
-  EXPECT_EQ(ComputeBuyVig(r, bet::Buy4, 100_usd), 4_usd);
-  r.BuyVigPct = Cents(10);
-  EXPECT_EQ(ComputeBuyVig(r, bet::Buy4, 100_usd), 10_usd);
 }
 
 // ---- Validation ------------------------------------------------------------------------

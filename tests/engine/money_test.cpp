@@ -1,0 +1,101 @@
+#include "engine/money.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+Money M(double d) { return Money::FromDouble(d); }
+
+struct TextCase {
+  double value;
+  const char* text;
+  const char* grouped;
+  const char* dollars;
+};
+
+class MoneyTextTest : public testing::TestWithParam<TextCase> {};
+
+TEST_P(MoneyTextTest, ShowsWholeTwoOrFourDecimals) {
+  const TextCase& c = GetParam();
+  EXPECT_EQ(MoneyText(M(c.value)), c.text);
+  EXPECT_EQ(MoneyTextGrouped(M(c.value)), c.grouped);
+  EXPECT_EQ(DollarText(M(c.value)), c.dollars);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Amounts, MoneyTextTest,
+    testing::Values(TextCase{10, "10", "10", "$10"}, TextCase{12.5, "12.50", "12.50", "$12.50"},
+                    TextCase{0.0125, "0.0125", "0.0125", "$0.0125"}, TextCase{0.05, "0.05", "0.05", "$0.05"},
+                    TextCase{0, "0", "0", "$0"}, TextCase{-12.5, "-12.50", "-12.50", "-$12.50"},
+                    TextCase{-0.0001, "-0.0001", "-0.0001", "-$0.0001"},
+                    TextCase{9999999, "9999999", "9,999,999", "$9999999"},
+                    TextCase{2000000000, "2000000000", "2,000,000,000", "$2000000000"},
+                    TextCase{1234.56, "1234.56", "1,234.56", "$1234.56"}, TextCase{100, "100", "100", "$100"}));
+
+TEST(MoneyArithmetic, ProductsAreExactAndRoundHalfToEven) {
+  EXPECT_EQ(MulMoney(M(1.5), M(2)), M(3));
+  EXPECT_EQ(MulMoney(M(0.0001), M(0.5)), M(0));       // 0.00005 → even 0
+  EXPECT_EQ(MulMoney(M(0.0003), M(0.5)), M(0.0002));  // 0.00015 → even 0.0002
+  EXPECT_EQ(MulMoney(M(-0.0003), M(0.5)), M(-0.0002));
+  // Large amounts don't overflow in the product.
+  EXPECT_EQ(MulMoney(Money::Dollars(9000000000LL), M(2)), Money::Dollars(18000000000LL));
+}
+
+TEST(MoneyArithmetic, PayoffRatioFloorsTowardMinusInfinity) {
+  EXPECT_EQ(MulDivMoney(M(7), M(3), M(2)), M(10.5));
+  EXPECT_EQ(MulDivMoney(M(10), M(1), M(3)), M(3.3333));
+  EXPECT_EQ(MulDivMoney(M(10), M(-1), M(3)), M(-3.3334));
+  EXPECT_EQ(MulDivMoney(M(10), M(1), M(0)), M(0));
+}
+
+TEST(MoneyArithmetic, FloorToUnitGoesDownAlsoForLosses) {
+  EXPECT_EQ(FloorToUnit(M(10.5), M(1)), M(10));
+  EXPECT_EQ(FloorToUnit(M(-10.5), M(1)), M(-11));
+  EXPECT_EQ(FloorToUnit(M(-10), M(5)), M(-10));
+  EXPECT_EQ(FloorToUnit(M(12.349), M(0.01)), M(12.34));
+  EXPECT_EQ(FloorToUnit(M(7), M(0)), M(7));
+  EXPECT_TRUE(IsMultipleOf(M(15), M(5)));
+  EXPECT_FALSE(IsMultipleOf(M(7), M(5)));
+  EXPECT_FALSE(IsMultipleOf(M(7), M(0)));
+}
+
+TEST(MoneyArithmetic, FromDoubleRoundsToTheNearestTenThousandth) {
+  EXPECT_EQ(Money::FromDouble(-2.5).raw, -25000);
+  EXPECT_EQ(Money::FromDouble(10.0 / 3.0).raw, 33333);
+  EXPECT_EQ(Money::FromDouble(-10.0 / 3.0).raw, -33333);
+  EXPECT_EQ(Money::FromDouble(2.0 / 3.0).raw, 6667);
+}
+
+struct ParseCase {
+  const char* text;
+  bool ok;
+  double value;
+};
+
+class MoneyParseTest : public testing::TestWithParam<ParseCase> {};
+
+TEST_P(MoneyParseTest, AcceptsTypedAmountsAndRefusesGarbage) {
+  const ParseCase& c = GetParam();
+  Money out = Money::Dollars(777);
+  std::string error;
+  EXPECT_EQ(ParseMoney(c.text, out, error), c.ok) << c.text;
+  if (c.ok) {
+    EXPECT_EQ(out, M(c.value)) << c.text;
+    EXPECT_TRUE(error.empty());
+  } else {
+    EXPECT_EQ(out, Money::Dollars(777)) << "a refused text leaves the amount as it was";
+    EXPECT_NE(error.find("is not an amount of money"), std::string::npos) << error;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, MoneyParseTest,
+    testing::Values(ParseCase{"10", true, 10}, ParseCase{" 12.5 ", true, 12.5}, ParseCase{"$1,000.25", true, 1000.25},
+                    ParseCase{"-3", true, -3}, ParseCase{"-$3.10", true, -3.1}, ParseCase{"0.0125", true, 0.0125},
+                    ParseCase{".5", true, 0.5}, ParseCase{"1.50000", true, 1.5}, ParseCase{"", false, 0},
+                    ParseCase{"abc", false, 0}, ParseCase{"12abc", false, 0}, ParseCase{"1.2.3", false, 0},
+                    ParseCase{"0.00001", false, 0}, ParseCase{"1,00", false, 0}, ParseCase{"$", false, 0},
+                    ParseCase{"-", false, 0}, ParseCase{"99999999999999999999", false, 0},
+                    ParseCase{"1 000", false, 0}));
+
+}  // namespace
