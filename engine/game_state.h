@@ -93,6 +93,13 @@ struct Game {
   // Bit s set when seat s has an amount on the bet: resolution skips an empty bet with
   // one test. Kept by CommitAmount, the only writer of bet amounts.
   std::array<uint16_t, kBets + 1> BetHolders{};
+  // Bets each seat holds now (bit b of word b / 64), and held when the start-of-roll and
+  // after-roll copies were last taken: the copies touch only those rows, every other
+  // row being 0 in both the amount and its copy.
+  BySeat<std::array<uint64_t, 2>> SeatBets{}, SeatBetsAtStart{}, SeatBetsAtAfter{};
+  // How many of the bets 49..107 anybody holds: the one-roll step is skipped when none.
+  int32_t HeldPropBets = 0;
+  BySeat<bool> HasCheckStacks{};  // set once a CheckStack of the seat changes
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};

@@ -79,6 +79,7 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
     }
   }
   g.BetAmount[seat][row] += change;
+  g.HasCheckStacks[seat] = true;
   return change;
 }
 
@@ -94,9 +95,20 @@ void CommitAmount(Game& g, int seat, int bet, Money delta) {
   amount += delta;
   g.OnTable[seat] += delta;
   if (bet <= kBets) {
+    const uint16_t before = g.BetHolders[bet];
     const uint16_t bit = static_cast<uint16_t>(1u << seat);
-    if (amount.raw > 0) g.BetHolders[bet] |= bit;
-    else g.BetHolders[bet] &= static_cast<uint16_t>(~bit);
+    uint64_t& word = g.SeatBets[seat][bet >> 6];
+    const uint64_t seatBit = uint64_t{1} << (bet & 63);
+    if (amount.raw > 0) {
+      g.BetHolders[bet] |= bit;
+      word |= seatBit;
+    } else {
+      g.BetHolders[bet] &= static_cast<uint16_t>(~bit);
+      word &= ~seatBit;
+    }
+    if (bet >= bet::Field) g.HeldPropBets += (before == 0) - (g.BetHolders[bet] == 0);
+  } else {
+    g.HasCheckStacks[seat] = true;
   }
   if (amount.raw == 0) ResetWorkingState(g, seat, bet);
 }

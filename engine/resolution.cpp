@@ -178,6 +178,7 @@ void MoveBet(Game& g, int seat, int from, int to) {
 namespace {
 
 void MoveAll(Game& g, int p) {
+  if (g.BetHolders[bet::Come] == 0 && g.BetHolders[bet::DontCome] == 0) return;
   for (int i = 1; i <= 8; ++i) {
     int seat = kSettleSeat[i];
     MoveBet(g, seat, bet::Come, PointRow(BetFamily::ComeNumber, p));
@@ -267,6 +268,7 @@ void StepA(Game& g) {
 }
 
 void StepB(Game& g) {
+  if (g.HeldPropBets == 0) return;  // nothing here changes the table's own state
   const TableState& t = g.Table;
   const int total = t.DiceTotal, P = t.PriorPoint;
   SettleAll(g, kWin, bet::Field);

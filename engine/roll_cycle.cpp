@@ -157,6 +157,9 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
     g.OnTable[s] = Money{};
   }
   g.BetHolders = {};
+  g.SeatBets = g.SeatBetsAtStart = g.SeatBetsAtAfter = {};
+  g.HeldPropBets = 0;
+  if (clearCheckStacks) g.HasCheckStacks = {};
   if (clearCheckStacks) g.CheckStackName = {};
 
   // 7. Working states back to the seat's defaults (the table is about to come out).
@@ -210,10 +213,37 @@ constexpr int kHotRollerBit[7][7] = {
     {0, 1, 8, 64, 0, 256, 1024},  {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
     {0, 0, 128, 1024, 4096, 0, 0}};
 
-// Bets 1..107 and CheckStacks 200..299; rows 108..199 never hold an amount.
-void CopyBetRows(std::array<Money, kBetRows>& to, const std::array<Money, kBetRows>& from) {
-  std::memcpy(&to[1], &from[1], sizeof(Money) * kBets);
-  std::memcpy(&to[kCheckStackRow], &from[kCheckStackRow], sizeof(Money) * (kBetRows - kCheckStackRow));
+// Calls f(row) for every bet held now or at the last copy (`since`), then takes the
+// present set as the new `since`.
+template <class F>
+void ForChangedBets(const Game& g, int seat, std::array<uint64_t, 2>& since, F f) {
+  for (int w = 0; w < 2; ++w) {
+    uint64_t bits = g.SeatBets[seat][w] | since[w];
+    while (bits) {
+      f(w * 64 + __builtin_ctzll(bits));
+      bits &= bits - 1;
+    }
+  }
+  since = g.SeatBets[seat];
+}
+
+// The start-of-roll copy: amounts of bets and CheckStacks, streaks, contract bases.
+void TakeStartOfRollCopy(Game& g, int s) {
+  ForChangedBets(g, s, g.SeatBetsAtStart[s], [&](int b) {
+    g.BetAmountStartOfRoll[s][b] = g.BetAmount[s][b];
+    g.BetStreak[1][s][b] = g.BetStreak[0][s][b];
+    g.ContractBase[s][b] = g.BetAmount[s][b];
+  });
+  if (g.HasCheckStacks[s])
+    std::memcpy(&g.BetAmountStartOfRoll[s][kCheckStackRow], &g.BetAmount[s][kCheckStackRow],
+                sizeof(Money) * (kBetRows - kCheckStackRow));
+}
+
+void TakeAfterRollCopy(Game& g, int s) {
+  ForChangedBets(g, s, g.SeatBetsAtAfter[s], [&](int b) { g.BetAmountAfterRoll[s][b] = g.BetAmount[s][b]; });
+  if (g.HasCheckStacks[s])
+    std::memcpy(&g.BetAmountAfterRoll[s][kCheckStackRow], &g.BetAmount[s][kCheckStackRow],
+                sizeof(Money) * (kBetRows - kCheckStackRow));
 }
 
 // Step 3: the shooter must have the bet the table requires.
@@ -370,9 +400,7 @@ bool OneRoll(Game& g) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     g.BankrollStartOfRoll[s] = g.Bankroll[s];
-    CopyBetRows(g.BetAmountStartOfRoll[s], g.BetAmount[s]);
-    std::memcpy(&g.BetStreak[1][s][1], &g.BetStreak[0][s][1], sizeof(int32_t) * kBets);
-    std::memcpy(&g.ContractBase[s][1], &g.BetAmount[s][1], sizeof(Money) * kBets);
+    TakeStartOfRollCopy(g, s);
   }
 
   // 8. Point memory.
@@ -430,7 +458,7 @@ bool OneRoll(Game& g) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     g.BankrollAfterRoll[s] = g.Bankroll[s];
-    CopyBetRows(g.BetAmountAfterRoll[s], g.BetAmount[s]);
+    TakeAfterRollCopy(g, s);
     g.ScriptActiveCopy[s] = g.ScriptActive[s];
   }
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"frmBankroll", "frmSummary", "frmRollTotals", "frmHands"});

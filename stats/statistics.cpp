@@ -64,8 +64,12 @@ void CountMiss(Statistics& s, int handShooter, int total, int32_t handMisses) {
 
 void RollOverHand(Statistics& s, const std::array<bool, kSeats>& occupied) {
   for (int c = 0; c < kSeats; ++c) {
-    s.RollCount[c + kLastHandScope] = s.RollCount[c];
-    s.RollCount[c].fill(0);
+    // A column counts kind 0 with every roll it counts at all, so two columns without
+    // rolls are all zero and have nothing to move.
+    if (s.RollCount[c][0] != 0 || s.RollCount[c + kLastHandScope][0] != 0) {
+      s.RollCount[c + kLastHandScope] = s.RollCount[c];
+      s.RollCount[c].fill(0);
+    }
     if (occupied[c]) {
       // Rows used in either column; every other row is zero in both already.
       const std::bitset<kStatBetRows> rows = s.BetRowsUsed[c] | s.BetRowsUsed[c + kLastHandScope];
