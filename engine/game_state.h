@@ -85,6 +85,11 @@ struct Game {
   AutomationState Auto;
 
   int32_t LanguageId = 0;
+  std::string RollFormat = "Roll# (Die1.Die2) Total";  // roll-format text of dice-roll reports
+  // Events log settings: off by default, every category selected once it's on.
+  bool RecordEvents = false;
+  int32_t EventsLogCategories = -1;
+  std::string EventsLogFile = "Events Log.txt";
   std::string OnlineGameName = "DiceHall Online";
   std::string HostName = "Host";
 
@@ -156,3 +161,15 @@ constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
 inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }
 inline bool AnySeatHolds(const Game& g, int bet) { return g.BetHolders[bet] != 0; }
+
+// Calls f(bet) for each bet 1..107 on which the seat has an amount, in bet order.
+template <class F>
+void PresentBets(const Game& g, int seat, F&& f) {
+  for (int w = 0; w < 2; ++w) {
+    uint64_t bits = g.SeatBets[seat][w];
+    while (bits) {
+      f(w * 64 + __builtin_ctzll(bits));
+      bits &= bits - 1;
+    }
+  }
+}

@@ -9,8 +9,11 @@
 // Whether a message with these flags would be shown (its notice class is on).
 bool NoticeClassOn(const Game& g, int flags);
 
-// Shows the message unless its class is hidden. A hidden or unanswerable message
-// answers with the first button it offers.
+// Shows the message record unless SilentMode is on or its class is hidden; then, and
+// for a reply naming a button the box doesn't offer, the first offered button answers.
+// A ticked "Hide" clears the message's class in Notices.
+MessageReply ShowMessage(Game& g, MessageRequest request);
+// ShowMessage with the record filled from the arguments.
 MessageReply Tell(Game& g, std::string text, std::string title, int helpId, int flags,
                   std::string input = {});
 

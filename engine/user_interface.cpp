@@ -13,7 +13,7 @@ int FirstOfferedButton(int flags) {
 MessageReply HeadlessUi::ShowMessage(const MessageRequest& request) {
   MessageReply reply;
   reply.Button = FirstOfferedButton(request.Flags);
-  reply.Input = request.Input;
+  reply.Input = (request.Flags & msg::kList) && !request.List.empty() ? request.List.front() : request.Input;
   if (!replies.empty()) {
     MessageReply scripted = replies.front();
     replies.pop_front();
@@ -24,7 +24,14 @@ MessageReply HeadlessUi::ShowMessage(const MessageRequest& request) {
                        request.Title + "\"");
     } else {
       reply.Button = scripted.Button;
-      if (request.Flags & (msg::kInput | msg::kList)) reply.Input = scripted.Input;
+      if (request.Flags & msg::kInput) reply.Input = scripted.Input;
+      if (request.Flags & msg::kList) {
+        // Only an item of the list can be chosen.
+        bool listed = false;
+        for (const std::string& item : request.List) listed = listed || item == scripted.Input;
+        if (listed) reply.Input = scripted.Input;
+        else faults.push_back("\"" + scripted.Input + "\" is not in the list of \"" + request.Title + "\"");
+      }
       reply.Hide = scripted.Hide && (request.Flags & msg::kClassMask);
     }
   }
