@@ -2,20 +2,89 @@
 
 #include <cmath>
 
-void GeneratorDice(DiceSources& d, int32_t /*sessionRolls*/, int& die1, int& die2) {
+namespace {
+
+// #1 and #2 scale in doubles; #4 and #5 scale their float result by a float 6.
+inline int Die(double u) { return static_cast<int>(std::floor(u * 6.0)) + 1; }
+inline int Die(float u) { return static_cast<int>(std::floor(u * 6.0f)) + 1; }
+
+inline int32_t Cell(double u) { return static_cast<int32_t>(std::floor(u * 100000.0)) + 1; }
+// The rounding form: half to even and no Int, so u = 1.0 (or just below) gives 100001.
+inline int32_t Cell(float u) { return static_cast<int32_t>(std::nearbyint(u * 100000.0)) + 1; }
+
+// #6 and #7 take Ran1 / Ran2 on an even roll count, the twisters on an odd one.
+inline bool EvenRoll(int32_t sessionRolls) { return (sessionRolls & 1) == 0; }
+
+}  // namespace
+
+void GeneratorDice(DiceSources& d, int32_t sessionRolls, int& die1, int& die2) {
   switch (d.rngNumber) {
+    case 1:
+      die1 = Die(DrawMt(d));
+      die2 = Die(DrawMt(d));
+      return;
+    case 2:
+      die1 = Die(DrawCokus(d));
+      die2 = Die(DrawCokus(d));
+      return;
+    case 3:
+      die1 = RanLcg(d.lcgState, 6);
+      die2 = RanLcg(d.lcgState, 6);
+      return;
+    case 4:
+      die1 = Die(DrawRan2(d));
+      die2 = Die(DrawRan2(d));
+      return;
+    case 5:
+      die1 = Die(DrawRan1(d));
+      die2 = Die(DrawRan1(d));
+      return;
+    case 6:
+      if (EvenRoll(sessionRolls)) {
+        die1 = Die(DrawRan1(d));
+        die2 = Die(DrawRan1(d));
+      } else {
+        die1 = Die(DrawMt(d));
+        die2 = Die(DrawMt(d));
+      }
+      return;
+    case 7:
+      if (EvenRoll(sessionRolls)) {
+        die1 = Die(DrawRan2(d));
+        die2 = Die(DrawRan2(d));
+      } else {
+        die1 = Die(DrawCokus(d));
+        die2 = Die(DrawCokus(d));
+      }
+      return;
     case 8: {
       // One call gives both dice.
-      double x = std::floor(GenrandReal2(d.mt) * 36.0);
-      double hi = std::floor(x / 6.0);
+      const double x = std::floor(DrawMt(d) * 36.0);
+      const double hi = std::floor(x / 6.0);
       die2 = static_cast<int>(hi) + 1;
       die1 = static_cast<int>(x - 6.0 * hi) + 1;
       return;
     }
     default:
-      // #1: two calls of the reference twister, one a die.
-      die1 = static_cast<int>(std::floor(GenrandReal2(d.mt) * 6.0)) + 1;
-      die2 = static_cast<int>(std::floor(GenrandReal2(d.mt) * 6.0)) + 1;
       return;
   }
+}
+
+int32_t GeneratorCell(DiceSources& d, int32_t sessionRolls) {
+  switch (d.rngNumber) {
+    case 1:
+    case 8: return Cell(DrawMt(d));
+    case 2: return Cell(DrawCokus(d));
+    case 3: return RanLcg(d.lcgState, 100000);
+    case 4: return Cell(DrawRan2(d));
+    case 5: return Cell(DrawRan1(d));
+    case 6: return EvenRoll(sessionRolls) ? Cell(DrawRan1(d)) : Cell(DrawMt(d));
+    case 7: return EvenRoll(sessionRolls) ? Cell(DrawRan2(d)) : Cell(DrawCokus(d));
+    default: return 0;
+  }
+}
+
+void RemapMissingGenerators(DiceSources& d) {
+  if ((d.missingRngLibraries & 1U) && (d.rngNumber == 1 || d.rngNumber == 6 || d.rngNumber == 8)) d.rngNumber = 2;
+  if ((d.missingRngLibraries & 2U) && (d.rngNumber == 2 || d.rngNumber == 7)) d.rngNumber = 4;
 }

@@ -478,9 +478,7 @@ bool OneRoll(Game& g) {
 void RollDice(Game& g) {
   TableState& t = g.Table;
   // 1. Missing generators.
-  if ((g.Dice.missingRngLibraries & 1) && (g.Dice.rngNumber == 1 || g.Dice.rngNumber == 6 || g.Dice.rngNumber == 8))
-    g.Dice.rngNumber = 2;
-  if ((g.Dice.missingRngLibraries & 2) && (g.Dice.rngNumber == 2 || g.Dice.rngNumber == 7)) g.Dice.rngNumber = 4;
+  RemapMissingGenerators(g.Dice);
 
   // 2. Pending stops. (Scripts are compiled here once Auto-Bet exists.)
   if (t.PendingStopSeat != 0) {

@@ -98,9 +98,13 @@ void RunHyperDrive(Game& g, int64_t rolls) {
 void SetUpGame(Game& g, UserInterface& ui, bool seeded, uint32_t seed) {
   g.Ui = &ui;
   g.Time = &DefaultClock();
+  // As the program starts: every generator seeded, then the default game.
+  SeedAtStartUp(g);
   SetDefaultGame(g);
-  if (seeded) g.Dice.pendingSeed = Money::Dollars(seed);
-  SeedRng(g, seeded);
+  if (seeded) {
+    g.Dice.pendingSeed = Money::Dollars(seed);
+    SeedRng(g, true);
+  }
 }
 
 }  // namespace

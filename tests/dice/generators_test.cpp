@@ -1,0 +1,205 @@
+// Dice and percentage-dice cells from each of the eight generators.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "dice/generators.h"
+#include "dice/seeding.h"
+#include "tests/dice/crafted_state.h"
+#include "tests/test_support.h"
+
+namespace {
+
+void Seed(Game& g, int rng, int32_t seed) {
+  ASSERT_EQ(SelectRng(g, rng), 0);
+  g.Dice.pendingSeed = Money::Dollars(seed);
+  ASSERT_TRUE(SeedRng(g, true));
+}
+
+bool SameSources(const DiceSources& a, const DiceSources& b) {
+  return a.mt.mt == b.mt.mt && a.mt.mti == b.mt.mti && a.cokus.state.mt == b.cokus.state.mt &&
+         a.cokus.state.mti == b.cokus.state.mti && a.ran1.r == b.ran1.r && a.ran1.ix1 == b.ran1.ix1 &&
+         a.ran1.ix2 == b.ran1.ix2 && a.ran1.ix3 == b.ran1.ix3 && a.ran2.ir == b.ran2.ir &&
+         a.ran2.iy == b.ran2.iy && a.ran2.idum == b.ran2.idum && a.lcgState == b.lcgState;
+}
+
+// ---- Uniformity -------------------------------------------------------------------------
+
+class DiceUniformTest : public ::testing::TestWithParam<int> {};
+
+// Faces: chi-square with 5 degrees of freedom (mean 5, sd 3.2); cells in ten bins, 9
+// degrees of freedom (mean 9, sd 4.2). Bounds are about 7 sd above the mean.
+TEST_P(DiceUniformTest, FacesAndCellsAreEvenAndInRange) {
+  const int rng = GetParam();
+  TestTable t;
+  Seed(t.g, rng, 240601);
+  constexpr int kRolls = 30000;
+  std::array<int, 7> faces{};
+  std::array<int, 10> bins{};
+  const int32_t top = rng == 4 || rng == 5 || rng == 6 || rng == 7 ? 100001 : 100000;
+  for (int n = 0; n < kRolls; ++n) {
+    int d1 = 0, d2 = 0;
+    GeneratorDice(t.g.Dice, n, d1, d2);
+    ASSERT_TRUE(d1 >= 1 && d1 <= 6 && d2 >= 1 && d2 <= 6) << d1 << d2;
+    ++faces[d1];
+    ++faces[d2];
+    const int32_t cell = GeneratorCell(t.g.Dice, n);
+    ASSERT_TRUE(cell >= 1 && cell <= top) << cell;
+    ++bins[std::min(cell - 1, 99999) / 10000];
+  }
+  double chiFaces = 0, chiCells = 0;
+  for (int f = 1; f <= 6; ++f) chiFaces += std::pow(faces[f] - kRolls / 3.0, 2) / (kRolls / 3.0);
+  for (int b : bins) chiCells += std::pow(b - kRolls / 10.0, 2) / (kRolls / 10.0);
+  EXPECT_LT(chiFaces, 27.0);
+  EXPECT_LT(chiCells, 39.0);
+  EXPECT_EQ(t.g.Dice.pendingErrorText, nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(DiceEveryGenerator, DiceUniformTest, ::testing::Range(1, 9));
+
+// ---- Which source each generator draws from ------------------------------------------
+
+enum Source { kMt, kCokus, kLcg, kRan1, kRan2 };
+
+struct SourceCase {
+  int rng;
+  int32_t sessionRolls;
+  Source source;
+};
+
+int ExpectedDie(DiceSources& c, Source s) {
+  switch (s) {
+    case kMt: return static_cast<int>(std::floor(DrawMt(c) * 6.0)) + 1;
+    case kCokus: return static_cast<int>(std::floor(DrawCokus(c) * 6.0)) + 1;
+    case kLcg: return RanLcg(c.lcgState, 6);
+    case kRan1: return static_cast<int>(std::floor(DrawRan1(c) * 6.0f)) + 1;
+    case kRan2: return static_cast<int>(std::floor(DrawRan2(c) * 6.0f)) + 1;
+  }
+  return 0;
+}
+
+int32_t ExpectedCell(DiceSources& c, Source s) {
+  switch (s) {
+    case kMt: return static_cast<int32_t>(std::floor(DrawMt(c) * 100000.0)) + 1;
+    case kCokus: return static_cast<int32_t>(std::floor(DrawCokus(c) * 100000.0)) + 1;
+    case kLcg: return RanLcg(c.lcgState, 100000);
+    case kRan1: return static_cast<int32_t>(std::nearbyint(DrawRan1(c) * 100000.0)) + 1;
+    case kRan2: return static_cast<int32_t>(std::nearbyint(DrawRan2(c) * 100000.0)) + 1;
+  }
+  return 0;
+}
+
+class DiceSourceTest : public ::testing::TestWithParam<SourceCase> {};
+
+// The dice and the cell come from the named source only: every other source is left
+// exactly where it was.
+TEST_P(DiceSourceTest, DrawsFromItsSourceAlone) {
+  const SourceCase& c = GetParam();
+  TestTable t;
+  for (int rng : {3, 4, 5, 2, 1}) Seed(t.g, rng, 1000 + rng);
+  ASSERT_EQ(SelectRng(t.g, c.rng), 0);
+  DiceSources& d = t.g.Dice;
+  for (int i = 0; i < 50; ++i) {
+    DiceSources copy = d;
+    const int e1 = ExpectedDie(copy, c.source), e2 = ExpectedDie(copy, c.source);
+    const int32_t cell = ExpectedCell(copy, c.source);
+    int d1 = 0, d2 = 0;
+    GeneratorDice(d, c.sessionRolls, d1, d2);
+    ASSERT_EQ(d1, e1);
+    ASSERT_EQ(d2, e2);
+    ASSERT_EQ(GeneratorCell(d, c.sessionRolls), cell);
+    ASSERT_TRUE(SameSources(d, copy));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DiceByGeneratorAndRollParity, DiceSourceTest,
+    ::testing::Values(SourceCase{1, 0, kMt}, SourceCase{2, 0, kCokus}, SourceCase{3, 0, kLcg},
+                      SourceCase{4, 0, kRan2}, SourceCase{5, 0, kRan1}, SourceCase{6, 0, kRan1},
+                      SourceCase{6, 1, kMt}, SourceCase{6, 1000, kRan1}, SourceCase{7, 0, kRan2},
+                      SourceCase{7, 1, kCokus}, SourceCase{7, 999, kCokus}));
+
+// ---- #8: both dice from one call -------------------------------------------------------
+
+TEST(DiceGeneratorTest, EightSplitsOneCallIntoBothDice) {
+  TestTable t;
+  Seed(t.g, 8, 31337);
+  std::set<std::pair<int, int>> pairs;
+  for (int i = 0; i < 2000; ++i) {
+    DiceSources copy = t.g.Dice;
+    const int x = static_cast<int>(std::floor(DrawMt(copy) * 36.0));
+    int d1 = 0, d2 = 0;
+    GeneratorDice(t.g.Dice, i, d1, d2);
+    ASSERT_EQ(d2, x / 6 + 1);  // the high part is die 2
+    ASSERT_EQ(d1, x % 6 + 1);
+    ASSERT_TRUE(SameSources(t.g.Dice, copy)) << "one call per roll";
+    pairs.insert({d1, d2});
+  }
+  EXPECT_EQ(pairs.size(), 36u);
+}
+
+// ---- Crafted results: 1.0 from Ran1, the top of Ran2, and ties ------------------------
+
+TEST(DiceGeneratorTest, RanOneOfExactlyOneGivesADieOfSeven) {
+  TestTable t;
+  Seed(t.g, 5, 1);
+  CraftRan1One(t.g.Dice.ran1);
+  int d1 = 0, d2 = 0;
+  GeneratorDice(t.g.Dice, 0, d1, d2);
+  EXPECT_EQ(d1, 7);
+}
+
+enum Craft { kRan1One, kRan2Top, kRan1Tie1, kRan1Tie3 };
+
+struct CellCase {
+  int rng;
+  int32_t sessionRolls;
+  Craft craft;
+  int32_t cell;
+};
+
+class DiceCellTest : public ::testing::TestWithParam<CellCase> {};
+
+TEST_P(DiceCellTest, RoundingFormGoesToNearestEvenAndMayGive100001) {
+  const CellCase& c = GetParam();
+  TestTable t;
+  Seed(t.g, c.rng, 1);
+  DiceSources& d = t.g.Dice;
+  switch (c.craft) {
+    case kRan1One: CraftRan1One(d.ran1); break;
+    case kRan2Top: CraftRan2Top(d.ran2); break;
+    case kRan1Tie1: CraftRan1Constant(d.ran1, 1.0f / 64); break;  // 1562.5
+    case kRan1Tie3: CraftRan1Constant(d.ran1, 3.0f / 64); break;  // 4687.5
+  }
+  EXPECT_EQ(GeneratorCell(d, c.sessionRolls), c.cell);
+}
+
+INSTANTIATE_TEST_SUITE_P(DiceCrafted, DiceCellTest,
+                         ::testing::Values(CellCase{5, 0, kRan1One, 100001}, CellCase{6, 2, kRan1One, 100001},
+                                           CellCase{4, 0, kRan2Top, 100001}, CellCase{7, 4, kRan2Top, 100001},
+                                           CellCase{5, 0, kRan1Tie1, 1563}, CellCase{5, 0, kRan1Tie3, 4689}));
+
+// ---- Each table its own sequences ------------------------------------------------------
+
+TEST(DiceGeneratorTest, TwoTablesWithTheSameSeedRollAlikeAndApart) {
+  for (int rng = 1; rng <= 8; ++rng) {
+    SCOPED_TRACE(rng);
+    TestTable a, b;
+    Seed(a.g, rng, 777);
+    Seed(b.g, rng, 777);
+    std::array<int, 20> fromA{}, fromB{};
+    for (int i = 0; i < 10; ++i) GeneratorDice(a.g.Dice, i, fromA[2 * i], fromA[2 * i + 1]);
+    for (int i = 0; i < 10; ++i) {
+      GeneratorDice(b.g.Dice, i, fromB[2 * i], fromB[2 * i + 1]);
+      int x = 0, y = 0;
+      GeneratorDice(a.g.Dice, i, x, y);  // a rolls on between b's rolls
+    }
+    EXPECT_EQ(fromA, fromB);
+  }
+}
+
+}  // namespace
