@@ -85,6 +85,7 @@ struct Game {
   AutomationState Auto;
 
   int32_t LanguageId = 0;
+  std::string ProgramFolder;  // the data folder; bare file names are taken in it
   std::string RollFormat = "Roll# (Die1.Die2) Total";  // roll-format text of dice-roll reports
   // Events log settings: off by default, every category selected once it's on.
   bool RecordEvents = false;

@@ -109,14 +109,6 @@ void SetUpGame(Game& g, UserInterface& ui, bool seeded, uint32_t seed) {
 
 }  // namespace
 
-std::string ResolveDataDir(const std::string& option) {
-  if (!option.empty()) return option;
-  if (const char* home = std::getenv("DICEHALL_HOME"); home && *home) return home;
-  if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg) return std::string(xdg) + "/dicehall";
-  const char* home = std::getenv("HOME");
-  return std::string(home ? home : ".") + "/.local/share/dicehall";
-}
-
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
   CLI::App app{
       "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a summary.\n"
@@ -255,6 +247,7 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   ui.target = o.rolls;
   ui.tty = isatty(STDERR_FILENO);
   SetUpGame(g, ui, o.seeded, o.seed);
+  g.ProgramFolder = ResolveDataDir(o.dataDir);
   int seat = 1;
   for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
 

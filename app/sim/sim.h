@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/money.h"
+#include "storage/paths.h"
 
 struct SimPlayer {
   std::string name;
@@ -37,7 +38,3 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& options, std:
 int RunSim(const SimOptions& options, std::ostream& out, std::ostream& err);
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);
-
-// The folder the program keeps its files in: --data-dir, else $DICEHALL_HOME, else
-// $XDG_DATA_HOME/dicehall, else ~/.local/share/dicehall.
-std::string ResolveDataDir(const std::string& option);

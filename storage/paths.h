@@ -1,0 +1,19 @@
+#pragma once
+// The program folder (the data folder) and the names taken in it, and the 8-bit code
+// page of fixed-layout files.
+
+#include <string>
+#include <string_view>
+
+// The folder the program keeps its files in: `option` (--data-dir) when given, else
+// $DICEHALL_HOME, else $XDG_DATA_HOME/dicehall, else ~/.local/share/dicehall.
+std::string ResolveDataDir(const std::string& option);
+
+// A name inside the program (scripts, game files, roll files...): a bare file name is
+// taken in the program folder; a name with a folder part stands as it is.
+std::string InProgramFolder(const std::string& programFolder, const std::string& name);
+
+// Fixed-layout files hold Windows-1252 on disk and UTF-8 in memory.
+std::string Windows1252ToUtf8(std::string_view bytes);
+// Characters that the code page lacks become "?".
+std::string Utf8ToWindows1252(std::string_view text);
