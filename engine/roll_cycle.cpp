@@ -17,7 +17,9 @@ void SetDefaultGame(Game& g) {
   Clock* time = g.Time;
   DiceSources dice = g.Dice;  // the generators keep running across a new game
   AutomationState autoState = g.Auto;
+  std::string folder = std::move(g.ProgramFolder);
   g = Game{};
+  g.ProgramFolder = std::move(folder);
   g.Ui = ui;
   g.Time = time;
   g.Dice = dice;
