@@ -39,7 +39,14 @@ void ToggleAutoRoll(Game& g) {
   g.SilentMode = false;
   g.Auto.ButtonText = Text(g, 112);
   g.Auto.WindowTitle = "DiceHall Hyper-Drive Stopped";
-  if (!g.StopReason.empty()) Tell(g, g.StopReason, "Hyper-Drive Stopped", 0, msg::kOk);
+  if (!g.StopReason.empty()) {
+    MessageRequest request;
+    request.Text = g.StopReason;
+    request.Title = "Hyper-Drive Stopped";
+    request.Flags = msg::kOk;
+    request.Width = 540;
+    ShowMessage(g, std::move(request));
+  }
   if (g.Ui) g.Ui->Refresh({"table", "frmRolls"});
 }
 

@@ -13,7 +13,8 @@ const PayoffRow& Row(const Game& g, int bet) { return g.Rules.BetPayoff[bet]; }
 // The settle dialog; returns the chosen action.
 int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
   const int bet = g.BetInHand;
-  const PayoffRow& row = Row(g, bet);
+  // The row that paid, as settling left it in the scratch row.
+  const PayoffRow& row = notWorking ? Row(g, bet) : g.Rules.BetPayoff[0];
   SettleRequest req;
   req.Title = notWorking ? "wasn't working!" : winner ? "WINNER" : std::string(LanguageText(g.LanguageId, 36));
   req.Labels.push_back(g.PlayerName[seat] + " " + std::string(LanguageText(g.LanguageId, winner ? 35 : 36)));
@@ -76,6 +77,23 @@ void Report(Game& g, int seat, const char* title, Money before) {
   else if (after < before) text += "decreased by: $" + MoneyText(before - after);
   else text += "remains the same.";
   Tell(g, text, title, 500, msg::kOk | msg::kHelp | msg::kClass4);
+}
+
+// A settled Buy or Lay gives up its vig: it leaves OnTable when it was charged up front.
+void ReleaseVig(Game& g, int seat) {
+  const int bet = g.BetInHand;
+  Money* held = nullptr;
+  bool upFront = false;
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
+    held = &g.BuyVigHeld[seat][bet - bet::Buy4];
+    upFront = g.Rules.ChargeAllBuy;
+  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
+    held = &g.LayVigHeld[seat][bet - bet::Lay4];
+    upFront = g.Rules.ChargeAllLay;
+  }
+  if (held == nullptr) return;
+  if (upFront) g.OnTable[seat] -= *held;
+  *held = Money{};
 }
 
 }  // namespace
@@ -167,16 +185,7 @@ void SetAmount(Game& g, int seat, int row) {
 }
 
 void HandleWinner(Game& g, int seat) {
-  const int bet = g.BetInHand;
-  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
-    Money& held = g.BuyVigHeld[seat][bet - bet::Buy4];
-    if (g.Rules.ChargeAllBuy) g.OnTable[seat] -= held;
-    held = Money{};
-  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
-    Money& held = g.LayVigHeld[seat][bet - bet::Lay4];
-    if (g.Rules.ChargeAllLay) g.OnTable[seat] -= held;
-    held = Money{};
-  }
+  ReleaseVig(g, seat);
   int action = ChooseAction(g, seat, g.AutoHandleWin[seat], true, false);
   if (g.Returned || action == kTakeDown || action > kSetToAmount || action < 0) {
     TakeBet(g, seat);
@@ -195,15 +204,7 @@ void HandleWinner(Game& g, int seat) {
 
 void HandleLoser(Game& g, int seat) {
   const int bet = g.BetInHand;
-  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
-    Money& held = g.BuyVigHeld[seat][bet - bet::Buy4];
-    if (g.Rules.ChargeAllBuy) g.OnTable[seat] -= held;
-    held = Money{};
-  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
-    Money& held = g.LayVigHeld[seat][bet - bet::Lay4];
-    if (g.Rules.ChargeAllLay) g.OnTable[seat] -= held;
-    held = Money{};
-  }
+  ReleaseVig(g, seat);
   int action = ChooseAction(g, seat, g.AutoHandleLose[seat], false, false);
   if (g.Returned || action == kTakeDown || action > kSetToAmount || action < 0) {
     TakeBet(g, seat);

@@ -58,6 +58,130 @@ int HelpTopic(int bet) {
   return 510;
 }
 
+// Pass Line and 7 Point 7 once a point is on, and a Come bet on its number, can't come
+// below what was on them when the dice last rolled.
+bool IsHeldToBase(const Game& g, int bet) {
+  if (bet >= bet::Come4 && bet <= bet::Come10) return true;
+  return (bet == bet::PassLine || bet == bet::SevenPoint7) && g.Table.Point != 0;
+}
+
+std::string DecreaseText(int bet, bool yours) {
+  const std::string who = yours ? "your " : "a ";
+  if (bet >= bet::Come4 && bet <= bet::Come10)
+    return "You may not decrease or remove " + who + "Come bet which is established on a point.";
+  if (bet == bet::SevenPoint7)
+    return "You may not decrease or remove " + who + std::string(BetName(bet)) + " bet which is established on a point.";
+  return "You may not decrease or remove " + who + std::string(BetName(bet)) + " bet while a point is established.";
+}
+
+std::string PutBetsNote();
+
+// The rule of the bet for an added amount; true when it refuses (the message is said).
+bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base, Money change, Pending& p) {
+  const RuleSet& r = g.Rules;
+  const TableState& t = g.Table;
+  const bool pointOn = t.Point != 0;
+  const bool exceeds = amount + change > base;
+  const std::string name(p.on ? BetName(bet) : std::string_view{});
+  auto refuse = [&](auto text, int help) {
+    if (p.on) p.Say(text(), help, kRuleClass);
+    return true;
+  };
+  if (amount < base && (bet == bet::PassLine || bet == bet::SevenPoint7) && pointOn)
+    return refuse([&] { return DecreaseText(bet, false); }, 250);
+  if (amount < base && bet >= bet::Come4 && bet <= bet::Come10 && !g.Moving)
+    return refuse([&] { return DecreaseText(bet, false); }, 250);
+
+  switch (bet) {
+    case bet::PassLine:
+      if (pointOn && exceeds && !r.AllowPutBets)
+        return refuse([&] {
+          return "You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote();
+        }, HelpTopic(bet));
+      return false;
+    case bet::Come:
+      if (!pointOn) return refuse([] { return std::string("You may not make a Come bet \nuntil a point is established."); }, 45);
+      return false;
+    case bet::DontPass:
+      if (pointOn && exceeds)
+        return refuse([] { return std::string("You may not make or increase a Don't Pass bet while a point is established."); }, 46);
+      return false;
+    case bet::DontCome:
+      if (!pointOn)
+        return refuse([] { return std::string("You may not make a Don't Come bet until a point is established."); }, 48);
+      return false;
+    case bet::PassLineOdds:
+      if (g.BetAmount[seat][bet::PassLine].raw <= 0 || !pointOn)
+        return refuse([] {
+          return std::string("You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is established.");
+        }, 43);
+      return false;
+    case bet::DontPassOdds:
+      if (g.BetAmount[seat][bet::DontPass].raw <= 0 || !pointOn)
+        return refuse([] {
+          return std::string("You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is established.");
+        }, 46);
+      return false;
+    case bet::AllSmall: case bet::AllTall: case bet::MakeAll: {
+      const int marks = bet == bet::AllSmall ? 0x7C : bet == bet::AllTall ? 0x1F00 : 0x1F7C;
+      if ((t.AllNumbersMask & marks) && exceeds)
+        return refuse([&] {
+          const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
+          const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
+          return "You may not make or increase " + std::string(kind) + name + " bet while any " + adjective +
+                 "numbers are marked.";
+        }, 510);
+      return false;
+    }
+    case bet::FourRollsNo7:
+      if (t.FourRollCount > 0 && exceeds)
+        return refuse([&] { return "You may not make or increase a " + name + " bet if the count is in progress."; }, 510);
+      return false;
+    case bet::Point7: case bet::SevenPoint7:
+      if (pointOn && exceeds)
+        return refuse([&] {
+          return "You may not make or increase a " + name + " bet unless the shooter is on a come-out roll.";
+        }, 510);
+      return false;
+    case bet::HotRoller:
+      if (g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && exceeds)
+        return refuse([&] { return "You may not make or increase a " + name + " bet until the next seven rolls."; }, 510);
+      return false;
+    case bet::SharpShooter: case bet::RideTheLine: case bet::Fire:
+      if (g.Stats.RollCount[kHandScope][0] > 0 && exceeds)
+        return refuse([&] {
+          return "You may not make or increase a " + name + " bet after the shooter has started a hand.";
+        }, 510);
+      return false;
+    default: break;
+  }
+  if (bet >= bet::Come4 && bet <= bet::Come10) {
+    if (!g.Moving && exceeds && !r.AllowPutBets)
+      return refuse([&] {
+        return "You may not make or increase a Come bet directly on a point number.\n\n" + PutBetsNote();
+      }, 45);
+    return false;
+  }
+  if (bet >= bet::DontCome4 && bet <= bet::DontCome10) {
+    if (!g.Moving && exceeds)
+      return refuse([] { return std::string("You may not make or increase a Don't Come bet directly on a point number."); }, 48);
+    return false;
+  }
+  if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds)) {
+    if (g.BetAmount[seat][bet - 6].raw <= 0)
+      return refuse([&] {
+        return "You may not make a " + name + " bet until you've established a " + std::string(BetName(bet - 6)) + " bet.";
+      }, bet >= bet::Come4Odds ? 45 : 48);
+    return false;
+  }
+  if (bet >= bet::Repeater2 && bet <= bet::Repeater12) {
+    const int n = bet - bet::Repeater2 + (bet - bet::Repeater2 < 5 ? 2 : 3);
+    if (t.RepeaterCount[n] > 0 && exceeds)
+      return refuse([&] { return "You may not make or increase a " + name + " bet while any hits are marked."; }, 510);
+  }
+  return false;
+}
+
 std::string PutBetsNote() {
   return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)";
 }
@@ -167,47 +291,29 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   }
 
   const Money base = g.ContractBase[seat][bet];
-  const bool pointOn = g.Table.Point != 0;
   const std::string_view name = BetName(bet);
   bool ended = false;
 
-  // 2. Contract and timing rules for an added amount.
+  // 2 and 3. Contract and timing rules.
   if (change.raw > 0) {
-    bool exceeds = amount + change > base;
-    bool refused = false;
-    switch (bet) {
-      case bet::PassLine:
-        if (pointOn && amount < base) {
-          if (p.on) p.Say("You may not decrease or remove a Pass Line bet while a point is established.", 250, kRuleClass);
-          refused = true;
-        } else if (pointOn && exceeds && !r.AllowPutBets) {
-          if (p.on)
-            p.Say("You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote(),
-                  HelpTopic(bet), kRuleClass);
-          refused = true;
-        }
-        break;
-      default:
-        break;
-    }
-    if (refused) {
+    if (RefusesAddition(g, seat, bet, amount, base, change, p)) {
       change = base - amount;
       if (change.raw == 0) ended = true;
     }
-  } else if (change.raw < 0) {
-    // 3. Contract rules for a taken amount.
-    if (bet == bet::PassLine && pointOn) {
+  } else if (IsHeldToBase(g, bet)) {
+    if (change.raw < 0) {
       if (amount == base) {
-        if (p.on) p.Say("You may not decrease or remove a Pass Line bet while a point is established.", 250, kRuleClass);
+        if (p.on) p.Say(DecreaseText(bet, false), 250, kRuleClass);
         change = Money{};
         ended = true;
       } else if (amount + change < base) {
+        // A Put increase can come off until the next roll makes it part of the base.
         change = base - amount;
       }
+    } else if (amount < base) {
+      if (p.on) p.Say(DecreaseText(bet, true), 250, kRuleClass);
+      change = base - amount;
     }
-  } else if (bet == bet::PassLine && pointOn && amount < base) {
-    if (p.on) p.Say("You may not decrease or remove your Pass Line bet while a point is established.", 250, kRuleClass);
-    change = base - amount;
   }
 
   if (!ended) {

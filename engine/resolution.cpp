@@ -36,8 +36,7 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
   const TableState& t = g.Table;
   const int P = t.PriorPoint;
   const PayoffRow* row = result < 1 ? &kLossRow : &r.BetPayoff[bet];
-  double split = 0;
-  bool isSplit = false;
+  int parts = 0;  // C and E, Horn and World pay one part and lose the rest
   if (result > 0) {
     switch (bet) {
       case bet::PassLine:
@@ -53,20 +52,20 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
         row = &r.BetPayoff[PointRow(BetFamily::DontComeOdds, P)];
         break;
       case bet::CAndE:
-        split = Split(amount, r.BetPayoff[t.DiceTotal == 11 ? bet::Eleven : bet::Craps], 2);
-        isSplit = true;
+        row = &r.BetPayoff[t.DiceTotal == 11 ? bet::Eleven : bet::Craps];
+        parts = 2;
         break;
       case bet::Horn: {
         int b = t.DiceTotal == 2 ? bet::Two : t.DiceTotal == 3 ? bet::Three : t.DiceTotal == 11 ? bet::Eleven : bet::Twelve;
-        split = Split(amount, r.BetPayoff[b], 4);
-        isSplit = true;
+        row = &r.BetPayoff[b];
+        parts = 4;
         break;
       }
       case bet::World: {
         int b = t.DiceTotal == 2 ? bet::Two : t.DiceTotal == 3 ? bet::Three : t.DiceTotal == 7 ? bet::Seven
               : t.DiceTotal == 11 ? bet::Eleven : bet::Twelve;
-        split = Split(amount, r.BetPayoff[b], 5);
-        isSplit = true;
+        row = &r.BetPayoff[b];
+        parts = 5;
         break;
       }
       case bet::Midway:
@@ -89,7 +88,9 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
     }
   }
 
-  Money raw = isSplit ? Money::FromDouble(split) : MulDivMoney(amount, row->PayoffPay, row->PayoffFor);
+  // The row in use, for the settle dialog.
+  g.Rules.BetPayoff[0] = *row;
+  Money raw = parts ? Money::FromDouble(Split(amount, *row, parts)) : MulDivMoney(amount, row->PayoffPay, row->PayoffFor);
   if (bet >= bet::Lay4 && bet <= bet::Lay10) {
     if (raw.raw > 0 || r.ChargeAllLay) raw -= g.LayVigHeld[seat][bet - bet::Lay4];
   } else if (bet >= bet::Buy4 && bet <= bet::Buy10) {

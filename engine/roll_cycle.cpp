@@ -127,7 +127,11 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
     ResetBankrollStores(g, kSessionScope);
   } else {
     ClearAllStatistics(g.Stats);
+    // The current bankroll stays: a seat that carries its bankroll forward buys in with it.
+    const auto current = g.Bankroll;
     g.Bankroll = {};
+    for (int s = 1; s < kSeats; ++s)
+      for (int scope : kCountedScopes) g.Bankroll[s + scope] = current[s];
     g.BeginningBankroll = g.HighBankroll = g.LowBankroll = g.BankrollSum = {};
     g.BuyInTotal = {};
     // The roll history file is reopened here once dice roll files exist.

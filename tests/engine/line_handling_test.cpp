@@ -1,0 +1,210 @@
+// What becomes of a decided Pass Line bet, by the seat's action or by the settle
+// dialog; and who gets the dice afterwards.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "engine/handling.h"
+#include "engine/players.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+// ---- Winner and loser actions ----------------------------------------------------------------
+
+struct ActionCase {
+  const char* what;
+  std::vector<int> totals;  // the rolls that decide the $10 line bet
+  int action;  // the seat's action for this result
+  bool silent;
+  std::vector<int> dialogReply;  // the action chosen in the settle dialog
+  int dialogs;
+  Money amountAfter;
+  Money bankrollAfter;
+};
+
+std::ostream& operator<<(std::ostream& os, const ActionCase& c) { return os << c.what; }
+
+class LineSettleActionTest : public ::testing::TestWithParam<ActionCase> {};
+
+TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
+  const ActionCase& c = GetParam();
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.g.AutoHandleWin[1] = t.g.AutoHandleLose[1] = c.action;
+  t.Bet(1, bet::PassLine, 10_usd);
+  for (int a : c.dialogReply) t.ui.settleReplies.push_back(a);
+  t.g.SilentMode = c.silent;
+  for (int total : c.totals) t.RollTotal(total);
+  EXPECT_EQ(static_cast<int>(t.ui.settles.size()), c.dialogs);
+  EXPECT_TRUE(t.ui.faults.empty());
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.amountAfter);
+  EXPECT_EQ(t.g.OnTable[1], c.amountAfter);
+  EXPECT_EQ(t.g.Bankroll[1], c.bankrollAfter);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PassLine, LineSettleActionTest,
+    ::testing::Values(
+        ActionCase{"win, take down", {7}, kTakeDown, false, {}, 0, Money{}, 1010_usd},
+        ActionCase{"win, same bet", {7}, kSameBet, false, {}, 0, 10_usd, 1010_usd},
+        ActionCase{"win, dialog: same bet", {7}, kAskByDialog, false, {kSameBet}, 1, 10_usd, 1010_usd},
+        ActionCase{"win, dialog: take down", {7}, kAskByDialog, false, {kTakeDown}, 1, Money{}, 1010_usd},
+        ActionCase{"win, dialog under SilentMode takes down", {7}, kAskByDialog, true, {}, 0, Money{}, 1010_usd},
+        ActionCase{"loss, no bet", {3}, kTakeDown, false, {}, 0, Money{}, 990_usd},
+        ActionCase{"loss, same bet", {3}, kSameBet, false, {}, 0, 10_usd, 990_usd},
+        ActionCase{"loss, dialog: same bet", {3}, kAskByDialog, false, {kSameBet}, 1, 10_usd, 990_usd},
+        ActionCase{"loss, dialog: no bet", {3}, kAskByDialog, false, {kTakeDown}, 1, Money{}, 990_usd},
+        ActionCase{"loss, dialog under SilentMode takes down", {3}, kAskByDialog, true, {}, 0, Money{}, 990_usd},
+        ActionCase{"seven-out, same bet", {6, 7}, kSameBet, false, {}, 0, 10_usd, 990_usd}));
+
+TEST(LineSettleDialog, AWinnersDialog) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.RollTotal(11);
+  ASSERT_EQ(t.ui.settles.size(), 1u);
+  const SettleRequest& d = t.ui.settles[0];
+  EXPECT_EQ(d.Title, "WINNER");
+  EXPECT_THAT(d.Buttons, ElementsAre("Take Bet and Winnings", "&Same Bet - Take Winnings",
+                                     "Press 1 &Unit - Add $5 to Bet", "Press - Add Winnings to &Double Bet",
+                                     "Parlay - Add &All Winnings to Bet"));
+  EXPECT_THAT(d.Labels, Contains("Payoff at 1 to 1"));
+  EXPECT_THAT(d.Labels, Contains("Net payoff: $10"));
+  // Nothing chosen: the first button answers.
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+}
+
+TEST(LineSettleDialog, ARoundedPayoffSaysSo) {
+  LineTable t;
+  t.g.Rules.BetPayoff[bet::PassLine].PayoffPay = 3_usd;
+  t.g.Rules.BetPayoff[bet::PassLine].PayoffFor = 2_usd;
+  t.Seat(1, "Ann", 1000_usd);
+  t.Bet(1, bet::PassLine, 7_usd);
+  t.RollTotal(7);
+  ASSERT_EQ(t.ui.settles.size(), 1u);
+  EXPECT_THAT(t.ui.settles[0].Labels, Contains("Payoff at 3 to 2"));
+  EXPECT_THAT(t.ui.settles[0].Labels, Contains("Net payoff (rounded): $10"));
+  EXPECT_EQ(t.g.Bankroll[1], 1010_usd);
+}
+
+TEST(LineSettleDialog, ALosersDialog) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.Bet(1, bet::PassLine, 25_usd);
+  t.RollTotal(12);
+  ASSERT_EQ(t.ui.settles.size(), 1u);
+  const std::vector<std::string>& b = t.ui.settles[0].Buttons;
+  ASSERT_EQ(b.size(), 5u);
+  EXPECT_EQ(b[0], "&No Bet");
+  EXPECT_EQ(b[1], "&Same Bet");
+  EXPECT_EQ(b[2], "Bet &Remainder");
+  EXPECT_THAT(b[3], StartsWith("Press &1 Unit - Add $25"));
+  EXPECT_EQ(b[4], "&Double Bet");
+  EXPECT_THAT(t.ui.settles[0].Labels, Contains("Net loss: $25"));
+}
+
+TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.ui.settleReplies.push_back(kModifyByRule);
+  t.RollTotal(7);
+  EXPECT_EQ(t.ui.faults.size(), 1u);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.Bankroll[1], 1010_usd);
+}
+
+// ---- Passing the dice ----------------------------------------------------------------------
+
+// Seats 5, 2 and 7, seated in that order: 5 has the dice first.
+struct ThreeAtTheTable : LineTable {
+  ThreeAtTheTable() {
+    g.Rules.BetNeededToShoot = 0;
+    Seat(5, "Ann", 1000_usd);
+    Seat(2, "Bob", 1000_usd);
+    Seat(7, "Cid", 1000_usd);
+  }
+  void SevenOut() {
+    RollTotal(6);
+    RollTotal(7);
+  }
+};
+
+TEST(PassDiceRotation, SevenOutsMoveTheDiceDownAndRound) {
+  ThreeAtTheTable t;
+  ASSERT_EQ(t.g.Table.Shooter, 5);
+  std::vector<int> shooters;
+  for (int hand = 0; hand < 4; ++hand) {
+    const int before = t.g.Table.Shooter;
+    t.SevenOut();
+    EXPECT_EQ(t.g.Table.LastHandShooter, before);
+    EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
+    shooters.push_back(t.g.Table.Shooter);
+  }
+  EXPECT_THAT(shooters, ElementsAre(2, 7, 5, 2));
+}
+
+TEST(PassDiceRotation, APlayerWhoPassesIsSkipped) {
+  ThreeAtTheTable t;
+  t.g.AutoPassDice[2] = true;
+  t.SevenOut();
+  EXPECT_EQ(t.g.Table.Shooter, 7);
+}
+
+TEST(PassDiceRotation, SilentPassBetweenHandsAndWithinOne) {
+  ThreeAtTheTable t;
+  PassDice(t.g, kPassSilent);
+  EXPECT_EQ(t.g.Table.Shooter, 2);
+  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.Messages(), 0);
+
+  t.RollTotal(8);
+  PassDice(t.g, kPassSilent);
+  EXPECT_EQ(t.g.Table.Shooter, 7);  // 2 − 1 is empty; 0 wraps to 8, empty; then 7
+  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.Messages(), 0);
+}
+
+TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
+  ThreeAtTheTable t;
+  t.RollTotal(9);
+  PassDice(t.g, kPassAsked);
+  EXPECT_EQ(t.g.Table.Shooter, 2);
+  EXPECT_EQ(t.g.Table.HandShooter, 5);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
+  EXPECT_EQ(t.LastMessage().Text,
+            "Ann is passing the dice to Bob who may finish the current hand and then roll his/her own hand.");
+
+  t.RollTotal(7);
+  EXPECT_EQ(t.g.Table.Shooter, 2);
+  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.g.Table.LastHandShooter, 5);
+
+  // Bob's own hand ends: now the dice go on.
+  t.SevenOut();
+  EXPECT_EQ(t.g.Table.Shooter, 7);
+  EXPECT_EQ(t.g.Table.LastHandShooter, 2);
+}
+
+TEST(PassDiceRotation, PassingBackToTheHandsShooter) {
+  ThreeAtTheTable t;
+  t.RollTotal(9);
+  PassDice(t.g, kPassAsked);  // to Bob
+  PassDice(t.g, kPassAsked);  // to Cid
+  PassDice(t.g, kPassAsked);  // back to Ann
+  EXPECT_EQ(t.g.Table.Shooter, 5);
+  ASSERT_EQ(t.Messages(), 3);
+  EXPECT_EQ(t.LastMessage().Text, "Cid is passing the dice back to Ann who originally started this hand.");
+}
+
+}  // namespace

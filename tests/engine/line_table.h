@@ -1,0 +1,32 @@
+#pragma once
+// Helpers for the Pass Line table tests: readable money in failures, dice for a total,
+// and a table with named players.
+
+#include <ostream>
+#include <string>
+#include <utility>
+
+#include "engine/money.h"
+#include "engine/placement.h"
+#include "tests/test_support.h"
+
+// gtest finds this by argument lookup; internal linkage keeps each test file its own copy.
+static inline void PrintTo(const Money& m, std::ostream* os) { *os << DollarText(m); }
+
+// A pair of dice for a total, never a pair that makes a hardway unless it must.
+inline std::pair<int, int> DiceFor(int total) {
+  int d1 = total / 2, d2 = total - total / 2;
+  if (d1 == d2 && total > 2 && total < 12) { --d1; ++d2; }
+  return {d1, d2};
+}
+
+struct LineTable : TestTable {
+  void RollTotal(int total) {
+    auto [d1, d2] = DiceFor(total);
+    Roll(d1, d2);
+  }
+  Money Bet(int seat, int bet, Money change) { return ChangeBet(g, seat, bet, change); }
+  Money Amount(int seat, int bet) const { return g.BetAmount[seat][bet]; }
+  int Messages() const { return static_cast<int>(ui.transcript.size()); }
+  const MessageRequest& LastMessage() const { return ui.transcript.back().request; }
+};

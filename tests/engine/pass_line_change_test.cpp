@@ -1,0 +1,244 @@
+// The placement gate for the Pass Line: rounding, the contract while a point is on,
+// Put bets, the table's limits and the bankroll.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+#include "engine/handling.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+const std::string kPutRefused =
+    "You may not make or increase a Pass Line bet while a point is established.\n\n"
+    "(Unless you check \"Allow Put Bets\" on the Configuration screen.)";
+const std::string kNoDecrease = "You may not decrease or remove a Pass Line bet while a point is established.";
+
+Money Cents(int64_t c) { return Money::FromRaw(c * 100); }
+
+struct AnnAtTheLine : LineTable {
+  explicit AnnAtTheLine(Money bankroll = 1000_usd) {
+    Seat(1, "Ann", bankroll);
+    g.AutoHandleWin[1] = g.AutoHandleLose[1] = kTakeDown;
+  }
+};
+
+// ---- Rounding to checks -------------------------------------------------------------------
+
+struct RoundCase {
+  Money start, request, applied;
+};
+
+std::ostream& operator<<(std::ostream& os, const RoundCase& c) {
+  return os << DollarText(c.start) << " asked " << DollarText(c.request);
+}
+
+class PassLineRoundingTest : public ::testing::TestWithParam<RoundCase> {};
+
+TEST_P(PassLineRoundingTest, AwayFromZeroOnAFiveDollarTable) {
+  const RoundCase& c = GetParam();
+  AnnAtTheLine t;
+  t.g.Rules.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
+  if (c.start.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::PassLine, c.start), c.start);
+  }
+  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.applied);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.start + c.applied);
+  EXPECT_EQ(t.g.OnTable[1], c.start + c.applied);
+  EXPECT_EQ(t.Messages(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(PassLine, PassLineRoundingTest,
+                         ::testing::Values(RoundCase{Money{}, 7_usd, 10_usd}, RoundCase{20_usd, -7_usd, -10_usd},
+                                           RoundCase{Money{}, 5_usd, 5_usd}, RoundCase{Money{}, Cents(1), 5_usd},
+                                           RoundCase{10_usd, -3_usd, -5_usd}, RoundCase{15_usd, -Cents(1), -5_usd},
+                                           // a take-down past the amount stops at 0
+                                           RoundCase{5_usd, -7_usd, -5_usd}));
+
+// ---- The contract while a point is on ---------------------------------------------------
+
+TEST(PassLineChangeBet, PutBetsOffRefusesAnyIncreaseWithThePointOn) {
+  AnnAtTheLine t;
+  t.Seat(2, "Bob", 1000_usd);
+  t.g.Rules.AllowPutBets = false;
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.RollTotal(6);
+  ASSERT_EQ(t.g.Table.Point, 6);
+
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.g.OnTable[1], 10_usd);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
+  EXPECT_TRUE(t.LastMessage().Flags & msg::kClass1);  // a rule notice the user may hide
+
+  // A player with no line bet can't start one either.
+  EXPECT_EQ(t.Bet(2, bet::PassLine, 10_usd), Money{});
+  EXPECT_EQ(t.Amount(2, bet::PassLine), Money{});
+  ASSERT_EQ(t.Messages(), 2);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
+  EXPECT_EQ(t.LastMessage().Title, "Bob");
+
+  // Nor may the contract come down.
+  EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  ASSERT_EQ(t.Messages(), 3);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
+}
+
+TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
+  AnnAtTheLine t;
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.RollTotal(6);
+
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), -5_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.Messages(), 0);
+
+  // More than the Put increase: only the increase comes off.
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -15_usd), -5_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.g.OnTable[1], 10_usd);
+
+  // After a roll the increase is part of the contract.
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
+  const int before = t.Messages();
+  t.RollTotal(3);
+  ASSERT_EQ(t.g.Table.Point, 6);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 15_usd);
+  ASSERT_EQ(t.Messages(), before + 1);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
+
+  // And the whole 15 is paid when the point is made.
+  t.RollTotal(6);
+  EXPECT_EQ(t.g.Bankroll[1], 1015_usd);
+}
+
+TEST(PassLineChangeBet, OnTheComeOutTheLineComesDownFreely) {
+  AnnAtTheLine t;
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.RollTotal(7);  // a natural: still the come-out
+  t.Bet(1, bet::PassLine, 10_usd);
+  EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), -10_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  EXPECT_EQ(t.Messages(), 0);
+}
+
+// ---- Limits --------------------------------------------------------------------------------
+
+TEST(PassLineChangeBet, TheMinimumRaisesAnIncreaseAndRemovesADecrease) {
+  AnnAtTheLine t;
+  t.g.Rules.MinPlacardBet = 10_usd;
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 10_usd);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith("The minimum Pass Line bet is $10"));
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
+
+  t.Bet(1, bet::PassLine, 5_usd);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -10_usd), -15_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+}
+
+TEST(PassLineChangeBet, TheMaximumCutsTheRequest) {
+  AnnAtTheLine t(5000_usd);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 1500_usd), 1000_usd);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith("The maximum Pass Line bet is $1000"));
+  EXPECT_THAT(t.LastMessage().Text, Not(HasSubstr("However")));
+}
+
+TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
+  AnnAtTheLine t(5000_usd);
+  t.Bet(1, bet::PassLine, 500_usd);
+  t.RollTotal(8);
+  t.g.Rules.MaxPlacardBet = 100_usd;
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 500_usd);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_THAT(t.LastMessage().Text,
+              StartsWith("The maximum Pass Line bet is $100\n\nHowever, because it's a contract bet and was "
+                         "established at $500 when a higher limit was allowed, it must remain unchanged until "
+                         "it resolves."));
+  // It resolves at its full amount.
+  t.RollTotal(8);
+  EXPECT_EQ(t.g.Bankroll[1], 5500_usd);
+}
+
+// ---- The bankroll ----------------------------------------------------------------------------
+
+struct BankrollCase {
+  const char* what;
+  Money bankroll;
+  Money fieldBet;  // something else on the table
+  Money minimum;
+  Money request;
+  Money placed;
+  std::string text;
+};
+
+std::ostream& operator<<(std::ostream& os, const BankrollCase& c) { return os << c.what; }
+
+class PassLineBankrollTest : public ::testing::TestWithParam<BankrollCase> {};
+
+TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
+  const BankrollCase& c = GetParam();
+  AnnAtTheLine t(c.bankroll);
+  t.g.Rules.MinPlacardBet = c.minimum;
+  if (c.fieldBet.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::Field, c.fieldBet), c.fieldBet);
+  }
+  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.placed);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.placed);
+  EXPECT_EQ(t.g.OnTable[1], c.fieldBet + c.placed);
+  EXPECT_EQ(t.g.Bankroll[1], c.bankroll);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
+  EXPECT_EQ(t.LastMessage().HelpId, 130);
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PassLine, PassLineBankrollTest,
+    ::testing::Values(
+        BankrollCase{"the rest of an empty rail", 23_usd, Money{}, 1_usd, 50_usd, 23_usd,
+                     "You don't have enough bankroll remaining to bet the full amount requested on the Pass Line."
+                     "\n\nYour options are: \n      - Make a withdrawal from the ATM.\n"
+                     "      - Allow negative bankroll."},
+        BankrollCase{"with a Field bet down", 23_usd, 10_usd, 1_usd, 50_usd, 13_usd,
+                     "You don't have enough bankroll remaining to bet the full amount requested on the Pass Line."
+                     "\n\nYour options are: \n      - Bet less on other bets.\n"
+                     "      - Make a withdrawal from the ATM.\n      - Allow negative bankroll."},
+        BankrollCase{"less than the minimum", 23_usd, Money{}, 25_usd, 30_usd, Money{},
+                     "You don't have enough bankroll remaining to bet the minimum on the Pass Line."
+                     "\n\nYour options are: \n      - Make a withdrawal from the ATM.\n"
+                     "      - Allow negative bankroll."}));
+
+TEST(PassLineChangeBet, TheBankrollCutIsSilentWithLimitNoticesOff) {
+  AnnAtTheLine t(23_usd);
+  t.g.Rules.Notices &= ~kNoticeLimits;
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 50_usd), 23_usd);
+  EXPECT_EQ(t.Messages(), 0);
+}
+
+TEST(PassLineChangeBet, ANegativeBankrollAllowedIsNoCut) {
+  AnnAtTheLine t(23_usd);
+  t.g.AllowNegBankroll[1] = true;
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 50_usd), 50_usd);
+  EXPECT_EQ(t.Messages(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,198 @@
+// Whether a shot may be made at all: the bet needed to shoot and the session's roll
+// limit; and the bankroll graph that every roll advances.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+
+#include "engine/handling.h"
+#include "engine/roll_cycle.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+const std::string kNote = "Note: This requirement can be changed on the 'Bets tab' of the configuration screen.";
+
+// ---- Bet needed to shoot -------------------------------------------------------------------
+
+struct ShotCase {
+  const char* what;
+  int setting;
+  int players;    // Ann (seat 3, the shooter), then Bob (seat 7)
+  bool pointOn;   // a point is set first with the requirement off
+  int shooterBet; // 0 none, else the bet Ann has
+  bool rolls;
+  std::string title;  // of the box when refused
+  std::string text;
+  std::string stop;   // the stop text under SilentMode
+};
+
+std::ostream& operator<<(std::ostream& os, const ShotCase& c) { return os << c.what; }
+
+struct ShotTable : LineTable {
+  explicit ShotTable(const ShotCase& c) {
+    if (c.players >= 1) Seat(3, "Ann", 1000_usd);
+    if (c.players >= 2) Seat(7, "Bob", 1000_usd);
+    g.Rules.BetNeededToShoot = 0;
+    if (c.pointOn) RollTotal(5);
+    if (c.shooterBet != 0) Bet(3, c.shooterBet, 10_usd);
+    g.Rules.BetNeededToShoot = c.setting;
+    ui.transcript.clear();
+  }
+};
+
+class ShotGateTest : public ::testing::TestWithParam<ShotCase> {};
+
+TEST_P(ShotGateTest, TheBoxAndTheDice) {
+  const ShotCase& c = GetParam();
+  ShotTable t(c);
+  const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
+  const int die1 = t.g.Table.Die1, die2 = t.g.Table.Die2;
+  t.Roll(6, 6);
+  if (c.rolls) {
+    EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + 1);
+    EXPECT_EQ(t.g.Table.DiceTotal, 12);
+    EXPECT_EQ(t.Messages(), 0);
+    return;
+  }
+  // Refused: the dice don't move and nothing is counted.
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore);
+  EXPECT_EQ(t.g.Table.Die1, die1);
+  EXPECT_EQ(t.g.Table.Die2, die2);
+  EXPECT_FALSE(t.g.Table.Rolling);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_EQ(t.LastMessage().Title, c.title);
+  if (c.setting == 1 && c.players > 0) {
+    EXPECT_EQ(t.LastMessage().HelpId, 130);
+  }
+  if (c.players == 0) {
+    EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
+  } else {
+    EXPECT_EQ(t.LastMessage().Text, c.text);
+  }
+}
+
+TEST_P(ShotGateTest, SilentlyOnlyAStopText) {
+  const ShotCase& c = GetParam();
+  ShotTable t(c);
+  const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
+  t.g.SilentMode = true;
+  t.Roll(6, 6);
+  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (c.rolls ? 1 : 0));
+  EXPECT_EQ(t.g.StopReason, c.rolls ? "" : c.stop);
+}
+
+const std::string kLine = "A line bet is required to shoot.\n\n";
+const std::string kAny = "A bet is required to shoot.\n\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    ShotGate, ShotGateTest,
+    ::testing::Values(
+        ShotCase{"no requirement", 0, 1, false, 0, true, "", "", ""},
+        ShotCase{"no requirement, empty table", 0, 0, false, 0, true, "", "", ""},
+        ShotCase{"line bet, Pass Line", 1, 1, false, bet::PassLine, true, "", "", ""},
+        ShotCase{"line bet, Don't Pass", 1, 2, false, bet::DontPass, true, "", "", ""},
+        ShotCase{"line bet, alone", 1, 1, false, 0, false, "Line Bet Required",
+                 kLine + "Ann must make a Pass Line bet or a Don't Pass bet.\n\n" + kNote, "Shooter has no line bet."},
+        ShotCase{"line bet, only a Place bet", 1, 1, false, PointRow(BetFamily::Place, 6), false,
+                 "Line Bet Required", kLine + "Ann must make a Pass Line bet or a Don't Pass bet.\n\n" + kNote,
+                 "Shooter has no line bet."},
+        ShotCase{"line bet, two players on the come-out", 1, 2, false, 0, false, "Line Bet Required",
+                 kLine + "Ann must make a Pass Line bet, a Don't Pass bet, or pass the dice.\n\n" + kNote,
+                 "Shooter has no line bet."},
+        ShotCase{"line bet, two players, point on", 1, 2, true, 0, false, "Line Bet Required",
+                 kLine + "Ann must make a Pass Line bet or pass the dice.\n\n" + kNote, "Shooter has no line bet."},
+        ShotCase{"any bet, Field", 2, 1, false, bet::Field, true, "", "", ""},
+        ShotCase{"any bet, none", 2, 2, false, 0, false, "Any Bet Required",
+                 kAny + "Ann must make any bet or pass the dice.\n\n" + kNote, "Shooter has no bet."},
+        ShotCase{"line bet, empty table", 1, 0, false, 0, false, "Bet required", "No players are available to bet.",
+                 "No players are available to bet."},
+        ShotCase{"any bet, empty table", 2, 0, false, 0, false, "Bet required", "No players are available to bet.",
+                 "No players are available to bet."}));
+
+// ---- The session's roll limit ----------------------------------------------------------------
+
+TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.g.Rules.BetNeededToShoot = 0;
+  t.g.Stats.RollCount[kSessionScope][0] = 1999999999;
+  t.Roll(2, 3);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
+  EXPECT_EQ(t.g.Table.Point, 5);
+  EXPECT_EQ(t.Messages(), 0);
+
+  t.Roll(6, 6);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
+  EXPECT_EQ(t.g.Table.DiceTotal, 5);
+  EXPECT_EQ(t.g.Table.Point, 5);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_EQ(t.LastMessage().Title, "Reached Maximum Roll Limit");
+  EXPECT_THAT(t.LastMessage().Text, StartsWith("Sorry ... the maximum limit of 2,000,000,000 rolls has been reached."));
+  EXPECT_THAT(t.LastMessage().Text, HasSubstr("\"New\""));
+  EXPECT_THAT(t.LastMessage().Text, HasSubstr("\"Game\""));
+}
+
+TEST(ShotGateRollLimit, SilentlyTheStopText) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.g.Rules.BetNeededToShoot = 0;
+  t.g.Stats.RollCount[kSessionScope][0] = 2000000000;
+  t.g.SilentMode = true;
+  t.Roll(6, 6);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
+  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_THAT(t.g.StopReason, StartsWith("Stopped due to reaching the maximum limit of 2,000,000,000 rolls."));
+  EXPECT_THAT(t.g.StopReason, HasSubstr("\"New\""));
+}
+
+// ---- The bankroll limit after a roll at normal speed -------------------------------------
+
+TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
+  LineTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.g.Rules.BetNeededToShoot = 0;
+  for (int scope : kCountedScopes) t.g.Bankroll[1 + scope] = 10000000_usd;
+  t.Roll(1, 2);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
+  EXPECT_EQ(t.g.Table.PendingStopSeat, 1);
+  ASSERT_EQ(t.Messages(), 1);
+  EXPECT_EQ(t.LastMessage().Title, "DiceHall");
+  EXPECT_THAT(t.LastMessage().Text, StartsWith("Congratulations!\n\nAnn broke the max bankroll limit of $"));
+  EXPECT_THAT(t.LastMessage().Text, HasSubstr("Select \"New\" from the \"Game\" menu to reset the table."));
+  const auto chips = [&] { return std::count(t.ui.sounds.begin(), t.ui.sounds.end(), "Chips.win"); };
+  EXPECT_EQ(chips(), 1);
+
+  t.Roll(1, 2);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
+  EXPECT_EQ(t.Messages(), 2);
+  EXPECT_EQ(chips(), 1);
+}
+
+// ---- The bankroll graph ----------------------------------------------------------------------
+
+TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
+  LineTable t;
+  t.Seat(2, "Ann", 1000_usd);
+  t.g.AutoHandleWin[2] = kSameBet;
+  t.Bet(2, bet::PassLine, 10_usd);
+  t.g.BankrollGraphIndex = 1049;
+  t.RollTotal(7);
+  EXPECT_EQ(t.g.BankrollGraphIndex, 1050);
+  EXPECT_EQ(t.g.BankrollHistory[2][1050], 1010_usd);
+  t.RollTotal(11);
+  EXPECT_EQ(t.g.BankrollGraphIndex, 1);
+  EXPECT_EQ(t.g.BankrollHistory[2][1], 1020_usd);
+  t.RollTotal(7);
+  EXPECT_EQ(t.g.BankrollGraphIndex, 2);
+  EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
+}
+
+}  // namespace
