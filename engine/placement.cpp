@@ -373,8 +373,8 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     }
   }
 
-  // The tail tells what came of the request.
-  if (p.on && !p.text.empty()) {
+  // After a cut by a limit, the tail tells what came of the request.
+  if (p.on && (p.flags & kLimitClass)) {
     Money result = amount + change;
     if (change.raw == 0)
       p.text += "\n" + DollarText(result) + " which is already bet.";

@@ -1,0 +1,128 @@
+// The contract and timing rules of the placement gate for bets other than the line:
+// each refusal in the system's words, with the amount left as it was.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "engine/placement.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+struct RuleCase {
+  const char* what;
+  std::function<void(LineTable&)> setUp;
+  int bet;
+  const char* text;
+  int help;
+};
+
+class PlacementRuleTest : public testing::TestWithParam<RuleCase> {};
+
+TEST_P(PlacementRuleTest, RefusesWithItsWords) {
+  const RuleCase& c = GetParam();
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  if (c.setUp) c.setUp(t);
+  const Money before = t.Amount(1, c.bet);
+  const size_t shown = t.ui.transcript.size();
+  EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(10)), Money{}) << c.what;
+  EXPECT_EQ(t.Amount(1, c.bet), before) << c.what;
+  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << c.what;
+  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
+  EXPECT_EQ(t.LastMessage().HelpId, c.help) << c.what;
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
+}
+
+// Puts the table on a point of 6 with Ann's Pass Line of 10.
+void PointOnSix(LineTable& t) {
+  t.Bet(1, bet::PassLine, Money::Dollars(10));
+  t.RollTotal(6);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bets, PlacementRuleTest,
+    testing::Values(
+        RuleCase{"Come on the come-out", nullptr, bet::Come,
+                 "You may not make a Come bet \nuntil a point is established.", 45},
+        RuleCase{"Don't Come on the come-out", nullptr, bet::DontCome,
+                 "You may not make a Don't Come bet until a point is established.", 48},
+        RuleCase{"Don't Pass with a point on", PointOnSix, bet::DontPass,
+                 "You may not make or increase a Don't Pass bet while a point is established.", 46},
+        RuleCase{"Pass Line Odds without a point", nullptr, bet::PassLineOdds,
+                 "You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is "
+                 "established.", 43},
+        RuleCase{"Don't Pass Odds without the bet", PointOnSix, bet::DontPassOdds,
+                 "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
+                 "established.", 46},
+        RuleCase{"Come odds without the flat bet", PointOnSix, bet::Come4Odds + 2,
+                 "You may not make a Come 6 Odds bet until you've established a Come 6 bet.", 45},
+        RuleCase{"Don't Come odds without the flat bet", PointOnSix, bet::DontCome4Odds,
+                 "You may not make a Don't Come 4 Odds bet until you've established a Don't Come 4 bet.", 48},
+        RuleCase{"Come on a number without Put bets",
+                 [](LineTable& t) { t.g.Rules.AllowPutBets = false; }, bet::Come4,
+                 "You may not make or increase a Come bet directly on a point number.\n\n(Unless you check "
+                 "\"Allow Put Bets\" on the Configuration screen.)", 45},
+        RuleCase{"Don't Come on a number", nullptr, bet::DontCome4,
+                 "You may not make or increase a Don't Come bet directly on a point number.", 48},
+        RuleCase{"All Small with a small number marked",
+                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 4; }, bet::AllSmall,
+                 "You may not make or increase an All Small bet while any small numbers are marked.", 510},
+        RuleCase{"All Tall with a tall number marked",
+                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 9; }, bet::AllTall,
+                 "You may not make or increase an All Tall bet while any tall numbers are marked.", 510},
+        RuleCase{"Make All with any number marked",
+                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 3; }, bet::MakeAll,
+                 "You may not make or increase a Make All bet while any numbers are marked.", 510},
+        RuleCase{"4 Rolls No 7 counting", [](LineTable& t) { t.g.Table.FourRollCount = 2; }, bet::FourRollsNo7,
+                 "You may not make or increase a 4 Rolls No 7 bet if the count is in progress.", 510},
+        RuleCase{"Point 7 with a point on", PointOnSix, bet::Point7,
+                 "You may not make or increase a Point 7 bet unless the shooter is on a come-out roll.", 510},
+        RuleCase{"7 Point 7 with a point on", PointOnSix, bet::SevenPoint7,
+                 "You may not make or increase a 7 Point 7 bet unless the shooter is on a come-out roll.", 510},
+        RuleCase{"Hot Roller after a total other than 7", PointOnSix, bet::HotRoller,
+                 "You may not make or increase a Hot Roller bet until the next seven rolls.", 510},
+        RuleCase{"Fire once the hand has rolls", PointOnSix, bet::Fire,
+                 "You may not make or increase a Fire bet after the shooter has started a hand.", 510},
+        RuleCase{"Ride The Line once the hand has rolls", PointOnSix, bet::RideTheLine,
+                 "You may not make or increase a Ride The Line bet after the shooter has started a hand.", 510},
+        RuleCase{"Repeater with hits marked", [](LineTable& t) { t.g.Table.RepeaterCount[8] = 1; },
+                 bet::Repeater2 + 5, "You may not make or increase a Repeater 8 bet while any hits are marked.",
+                 510}));
+
+TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  // Come-out: Point 7, 7 Point 7, Fire, Hot Roller (no rolls yet) and the collect bets are open.
+  for (int b : {bet::Point7, bet::SevenPoint7, bet::Fire, bet::HotRoller, bet::AllSmall, bet::MakeAll})
+    EXPECT_EQ(t.Bet(1, b, Money::Dollars(5)), Money::Dollars(5)) << BetName(b);
+  EXPECT_TRUE(t.ui.transcript.empty());
+}
+
+TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  PointOnSix(t);
+  ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
+  t.RollTotal(4);  // the Come bet travels to 4
+  ASSERT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
+  EXPECT_EQ(t.Bet(1, bet::Come4, -Money::Dollars(10)), Money{});
+  EXPECT_EQ(t.LastMessage().Text, "You may not decrease or remove a Come bet which is established on a point.");
+  EXPECT_EQ(t.LastMessage().HelpId, 250);
+  EXPECT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
+  // A Put increase on it can come off again before the next roll.
+  EXPECT_EQ(t.Bet(1, bet::Come4, Money::Dollars(5)), Money::Dollars(5));
+  EXPECT_EQ(t.Bet(1, bet::Come4, -Money::Dollars(15)), -Money::Dollars(5));
+  EXPECT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
+}
+
+TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  t.g.SilentMode = true;
+  EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
+  EXPECT_TRUE(t.ui.transcript.empty());
+}
+
+}  // namespace
