@@ -76,6 +76,31 @@ std::string DecreaseText(int bet, bool yours) {
 
 std::string PutBetsNote();
 
+// Stores the vig that the bet's amount now holds; charged up front, the difference is
+// counted in OnTable. At level 4 the change of the charge is told.
+void HoldVig(Game& g, int seat, int bet, Pending& p) {
+  const bool buy = bet >= bet::Buy4 && bet <= bet::Buy10;
+  Money& held = buy ? g.BuyVigHeld[seat][bet - bet::Buy4] : g.LayVigHeld[seat][bet - bet::Lay4];
+  const bool upFront = buy ? g.Rules.ChargeAllBuy : g.Rules.ChargeAllLay;
+  const Money amount = g.BetAmount[seat][bet];
+  const Money vig = buy ? ComputeBuyVig(g.Rules, bet, amount) : ComputeLayVig(g.Rules, bet, amount);
+  const Money before = held;
+  if (vig == before) return;
+  held = vig;
+  if (upFront) g.OnTable[seat] += vig - before;
+  if (!p.on || !(g.Rules.Notices & kNoticeCharges)) return;
+  std::string text;
+  if (amount.raw == 0 && upFront) {
+    text = "Vig charge returned $" + MoneyText(before);
+  } else {
+    text = (upFront ? "Total vig charge $" : "If you win, the total vig charge will be $") + MoneyText(vig);
+    if (amount.raw > 0 && before.raw > 0)
+      text += (vig > before ? "\nVig increased by $" : "\nVig decreased by $") + MoneyText(Abs(vig - before));
+  }
+  text += "\n" + std::string(BetName(bet));
+  p.Say(std::move(text), 510, msg::kClass4);
+}
+
 // The rule of the bet for an added amount; true when it refuses (the message is said).
 bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base, Money change, Pending& p) {
   const RuleSet& r = g.Rules;
@@ -384,6 +409,15 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
 
   // 8. Apply.
   if (change.raw != 0) CommitAmount(g, seat, bet, change);
+
+  // 9. Vigorish of Buy and Lay, held at the new amount.
+  if ((bet >= bet::Buy4 && bet <= bet::Buy10) || (bet >= bet::Lay4 && bet <= bet::Lay10)) HoldVig(g, seat, bet, p);
+
+  // 10. A Repeater's hits are forgotten when nobody holds it any more.
+  if (bet >= bet::Repeater2 && bet <= bet::Repeater12 && !AnySeatHolds(g, bet)) {
+    const int i = bet - bet::Repeater2;
+    g.Table.RepeaterCount[i < 5 ? i + 2 : i + 3] = 0;
+  }
 
   if (p.on && !p.text.empty())
     Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);

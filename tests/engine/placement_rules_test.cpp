@@ -126,3 +126,49 @@ TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  ASSERT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(20));
+  EXPECT_EQ(t.g.BuyVigHeld[1][0], Money::Dollars(1));
+  EXPECT_EQ(t.g.OnTable[1], Money::Dollars(21));
+  EXPECT_EQ(t.LastMessage().Text, "Total vig charge $1\nBuy 4");
+  t.Bet(1, bet::Buy4, Money::Dollars(40));  // 60: 3.00
+  EXPECT_EQ(t.LastMessage().Text, "Total vig charge $3\nVig increased by $2\nBuy 4");
+  t.Bet(1, bet::Buy4, -Money::Dollars(60));
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  EXPECT_EQ(t.LastMessage().Text, "Vig charge returned $3\nBuy 4");
+}
+
+TEST(PlacementVig, VigOnWinOnlyStaysOutOfOnTable) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  t.g.Rules.ChargeAllLay = false;
+  ASSERT_EQ(t.Bet(1, bet::Lay4, Money::Dollars(40)), Money::Dollars(40));
+  EXPECT_EQ(t.g.LayVigHeld[1][0], Money::Dollars(1));  // 5% of the win of 20
+  EXPECT_EQ(t.g.OnTable[1], Money::Dollars(40));
+  EXPECT_EQ(t.LastMessage().Text, "If you win, the total vig charge will be $1\nLay 4");
+}
+
+TEST(PlacementVig, UpFrontVigMustFitTheBankroll) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(20));
+  t.g.SilentMode = true;
+  // $20 on Buy 4 needs $1 of vig as well: the bet falls to what the rail can carry.
+  EXPECT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(19));
+  EXPECT_LE(t.g.OnTable[1], Money::Dollars(20));
+}
+
+TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  ASSERT_EQ(t.Bet(1, bet::Repeater2 + 5, Money::Dollars(5)), Money::Dollars(5));  // Repeater 8
+  t.g.Table.RepeaterCount[8] = 2;
+  t.Bet(1, bet::Repeater2 + 5, -Money::Dollars(5));
+  EXPECT_EQ(t.g.Table.RepeaterCount[8], 0);
+}
+
+}  // namespace
