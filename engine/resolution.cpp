@@ -164,6 +164,9 @@ void MoveBet(Game& g, int seat, int from, int to) {
   CommitAmount(g, seat, from, -amount);
   CommitAmount(g, seat, to, amount);
   g.Moving = false;
+  // The base leaves the box with the bet: a stale base there would let the rules of
+  // the box restore a bet that travelled.
+  g.ContractBase[seat][from] = Money{};
   g.ContractBase[seat][to] = amount;
   if (from == bet::Come) {
     int p = PointOfRow(to);

@@ -30,9 +30,6 @@ struct Standing {
   int count = 0;
 };
 
-// The bets this runner can make so far: the line bets, whose rules are complete.
-bool Offered(int bet) { return bet == bet::PassLine || bet == bet::DontPass; }
-
 // Before every roll: each standing bet that is absent and that the table allows. Line
 // bets are made on the come-out, never as put bets.
 void PlaceStanding(Game& g, void* data) {
@@ -113,9 +110,12 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   CLI::App app{
       "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a summary.\n"
       "Players are seated from 4L toward 4R in the order given and buy in with their bankroll.\n"
+      "Only players with a standing Pass Line or Don't Pass bet shoot; the others pass the dice.\n"
       "Before every roll each --bet that is absent is placed again if the table allows it\n"
       "(line bets are made on the come-out only). Bets that win or lose come down and are\n"
-      "placed again before the next roll. Bets offered so far: \"Pass Line\", \"Don't Pass\".\n"
+      "placed again before the next roll. Every bet of the table is offered by its name, e.g.\n"
+      "\"Place 6\", \"Hard 8\", \"Hop 23\", \"Don't Come 4 Odds\"; a bet that its rules refuse at a\n"
+      "roll (a Come bet on the come-out, odds without their line bet) waits for a roll that allows it.\n"
       "Exit codes: 0 after the rolls or when the table stops by itself (its reason printed as\n"
       "\"Stopped: <text>\"), 1 for a script or file fault, 2 for bad options.",
       "dicehall-sim"};
@@ -194,11 +194,6 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       err << "dicehall-sim: --bet " << b << ": there is no bet named \"" << Trim(name) << "\".\n";
       return 2;
     }
-    if (!Offered(sb.bet)) {
-      err << "dicehall-sim: --bet " << b << ": the " << BetName(sb.bet)
-          << " bet can't be made by dicehall-sim yet; offered so far: Pass Line, Don't Pass.\n";
-      return 2;
-    }
     std::string error;
     if (!ParseMoney(amount, sb.amount, error)) {
       err << "dicehall-sim: --bet " << b << ": " << error << "\n";
@@ -257,6 +252,25 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
     for (int i = 1; i < kSeats; ++i)
       if (g.PlayerName[i] == b.player) s = i;
     if (standing.count < 64) standing.bets[standing.count++] = {s, b.bet, b.amount};
+  }
+  // A player without a standing line bet doesn't want to shoot and passes the dice on,
+  // so that the shooter is one who can meet the table's bet needed to shoot.
+  bool anyShooter = false;
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    bool line = false;
+    for (int i = 0; i < standing.count; ++i)
+      line = line || (standing.bets[i].seat == s &&
+                      (standing.bets[i].bet == bet::PassLine || standing.bets[i].bet == bet::DontPass));
+    g.AutoPassDice[s] = !line;
+    anyShooter = anyShooter || line;
+  }
+  if (anyShooter && g.AutoPassDice[g.Table.Shooter]) {
+    for (int s = 1; s < kSeats; ++s)
+      if (SeatOccupied(g, s) && !g.AutoPassDice[s]) {
+        g.Table.Shooter = g.Table.HandShooter = s;
+        break;
+      }
   }
   g.Auto.AfterRoll = &PlaceStanding;
   g.Auto.AfterRollData = &standing;

@@ -172,3 +172,21 @@ TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  t.Bet(1, bet::PassLine, Money::Dollars(10));
+  t.RollTotal(6);
+  ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
+  t.RollTotal(6);  // the point is made and the Come bet travels to 6: a come-out follows
+  ASSERT_EQ(t.g.Table.Point, 0);
+  ASSERT_EQ(t.Amount(1, bet::Come4 + 2), Money::Dollars(10));
+  EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
+  EXPECT_EQ(t.Amount(1, bet::Come), Money{});
+  EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
+}
+
+}  // namespace
