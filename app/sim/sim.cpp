@@ -13,6 +13,7 @@
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
 #include "engine/game_state.h"
+#include "engine/handling.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
@@ -104,6 +105,66 @@ void SetUpGame(Game& g, UserInterface& ui, bool seeded, uint32_t seed) {
   }
 }
 
+// "[NAME=]ACTION": an action's name or number, with the rule of modify and set.
+bool ParseHandling(const std::string& text, SimHandling& h, std::string& error) {
+  std::string action = text;
+  std::string name;
+  if (SplitOnce(text, '=', name, action)) h.player = Trim(name);
+  action = Trim(action);
+  std::string rule;
+  std::string word = action;
+  SplitOnce(action, ':', word, rule);
+  for (char& c : word) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  struct Named {
+    const char* word;
+    int win, lose;  // the action number, 0 where the word doesn't apply
+  };
+  static const Named kActions[] = {
+      {"take-down", 1, 1}, {"same-bet", 2, 2},     {"press-unit", 3, 4}, {"press-double", 4, 0},
+      {"parlay", 5, 0},    {"remainder", 0, 3},    {"double", 0, 5},     {"modify", 6, 6},
+      {"set", 7, 7},       {"ask", 0, 0}};
+  h.action = -1;
+  if (word.size() == 1 && word[0] >= '0' && word[0] <= '7') h.action = word[0] - '0';
+  for (const Named& n : kActions)
+    if (word == n.word) h.action = h.winning ? n.win : n.lose;
+  if (word == "ask") h.action = 0;
+  if (h.action < 0 || (h.action == 0 && word != "ask" && word != "0")) {
+    error = "\"" + word + "\" is not an action for a bet that " + (h.winning ? "won." : "lost.");
+    return false;
+  }
+  if (h.action != 6 && h.action != 7) {
+    if (!rule.empty()) {
+      error = "only modify and set take a rule.";
+      return false;
+    }
+    return true;
+  }
+  if (rule.empty()) {
+    error = h.action == 6 ? "modify needs a rule, e.g. modify:+5." : "set needs an amount, e.g. set:25.";
+    return false;
+  }
+  if (h.action == 6) {
+    const std::string ops = "+-*/";
+    size_t at = ops.find(rule[0]);
+    if (at == std::string::npos) {
+      error = "a rule starts with + - * or /.";
+      return false;
+    }
+    h.op = static_cast<int>(at);
+    rule.erase(0, 1);
+  }
+  h.units = 0;
+  if (!rule.empty() && rule.back() == '%') {
+    h.units = 1;
+    rule.pop_back();
+  } else if (rule.size() >= 2 && rule[rule.size() - 2] == 'c' && rule.back() >= '1' && rule.back() <= '5') {
+    h.units = rule.back() - '0' + 1;
+    rule.resize(rule.size() - 2);
+  }
+  if (!ParseMoney(rule, h.operand, error)) return false;
+  return true;
+}
+
 }  // namespace
 
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
@@ -119,7 +180,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       "Exit codes: 0 after the rolls or when the table stops by itself (its reason printed as\n"
       "\"Stopped: <text>\"), 1 for a script or file fault, 2 for bad options.",
       "dicehall-sim"};
-  std::vector<std::string> players, bets;
+  std::vector<std::string> players, bets, onWin, onLose;
   int64_t rolls = 1000;
   int64_t seed = -1;
   app.add_option("--player", players,
@@ -134,6 +195,18 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   app.add_option("--data-dir", o.dataDir,
                  "the program folder (default $DICEHALL_HOME, else $XDG_DATA_HOME/dicehall, else "
                  "~/.local/share/dicehall)");
+  app.add_option("--on-win", onWin,
+                 "[NAME=]ACTION what a player does with a bet that won (repeatable; without a name, every "
+                 "player): take-down, same-bet, press-unit, press-double, parlay, modify:RULE, set:AMOUNT, or the "
+                 "number 1..7 of the action. Default take-down, so a standing bet comes down with its winnings "
+                 "and is placed again before the next roll.");
+  app.add_option("--on-lose", onLose,
+                 "[NAME=]ACTION what a player does with a bet that lost: take-down, same-bet, remainder (bet what "
+                 "the roll left of it), press-unit, double, modify:RULE, set:AMOUNT, or 1..7. RULE is an operator "
+                 "+ - * / and an amount: \"modify:+5\" adds $5, \"modify:*2\" doubles the amount before the "
+                 "roll, \"modify:-50%\" takes off half of it, \"modify:+1c2\" adds one unit of the second "
+                 "check size (its value times the bet's payoff denominator). AMOUNT for set: \"set:25\" in dollars, "
+                 "\"set:3c1\" in units of a check size. The bet still goes through the table's limits.");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
   try {
     app.parse(argc, argv);
@@ -219,6 +292,25 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
     }
     o.bets.push_back(sb);
   }
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const std::string& text : pass == 0 ? onWin : onLose) {
+      const char* option = pass == 0 ? "--on-win" : "--on-lose";
+      SimHandling h;
+      h.winning = pass == 0;
+      std::string error;
+      if (!ParseHandling(text, h, error)) {
+        err << "dicehall-sim: " << option << " " << text << ": " << error << "\n";
+        return 2;
+      }
+      bool known = h.player.empty();
+      for (const SimPlayer& sp : o.players) known = known || sp.name == h.player;
+      if (!known) {
+        err << "dicehall-sim: " << option << " " << text << ": there's no player named " << h.player << ".\n";
+        return 2;
+      }
+      o.handling.push_back(h);
+    }
+  }
   const std::string dir = ResolveDataDir(o.dataDir);
   std::error_code ec;
   if (std::filesystem::exists(dir, ec) && !std::filesystem::is_directory(dir, ec)) {
@@ -271,6 +363,17 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
         g.Table.Shooter = g.Table.HandShooter = s;
         break;
       }
+  }
+  for (const SimHandling& h : o.handling) {
+    for (int s = 1; s < kSeats; ++s) {
+      if (!SeatOccupied(g, s) || (!h.player.empty() && g.PlayerName[s] != h.player)) continue;
+      (h.winning ? g.AutoHandleWin : g.AutoHandleLose)[s] = h.action;
+      SettleRule& rule = g.SettleRules[s][h.winning ? (h.action == 7 ? kRuleSetWin : kRuleModifyWin)
+                                                     : (h.action == 7 ? kRuleSetLose : kRuleModifyLose)];
+      rule.Operator = h.op;
+      rule.Operand = h.operand;
+      rule.Units = h.units;
+    }
   }
   g.Auto.AfterRoll = &PlaceStanding;
   g.Auto.AfterRollData = &standing;

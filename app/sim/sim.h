@@ -21,9 +21,21 @@ struct SimBet {
   Money amount;
 };
 
+// What a seat does with a bet that won or lost: the action of the handling table and,
+// for "modify" and "set", the rule.
+struct SimHandling {
+  std::string player;  // "" for every player
+  bool winning = true;
+  int action = 1;
+  int op = 0;          // 0 add, 1 subtract, 2 multiply, 3 divide
+  Money operand;
+  int units = 0;       // 0 dollars, 1 percent, k + 1 for check size k
+};
+
 struct SimOptions {
   std::vector<SimPlayer> players;
   std::vector<SimBet> bets;
+  std::vector<SimHandling> handling;
   int64_t rolls = 1000;
   bool seeded = false;
   uint32_t seed = 0;

@@ -64,7 +64,65 @@ INSTANTIATE_TEST_SUITE_P(
                     BadOption{{"--player", "Ann", "--player", "Ann"}, "already a player named Ann"},
                     BadOption{{"--player", "Ann", "--bet", "Pass Line"}, "expected [NAME:]BET=AMOUNT"},
                     BadOption{{"--rolls", "-5"}, "--rolls"}, BadOption{{"--seed", "0"}, "--seed"},
-                    BadOption{{"--frobnicate"}, "frobnicate"}));
+                    BadOption{{"--frobnicate"}, "frobnicate"},
+                    BadOption{{"--player", "Ann", "--on-lose", "bogus"}, "is not an action for a bet that lost"},
+                    BadOption{{"--player", "Ann", "--on-win", "remainder"}, "is not an action for a bet that won"},
+                    BadOption{{"--player", "Ann", "--on-win", "Bob=same-bet"}, "no player named Bob"},
+                    BadOption{{"--player", "Ann", "--on-win", "modify:%5"}, "starts with + - * or /"},
+                    BadOption{{"--player", "Ann", "--on-win", "modify"}, "modify needs a rule"},
+                    BadOption{{"--player", "Ann", "--on-win", "same-bet:5"}, "only modify and set take a rule"}));
+
+struct HandlingCase {
+  const char* option;
+  const char* text;
+  int action, op, units;
+  double operand;
+};
+
+class SimHandlingOptions : public testing::TestWithParam<HandlingCase> {};
+
+TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
+  const HandlingCase& c = GetParam();
+  const char* argv[] = {"dicehall-sim", "--player", "Ann", c.option, c.text};
+  SimOptions o;
+  std::ostringstream out, err;
+  ASSERT_EQ(ParseSimOptions(5, argv, o, out, err), -1) << err.str();
+  ASSERT_EQ(o.handling.size(), 1u);
+  const SimHandling& h = o.handling[0];
+  EXPECT_EQ(h.action, c.action);
+  EXPECT_EQ(h.op, c.op);
+  EXPECT_EQ(h.units, c.units);
+  EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Actions, SimHandlingOptions,
+    testing::Values(HandlingCase{"--on-win", "press-unit", 3, 0, 0, 0}, HandlingCase{"--on-lose", "press-unit", 4, 0, 0, 0},
+                    HandlingCase{"--on-win", "Ann=parlay", 5, 0, 0, 0}, HandlingCase{"--on-lose", "remainder", 3, 0, 0, 0},
+                    HandlingCase{"--on-lose", "double", 5, 0, 0, 0}, HandlingCase{"--on-win", "2", 2, 0, 0, 0},
+                    HandlingCase{"--on-win", "modify:-50%", 6, 1, 1, 50}, HandlingCase{"--on-lose", "modify:*2", 6, 2, 0, 2},
+                    HandlingCase{"--on-win", "modify:+1c2", 6, 0, 3, 1}, HandlingCase{"--on-lose", "set:25", 7, 0, 0, 25}));
+
+TEST(SimProgram, PressingOnWinsWagersMoreThanFlatBetting) {
+  std::vector<std::string> base{"--rolls", "50000", "--seed", "9", "--player", "Ann:-1", "--bet", "Pass Line=5",
+                                "--bet", "Place 6=12"};
+  auto wagered = [](const std::string& out) {
+    std::smatch m;
+    EXPECT_TRUE(std::regex_search(out, m, std::regex(R"(Place 6: (\d+) decisions, wagered \$(\d+))")));
+    return std::make_pair(std::stoll(m[1]), std::stoll(m[2]));
+  };
+  SimRun flat = Sim(base);
+  std::vector<std::string> pressing = base;
+  pressing.insert(pressing.end(), {"--on-win", "press-unit"});
+  SimRun pressed = Sim(pressing);
+  ASSERT_EQ(flat.code, 0);
+  ASSERT_EQ(pressed.code, 0);
+  auto [flatDecisions, flatWagered] = wagered(flat.out);
+  auto [pressedDecisions, pressedWagered] = wagered(pressed.out);
+  EXPECT_EQ(flatDecisions, pressedDecisions) << "the same dice decide the same bets";
+  EXPECT_EQ(flatWagered, 12 * flatDecisions);
+  EXPECT_GT(pressedWagered, flatWagered);
+}
 
 TEST(SimProgram, HelpListsEveryOption) {
   SimRun r = Sim({"--help"});
