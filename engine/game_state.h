@@ -7,6 +7,8 @@
 #include <string>
 
 #include "dice/generators.h"
+#include "dice/probability.h"
+#include "dice/roll_file_record.h"
 #include "engine/bets.h"
 #include "engine/clock.h"
 #include "engine/money.h"
@@ -82,6 +84,8 @@ struct Game {
   TableState Table;
   Statistics Stats;
   DiceSources Dice;
+  PercentageDice Percentage;
+  RollFiles Rolls;
   AutomationState Auto;
 
   int32_t LanguageId = 0;
@@ -93,6 +97,13 @@ struct Game {
   std::string EventsLogFile = "Events Log.txt";
   std::string OnlineGameName = "DiceHall Online";
   std::string HostName = "Host";
+  // Online role of this table: 0 offline, 1 host, 2 client; a client's own seat. The
+  // host's buy-in bounds hold at every table.
+  int32_t OnlineRole = 0;
+  int32_t ClientSeat = 0;
+  bool ClientObserver = false;
+  Money HostMinBuyIn = -kMaxBankroll, HostMaxBuyIn = kMaxBankroll;
+  bool ConfigureOpen = false;  // the configuration screen is open: ATM boxes always show
 
   // Per seat and bet row (rows 200..299 are the CheckStacks).
   ByBetRow<Money> BetAmount{};

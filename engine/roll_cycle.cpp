@@ -4,12 +4,14 @@
 #include <cstring>
 
 #include "automation/auto_roll.h"
+#include "dice/roll_files.h"
 #include "dice/seeding.h"
 #include "engine/bankroll.h"
 #include "engine/messages.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/resolution.h"
+#include "storage/error_report.h"
 #include "storage/language_text.h"
 
 void SetDefaultGame(Game& g) {
@@ -28,6 +30,7 @@ void SetDefaultGame(Game& g) {
   g.Auto.AfterRollData = autoState.AfterRollData;
   g.Auto.AutoRollThrottle = autoState.AutoRollThrottle;
   g.PlayerName[0] = "House";
+  SetDefaultPercentageDice(g.Percentage);
   SetDefaultRules(g.Rules);
   for (int s = 0; s < kSeats; ++s)
     for (int b = 1; b <= kBets; ++b) {
@@ -35,7 +38,7 @@ void SetDefaultGame(Game& g) {
       g.BetWorking[s][b] = g.DefaultWorking[s][b];
     }
   g.Auto.AutoRollDelay = 1.0;
-  // The current roll history file is created and opened here once dice roll files exist.
+  ReopenRollHistory(g, g.Rolls);
 }
 
 void AbandonBet(Game& g, int seat, int bet) {
@@ -134,7 +137,7 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
       for (int scope : kCountedScopes) g.Bankroll[s + scope] = current[s];
     g.BeginningBankroll = g.HighBankroll = g.LowBankroll = g.BankrollSum = {};
     g.BuyInTotal = {};
-    // The roll history file is reopened here once dice roll files exist.
+    ReopenRollHistory(g, g.Rolls);
   }
 
   // 4. Per-bet hit stores and the script run-state are cleared here with the scripts.
@@ -198,8 +201,8 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   t.Point = t.PriorPoint = t.SecondPriorPoint = t.LastPoint = 0;
   t.HandShooter = t.Shooter;
 
-  // 11. Dice roll file playback and recording follow diceFileMode once roll files exist.
-  (void)diceFileMode;
+  // 11. Dice roll file.
+  ApplyDiceFileMode(g.Rolls, diceFileMode);
 
   // 12. The session's header in the events log is written here once the log exists.
 
@@ -396,6 +399,7 @@ bool OneRoll(Game& g) {
                "Reached Maximum Roll Limit", 0, msg::kOk);
     return false;
   }
+  if (!WaitForPopupFile(g, g.Rolls)) return false;
 
   // 5. Available bankroll.
   for (int s = 1; s < kSeats; ++s) g.AvailableBankroll[s] = g.Bankroll[s] - g.OnTable[s];
@@ -413,17 +417,26 @@ bool OneRoll(Game& g) {
   t.SecondPriorPoint = t.PriorPoint;
   t.PriorPoint = t.Point;
 
-  // 9. The dice: the manual pad, else the selected generator.
+  // 9. The dice: the manual pad, a pop-up roll file, a dice roll file in playback, else
+  // the selected generator, through the percentage table when that is on.
   if (g.Dice.padPending) {
     g.Dice.padPending = false;
     t.Die1 = g.Dice.padDie1;
     t.Die2 = g.Dice.padDie2;
+  } else if (g.Rolls.PopupActive) {
+    if (!ReadPopupRoll(g, g.Rolls)) return false;
+  } else if (g.Rolls.RecorderState == 2) {
+    if (!ReadRollFromFile(g, g.Rolls)) return false;
+  } else if (g.Percentage.PercentageDiceOn) {
+    DrawCell(g.Percentage.Table, GeneratorCell(g.Dice, g.Stats.RollCount[kSessionScope][0]), t.Die1, t.Die2,
+             g.Percentage.Fallback);
   } else {
     GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
   }
 
-  // 10. Total. The roll history file gets the roll here once dice roll files exist.
+  // 10. Total and recording.
   t.DiceTotal = t.Die1 + t.Die2;
+  if (g.Rolls.RecorderState == 1) RecordRoll(g, g.Rolls);
 
   // 11. Counters.
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"dice"});
@@ -452,6 +465,12 @@ bool OneRoll(Game& g) {
   // 13. Point state machine.
   const int pointBefore = t.Point;
   CountPointStateMachine(g);
+  {
+    // The roll's effect is known: its mark goes to the recording and the history.
+    const int mark = RollMark(pointBefore, t.DiceTotal);
+    if (g.Rolls.RecorderState == 1) MarkRecordedRoll(g, g.Rolls, mark);
+    WriteRollHistory(g, g.Rolls, mark);
+  }
 
   // 14. Bets.
   ResolveBets(g);
@@ -533,9 +552,10 @@ void RollDice(Game& g) {
   } catch (const StatOverflow& e) {
     t.Rolling = false;
     if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
-    TellOrStop(g, ", Error #6\n occurred at: sub Roll Dice", ", Error #6\n occurred at: " + std::string(e.procedure),
-               "DiceHall", 0, msg::kOk);
+    TellOrStop(g, ErrorReport("Overflow", 6, "sub Roll Dice"), ErrorReport("Overflow", 6, e.procedure), "DiceHall", 0,
+               msg::kOk);
     return;
   }
+  if (g.Rolls.EndOfFile) StopPlayback(g, g.Rolls);
   t.Rolling = false;
 }

@@ -93,8 +93,9 @@ void RunHyperDrive(Game& g, int64_t rolls) {
   RollDice(g);
 }
 
-void SetUpGame(Game& g, UserInterface& ui, bool seeded, uint32_t seed) {
+void SetUpGame(Game& g, UserInterface& ui, const std::string& folder, bool seeded, uint32_t seed) {
   g.Ui = &ui;
+  g.ProgramFolder = folder;
   g.Time = &DefaultClock();
   // As the program starts: every generator seeded, then the default game.
   SeedAtStartUp(g);
@@ -333,8 +334,14 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   ui.game = &g;
   ui.target = o.rolls;
   ui.tty = isatty(STDERR_FILENO);
-  SetUpGame(g, ui, o.seeded, o.seed);
-  g.ProgramFolder = ResolveDataDir(o.dataDir);
+  const std::string folder = ResolveDataDir(o.dataDir);
+  std::error_code ec;
+  std::filesystem::create_directories(folder, ec);
+  if (ec) {
+    err << "dicehall-sim: the data folder " << folder << " can't be made: " << ec.message() << "\n";
+    return 1;
+  }
+  SetUpGame(g, ui, folder, o.seeded, o.seed);
   int seat = 1;
   for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
 

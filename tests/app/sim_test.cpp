@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -22,7 +23,12 @@ struct SimRun {
   std::string out, err;
 };
 
+// Every run keeps its files in a folder of the test's own, never the user's.
 SimRun Sim(std::vector<std::string> args) {
+  static TempDir home;
+  bool named = false;
+  for (const std::string& a : args) named = named || a == "--data-dir";
+  if (!named) args.insert(args.begin(), {"--data-dir", home.path.string()});
   std::vector<const char*> argv{"dicehall-sim"};
   for (const std::string& a : args) argv.push_back(a.c_str());
   SimOptions o;
@@ -186,6 +192,23 @@ TEST(SimProgram, ADataFolderThatIsAFileIsRefused) {
   SimRun r = Sim({"--data-dir", file, "--player", "Ann"});
   EXPECT_EQ(r.code, 2);
   EXPECT_NE(r.err.find("is not a folder"), std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
+  TempDir dir;
+  const std::filesystem::path data = dir.path / "data";
+  SimRun r = Sim({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet",
+                  "Pass Line=5"});
+  ASSERT_EQ(r.code, 0) << r.err;
+  // One byte a roll, in the folder made for it, and nothing else beside it.
+  EXPECT_EQ(std::filesystem::file_size(data / "current roll history.rol"), 1234u);
+  int files = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(dir.path)) ++files;
+  EXPECT_EQ(files, 1);
 }
 
 }  // namespace
