@@ -1,5 +1,7 @@
 #include "dice/roll_files.h"
 
+#include "storage/error_report.h"
+
 #include <cstdio>
 
 #include "automation/auto_roll.h"
@@ -219,7 +221,7 @@ bool OpenHistory(Game& g, RollFiles& rf, bool truncate, const char* where) {
   rf.History.Close();
   if (g.ProgramFolder.empty()) return false;
   if (rf.History.Open(RollHistoryPath(g), truncate)) return true;
-  Tell(g, std::string(", Error #75\n occurred at: ") + where, "DiceHall", 0, msg::kAlertOk);
+  Tell(g, ErrorReport("Path/File access error", 75, where), "DiceHall", 0, msg::kAlertOk);
   return false;
 }
 
