@@ -5,6 +5,10 @@
 
 // Sets up the seat's bankroll for a session.
 void BuyIn(Game& g, int seat, Money amount);
+// The ATM: a positive amount is a withdrawal from it (money to the rail), a negative
+// one a deposit to it. Cut to the limits with a box that tells why; returns what was
+// allowed.
+Money Atm(Game& g, int seat, Money amount);
 // Stops play for the seat whose bankroll passed a limit; the table stays frozen until
 // a new session.
 void LimitStop(Game& g, int seat);

@@ -11,6 +11,7 @@ struct Pending {
   std::string text;
   int help = 510;
   int flags = 0;
+  bool adjusted = false;  // stage 6 moved the amount
 
   void Say(std::string s, int helpId, int noticeClass) {
     if (!on) return;
@@ -75,6 +76,74 @@ std::string DecreaseText(int bet, bool yours) {
 }
 
 std::string PutBetsNote();
+
+// The seat's adjust setting that governs a bet: Lay, Buy, Place, or all others.
+int AdjustKind(int bet) {
+  if (bet >= bet::Lay4 && bet <= bet::Lay10) return 0;
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) return 1;
+  if (bet >= bet::Place4 && bet <= bet::Place10) return 2;
+  return 3;
+}
+
+// The row a bet will be paid from: the line bets and their odds by the point.
+const PayoffRow& ProperRow(const Game& g, int bet) {
+  const int p = g.Table.Point;
+  const auto& rows = g.Rules.BetPayoff;
+  if (p != 0) {
+    switch (bet) {
+      case bet::PassLine: return rows[PointRow(BetFamily::ComeNumber, p)];
+      case bet::DontPass: return rows[PointRow(BetFamily::DontComeNumber, p)];
+      case bet::PassLineOdds: return rows[PointRow(BetFamily::ComeOdds, p)];
+      case bet::DontPassOdds: return rows[PointRow(BetFamily::DontComeOdds, p)];
+      default: break;
+    }
+  }
+  return rows[bet];
+}
+
+// Moves the amount to a multiple of the row's y so that a win pays whole: with setting
+// 1 to the lower multiple, with 2 to the nearer; a request that reached the maximum
+// goes to the lower. The step is y smallest checks; when that gives nothing within the
+// limits, the check sizes are tried from the largest down.
+Money AdjustForPayoff(Game& g, int seat, int bet, Money amount, Money change, Money minimum, Money maximum,
+                      Pending& p) {
+  const int setting = g.AdjustForPayoff[seat][AdjustKind(bet)];
+  const Money target = amount + change;
+  const bool atMaximum = change.raw > 0 && target == maximum;
+  if ((setting <= 0 && !atMaximum) || target.raw <= 0) return change;
+  const PayoffRow& row = ProperRow(g, bet);
+  if (row.PayoffFor.raw <= 0 || row.PayoffPay.raw <= 0 || !row.PayoffFor.IsWhole()) return change;
+  const int64_t y = row.PayoffFor.raw / Money::kScale;
+  if (IsMultipleOf(target, row.PayoffFor) && IsMultipleOf(target, g.Rules.CheckDenom[1])) return change;
+  const bool lowerOnly = setting == 1 || (setting <= 0 && atMaximum);
+  auto pick = [&](Money step) {
+    if (step.raw <= 0) return Money{};
+    const Money lower = FloorToUnit(target, step), higher = lower + step;
+    Money first = lower, second = higher;
+    if (!lowerOnly && higher - target < target - lower) std::swap(first, second);
+    for (Money c : {first, second}) {
+      if (c.raw > 0 && c >= minimum && c <= maximum) return c;
+      if (lowerOnly) break;
+    }
+    return Money{};
+  };
+  Money chosen = pick(g.Rules.CheckDenom[1] * y);
+  for (int d = 5; d >= 1 && chosen.raw == 0; --d) chosen = pick(g.Rules.CheckDenom[d] * y);
+  if (chosen.raw > 0) {
+    p.adjusted = chosen != target;
+    return chosen - amount;
+  }
+  if (p.on) {
+    std::string text = "Unable to auto-adjust bet for proper odds payoff.";
+    const Money step = g.Rules.CheckDenom[1] * y;
+    if (target >= maximum)
+      text += "\nThe maximum bet for proper odds payoff is: $" + MoneyText(FloorToUnit(maximum, step));
+    else
+      text += "\nThe minimum bet for proper odds payoff is: $" + MoneyText(FloorToUnit(minimum + step - Money::FromRaw(1), step));
+    p.Say(std::move(text), 510, kLimitClass);
+  }
+  return change;
+}
 
 // Stores the vig that the bet's amount now holds; charged up front, the difference is
 // counted in OnTable. At level 4 the change of the charge is told.
@@ -370,6 +439,9 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
       if (p.on) p.Say(std::move(text), 510, kLimitClass);
     }
 
+    // 6. Proper odds payoff.
+    change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
+
     // 7. Bankroll.
     if (!g.AllowNegBankroll[seat]) {
       Money held = UpFrontHeld(g, seat, bet);
@@ -403,6 +475,8 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     Money result = amount + change;
     if (change.raw == 0)
       p.text += "\n" + DollarText(result) + " which is already bet.";
+    else if (p.adjusted)
+      p.text += "\nwhich will be bet and auto-adjusted to " + DollarText(result) + ".";
     else
       p.text += "\n" + DollarText(result) + " which will be bet.";
   }

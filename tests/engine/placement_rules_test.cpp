@@ -190,3 +190,56 @@ TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
 }
 
 }  // namespace
+
+namespace {
+
+struct AdjustCase {
+  int bet;
+  int setting;
+  int request;
+  int expected;
+};
+
+class PlacementAdjustTest : public testing::TestWithParam<AdjustCase> {};
+
+TEST_P(PlacementAdjustTest, MovesToAWholePayoff) {
+  const AdjustCase& c = GetParam();
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(100000));
+  t.g.Rules.MaxPlacardBet = Money::Dollars(1000);
+  t.g.AdjustForPayoff[1].fill(c.setting);
+  if (c.bet == bet::PassLineOdds) {
+    t.Bet(1, bet::PassLine, Money::Dollars(10));
+    t.RollTotal(5);
+  }
+  EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.expected))
+      << BetName(c.bet) << " setting " << c.setting << " request " << c.request;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Settings, PlacementAdjustTest,
+    testing::Values(AdjustCase{bet::Place4 + 2, 0, 10, 10},   // off: as asked
+                    AdjustCase{bet::Place4 + 2, 1, 10, 6},    // 7:6 pays whole on multiples of 6: lower
+                    AdjustCase{bet::Place4 + 2, 2, 10, 12},   // nearer
+                    AdjustCase{bet::Place4 + 2, 2, 8, 6},     // nearer, downward
+                    AdjustCase{bet::Place4 + 2, 1, 12, 12},   // already whole
+                    AdjustCase{bet::Place4 + 2, 0, 2000, 996}, // reached the maximum: the lower multiple
+                    AdjustCase{bet::Place4 + 1, 1, 12, 10},   // Place 5 at 7:5
+                    AdjustCase{bet::PassLineOdds, 1, 15, 14}, // odds on 5 pay 3:2
+                    AdjustCase{bet::Place4 + 2, 1, 3, 3}));   // nothing lower is a bet: left as asked, and told
+
+}  // namespace
+
+namespace {
+
+TEST(PlacementAdjust, AnAmountThatCantBeAdjustedIsTold) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  t.g.AdjustForPayoff[1].fill(1);
+  EXPECT_EQ(t.Bet(1, bet::Place4 + 2, Money::Dollars(3)), Money::Dollars(3));
+  EXPECT_EQ(t.LastMessage().Text,
+            "Unable to auto-adjust bet for proper odds payoff.\nThe minimum bet for proper odds payoff is: $6\n"
+            "$3 which will be bet.");
+}
+
+}  // namespace
