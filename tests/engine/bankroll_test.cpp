@@ -1,0 +1,105 @@
+// Money entering and leaving a seat outside of bets: the ATM's cuts and the buy-in bounds.
+
+#include <gtest/gtest.h>
+
+#include "engine/bankroll.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+struct AtmCase {
+  const char* what;
+  double bankroll, onTable, request;
+  bool negativeAllowed;
+  double allowed;
+  const char* boxEnds;  // "" when the full amount goes through
+};
+
+class BankrollAtmTest : public testing::TestWithParam<AtmCase> {};
+
+TEST_P(BankrollAtmTest, CutsToTheLimitsAndSaysWhy) {
+  const AtmCase& c = GetParam();
+  LineTable t;
+  t.Seat(1, "Ann", Money::FromDouble(c.bankroll));
+  t.g.AllowNegBankroll[1] = c.negativeAllowed;
+  if (c.onTable > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(c.onTable)), Money::FromDouble(c.onTable));
+  const size_t shown = t.ui.transcript.size();
+  const Money allowed = Atm(t.g, 1, Money::FromDouble(c.request));
+  EXPECT_EQ(allowed, Money::FromDouble(c.allowed)) << c.what;
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.bankroll + c.allowed)) << c.what;
+  EXPECT_EQ(t.g.Bankroll[1 + 36], t.g.Bankroll[1]);
+  if (*c.boxEnds == 0) {
+    EXPECT_EQ(t.ui.transcript.size(), shown) << c.what;
+    return;
+  }
+  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << c.what;
+  const MessageRequest& box = t.LastMessage();
+  EXPECT_EQ(box.Title, c.request > 0 ? "ATM Withdrawal" : "ATM Deposit");
+  EXPECT_EQ(box.Text.rfind("Requested amount:  $", 0), 0u) << box.Text;
+  const std::string ends = c.boxEnds;
+  ASSERT_GE(box.Text.size(), ends.size());
+  EXPECT_EQ(box.Text.substr(box.Text.size() - ends.size()), ends) << box.Text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BankrollAtmTest,
+    testing::Values(
+        AtmCase{"a deposit that would dip into the wagers", 100, 60, -80, false, -40,
+                "because Ann's bankroll would've dropped below the amount currently wagered.\n\nYou can deposit more "
+                "by checking the box marked, \"Allow negative bankroll\" on the Configuration screen, and/or by "
+                "reducing the amount currently wagered."},
+        AtmCase{"a deposit that would go negative", 100, 0, -150, false, -100,
+                "bankroll would've become negative.\n\nYou can deposit more by checking the box marked, \"Allow "
+                "negative bankroll\" on the Configuration screen."},
+        AtmCase{"a deposit with negative bankroll allowed", 100, 0, -150, true, -150, ""},
+        AtmCase{"a deposit past the negative limit", -9999000, 0, -5000, true, -999,
+                "bankroll to drop below the negative bank limit of $9999999"},
+        AtmCase{"a withdrawal past the bank limit", 9999000, 0, 5000, false, 999,
+                "bankroll to exceed the max bank limit of $9999999"},
+        AtmCase{"a withdrawal within it", 500, 0, 500, false, 500, ""}));
+
+TEST(BankrollLimits, ExactlyTheLimitIsNoStopOneCentMoreIs) {
+  EXPECT_FALSE(BeyondBankrollLimit(Money::Dollars(9999999)));
+  EXPECT_TRUE(BeyondBankrollLimit(Money::FromDouble(9999999.01)));
+  EXPECT_TRUE(BeyondBankrollLimit(Money::FromDouble(-9999999.01)));
+}
+
+struct BuyInCase {
+  double min, max, request, result;
+  const char* text;
+};
+
+class BankrollBuyInTest : public testing::TestWithParam<BuyInCase> {};
+
+TEST_P(BankrollBuyInTest, HostBoundsHold) {
+  const BuyInCase& c = GetParam();
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(100));
+  t.g.HostMinBuyIn = Money::FromDouble(c.min);
+  t.g.HostMaxBuyIn = Money::FromDouble(c.max);
+  BuyIn(t.g, 1, Money::FromDouble(c.request));
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.result));
+  if (*c.text) {
+    EXPECT_EQ(t.LastMessage().Text, c.text);
+    EXPECT_EQ(t.LastMessage().Title, "Bankroll");
+    EXPECT_EQ(t.LastMessage().HelpId, 180);
+  } else {
+    EXPECT_TRUE(t.ui.transcript.empty());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bounds, BankrollBuyInTest,
+    testing::Values(BuyInCase{500, 500, 300, 500, "The required buy-in on this table is $500"},
+                    BuyInCase{200, 1000, 100, 200, "The min buy-in on this table is $200"},
+                    BuyInCase{200, 1000, 5000, 1000, "The max buy-in on this table is $1000"},
+                    BuyInCase{-9999999, 9999999, 2500, 2500, ""}));
+
+TEST(BankrollBuyIn, ANegativeBuyInAllowsANegativeBankroll) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(-50));
+  EXPECT_TRUE(t.g.AllowNegBankroll[1]);
+  EXPECT_EQ(t.g.Bankroll[1], -Money::Dollars(50));
+}
+
+}  // namespace
