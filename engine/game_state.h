@@ -144,6 +144,7 @@ struct Game {
   BySeat<std::array<SettleRule, 4>> SettleRules{};  // 0 modify winners, 1 set winners, 2, 3 losers
   BySeat<bool> ScriptActive{}, ScriptActiveCopy{};
   BySeat<std::string> ScriptFile{};
+  BySeat<std::string> SessionsLogPath{};  // the seat's sessions log; "" for the player's default name
   bool ScriptsCompiled = false;
 
   // Bankroll graph: index 1..1050, scale.
@@ -161,6 +162,7 @@ struct Game {
   Money Payoff;           // the rounded payoff of the result being handled
   double PayoffUnrounded = 0;
   bool Returned = false;  // the bet may not stay on the table
+  Money VigInHand;        // the vig a settled Buy or Lay gave up, for the dialog
 
   // Boundaries.
   UserInterface* Ui = nullptr;

@@ -26,10 +26,45 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
     else
       at += MoneyText(row.PayoffPay + row.PayoffFor) + " for " + MoneyText(row.PayoffFor);
     req.Labels.push_back(at);
+    const Money amount = g.BetAmount[seat][bet];
+    // The split bets win one part and lose the rest.
+    struct Split {
+      int bet, parts;
+      const char *part, *rest;
+    };
+    static const Split kSplits[] = {{bet::CAndE, 2, "1/2 of bet:", "Less 1/2 of bet:"},
+                                    {bet::Horn, 4, "1/4 of bet:", "Less 3/4 of bet:"},
+                                    {bet::World, 5, "1/5 of bet:", "Less 4/5 of bet:"}};
+    for (const Split& s : kSplits) {
+      if (s.bet != bet || !winner) continue;
+      const double part = amount.ToDouble() / s.parts;
+      req.Labels.push_back(std::string(s.part) + " " +
+                           DollarText(Money::FromDouble(part * row.PayoffPay.ToDouble() / row.PayoffFor.ToDouble())));
+      req.Labels.push_back(std::string(s.rest) + " " + DollarText(Money::FromDouble(part * (s.parts - 1))));
+    }
+    // The hand bets tell their count.
+    const TableState& t = g.Table;
+    auto count = [&](int n, const char* one, const char* many) {
+      req.Labels.push_back("(" + std::to_string(n) + (n == 1 ? one : many));
+    };
+    if (bet == bet::Fire) count(t.FireCount, " point made)", " points made)");
+    if (bet == bet::HotRoller) count(t.HotRollerCount, " points made)", " points made)");
+    if (bet == bet::SharpShooter) count(t.PointsWon, " point won)", " points won)");
+    if (bet == bet::RideTheLine) count(t.PassesMade, " pass made)", " passes made)");
+    // Buy and Lay: the payoff before vig, and the vig.
+    const bool buy = bet >= bet::Buy4 && bet <= bet::Buy10, lay = bet >= bet::Lay4 && bet <= bet::Lay10;
+    if (buy || lay) {
+      const Money held = g.VigInHand;
+      const Money pct = buy ? g.Rules.BuyVigPct : g.Rules.LayVigPct;
+      req.Labels.push_back("Net payoff: " + DollarText(Abs(g.Payoff + held)));
+      req.Labels.push_back(MoneyText(MulMoney(pct, Money::Dollars(100))) + "% vig: " + DollarText(held));
+    }
     bool rounded = std::fabs(g.PayoffUnrounded - g.Payoff.ToDouble()) > 1e-9;
     std::string head = winner ? (rounded ? "Net payoff (rounded): " : "Net payoff: ")
                               : (rounded ? "Net loss (rounded): " : "Net loss: ");
     req.Labels.push_back(head + DollarText(Abs(g.Payoff)));
+    if (!winner && (bet == bet::CAndE || bet == bet::Horn || bet == bet::World) && amount + g.Payoff > Money{})
+      req.Labels.push_back("Remainder: " + DollarText(amount + g.Payoff));
   }
   const std::string unit = MoneyText(FindPressUnit(g, seat, bet));
   const bool returned = g.Returned;
@@ -44,6 +79,7 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
     add("&Same Bet", kSameBet);
     add("Press &1 Unit - Add $" + unit + " to Bet", kPressUnitOrRemainder);
     add("Press - &Double Bet", kPressDoubleOrUnit);
+    add("Take M&ax Odds", kTakeMaxOdds);
   } else if (winner) {
     add("Take Bet and Winnings", kTakeDown);
     add("&Same Bet - Take Winnings", kSameBet);
@@ -56,6 +92,18 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
     add("Bet &Remainder", kPressUnitOrRemainder);
     add("Press &1 Unit - Add $" + unit, kPressDoubleOrUnit);
     add("&Double Bet", kParlayOrDouble);
+  }
+  // The rule rows, with the values the seat last used.
+  if (!returned) {
+    const int base = winner && !notWorking ? kRuleModifyWin : kRuleModifyLose;
+    const SettleRule& modify = g.SettleRules[seat][base];
+    const SettleRule& set = g.SettleRules[seat][base + 1];
+    req.RuleRows = true;
+    req.ModifyOperator = modify.Operator;
+    req.ModifyAmount = modify.Operand;
+    req.ModifyUnits = modify.Units;
+    req.BetAmount = set.Operand;
+    req.BetUnits = set.Units;
   }
   return g.Ui->AskSettle(req);
 }
@@ -82,6 +130,7 @@ void Report(Game& g, int seat, const char* title, Money before) {
 // A settled Buy or Lay gives up its vig: it leaves OnTable when it was charged up front.
 void ReleaseVig(Game& g, int seat) {
   const int bet = g.BetInHand;
+  g.VigInHand = Money{};
   Money* held = nullptr;
   bool upFront = false;
   if (bet >= bet::Buy4 && bet <= bet::Buy10) {
@@ -93,6 +142,7 @@ void ReleaseVig(Game& g, int seat) {
   }
   if (held == nullptr) return;
   if (upFront) g.OnTable[seat] -= *held;
+  g.VigInHand = *held;
   *held = Money{};
 }
 
@@ -239,7 +289,7 @@ void HandleNotWorking(Game& g, int seat) {
   const bool asWinner = flat != 0 && g.BetStreak[1][seat][flat] >= 2;
   int seatAction = asWinner ? g.AutoHandleWin[seat] : g.AutoHandleLose[seat];
   int action = ChooseAction(g, seat, seatAction, asWinner, true);
-  if (g.Returned || action == kTakeDown || action > kSetToAmount || action < 0) {
+  if (g.Returned || action == kTakeDown || (action > kSetToAmount && action != kTakeMaxOdds) || action < 0) {
     TakeBet(g, seat);
     return;
   }
@@ -247,6 +297,7 @@ void HandleNotWorking(Game& g, int seat) {
     case kSameBet: SameBet(g, seat); break;
     case kPressUnitOrRemainder: PressUnit(g, seat); break;
     case kPressDoubleOrUnit: case kParlayOrDouble: PressDouble(g, seat); break;
+    case kTakeMaxOdds: TakeMaximum(g, seat, g.BetInHand); break;
     case kModifyByRule: ApplyRule(g, seat, kRuleModifyLose); break;
     case kSetToAmount: SetAmount(g, seat, kRuleSetLose); break;
     default: TakeBet(g, seat); break;

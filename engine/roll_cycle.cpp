@@ -11,6 +11,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/resolution.h"
+#include "stats/sessions_log.h"
 #include "storage/error_report.h"
 #include "storage/language_text.h"
 
@@ -105,11 +106,17 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
       for (int b = bet::Come4; b <= bet::Come10; ++b) AbandonBet(g, s, b);
     }
   }
-  // 2. Sessions log: each seat's session is written here once the log exists; the
-  // bankroll is carried into the buy-in amount either way the log is kept.
-  if (writeSessionLog)
-    for (int s = 1; s < kSeats; ++s)
-      if (SeatOccupied(g, s)) g.BankrollInitAmount[s] = g.Bankroll[s];
+  // 2. Sessions log: the session ends in each player's log and the bankroll is carried
+  // into the buy-in amount; or the log starts afresh.
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    if (writeSessionLog) {
+      AddSessionRecord(g, s, g.SessionsLogPath[s]);
+      g.BankrollInitAmount[s] = g.Bankroll[s];
+    } else {
+      StartSessionsLog(g, s, g.SessionsLogPath[s], g.OnlineRole != 0);
+    }
+  }
 
   // 3. Statistics.
   if (keepHistory) {
@@ -212,7 +219,6 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   // 14.
   t.PendingStopSeat = 0;
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({});
-  // The start of the sessions log is written here once the log exists.
 }
 
 namespace {

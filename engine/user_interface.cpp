@@ -45,7 +45,7 @@ int HeadlessUi::AskSettle(const SettleRequest& request) {
   if (!settleReplies.empty()) {
     int wanted = settleReplies.front();
     settleReplies.pop_front();
-    bool offered = false;
+    bool offered = request.RuleRows && (wanted == 6 || wanted == 7);
     for (int a : request.Actions) offered = offered || a == wanted;
     if (offered) action = wanted;
     else faults.push_back("action " + std::to_string(wanted) + " is not offered by the settle dialog");

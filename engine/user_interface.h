@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/money.h"
+
 // Bits of the message flags.
 namespace msg {
 constexpr int kOk = 1, kYes = 2, kNo = 4, kCancel = 8, kHelp = 16;
@@ -43,6 +45,11 @@ struct SettleRequest {
   std::vector<std::string> Labels;   // in order from the top
   std::vector<std::string> Buttons;  // cmdHandle captions, in order
   std::vector<int> Actions;          // the action each button stands for
+  // The two rows of fields, "Modify" (action 6) and "&Bet" (action 7), with the values
+  // the seat last used; offered unless the bet must come down.
+  bool RuleRows = false;
+  int ModifyOperator = 0, ModifyUnits = 0, BetUnits = 0;
+  Money ModifyAmount, BetAmount;
 };
 
 struct StepRequest {

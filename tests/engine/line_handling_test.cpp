@@ -116,7 +116,7 @@ TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
   LineTable t;
   t.Seat(1, "Ann", 1000_usd);
   t.Bet(1, bet::PassLine, 10_usd);
-  t.ui.settleReplies.push_back(kModifyByRule);
+  t.ui.settleReplies.push_back(kTakeMaxOdds);  // offered only for an odds bet that wasn't working
   t.RollTotal(7);
   EXPECT_EQ(t.ui.faults.size(), 1u);
   EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
