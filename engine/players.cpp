@@ -1,7 +1,13 @@
 #include "engine/players.h"
 
+#include <utility>
+
 #include "engine/bankroll.h"
 #include "engine/messages.h"
+#include "engine/placement.h"
+#include "engine/roll_cycle.h"
+#include "stats/sessions_log.h"
+#include "storage/language_text.h"
 
 namespace {
 
@@ -106,4 +112,164 @@ bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll) {
   g.OnTable[seat] = Money{};
   if (g.Table.Shooter == 0) PassDice(g, kPassSilent);
   return true;
+}
+
+namespace {
+
+std::string Piece(const Game& g, int number, int piece = 0) {
+  return std::string(LanguageText(g.LanguageId, number, piece));
+}
+
+// The question to confirm a removal: who, and what contract bets would be abandoned.
+std::string RemovalQuestion(const Game& g, int seat, const std::vector<int>& contracts, Money total) {
+  const std::string& name = g.PlayerName[seat];
+  std::string q = Piece(g, 18) + name + "?";
+  if (contracts.empty()) return q;
+  q += "\n\n" + name + Piece(g, 19);
+  auto one = [&](int number, int bet) { return Piece(g, number, 0) + std::string(BetName(bet)) + Piece(g, number, 1); };
+  if (contracts.size() == 1) {
+    q += one(20, contracts[0]);
+  } else if (contracts.size() == 2) {
+    q += one(20, contracts[0]) + Piece(g, 21) + one(22, contracts[1]);
+  } else {
+    q += std::to_string(contracts.size()) + Piece(g, 23, 0) + "contract" + Piece(g, 23, 1);
+  }
+  q += Piece(g, 24) + "\n\n" + Piece(g, 25) + MoneyText(total);
+  return q;
+}
+
+}  // namespace
+
+bool RemovePlayer(Game& g, int seat) {
+  if (seat < 1 || seat > 8 || !SeatOccupied(g, seat)) return false;
+  const std::string name = g.PlayerName[seat];
+  if (g.OnlineRole == 2) {
+    // A client asks the host; only its own seat, and never as an observer.
+    if (g.ClientObserver)
+      Tell(g, "You're currently connected to an online game as an observer and are not allowed to add, delete, or "
+              "control players.", "Online connection", 0, msg::kOk);
+    else if (seat == g.ClientSeat)
+      Tell(g, "You're currently connected to an online game as " + name +
+                  ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
+                  "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
+           "Remove online player", 0, msg::kYesNoQuestion);
+    else
+      Tell(g, "You're currently connected to an online game and are not allowed to add, delete, or control other "
+              "players.", "Online connection", 0, msg::kOk);
+    return false;
+  }
+
+  // 2. What leaving costs.
+  std::vector<int> contracts;
+  Money total;
+  if (g.Table.Point != 0 && g.BetAmount[seat][bet::PassLine].raw > 0) contracts.push_back(bet::PassLine);
+  for (int b = bet::Come4; b <= bet::Come10; ++b)
+    if (g.BetAmount[seat][b].raw > 0 && g.ContractBase[seat][b].raw > 0) contracts.push_back(b);
+  for (int b : contracts) total += g.BetAmount[seat][b];
+  if (!g.SilentMode && g.Ui) {
+    MessageReply reply = Tell(g, RemovalQuestion(g, seat, contracts, total), Piece(g, 26), 180,
+                              msg::kYes | msg::kNo | msg::kHelp);
+    if (reply.Button != kButtonYes) return false;
+  }
+
+  // 3. Contract bets are abandoned unless returned; everything else goes back.
+  if (!g.Rules.ReturnAbandonedBets)
+    for (int b : contracts) AbandonBet(g, seat, b);
+  for (int b = 1; b <= kBets; ++b)
+    if (g.BetAmount[seat][b].raw != 0) CommitAmount(g, seat, b, -g.BetAmount[seat][b]);
+  g.BuyVigHeld[seat] = {};
+  g.LayVigHeld[seat] = {};
+  g.OnTable[seat] = Money{};
+  // 4. The events log's cashing-out line is written here once the log exists.
+
+  // 5. The session goes to the player's log; the seat is emptied.
+  AddSessionRecord(g, seat, g.SessionsLogPath[seat]);
+  g.SessionsLogPath[seat].clear();
+  g.ScriptActive[seat] = false;
+  g.ScriptFile[seat].clear();
+  g.ScriptsCompiled = false;
+  ClearSeatStats(g.Stats, seat);
+  g.PlayerName[seat].clear();
+  --g.Table.NumberOfPlayers;
+
+  // 6. The dice.
+  TableState& t = g.Table;
+  if (t.NumberOfPlayers == 0) {
+    t.Point = t.PriorPoint = t.SecondPriorPoint = 0;
+    t.ComeOutRollsInHand = t.PassesInHand = t.MissesInHand = 0;
+    t.Shooter = t.HandShooter = 0;
+    RestWorkingStates(g);
+  } else if (t.Shooter == seat) {
+    PassDice(g, kPassSilent);
+  }
+  if (t.HandShooter == seat) t.HandShooter = 0;
+  return true;
+}
+
+namespace {
+
+template <class T>
+void SwapScope(std::array<T, kScopeColumns>& a, int x, int y) {
+  for (int k = 0; k < kScopeColumns; k += kSeats) std::swap(a[k + x], a[k + y]);
+}
+
+}  // namespace
+
+void MovePlayer(Game& g, int from, int to) {
+  if (from == to || from < 1 || from > 8 || to < 1 || to > 8) return;
+  auto seat = [&](auto& store) { std::swap(store[from], store[to]); };
+  seat(g.PlayerName);
+  seat(g.BetAmount);
+  seat(g.BetAmountStartOfRoll);
+  seat(g.BetAmountAfterRoll);
+  seat(g.ContractBase);
+  seat(g.BetWorking);
+  seat(g.BetWorkingBeforeRoll);
+  seat(g.DefaultWorking);
+  seat(g.BetStreak[0]);
+  seat(g.BetStreak[1]);
+  seat(g.PlacementA);
+  seat(g.PlacementB);
+  seat(g.BuyVigHeld);
+  seat(g.LayVigHeld);
+  seat(g.ComeBase);
+  seat(g.SeatBets);
+  seat(g.SeatBetsAtStart);
+  seat(g.SeatBetsAtAfter);
+  seat(g.HasCheckStacks);
+  seat(g.OnTable);
+  seat(g.AvailableBankroll);
+  seat(g.BankrollStartOfRoll);
+  seat(g.BankrollAfterRoll);
+  seat(g.AutoTakeOdds);
+  seat(g.AutoLayOdds);
+  seat(g.AutoDownPlace);
+  seat(g.AutoPassDice);
+  seat(g.AutoHandleWin);
+  seat(g.AutoHandleLose);
+  seat(g.BankrollInitType);
+  seat(g.BankrollInitAmount);
+  seat(g.AllowNegBankroll);
+  seat(g.AdjustForPayoff);
+  seat(g.SettleRules);
+  seat(g.ScriptActive);
+  seat(g.ScriptActiveCopy);
+  seat(g.ScriptFile);
+  seat(g.SessionsLogPath);
+  seat(g.BankrollHistory);
+  for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
+                      &g.BuyInTotal, &g.Comps})
+    SwapScope(*store, from, to);
+  for (auto& row : g.Rules.WorkOnComeOut) std::swap(row[from], row[to]);
+  // The holders of each bet follow their seats.
+  const uint16_t a = static_cast<uint16_t>(1u << from), b = static_cast<uint16_t>(1u << to);
+  for (uint16_t& holders : g.BetHolders) {
+    const bool hasA = holders & a, hasB = holders & b;
+    holders = static_cast<uint16_t>((holders & ~(a | b)) | (hasA ? b : 0) | (hasB ? a : 0));
+  }
+  SwapSeatStats(g.Stats, from, to);
+  SwapShooterSeats(g.Table.Shooter, g.Table.HandShooter, g.Table.LastHandShooter, from, to);
+  // The events log's "moved to stick" line is written here once the log exists.
+  if (g.Ui && !g.SilentMode)
+    g.Ui->Refresh({"frmBetResults", "frmHands", "frmSummary", "frmRollTotals", "frmCheckStacks", "frmBetTrends"});
 }

@@ -14,3 +14,12 @@ void PassDice(Game& g, int mode);
 // and amount), the house's standards for working on the come-out; the dice come to the
 // seat when nobody had them. Returns false when the seat is taken or the name empty.
 bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll);
+
+// A player leaves after saying yes: contract bets still at risk are abandoned (they
+// lose unless the option returns them), the rest goes back to the rail, the session
+// goes to the player's log. Returns whether the player left.
+bool RemovePlayer(Game& g, int seat);
+
+// Exchanges everything kept by seat between two seats; a move to a free seat is an
+// exchange with nobody.
+void MovePlayer(Game& g, int from, int to);

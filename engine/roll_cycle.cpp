@@ -221,6 +221,20 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({});
 }
 
+// Every bet that the player hasn't called on or off rests in the seat's default state
+// on the come-out and works while a point is on.
+void RestWorkingStates(Game& g) {
+  const bool comeOut = IsComeOut(g);
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    for (int b = 1; b <= kBets; ++b) {
+      int32_t& w = g.BetWorking[s][b];
+      if (w == 2 || w == -1) continue;
+      w = comeOut ? g.DefaultWorking[s][b] : 1;
+    }
+  }
+}
+
 namespace {
 
 constexpr int kHotRollerBit[7][7] = {
@@ -336,20 +350,6 @@ void CountPointStateMachine(Game& g) {
   CountComeOut(st, t.HandShooter, total, t.ComeOutRollsInHand);
 }
 
-// Every bet that the player hasn't called on or off rests in the seat's default state
-// on the come-out and works while a point is on.
-void RestWorkingStates(Game& g) {
-  const bool comeOut = IsComeOut(g);
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
-    for (int b = 1; b <= kBets; ++b) {
-      int32_t& w = g.BetWorking[s][b];
-      if (w == 2 || w == -1) continue;
-      w = comeOut ? g.DefaultWorking[s][b] : 1;
-    }
-  }
-}
-
 void AfterResolution(Game& g, int pointBefore) {
   TableState& t = g.Table;
   for (int s = 1; s < kSeats; ++s) {
@@ -446,7 +446,7 @@ bool OneRoll(Game& g) {
 
   // 11. Counters.
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"dice"});
-  CountRoll(g.Stats, t.HandShooter);
+  CountRoll(g.Stats, t.HandShooter, t.Die1, t.Die2);
   if (t.Die1 >= 1 && t.Die1 <= 6 && t.Die2 >= 1 && t.Die2 <= 6) t.HotRollerMask |= kHotRollerBit[t.Die1][t.Die2];
 
   // 12. Collected numbers.

@@ -12,6 +12,9 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
 // on rolling until Auto-Roll is switched off.
 void RollDice(Game& g);
 
+// Every bet not called on or off rests in the seat's default state on the come-out and
+// works while a point is on.
+void RestWorkingStates(Game& g);
 // A contract bet left on the table at a new session or by a leaving player: it loses.
 void AbandonBet(Game& g, int seat, int bet);
 // The hand has ended: its columns go to "Last hand", bankroll marks start again.

@@ -14,6 +14,49 @@ constexpr int kHandScope = 0, kLastHandScope = 9, kSessionScope = 18, kLastSessi
               kAllScope = 36;
 constexpr int kRollKinds = 91;
 constexpr int kStatBetRows = 200;
+constexpr int kLongGap = 200;  // the gap histogram's last bin: gaps of 200 or more
+constexpr int kDie1Kind = 77, kDie2Kind = 83;  // + face: the die-face kinds 78..83, 84..89
+
+// Something overflowed 32 bits. The roll cycle reports it as a fault of the procedure
+// and skips the rest of that roll's statistics, as for any run-time failure.
+struct StatOverflow {
+  const char* procedure;
+};
+
+// Adds one to a counter, refusing to wrap.
+inline void Bump(int32_t& counter, const char* procedure) {
+  if (counter == INT32_MAX) throw StatOverflow{procedure};
+  ++counter;
+}
+
+// Adds an amount to a counter, refusing to wrap.
+inline void AddTo(int32_t& counter, int32_t amount, const char* procedure) {
+  if (__builtin_add_overflow(counter, amount, &counter)) throw StatOverflow{procedure};
+}
+
+// Rolls since each kind last came up, not by scope: read as RollsSince[kind]. Kept as
+// a roll counter and the count at each kind's last appearance, so that a roll ages all
+// 91 kinds with one add. Kinds 0, 1 and 90 never come up, so the counter is the largest
+// value and overflows exactly when a value would.
+class RollsSinceStore {
+ public:
+  int32_t operator[](int kind) const { return rolls_ - lastSeen_[kind]; }
+  std::array<int32_t, kRollKinds> Values() const;
+  // All kinds at once, as a game file holds them.
+  void Assign(const std::array<int32_t, kRollKinds>& values);
+  // One more roll for every kind.
+  void Age(const char* procedure) { Bump(rolls_, procedure); }
+  // The kind came up: its rolls since, which start again from 0.
+  int32_t Take(int kind) {
+    const int32_t since = rolls_ - lastSeen_[kind];
+    lastSeen_[kind] = rolls_;
+    return since;
+  }
+
+ private:
+  int32_t rolls_ = 0;
+  std::array<int32_t, kRollKinds> lastSeen_{};
+};
 
 struct Statistics {
   // (column, kind); kind 0 is all rolls.
@@ -35,26 +78,34 @@ struct Statistics {
   // (column, total 0..12, 0 come-out rolls / 1 passes / 2 misses): the table of
   // come-out totals and the passes and misses per point.
   std::array<std::array<std::array<int32_t, 3>, 13>, kScopeColumns> HandDecisions{};
+  // Not by scope: rolls since each kind last came up, and how often it came up after a
+  // gap of g rolls (bin 200 for 200 or more, whose gaps are summed at gap 0).
+  RollsSinceStore RollsSince;
+  std::array<std::array<int32_t, kLongGap + 1>, kRollKinds> RollGapHistogram{};
 };
 
-// Something overflowed 32 bits. The roll cycle reports it as a fault of the procedure
-// and skips the rest of that roll's statistics, as for any run-time failure.
-struct StatOverflow {
-  const char* procedure;
+// The name of a roll kind as the frequency list shows it; "" for 0, 1, 90 and unknown.
+const char* RollKindText(int kind);
+// The kinds a roll of die1.die2 (each 1..6) counts as, beyond all rolls: die 1's face,
+// die 2's face, the ordered pair's kinds, then the total's kinds, each once.
+struct PairKinds {
+  uint8_t Count;
+  std::array<uint8_t, 12> Kinds;
 };
-
-// Adds one to a counter, refusing to wrap.
-inline void Bump(int32_t& counter, const char* procedure) {
-  if (counter == INT32_MAX) throw StatOverflow{procedure};
-  ++counter;
-}
+const PairKinds& KindsOfPair(int die1, int die2);
+// Whether a roll of die1.die2 counts as `kind` (0 counts every roll).
+bool KindHasPair(int kind, int die1, int die2);
 
 // The table's all-rolls count of a scope group (hand 0, session 18, all 36).
 inline int32_t TableRolls(const Statistics& s, int scope) { return s.RollCount[scope][0]; }
 
 // Counts one roll: a new hand when the hand has no rolls, all rolls in the table's and
-// the hand shooter's columns, the most-rolls records and every column's seat rolls.
-void CountRoll(Statistics& s, int handShooter);
+// the hand shooter's columns, the most-rolls records, every column's seat rolls, the
+// rolls since each kind, and then every kind the dice make. A die outside 1..6 (a
+// generator that returned exactly 1.0) counts only the kinds that exist for it.
+void CountRoll(Statistics& s, int handShooter, int die1, int die2);
+// One kind came up: the table's columns and the hand shooter's, then its gap is filed.
+void CountRollKind(Statistics& s, int handShooter, int kind);
 // A come-out roll of total t; `handCount` is the hand's come-out counter after counting.
 void CountComeOut(Statistics& s, int handShooter, int total, int32_t handCount);
 // A pass or a miss decided on `total` (the point, or the come-out total).
@@ -64,6 +115,12 @@ void CountMiss(Statistics& s, int handShooter, int total, int32_t handMisses);
 void RollOverHand(Statistics& s, const std::array<bool, kSeats>& occupied);
 void RollOverSession(Statistics& s);
 void ClearAllStatistics(Statistics& s);
+// A player leaves: every store by scope of the seat (all five groups) is zeroed.
+void ClearSeatStats(Statistics& s, int seat);
+// A player moves: the two seats exchange every store by scope. The shooter numbers live
+// in the table state; SwapShooterSeats exchanges those.
+void SwapSeatStats(Statistics& s, int seatA, int seatB);
+void SwapShooterSeats(int32_t& shooter, int32_t& handShooter, int32_t& lastHandShooter, int seatA, int seatB);
 // A resolved bet: `wagered` what was at risk (up-front vig included by the caller),
 // `result` the net payoff; `comeBase` the come base of a Come number that ended. A push
 // (result 0) counts nowhere.

@@ -1,0 +1,140 @@
+// Counting of roll kinds, gaps and seats, checked against what each kind's name says.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "stats/statistics.h"
+
+namespace {
+
+// Whether dice a.b belong to a kind, read from the kind's name alone.
+bool NameSays(int kind, int a, int b) {
+  const std::string text = RollKindText(kind);
+  std::smatch m;
+  if (std::regex_match(text, m, std::regex("Die ([12]), face ([1-6])")))
+    return (m[1] == "1" ? a : b) == std::stoi(m[2]);
+  if (std::regex_match(text, m, std::regex("Any ([0-9]+)"))) return a + b == std::stoi(m[1]);
+  if (std::regex_match(text, m, std::regex("Numbers ([0-9,]+)"))) {
+    const std::string list = "," + std::string(m[1]) + ",";
+    return list.find("," + std::to_string(a + b) + ",") != std::string::npos;
+  }
+  return text.find("(" + std::to_string(a) + "." + std::to_string(b) + ")") != std::string::npos;
+}
+
+std::unique_ptr<Statistics> Fresh() { return std::make_unique<Statistics>(); }
+
+TEST(StatsRollKinds, EveryPairCountsExactlyTheKindsItsNamesSay) {
+  for (int kind : {0, 1, 90}) EXPECT_STREQ(RollKindText(kind), "");
+  for (int a = 1; a <= 6; ++a)
+    for (int b = 1; b <= 6; ++b) {
+      auto s = Fresh();
+      CountRoll(*s, 0, a, b);
+      for (int kind = 1; kind < kRollKinds; ++kind)
+        EXPECT_EQ(s->RollCount[kAllScope][kind], NameSays(kind, a, b) ? 1 : 0) << a << "." << b << " kind " << kind;
+    }
+  for (int kind = 2; kind <= 89; ++kind) EXPECT_STRNE(RollKindText(kind), "") << kind;
+}
+
+// A die of 7: only the other die's face and the kinds of a total 2..12 count.
+TEST(StatsRollKinds, DieOfSevenCountsNothingThatDoesNotExist) {
+  struct Case { int d1, d2; std::vector<int> kinds; };
+  const Case cases[] = {
+      {7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
+      {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
+      {7, 5, {88, 20, 21, 65, 66, 69, 75, 77}},  // total 12, but not dice 6.6
+      {7, 7, {}},
+  };
+  for (const Case& c : cases) {
+    auto s = Fresh();
+    CountRoll(*s, 4, c.d1, c.d2);
+    for (int kind = 1; kind < kRollKinds; ++kind) {
+      const int want = std::count(c.kinds.begin(), c.kinds.end(), kind);
+      EXPECT_EQ(s->RollCount[kSessionScope + 4][kind], want) << c.d1 << "." << c.d2 << " kind " << kind;
+    }
+    EXPECT_EQ(s->RollsSince[90], 1);
+    CountComeOut(*s, 0, c.d1 + c.d2, 1);
+    EXPECT_EQ(s->HandDecisions[1], (std::array<std::array<int32_t, 3>, 13>{}));  // nothing spills past total 12
+  }
+}
+
+TEST(StatsRollCounting, WithoutHandShooterOnlyTableColumnsCountButAllSeatRollsAdvance) {
+  auto s = Fresh();
+  CountRoll(*s, 0, 3, 4);
+  for (int g : {kHandScope, kSessionScope, kAllScope}) {
+    EXPECT_EQ(s->RollCount[g][7], 1);
+    for (int seat = 1; seat < kSeats; ++seat) {
+      EXPECT_EQ(s->RollCount[g + seat], (std::array<int32_t, kRollKinds>{}));
+      EXPECT_EQ(s->SeatRolls[g + seat], 1);
+    }
+  }
+}
+
+TEST(StatsRollCounting, RollsSinceAndGaps) {
+  auto s = Fresh();
+  for (int i = 0; i < 5; ++i) CountRoll(*s, 0, 1, 1);
+  for (int kind : {0, 1, 7, 90}) EXPECT_EQ(s->RollsSince[kind], 5) << kind;  // never came up
+  EXPECT_EQ(s->RollGapHistogram[2][1], 5);  // a gap of 1 since clearing, then consecutive rolls
+  struct Case { int between, bin, longSum; };
+  for (const Case& c : {Case{198, 199, 0}, Case{199, 200, 200}, Case{250, 200, 251}}) {
+    s->RollGapHistogram[2] = {};
+    for (int i = 0; i < c.between; ++i) CountRoll(*s, 0, 3, 4);
+    CountRoll(*s, 0, 1, 1);
+    EXPECT_EQ(s->RollGapHistogram[2][c.bin], 1) << c.between;
+    EXPECT_EQ(s->RollGapHistogram[2][0], c.longSum) << c.between;
+  }
+}
+
+TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
+  auto s = Fresh();
+  std::array<int32_t, kRollKinds> since{};
+  since[1] = INT32_MAX;
+  since[7] = 5;
+  s->RollsSince.Assign(since);
+  EXPECT_THROW(CountRoll(*s, 0, 3, 4), StatOverflow);
+  EXPECT_EQ(s->RollsSince.Values(), since);
+  EXPECT_EQ(s->RollCount[kHandScope][7], 0);
+}
+
+TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
+  auto s = Fresh();
+  CountRoll(*s, 2, 2, 2);
+  RollOverHand(*s, {true, false, true});
+  EXPECT_EQ(s->RollCount[kLastHandScope + 2][79], 1);
+  EXPECT_EQ(s->RollCount[2][13], 0);
+  RollOverSession(*s);
+  EXPECT_EQ(s->RollCount[kLastSessionScope][13], 1);
+  EXPECT_EQ(s->RollCount[kSessionScope][13], 0);
+  EXPECT_EQ(s->RollCount[kAllScope + 2][13], 1);
+  EXPECT_EQ(s->RollsSince[7], 1);
+  EXPECT_EQ(s->RollGapHistogram[13][1], 1);
+}
+
+TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
+  auto s = Fresh();
+  CountRoll(*s, 2, 5, 5);
+  RecordBetResult(*s, 2, bet::Field, Money::Dollars(5), Money::Dollars(10), Money{});
+  SwapSeatStats(*s, 2, 6);
+  for (int g : {kHandScope, kSessionScope, kAllScope}) {
+    EXPECT_EQ(s->RollCount[g + 6][16], 1);
+    EXPECT_EQ(s->RollCount[g + 2][16], 0);
+    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], Money::Dollars(10));
+  }
+  RollOverHand(*s, {true, false, false, false, false, false, true});  // moves only rows the seat used
+  EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], Money::Dollars(5));
+  ClearSeatStats(*s, 6);
+  for (int g : {kHandScope, kLastHandScope, kSessionScope, kLastSessionScope, kAllScope}) {
+    EXPECT_EQ(s->RollCount[g + 6][16], 0);
+    EXPECT_EQ(s->BetStats[g + 6][bet::Field][0], Money{});
+  }
+  EXPECT_EQ(s->RollCount[kAllScope][16], 1);
+  int32_t shooter = 2, hand = 6, last = 3;
+  SwapShooterSeats(shooter, hand, last, 2, 6);
+  EXPECT_EQ((std::array{shooter, hand, last}), (std::array{6, 2, 3}));
+}
+
+}  // namespace
