@@ -189,6 +189,10 @@ bool RemovePlayer(Game& g, int seat) {
   g.ScriptFile[seat].clear();
   g.ScriptsCompiled = false;
   ClearSeatStats(g.Stats, seat);
+  for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
+                      &g.BuyInTotal, &g.Comps})
+    for (int k = 0; k < kScopeColumns; k += kSeats) (*store)[k + seat] = Money{};
+  g.BankrollHistory[seat] = {};
   g.PlayerName[seat].clear();
   --g.Table.NumberOfPlayers;
 

@@ -1,5 +1,7 @@
 #include "stats/sessions_log_file.h"
 
+#include "storage/error_report.h"
+
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -78,15 +80,15 @@ bool OpenChecked(const std::string& path, std::fstream& f, std::ios::openmode mo
                  std::string& error, const char* label) {
   std::error_code ec;
   const fs::path file(path);
-  if (path.empty() || !fs::exists(file, ec)) return Fail(error, SessionsLogErrorReport("File not found", 53, label));
-  if (fs::is_directory(file, ec)) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (path.empty() || !fs::exists(file, ec)) return Fail(error, ErrorReport("File not found", 53, label));
+  if (fs::is_directory(file, ec)) return Fail(error, ErrorReport("Path/File access error", 75, label));
   const auto size = fs::file_size(file, ec);
-  if (ec) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (ec) return Fail(error, ErrorReport("Path/File access error", 75, label));
   f.open(file, mode | std::ios::binary);
-  if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
   if (size < static_cast<uintmax_t>(kSessionRecordBytes)) return Fail(error, kNotASessionsLog);
   f.read(reinterpret_cast<char*>(header.data()), kSessionRecordBytes);
-  if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
   if (!HeaderMatches(header)) return Fail(error, kNotASessionsLog);
   count = GetInt32(header.data() + kCountAt);
   // A count the file can't hold means a cut-off or damaged file.
@@ -95,10 +97,6 @@ bool OpenChecked(const std::string& path, std::fstream& f, std::ios::openmode mo
 }
 
 }  // namespace
-
-std::string SessionsLogErrorReport(const char* description, int number, const char* label) {
-  return std::string(description) + ", Error #" + std::to_string(number) + "\n occurred at: " + label;
-}
 
 bool CreateNewSessionsLog(const std::string& path, std::string& error, const char* label) {
   SessionsLogFile empty;
@@ -116,7 +114,7 @@ bool ReadSessionsLog(const std::string& path, SessionsLogFile& out, std::string&
   Bytes b;
   for (int32_t i = 0; i < count; ++i) {
     f.read(reinterpret_cast<char*>(b.data()), kSessionRecordBytes);
-    if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+    if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
     log.Records.push_back(RecordFrom(b.data()));
   }
   out = std::move(log);
@@ -138,11 +136,11 @@ bool ReadSessionRecord(const std::string& path, int32_t index, SessionRecord& ou
   Bytes header;
   int32_t count = 0;
   if (!OpenChecked(path, f, std::ios::in, header, count, error, label)) return false;
-  if (index < 0 || index >= count) return Fail(error, SessionsLogErrorReport("Bad record number", 63, label));
+  if (index < 0 || index >= count) return Fail(error, ErrorReport("Bad record number", 63, label));
   f.seekg(static_cast<std::streamoff>(index + 1) * kSessionRecordBytes);
   Bytes b;
   f.read(reinterpret_cast<char*>(b.data()), kSessionRecordBytes);
-  if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
   out = RecordFrom(b.data());
   return true;
 }
@@ -153,33 +151,33 @@ bool AppendSessionRecord(const std::string& path, const SessionRecord& record, s
   Bytes header;
   int32_t count = 0;
   if (!OpenChecked(path, f, std::ios::in | std::ios::out, header, count, error, label)) return false;
-  if (count >= kMaxSessions) return Fail(error, SessionsLogErrorReport("Overflow", 6, label));
+  if (count >= kMaxSessions) return Fail(error, ErrorReport("Overflow", 6, label));
   const Bytes b = RecordBytes(record);
   f.seekp(static_cast<std::streamoff>(count + 1) * kSessionRecordBytes);
   f.write(reinterpret_cast<const char*>(b.data()), kSessionRecordBytes);
   f.flush();
-  if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
   unsigned char n[4];
   PutInt32(n, count + 1);
   f.seekp(kCountAt);
   f.write(reinterpret_cast<const char*>(n), 4);
   f.flush();
-  if (!f) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (!f) return Fail(error, ErrorReport("Path/File access error", 75, label));
   return true;
 }
 
 bool WriteSessionsLog(const std::string& path, const SessionsLogFile& log, std::string& error, const char* label) {
-  if (path.empty()) return Fail(error, SessionsLogErrorReport("Bad file name or number", 52, label));
+  if (path.empty()) return Fail(error, ErrorReport("Bad file name or number", 52, label));
   if (log.Records.size() > static_cast<size_t>(kMaxSessions))
-    return Fail(error, SessionsLogErrorReport("Overflow", 6, label));
+    return Fail(error, ErrorReport("Overflow", 6, label));
   const fs::path file(path);
   std::error_code ec;
-  if (fs::is_directory(file, ec)) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+  if (fs::is_directory(file, ec)) return Fail(error, ErrorReport("Path/File access error", 75, label));
   fs::path temp = file;
   temp += ".new";
   {
     std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-    if (!out) return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+    if (!out) return Fail(error, ErrorReport("Path/File access error", 75, label));
     const Bytes h = HeaderBytes(static_cast<int32_t>(log.Records.size()), log.Unused);
     out.write(reinterpret_cast<const char*>(h.data()), kSessionRecordBytes);
     for (const SessionRecord& r : log.Records) {
@@ -190,13 +188,13 @@ bool WriteSessionsLog(const std::string& path, const SessionsLogFile& log, std::
     if (!out) {
       out.close();
       fs::remove(temp, ec);
-      return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+      return Fail(error, ErrorReport("Path/File access error", 75, label));
     }
   }
   fs::rename(temp, file, ec);
   if (ec) {
     fs::remove(temp, ec);
-    return Fail(error, SessionsLogErrorReport("Path/File access error", 75, label));
+    return Fail(error, ErrorReport("Path/File access error", 75, label));
   }
   return true;
 }
@@ -205,7 +203,7 @@ bool MergeSessionsLogs(const std::string& path, const std::string& other, std::s
   SessionsLogFile log, more;
   if (!ReadSessionsLog(path, log, error, label) || !ReadSessionsLog(other, more, error, label)) return false;
   if (log.Records.size() + more.Records.size() > static_cast<size_t>(kMaxSessions))
-    return Fail(error, SessionsLogErrorReport("Overflow", 6, label));
+    return Fail(error, ErrorReport("Overflow", 6, label));
   log.Records.insert(log.Records.end(), more.Records.begin(), more.Records.end());
   return WriteSessionsLog(path, log, error, label);
 }

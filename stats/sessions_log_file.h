@@ -80,7 +80,3 @@ bool MergeSessionsLogs(const std::string& path, const std::string& other, std::s
 bool DeleteSessions(const std::string& path, const std::vector<int32_t>& sessions, std::string& error,
                     const char* label = "DeleteSessions");
 bool DeleteAllSessions(const std::string& path, std::string& error, const char* label = "DeleteSessions");
-
-// The error report of the conventions: description, ", Error #" number, a line break
-// and " occurred at: " label.
-std::string SessionsLogErrorReport(const char* description, int number, const char* label);

@@ -1,0 +1,165 @@
+// Players who leave and move, and the dice between them.
+
+#include <gtest/gtest.h>
+
+#include "engine/players.h"
+#include "stats/sessions_log_file.h"
+#include "tests/engine/line_table.h"
+
+namespace {
+
+struct Leaving : LineTable {
+  Leaving() {
+    Seat(1, "Ann", Money::Dollars(1000));
+    Seat(2, "Bob", Money::Dollars(1000));
+    Bet(1, bet::PassLine, Money::Dollars(10));
+    Bet(2, bet::PassLine, Money::Dollars(10));
+    RollTotal(6);                                  // point on: the Pass Line is a contract
+    Bet(1, bet::Come, Money::Dollars(5));
+    RollTotal(4);                                  // the Come bet travels to 4
+    Bet(1, bet::Place4 + 3, Money::Dollars(12));  // Place 8 may come down any time
+  }
+};
+
+TEST(PlayersRemove, AsksWithWhatWouldBeAbandoned) {
+  Leaving t;
+  t.ui.replies.push_back({kButtonNo, "", false});
+  EXPECT_FALSE(RemovePlayer(t.g, 1));
+  EXPECT_EQ(t.LastMessage().Text,
+            "Would you like to remove Ann?\n\nAnn still has an active Pass Line bet and an active Come 4 bet that "
+            "can't be removed and will be abandoned.\n\nTotal to be abandoned: $15");
+  EXPECT_EQ(t.LastMessage().Title, "Remove player");
+  EXPECT_EQ(t.g.PlayerName[1], "Ann") << "No leaves everything as it was";
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money::Dollars(10));
+}
+
+TEST(PlayersRemove, AbandonedContractsLoseTheRestGoesBack) {
+  Leaving t;
+  const Money before = t.g.Bankroll[2];
+  t.ui.replies.push_back({kButtonYes, "", false});
+  ASSERT_TRUE(RemovePlayer(t.g, 1));
+  EXPECT_EQ(t.g.Bankroll[1], Money{}) << "the seat's stores are cleared";
+  EXPECT_EQ(t.g.PlayerName[1], "");
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 1);
+  EXPECT_EQ(t.g.Table.Shooter, 2) << "the shooter left: the dice pass";
+  for (int b = 1; b <= kBets; ++b) EXPECT_EQ(t.Amount(1, b), Money{}) << BetName(b);
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  EXPECT_FALSE(AnySeatHolds(t.g, bet::Place4 + 3));
+  EXPECT_EQ(t.g.Bankroll[2], before) << "the other player is untouched";
+}
+
+// The ending bankroll in the player's sessions log tells whether the contracts were lost.
+Money EndingBankrollWhenLeaving(bool returnAbandoned) {
+  Leaving t;
+  TempDir dir;
+  t.g.ProgramFolder = dir.path.string();
+  t.g.Rules.ReturnAbandonedBets = returnAbandoned;
+  const Money before = t.g.Bankroll[1];
+  t.ui.replies.push_back({kButtonYes, "", false});
+  EXPECT_TRUE(RemovePlayer(t.g, 1));
+  SessionsLogFile log;
+  std::string error;
+  EXPECT_TRUE(ReadSessionsLog((dir.path / "Ann.slg").string(), log, error, "test")) << error;
+  if (log.Records.size() != 1) return Money::Dollars(-1);
+  return log.Records[0][slg::Ending] - before;
+}
+
+TEST(PlayersRemove, ContractsAreLostUnlessTheOptionReturnsThem) {
+  EXPECT_EQ(EndingBankrollWhenLeaving(false), -Money::Dollars(15));
+  EXPECT_EQ(EndingBankrollWhenLeaving(true), Money{});
+}
+
+TEST(PlayersRemove, TheLastPlayerLeavingEndsTheHand) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Bet(1, bet::PassLine, Money::Dollars(10));
+  t.RollTotal(5);
+  t.ui.replies.push_back({kButtonYes, "", false});
+  ASSERT_TRUE(RemovePlayer(t.g, 1));
+  EXPECT_EQ(t.g.Table.Point, 0);
+  EXPECT_EQ(t.g.Table.Shooter, 0);
+  EXPECT_EQ(t.g.Table.HandShooter, 0);
+}
+
+TEST(PlayersMove, EverythingFollowsThePlayerAndTheShooterKeepsTheDice) {
+  Leaving t;
+  ASSERT_EQ(t.g.Table.Shooter, 1);
+  const Money bankroll = t.g.Bankroll[1];
+  MovePlayer(t.g, 1, 6);
+  EXPECT_EQ(t.g.PlayerName[6], "Ann");
+  EXPECT_EQ(t.g.PlayerName[1], "");
+  EXPECT_EQ(t.g.Bankroll[6], bankroll);
+  EXPECT_EQ(t.g.Bankroll[6 + 18], bankroll);
+  EXPECT_EQ(t.Amount(6, bet::Come4), Money::Dollars(5));
+  EXPECT_EQ(t.g.ContractBase[6][bet::Come4], Money::Dollars(5));
+  EXPECT_EQ(t.g.Table.Shooter, 6);
+  EXPECT_TRUE(t.g.BetHolders[bet::Come4] & (1 << 6));
+  EXPECT_FALSE(t.g.BetHolders[bet::Come4] & (1 << 1));
+  // The moved bets still resolve: a 4 pays the Come 4 of the new seat.
+  t.ui.replies.clear();
+  t.RollTotal(4);
+  EXPECT_EQ(t.g.Bankroll[6], bankroll + Money::Dollars(5));
+}
+
+TEST(PlayersMove, AMoveToAnOccupiedSeatIsAnExchange) {
+  Leaving t;
+  MovePlayer(t.g, 1, 2);
+  EXPECT_EQ(t.g.PlayerName[1], "Bob");
+  EXPECT_EQ(t.g.PlayerName[2], "Ann");
+  EXPECT_EQ(t.Amount(2, bet::Place4 + 3), Money::Dollars(12));
+  EXPECT_EQ(t.Amount(1, bet::Place4 + 3), Money{});
+  EXPECT_EQ(t.g.Table.Shooter, 2);
+}
+
+struct PassCase {
+  const char* what;
+  int players;
+  bool otherPasses;
+  bool blockLine;
+  const char* text;
+};
+
+class PlayersPassDice : public testing::TestWithParam<PassCase> {};
+
+TEST_P(PlayersPassDice, AFailedPassSaysWhy) {
+  const PassCase& c = GetParam();
+  LineTable t;
+  static const char* kNames[] = {"", "Ann", "Bob", "Cat"};
+  for (int s = 1; s <= c.players; ++s) t.Seat(s, kNames[s], Money::Dollars(1000));
+  for (int s = 2; s <= c.players; ++s) t.g.AutoPassDice[s] = c.otherPasses;
+  if (c.blockLine) {
+    t.g.Rules.AllowPutBets = false;
+    t.Bet(1, bet::PassLine, Money::Dollars(10));
+    t.RollTotal(8);
+  }
+  PassDice(t.g, kPassAsked);
+  EXPECT_EQ(t.g.Table.Shooter, 1) << c.what;
+  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
+  EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, PlayersPassDice,
+    testing::Values(
+        PassCase{"alone", 1, false, false, "Unable to pass the dice.\n\nThere are no other players at the table."},
+        PassCase{"the other passes", 2, true, false, "Unable to pass the dice at this time.\n\nBob doesn't want to shoot."},
+        PassCase{"all others pass", 3, true, false,
+                 "Unable to pass the dice at this time.\n\nNone of the other players want to shoot."},
+        PassCase{"two blocked by the line rule", 3, false, true,
+                 "Unable to pass the dice at this time.\n\nThere are 2 other players who want to shoot but can't "
+                 "because a line bet is required and Put bets are not allowed.\n\nPlease wait for a come-out roll or "
+                 "check the 'Allow Put bets' option on the 'Bets tab' of the configuration screen."}));
+
+TEST(PlayersPassDice2, TheDiceGoTowardLowerSeatsAndWrap) {
+  LineTable t;
+  t.Seat(2, "Ann", Money::Dollars(1000));
+  t.Seat(7, "Bob", Money::Dollars(1000));
+  t.Seat(5, "Cat", Money::Dollars(1000));
+  ASSERT_EQ(t.g.Table.Shooter, 2);
+  PassDice(t.g, kPassSilent);
+  EXPECT_EQ(t.g.Table.Shooter, 7) << "from 2 down: 1, then round to 8, 7";
+  PassDice(t.g, kPassSilent);
+  EXPECT_EQ(t.g.Table.Shooter, 5);
+}
+
+}  // namespace
