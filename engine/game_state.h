@@ -90,6 +90,7 @@ struct Game {
 
   int32_t LanguageId = 0;
   std::string ProgramFolder;  // the data folder; bare file names are taken in it
+  std::string CheckSound;  // the chosen "*.chp" file; "" plays none
   std::string RollFormat = "Roll# (Die1.Die2) Total";  // roll-format text of dice-roll reports
   // Events log settings: off by default, every category selected once it's on.
   bool RecordEvents = false;

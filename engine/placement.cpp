@@ -498,6 +498,18 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   return change;
 }
 
+Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int32_t placementB) {
+  g.PlacementA[seat][bet] = placementA;
+  g.PlacementB[seat][bet] = placementB;
+  const Money applied = ChangeBet(g, seat, bet, change);
+  if (applied.raw != 0 && !g.SilentMode && g.Ui) {
+    if (!g.CheckSound.empty()) g.Ui->PlaySound(g.CheckSound, false);
+    g.Ui->Refresh({"table", "frmBetResults", "frmCheckStacks"});
+  }
+  // Online tables tell the other side here once online play exists.
+  return applied;
+}
+
 Money TakeDown(Game& g, int seat, int bet) { return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]); }
 
 Money TakeMaximum(Game& g, int seat, int bet) {

@@ -10,6 +10,9 @@ Money ChangeBet(Game& g, int seat, int bet, Money change);
 Money GetMaximum(const Game& g, int seat, int bet);
 // The least a bet may hold (the proposition minimum, or the payoff-raised minimum).
 Money GetMinimum(const Game& g, int bet);
+// A bet placed at the table: the gate, then the sound of checks and the picture. The
+// placement values say where the checks stand on the table picture.
+Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int32_t placementB);
 Money TakeDown(Game& g, int seat, int bet);
 // Full odds: with every message off, take the bet down, then ask for 9999999.
 Money TakeMaximum(Game& g, int seat, int bet);

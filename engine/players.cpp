@@ -1,5 +1,6 @@
 #include "engine/players.h"
 
+#include <string_view>
 #include <utility>
 
 #include "engine/bankroll.h"
@@ -276,4 +277,51 @@ void MovePlayer(Game& g, int from, int to) {
   // The events log's "moved to stick" line is written here once the log exists.
   if (g.Ui && !g.SilentMode)
     g.Ui->Refresh({"frmBetResults", "frmHands", "frmSummary", "frmRollTotals", "frmCheckStacks", "frmBetTrends"});
+}
+
+std::string PlayerNameFault(const Game& g, const std::string& name) {
+  for (int s = 1; s < kSeats; ++s)
+    if (g.PlayerName[s] == name) return Piece(g, 6) + name;
+  bool numeric = !name.empty();
+  for (char c : name) numeric = numeric && ((c >= '0' && c <= '9') || c == '.' || c == '-' || c == ' ');
+  if (numeric) return Piece(g, 7);
+  // The name names the player's files (the sessions log), so it must be a file name.
+  for (char c : name)
+    if (std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos || static_cast<unsigned char>(c) < 32)
+      return name + Piece(g, 186);
+  return "";
+}
+
+bool AskToAddPlayer(Game& g, int seat) {
+  if (seat < 1 || seat > 8 || SeatOccupied(g, seat) || g.SilentMode || g.Ui == nullptr) return false;
+  if (Tell(g, Piece(g, 3), Piece(g, 5), 180, msg::kYesNoQuestion).Button != kButtonYes) return false;
+  std::string name;
+  std::string prompt = Piece(g, 4);
+  // An interface that keeps answering the same refused text gets nowhere: give up.
+  constexpr int kTries = 20;
+  for (int tries = 0;; ++tries) {
+    if (tries == kTries) return false;
+    MessageReply reply = Tell(g, prompt, Piece(g, 5), 180, msg::kOk | msg::kCancel | msg::kInput, name);
+    if (reply.Button == kButtonCancel) return false;
+    name = reply.Input;
+    while (!name.empty() && name.front() == ' ') name.erase(name.begin());
+    while (!name.empty() && name.back() == ' ') name.pop_back();
+    if (name.empty()) return false;  // nothing typed: as Cancel
+    const std::string fault = PlayerNameFault(g, name);
+    if (fault.empty()) break;
+    prompt = fault + "\n\n" + Piece(g, 4);
+  }
+  Money amount = Money::Dollars(1000);  // the buy-in offered first
+  std::string typed = MoneyText(amount);
+  for (int tries = 0;; ++tries) {
+    if (tries == kTries) return false;
+    MessageReply reply = Tell(g, Piece(g, 9, 0) + name + Piece(g, 9, 1), Piece(g, 5), 180,
+                              msg::kOk | msg::kCancel | msg::kInput, typed);
+    if (reply.Button == kButtonCancel) return false;
+    std::string error;
+    if (ParseMoney(reply.Input, amount, error)) break;
+    Tell(g, error, Piece(g, 5), 180, msg::kOk);
+    typed = reply.Input;
+  }
+  return AddPlayer(g, seat, name, amount);
 }

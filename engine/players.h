@@ -15,6 +15,12 @@ void PassDice(Game& g, int mode);
 // seat when nobody had them. Returns false when the seat is taken or the name empty.
 bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll);
 
+// A click on a free rail position: asks whether to add a player there, the name (told
+// again until it is one the table can use) and the buy-in. Returns whether one sat down.
+bool AskToAddPlayer(Game& g, int seat);
+// "" when `name` can be a player's name, else why not in the system's words.
+std::string PlayerNameFault(const Game& g, const std::string& name);
+
 // A player leaves after saying yes: contract bets still at risk are abandoned (they
 // lose unless the option returns them), the rest goes back to the rail, the session
 // goes to the player's log. Returns whether the player left.

@@ -163,3 +163,43 @@ TEST(PlayersPassDice2, TheDiceGoTowardLowerSeatsAndWrap) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
+  LineTable t;
+  t.Seat(1, "Bob", Money::Dollars(100));
+  t.ui.replies = {{kButtonYes, "", false},        // add a player here?
+                  {kButtonOk, "Bob", false},      // taken
+                  {kButtonOk, "1234", false},     // all numeric
+                  {kButtonOk, "Ann/Lee", false},  // no file name
+                  {kButtonOk, " Ann ", false},
+                  {kButtonOk, "ten", false},      // not an amount
+                  {kButtonOk, "", false},         // the box that says so
+                  {kButtonOk, "250", false}};
+  ASSERT_TRUE(AskToAddPlayer(t.g, 5));
+  EXPECT_EQ(t.g.PlayerName[5], "Ann");
+  EXPECT_EQ(t.g.Bankroll[5], Money::Dollars(250));
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 2);
+  const auto& tr = t.ui.transcript;
+  ASSERT_GE(tr.size(), 7u);
+  EXPECT_EQ(tr[0].request.Text, "Would you like to add a player here?");
+  EXPECT_EQ(tr[0].request.Title, "Add new player");
+  EXPECT_EQ(tr[1].request.Text, "What's the new player's name?");
+  EXPECT_EQ(tr[2].request.Text, "There's already a player named Bob\n\nWhat's the new player's name?");
+  EXPECT_EQ(tr[3].request.Text.rfind("A player's name can't be all numeric", 0), 0u);
+  EXPECT_EQ(tr[4].request.Text.rfind("Ann/Lee can't be used as a player's name because it won't work", 0), 0u);
+  EXPECT_EQ(tr[5].request.Text, "How much would Ann like to buy-in for?");
+}
+
+TEST(PlayersAdd, NoOrCancelSeatsNobody) {
+  LineTable t;
+  t.ui.replies = {{kButtonNo, "", false}};
+  EXPECT_FALSE(AskToAddPlayer(t.g, 3));
+  t.ui.replies = {{kButtonYes, "", false}, {kButtonCancel, "", false}};
+  EXPECT_FALSE(AskToAddPlayer(t.g, 3));
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 0);
+  EXPECT_EQ(t.g.PlayerName[3], "");
+}
+
+}  // namespace
