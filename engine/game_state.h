@@ -79,6 +79,12 @@ struct AutomationState {
   uint32_t YieldCounter = 0;
 };
 
+inline BySeat<std::array<int32_t, 4>> MakeShortcuts() {
+  BySeat<std::array<int32_t, 4>> s{};
+  for (auto& seat : s) seat = {201, 202, 203, 204};
+  return s;
+}
+
 struct Game {
   RuleSet Rules;
   TableState Table;
@@ -127,7 +133,9 @@ struct Game {
   std::array<ByBet<int32_t>, 2> BetStreak{};  // the run, and its copy from the start of the roll
   ByBetRow<int32_t> PlacementA{}, PlacementB{};
   ByPoint<Money> BuyVigHeld{}, LayVigHeld{}, ComeBase{};
-  std::array<std::string, kBetRows - kCheckStackRow> CheckStackName{};
+  // CheckStacks: a name per seat and stack, and the four stacks that stand on the rail.
+  BySeat<std::array<std::string, kBetRows - kCheckStackRow>> CheckStackName{};
+  BySeat<std::array<int32_t, 4>> CheckStackShortcuts = MakeShortcuts();
 
   // Per seat.
   BySeat<std::string> PlayerName{};

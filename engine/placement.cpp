@@ -371,18 +371,19 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   const Money u = r.CheckDenom[1];
   const Money amount = g.BetAmount[seat][bet];
 
-  // 1. Rounding to checks, away from zero.
-  if (u.raw > 0 && !IsMultipleOf(change, u)) {
-    change = change.raw > 0 ? FloorToUnit(change, u) + u : FloorToUnit(change, u);
-  }
-  if (amount + change < Money{} && bet < kCheckStackRow) change = -amount;
-
+  // CheckStacks are no wagers: none of the table's stages, only their own limit.
   if (bet >= kCheckStackRow) {
     Money applied = CheckStackChange(g, seat, bet, change, p);
     if (p.on && !p.text.empty())
       Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
     return applied;
   }
+
+  // 1. Rounding to checks, away from zero.
+  if (u.raw > 0 && !IsMultipleOf(change, u)) {
+    change = change.raw > 0 ? FloorToUnit(change, u) + u : FloorToUnit(change, u);
+  }
+  if (amount + change < Money{}) change = -amount;
 
   const Money base = g.ContractBase[seat][bet];
   const std::string_view name = BetName(bet);

@@ -261,6 +261,8 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.ScriptActiveCopy);
   seat(g.ScriptFile);
   seat(g.SessionsLogPath);
+  seat(g.CheckStackName);
+  seat(g.CheckStackShortcuts);
   seat(g.BankrollHistory);
   for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
                       &g.BuyInTotal, &g.Comps})
