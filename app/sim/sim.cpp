@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <vector>
 #include <ostream>
 
 #include "automation/auto_roll.h"
@@ -17,6 +19,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "stats/roll_totals.h"
 
 namespace {
 
@@ -82,6 +85,107 @@ int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnl
     n += st.HandDecisions[column][t][which];
   }
   return n;
+}
+
+struct BetLine {
+  int bet;
+  int64_t decisions, won, lost;  // counts
+  Money wagered, amountWon, amountLost;
+};
+
+// The seat's bets that had decisions this session, in bet order.
+std::vector<BetLine> BetLines(const Game& g, int seat) {
+  std::vector<BetLine> lines;
+  const Statistics& st = g.Stats;
+  const int c = kSessionScope + seat;
+  for (int b = 1; b <= kBets; ++b) {
+    const auto& w = st.BetStats[c][b];
+    if (w[0].raw == 0) continue;
+    lines.push_back({b, w[0].raw / Money::kScale, st.BetWinStats[c][b][0].raw / Money::kScale,
+                     st.BetLossStats[c][b][0].raw / Money::kScale, w[1], st.BetWinStats[c][b][1],
+                     st.BetLossStats[c][b][1]});
+  }
+  return lines;
+}
+
+// The dice as rolled against fair dice: the chi-square test of the eleven totals.
+ChiSquareTest DiceTest(const Game& g) {
+  RollTotalsRequest request;
+  request.Display = 0;
+  request.ScopeBase = kSessionScope;
+  return ComputeRollTotals(g.Stats, request).Chi;
+}
+
+std::string Percent(double part, double whole) { return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole); }
+
+void WriteTextReport(const Game& g, const std::string& stopped, std::ostream& out) {
+  const Statistics& st = g.Stats;
+  const int32_t rolls = st.RollCount[kSessionScope][0];
+  const int32_t hands = st.HandsShot[kSessionScope];
+  out << fmt::format("Rolls:        {}\n", rolls);
+  out << fmt::format("Hands:        {}\n", hands);
+  out << fmt::format("Passes:       {}\n", SumDecisions(st, kSessionScope, 1, false));
+  out << fmt::format("Misses:       {}\n", SumDecisions(st, kSessionScope, 2, false));
+  out << fmt::format("Points made:  {}\n", SumDecisions(st, kSessionScope, 1, true));
+  if (hands > 0) out << fmt::format("Rolls a hand: {:.2f} (longest {})\n", double(rolls) / hands, st.MostRollsInHand[kSessionScope]);
+  if (rolls > 0) {
+    const ChiSquareTest chi = DiceTest(g);
+    out << fmt::format("Dice:         chi-square {} on {} degrees of freedom, {}\n", chi.SumText, chi.Df, chi.PText);
+  }
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    const Money bankroll = g.Bankroll[kSessionScope + s];
+    const Money net = bankroll - g.BuyInTotal[kSessionScope + s];
+    out << fmt::format("{} ({}): bankroll {}, net {}\n", g.PlayerName[s], SeatName(s), DollarText(bankroll),
+                       DollarText(net));
+    out << fmt::format("  bought in {}, high {}, low {}\n", DollarText(g.BuyInTotal[kSessionScope + s]),
+                       DollarText(g.HighBankroll[kSessionScope + s]), DollarText(g.LowBankroll[kSessionScope + s]));
+    for (const BetLine& l : BetLines(g, s)) {
+      const Money netBet = l.amountWon - l.amountLost;
+      out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)\n",
+                         BetName(l.bet), l.decisions, DollarText(l.wagered), DollarText(l.amountWon),
+                         DollarText(l.amountLost), DollarText(netBet), Percent(netBet.ToDouble(), l.wagered.ToDouble()),
+                         Percent(double(l.won), double(l.decisions)));
+    }
+  }
+  if (!stopped.empty()) out << "Stopped: " << stopped << "\n";
+}
+
+void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stopped, std::ostream& out) {
+  using nlohmann::json;
+  const Statistics& st = g.Stats;
+  auto money = [](Money m) { return m.ToDouble(); };
+  json report;
+  report["rolls"] = st.RollCount[kSessionScope][0];
+  report["hands"] = st.HandsShot[kSessionScope];
+  report["passes"] = SumDecisions(st, kSessionScope, 1, false);
+  report["misses"] = SumDecisions(st, kSessionScope, 2, false);
+  report["points_made"] = SumDecisions(st, kSessionScope, 1, true);
+  if (o.seeded) report["seed"] = o.seed;
+  const ChiSquareTest chi = DiceTest(g);
+  report["dice"] = {{"chi_square", chi.Sum}, {"degrees_of_freedom", chi.Df}, {"p", chi.P}};
+  json players = json::array();
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    json p;
+    p["name"] = g.PlayerName[s];
+    p["seat"] = std::string(SeatName(s));
+    p["bankroll"] = money(g.Bankroll[kSessionScope + s]);
+    p["bought_in"] = money(g.BuyInTotal[kSessionScope + s]);
+    p["net"] = money(g.Bankroll[kSessionScope + s] - g.BuyInTotal[kSessionScope + s]);
+    p["high"] = money(g.HighBankroll[kSessionScope + s]);
+    p["low"] = money(g.LowBankroll[kSessionScope + s]);
+    json bets = json::array();
+    for (const BetLine& l : BetLines(g, s))
+      bets.push_back({{"bet", std::string(BetName(l.bet))}, {"decisions", l.decisions}, {"won", l.won},
+                      {"lost", l.lost}, {"wagered", money(l.wagered)}, {"amount_won", money(l.amountWon)},
+                      {"amount_lost", money(l.amountLost)}, {"net", money(l.amountWon - l.amountLost)}});
+    p["bets"] = std::move(bets);
+    players.push_back(std::move(p));
+  }
+  report["players"] = std::move(players);
+  if (!stopped.empty()) report["stopped"] = stopped;
+  out << report.dump(2) << "\n";
 }
 
 // The roll cycle of a set-up game, `rolls` rolls of Hyper-Drive.
@@ -208,6 +312,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "roll, \"modify:-50%\" takes off half of it, \"modify:+1c2\" adds one unit of the second "
                  "check size (its value times the bet's payoff denominator). AMOUNT for set: \"set:25\" in dollars, "
                  "\"set:3c1\" in units of a check size. The bet still goes through the table's limits.");
+  app.add_flag("--json", o.json, "print the report as JSON");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
   try {
     app.parse(argc, argv);
@@ -387,29 +492,9 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   RunHyperDrive(g, o.rolls);
   if (ui.tty) fmt::print(stderr, "\r{:40}\r", "");
 
-  const Statistics& st = g.Stats;
-  out << fmt::format("Rolls:        {}\n", st.RollCount[kSessionScope][0]);
-  out << fmt::format("Hands:        {}\n", st.HandsShot[kSessionScope]);
-  out << fmt::format("Passes:       {}\n", SumDecisions(st, kSessionScope, 1, false));
-  out << fmt::format("Misses:       {}\n", SumDecisions(st, kSessionScope, 2, false));
-  out << fmt::format("Points made:  {}\n", SumDecisions(st, kSessionScope, 1, true));
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
-    const Money bankroll = g.Bankroll[kSessionScope + s];
-    const Money net = bankroll - g.BuyInTotal[kSessionScope + s];
-    out << fmt::format("{} ({}): bankroll {}, net {}\n", g.PlayerName[s], SeatName(s), DollarText(bankroll),
-                       DollarText(net));
-    for (int b = 1; b <= kBets; ++b) {
-      const auto& w = st.BetStats[kSessionScope + s][b];
-      if (w[0].raw == 0) continue;
-      const Money won = st.BetWinStats[kSessionScope + s][b][1];
-      const Money lost = st.BetLossStats[kSessionScope + s][b][1];
-      out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {}\n", BetName(b),
-                         w[0].raw / Money::kScale, DollarText(w[1]), DollarText(won), DollarText(lost),
-                         DollarText(won - lost));
-    }
-  }
-  const bool finished = g.StopReason == "Stopped by Auto-Stop." && st.RollCount[kSessionScope][0] == o.rolls;
-  if (!finished && !g.StopReason.empty()) out << "Stopped: " << g.StopReason << "\n";
+  const bool finished = g.StopReason == "Stopped by Auto-Stop." && g.Stats.RollCount[kSessionScope][0] == o.rolls;
+  const std::string stopped = !finished ? g.StopReason : std::string();
+  if (o.json) WriteJsonReport(g, o, stopped, out);
+  else WriteTextReport(g, stopped, out);
   return 0;
 }

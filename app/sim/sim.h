@@ -41,6 +41,7 @@ struct SimOptions {
   uint32_t seed = 0;
   std::string dataDir;
   bool bench = false;
+  bool json = false;
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,

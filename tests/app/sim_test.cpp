@@ -212,3 +212,32 @@ TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
 }
 
 }  // namespace
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+TEST(SimProgram, JsonReportAgreesWithTheText) {
+  std::vector<std::string> args{"--rolls", "20000", "--seed", "12", "--player", "Ann:-1", "--bet", "Pass Line=10",
+                                "--bet", "Hard 8=5"};
+  SimRun text = Sim(args);
+  args.push_back("--json");
+  SimRun json = Sim(args);
+  ASSERT_EQ(json.code, 0) << json.err;
+  const nlohmann::json r = nlohmann::json::parse(json.out);
+  EXPECT_EQ(r["rolls"], 20000);
+  EXPECT_EQ(r["passes"].get<long long>(), Field(text.out, "Passes"));
+  EXPECT_EQ(r["misses"].get<long long>(), Field(text.out, "Misses"));
+  ASSERT_EQ(r["players"].size(), 1u);
+  const auto& ann = r["players"][0];
+  EXPECT_EQ(ann["name"], "Ann");
+  EXPECT_EQ(ann["seat"], "4L");
+  double net = 0;
+  for (const auto& b : ann["bets"]) net += b["net"].get<double>();
+  EXPECT_DOUBLE_EQ(ann["net"].get<double>(), net) << "the bets' nets add up to the player's";
+  EXPECT_EQ(ann["bets"].size(), 2u);
+  EXPECT_FALSE(r.contains("stopped"));
+  EXPECT_GT(r["dice"]["p"].get<double>(), 0.0001) << "fair dice";
+}
+
+}  // namespace
