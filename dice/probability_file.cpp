@@ -1,6 +1,7 @@
 #include "dice/probability_file.h"
 
 #include "storage/error_report.h"
+#include "storage/fixed_record.h"
 
 #include <array>
 #include <cstring>
@@ -24,17 +25,6 @@ template <class Table>
 auto& ValueAt(Table& t, int i) {
   constexpr int perPlane = ProbabilityTable::kColumns * ProbabilityTable::kRows;
   return t.Cells[i / perPlane][(i % perPlane) / ProbabilityTable::kRows][i % ProbabilityTable::kRows];
-}
-
-void PutInt32(unsigned char* at, int32_t v) {
-  const auto u = static_cast<uint32_t>(v);
-  for (int b = 0; b < 4; ++b) at[b] = static_cast<unsigned char>(u >> (8 * b));
-}
-
-int32_t GetInt32(const unsigned char* at) {
-  uint32_t u = 0;
-  for (int b = 0; b < 4; ++b) u |= static_cast<uint32_t>(at[b]) << (8 * b);
-  return static_cast<int32_t>(u);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "stats/sessions_log_file.h"
 
 #include "storage/error_report.h"
+#include "storage/fixed_record.h"
 
 #include <cstring>
 #include <filesystem>
@@ -17,28 +18,6 @@ constexpr int kUnusedAt = 96;
 constexpr int32_t kMaxSessions = INT32_MAX - 1;  // the count must still fit after one more record
 
 using Bytes = std::array<unsigned char, kSessionRecordBytes>;
-
-void PutInt32(unsigned char* at, int32_t v) {
-  const auto u = static_cast<uint32_t>(v);
-  for (int b = 0; b < 4; ++b) at[b] = static_cast<unsigned char>(u >> (8 * b));
-}
-
-int32_t GetInt32(const unsigned char* at) {
-  uint32_t u = 0;
-  for (int b = 0; b < 4; ++b) u |= static_cast<uint32_t>(at[b]) << (8 * b);
-  return static_cast<int32_t>(u);
-}
-
-void PutInt64(unsigned char* at, int64_t v) {
-  const auto u = static_cast<uint64_t>(v);
-  for (int b = 0; b < 8; ++b) at[b] = static_cast<unsigned char>(u >> (8 * b));
-}
-
-int64_t GetInt64(const unsigned char* at) {
-  uint64_t u = 0;
-  for (int b = 0; b < 8; ++b) u |= static_cast<uint64_t>(at[b]) << (8 * b);
-  return static_cast<int64_t>(u);
-}
 
 Bytes HeaderBytes(int32_t count, const std::array<unsigned char, kSessionRecordBytes - kUnusedAt>& unused) {
   Bytes h{};

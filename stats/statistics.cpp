@@ -1,5 +1,7 @@
 #include "stats/statistics.h"
 
+#include <memory>
+
 #include <algorithm>
 #include <utility>
 
@@ -297,7 +299,10 @@ void RollOverSession(Statistics& s) {
   for (int c = 0; c < kSeats; ++c) s.BetRowsUsed[c].reset();
 }
 
-void ClearAllStatistics(Statistics& s) { s = Statistics{}; }
+void ClearAllStatistics(Statistics& s) {
+  // The stores are large: the empty set is made on the heap, not on the stack.
+  s = *std::make_unique<Statistics>();
+}
 
 void ClearSeatStats(Statistics& s, int seat) {
   if (!IsRailSeat(seat)) return;
