@@ -89,6 +89,7 @@ bool ReadPopupRoll(Game& g, RollFiles& rf) {
   std::remove(rf.PopupFileName.c_str());
   g.Table.Die1 = dice[0];
   g.Table.Die2 = dice[1];
+  if (g.RecordEvents) LogRollLine(g, RollSource::PopupFile);
   return true;
 }
 
@@ -112,6 +113,7 @@ bool ReadRollFromFile(Game& g, RollFiles& rf) {
   g.Table.Die1 = die1;
   g.Table.Die2 = die2;
   rf.LastRollPosition = rf.NextRollPosition++;
+  if (g.RecordEvents) LogRollLine(g, RollSource::RollFile);
   return true;
 }
 

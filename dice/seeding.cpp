@@ -102,7 +102,7 @@ bool SeedRng(Game& g, bool scripted) {
   const auto seed = static_cast<int32_t>(std::nearbyint(d.pendingSeed.ToDouble()));
   d.lcgState = seed;
   d.lastSeed = seed;
-  // Events log call point: when the log is on, "    RNG #" number " seeded: " seed.
+  if (g.RecordEvents) LogSeeded(g, d.rngNumber, seed);
   int32_t negative = -seed;
   switch (d.rngNumber) {
     case 1:

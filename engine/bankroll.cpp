@@ -94,6 +94,7 @@ Money Atm(Game& g, int seat, Money amount) {
     if (g.Ui) g.Ui->ShowMessage(box);
   }
   AddToBankroll(g, seat, amount);
+  if (g.RecordEvents) g.Events.AtmNet[seat] += amount;  // logged at the next roll
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({"frmBankroll"});
   return amount;
 }

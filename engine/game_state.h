@@ -13,6 +13,7 @@
 #include "engine/clock.h"
 #include "engine/money.h"
 #include "engine/user_interface.h"
+#include "stats/events_log.h"
 #include "stats/statistics.h"
 #include "storage/rules.h"
 
@@ -102,6 +103,7 @@ struct Game {
   bool RecordEvents = false;
   int32_t EventsLogCategories = -1;
   std::string EventsLogFile = "Events Log.txt";
+  EventsLog Events;  // the log's own settings, view and working values
   std::string OnlineGameName = "DiceHall Online";
   std::string HostName = "Host";
   // Online role of this table: 0 offline, 1 host, 2 client; a client's own seat. The

@@ -57,7 +57,7 @@ void PassDice(Game& g, int mode) {
   }
 
   if (chosen != 0) {
-    // Events log: "    The dice were passed to " + name, for modes 1 and 4.
+    if (g.RecordEvents && (mode == kPassAsked || mode == kPassLogged)) LogDicePassed(g, chosen);
     const int previous = t.Shooter;
     t.Shooter = chosen;
     if (handRunning && mode != kPassAsked && mode != kPassLogged) return;
@@ -181,7 +181,8 @@ bool RemovePlayer(Game& g, int seat) {
   g.BuyVigHeld[seat] = {};
   g.LayVigHeld[seat] = {};
   g.OnTable[seat] = Money{};
-  // 4. The events log's cashing-out line is written here once the log exists.
+  // 4. The events log's cashing-out line.
+  if (g.RecordEvents) LogCashedOut(g, seat, g.Rules.ReturnAbandonedBets ? Money{} : total);
 
   // 5. The session goes to the player's log; the seat is emptied.
   AddSessionRecord(g, seat, g.SessionsLogPath[seat]);
@@ -276,7 +277,7 @@ void MovePlayer(Game& g, int from, int to) {
   }
   SwapSeatStats(g.Stats, from, to);
   SwapShooterSeats(g.Table.Shooter, g.Table.HandShooter, g.Table.LastHandShooter, from, to);
-  // The events log's "moved to stick" line is written here once the log exists.
+  if (g.RecordEvents) LogPlayerMoved(g, from, to);
   if (g.Ui && !g.SilentMode)
     g.Ui->Refresh({"frmBetResults", "frmHands", "frmSummary", "frmRollTotals", "frmCheckStacks", "frmBetTrends"});
 }

@@ -126,7 +126,7 @@ void SettleBet(Game& g, int i, int result, int bet) {
   }
   if (bet >= bet::Come4 && bet <= bet::Come10) g.ComeBase[seat][bet - bet::Come4] = Money{};
 
-  // Events log: the won and lost lines are written here once the log exists.
+  if (g.RecordEvents) LogBetResult(g, seat, bet, payoff);
 
   for (int scope : kCountedScopes) g.Bankroll[scope + seat] += payoff;
   g.ContractBase[seat][bet] = Money{};
@@ -176,7 +176,7 @@ void MoveBet(Game& g, int seat, int from, int to) {
       TakeDown(g, seat, PointRow(BetFamily::Buy, p));
     }
   }
-  // Events log: the "moved to" line is written here once the log exists.
+  if (g.RecordEvents) LogBetMoved(g, seat, from, to, amount);
 }
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 #include "automation/auto_roll.h"
 #include "dice/roll_files.h"
@@ -11,6 +12,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/resolution.h"
+#include "stats/events_log.h"
 #include "stats/sessions_log.h"
 #include "storage/error_report.h"
 #include "storage/language_text.h"
@@ -21,7 +23,8 @@ void SetDefaultGame(Game& g) {
   DiceSources dice = g.Dice;  // the generators keep running across a new game
   AutomationState autoState = g.Auto;
   std::string folder = std::move(g.ProgramFolder);
-  g = Game{};
+  // A fresh game is large: it is made on the heap, never as a temporary on the stack.
+  g = std::move(*std::make_unique<Game>());
   g.ProgramFolder = std::move(folder);
   g.Ui = ui;
   g.Time = time;
@@ -204,14 +207,16 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   g.BankrollGraphScaleHigh = 150;
   g.StopReason.clear();
 
-  // 10. A new events log file per session is started here once the log exists.
+  // 10. Events log: a new file per session when asked.
+  if (g.RecordEvents) StartEventsLogSession(g);
   t.Point = t.PriorPoint = t.SecondPriorPoint = t.LastPoint = 0;
   t.HandShooter = t.Shooter;
 
   // 11. Dice roll file.
   ApplyDiceFileMode(g.Rolls, diceFileMode);
 
-  // 12. The session's header in the events log is written here once the log exists.
+  // 12. The session's header in the events log.
+  if (g.RecordEvents) LogSessionHeader(g);
 
   // 13. Seeding per session.
   if (g.Dice.reseedSessions) SeedRng(g, false);
@@ -383,7 +388,7 @@ void AfterResolution(Game& g, int pointBefore) {
       }
     }
   }
-  // The events log's bankroll lines and hand line are written here once the log exists.
+  if (g.RecordEvents) LogRollEnd(g);
   if (++g.BankrollGraphIndex > kBankrollGraphSize) g.BankrollGraphIndex = 1;
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
@@ -410,7 +415,8 @@ bool OneRoll(Game& g) {
   // 5. Available bankroll.
   for (int s = 1; s < kSeats; ++s) g.AvailableBankroll[s] = g.Bankroll[s] - g.OnTable[s];
 
-  // 6. What changed since the last roll goes to the events log here once the log exists.
+  // 6. What changed since the last roll, to the events log.
+  if (g.RecordEvents) LogChangesSinceLastRoll(g);
 
   // 7. Snapshots.
   for (int s = 1; s < kSeats; ++s) {
@@ -429,6 +435,7 @@ bool OneRoll(Game& g) {
     g.Dice.padPending = false;
     t.Die1 = g.Dice.padDie1;
     t.Die2 = g.Dice.padDie2;
+    if (g.RecordEvents) LogRollLine(g, RollSource::ManualPad);
   } else if (g.Rolls.PopupActive) {
     if (!ReadPopupRoll(g, g.Rolls)) return false;
   } else if (g.Rolls.RecorderState == 2) {
@@ -436,8 +443,10 @@ bool OneRoll(Game& g) {
   } else if (g.Percentage.PercentageDiceOn) {
     DrawCell(g.Percentage.Table, GeneratorCell(g.Dice, g.Stats.RollCount[kSessionScope][0]), t.Die1, t.Die2,
              g.Percentage.Fallback);
+    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
   } else {
     GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
+    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
   }
 
   // 10. Total and recording.
@@ -471,6 +480,7 @@ bool OneRoll(Game& g) {
   // 13. Point state machine.
   const int pointBefore = t.Point;
   CountPointStateMachine(g);
+  if (g.RecordEvents) LogOutcome(g, pointBefore);
   {
     // The roll's effect is known: its mark goes to the recording and the history.
     const int mark = RollMark(pointBefore, t.DiceTotal);
