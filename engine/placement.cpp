@@ -496,6 +496,9 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
 
   if (p.on && !p.text.empty())
     Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+  // 11. The windows that show bets follow. (Online tables tell the other side here once
+  // online play exists.)
+  if (change.raw != 0 && p.on) g.Ui->Refresh({"frmBetResults", "frmCheckStacks"});
   return change;
 }
 
@@ -505,7 +508,7 @@ Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int
   const Money applied = ChangeBet(g, seat, bet, change);
   if (applied.raw != 0 && !g.SilentMode && g.Ui) {
     if (!g.CheckSound.empty()) g.Ui->PlaySound(g.CheckSound, false);
-    g.Ui->Refresh({"table", "frmBetResults", "frmCheckStacks"});
+    g.Ui->Refresh({"table"});
   }
   // Online tables tell the other side here once online play exists.
   return applied;
