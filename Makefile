@@ -19,8 +19,9 @@ build: deps $(BUILD)/build.ninja
 # Until the desktop table exists, the main job is a short demo session of the simulator.
 run: build
 	./$(BUILD)/dicehall-sim --rolls 20000 --seed 2026 \
-	  --player Ann:1000 --player Bob:1000 \
-	  --bet "Ann:Pass Line=10" --bet "Bob:Pass Line=5"
+	  --player Ann:5000 --player Bob:3000 \
+	  --bet "Ann:Pass Line=10" --bet "Ann:Pass Line Odds=20" \
+	  --bet "Bob:Don't Pass=5" --bet "Bob:Place 8=12" --on-win "Bob=same-bet"
 
 test: build
 	cd $(BUILD) && ctest -j2 --output-on-failure
