@@ -25,6 +25,7 @@ enum TokenCode : std::int32_t {
   kCodeGosub = 15,
   kCodeOpenBracket = 20,
   kCodeCloseBracket = 21,
+  kCodeThru = 58,
   kCodeStatement = 100,  // plus the source line
   kCodeFunction = -1,
   kCodeFunctionTarget = -2,

@@ -1,0 +1,82 @@
+#pragma once
+// The Auto-Bet compiler: the chain of passes over one seat's token stream, and the join
+// of all active seats into the one program the interpreter walks after each roll. Plain
+// data and procedures; the engine holds an AutoBetProgram and passes in the seats' facts.
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "autobet/tokens.h"
+
+// Everything the compiler and the interpreter keep between runs. Record lists are
+// indexed from 0 with the script header at 0, so a label's or a jump's record index is
+// always above 0 and "value above 0" keeps telling a label entry from a literal.
+struct AutoBetProgram {
+  // Source lines by seat; [0] is the scratch list that hot keys and "Check Script" compile.
+  std::array<std::vector<std::string>, kPlayerSeats + 1> ScriptSource{};
+  // The lines of the seat selected in the editor, copied back before each full compilation.
+  std::vector<std::string> EditorLines;
+  std::vector<TokenRecord> ScriptRecords;  // the script being compiled
+  std::vector<StringEntry> ScriptStrings;  // its string pool, entry k at [k - 1]
+  std::vector<TokenRecord> ProgramRecords;  // all active seats, joined
+  std::vector<StringEntry> ProgramStrings;
+  std::vector<std::int32_t> ReturnStack;  // [0] is the count
+  bool ScriptsCompiled = false;
+};
+
+// What the compiler needs to know of the seats; index i is seat i + 1.
+struct SeatFacts {
+  std::array<std::string, kPlayerSeats> names{};
+  std::array<bool, kPlayerSeats> active{};
+  int selectedSeat = 0;  // the seat shown in the editor, 0 for none
+};
+
+// Compiles seat `player` (0: the scratch list) into ScriptRecords and ScriptStrings,
+// stopping at the first fault. On a fault both lists are left empty.
+CompileFault CompileAutobets(AutoBetProgram& program, int player, std::span<const std::string> playerNames);
+
+// The outcome of a full compilation: the seat whose script failed (0 when none), its
+// fault with the range, and the box the player is shown.
+struct CompileAllResult {
+  int seat = 0;
+  CompileFault fault;
+  std::string title;
+  std::string message;
+  bool Failed() const { return fault.Failed(); }
+};
+
+// Compiles every active seat (player 0) or the one seat `player`, and joins them into
+// ProgramRecords and ProgramStrings. ScriptsCompiled is set only when all succeeded.
+CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const SeatFacts& seats);
+
+// Appends one compiled script to a program, shifting its record indices and pool indices
+// past what is already there.
+void JoinScript(std::vector<TokenRecord>& programRecords, std::vector<StringEntry>& programStrings,
+                std::span<const TokenRecord> records, std::span<const StringEntry> strings);
+
+// ---- The passes, in chain order. Each reports its first fault with the statement's range.
+
+// Brackets, function arguments, list ends, list kinds, labels and duplicate labels.
+CompileFault CompileMisc(std::vector<TokenRecord>& records, std::vector<StringEntry>& strings,
+                         std::span<const std::string> lines);
+
+// Both sides of every `thru` are numbered bets of one family.
+CompileFault CompileThru(const std::vector<TokenRecord>& records, std::span<const std::string> lines);
+
+// ---- Helpers shared by the passes.
+
+inline bool IsStatementMarker(const TokenRecord& r) { return r.code >= kCodeStatement; }
+
+// The fault `message` over the statement that holds record `index`: from the statement's
+// column to where the next statement starts on the same line, or to the end of the line.
+CompileFault StatementFault(std::string message, const std::vector<TokenRecord>& records, std::size_t index,
+                            std::span<const std::string> lines);
+
+// The source line (from 1) of the statement that holds record `index`; 0 before the first.
+int StatementLine(const std::vector<TokenRecord>& records, std::size_t index);
+
+// How a function is called in messages, as the user writes it ("Lay", "DontComeOdds", "Sum").
+std::string FunctionDisplayName(int function);

@@ -1,0 +1,312 @@
+#include "autobet/compiler.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+struct CompileCase {
+  std::vector<std::string> lines;
+  const char* message;  // "" when the script compiles
+  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
+};
+
+std::ostream& operator<<(std::ostream& os, const CompileCase& c) {
+  for (const std::string& line : c.lines) os << line << " | ";
+  return os;
+}
+
+CompileFault CompileSeat(AutoBetProgram& program, const std::vector<std::string>& lines,
+                         std::vector<std::string> names = {}) {
+  program.ScriptSource[1] = lines;
+  return CompileAutobets(program, 1, names);
+}
+
+class CompileScriptTest : public testing::TestWithParam<CompileCase> {};
+
+TEST_P(CompileScriptTest, StopsAtTheFirstFaultWithItsRange) {
+  const CompileCase& c = GetParam();
+  AutoBetProgram program;
+  const CompileFault fault = CompileSeat(program, c.lines);
+  EXPECT_EQ(fault.message, c.message);
+  if (std::string(c.message).empty()) {
+    EXPECT_FALSE(fault.Failed());
+    ASSERT_FALSE(program.ScriptRecords.empty());
+    EXPECT_EQ(program.ScriptRecords[0], (TokenRecord{kCodeScriptHeader, 1}));
+    EXPECT_EQ(program.ReturnStack.size(), 21u);
+    return;
+  }
+  EXPECT_EQ(fault.firstLine, c.firstLine);
+  EXPECT_EQ(fault.firstColumn, c.firstColumn);
+  EXPECT_EQ(fault.lastLine, c.lastLine);
+  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  // Nothing of a failed compilation is kept.
+  EXPECT_TRUE(program.ScriptRecords.empty());
+  EXPECT_TRUE(program.ScriptStrings.empty());
+}
+
+const char* const kAnyMessage =
+    "Lists defined by \"Any\" must be enclosed in brackets.\nFor example:\n"
+    "      Any(Big6, Field, Checkstacks)\n      Any[4,5,6,8,9,10]";
+const char* const kAllMessage =
+    "Lists defined by \"All\" must be enclosed in brackets.\nFor example:\n"
+    "      All(inside place bets)\n      All[Field, PassLine, Hard4]";
+const char* const kSurroundingMessage =
+    "Incompatible operands surrounding 'thru'.\n"
+    "Variables to the left and right of 'thru' should be similar bet types, checkstacks, or checkstack names.\n"
+    "For example:\n     Lay4 thru Lay6\n     cs5 thru cs10\n     DontComeOdds5 thru DontComeOdds9";
+
+INSTANTIATE_TEST_SUITE_P(
+    CompileMiscAndThru, CompileScriptTest,
+    testing::Values(
+        // Scripts that pass every pass in the chain.
+        CompileCase{{"Bet 5 on Field"}, ""},
+        CompileCase{{"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}, ""},
+        CompileCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
+        CompileCase{{"if any(big6, field) and all[place6, place8] then", "endif"}, ""},
+        CompileCase{{"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}, ""},
+        CompileCase{{"bet 5 on place4 thru place10", "bet 5 on Lay(4) thru Lay(6)", "cs5 thru cs10 = 0"}, ""},
+        CompileCase{{"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}, ""},
+        CompileCase{{"show message \"(\" & \")\""}, ""},  // brackets in strings are text
+        // Bracket balance: from the statement's first bracket to its end.
+        CompileCase{{"bet 5 on (field"}, "Missing or improperly placed parenthesis.", 1, 9, 1, 15},
+        CompileCase{{"bet 5 on field", "cs1 = 5 : bet 5 on field)"},
+                    "Missing or improperly placed parenthesis.",
+                    2,
+                    24,
+                    2,
+                    25},
+        CompileCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
+        CompileCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
+        CompileCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
+        // Function arguments.
+        CompileCase{{"bet 5 on lay"}, "Missing or inappropriate reference to Lay bet.", 1, 0, 1, 12},
+        CompileCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
+                    "Missing or inappropriate reference to Hard bet.",
+                    2,
+                    0,
+                    2,
+                    13},
+        CompileCase{{"cs1 = sum"}, "Missing or inappropriate reference to Sum.", 1, 0, 1, 9},
+        CompileCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
+        // List kinds; the condition between IF and THEN is a statement of its own.
+        CompileCase{{"if any field then", "endif"}, kAnyMessage, 1, 3, 1, 12},
+        CompileCase{{"if all [field] and all place6 then", "endif"}, kAllMessage, 1, 3, 1, 29},
+        // Duplicate labels, reported at the later one with the line of the earlier.
+        CompileCase{{"\"Start\"", "bet 5 on field", "\"start \""}, "A duplicate label exists in line 1", 3, 0, 3, 8},
+        CompileCase{{"100", "bet 5 on field", "100.0"}, "A duplicate line number exists in line 1", 3, 0, 3, 5},
+        CompileCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
+        CompileCase{{"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""},
+                    "A duplicate label exists in line 2",
+                    3,
+                    10,
+                    3,
+                    13},
+        // Thru.
+        CompileCase{{"bet 5 on place4 thru"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
+        CompileCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
+        CompileCase{{"bet 5 on place4 thru 6"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 22},
+        CompileCase{{"bet 5 on place4 thru player2"},
+                    "Missing or incompatible operand following 'thru'.",
+                    1,
+                    0,
+                    1,
+                    28},
+        CompileCase{{"bet 5 on place4 thru field"}, "Incompatible operand following 'thru'.", 1, 0, 1, 26},
+        CompileCase{{"cs1 = 1", "thru place6"}, "Missing operand preceding 'thru'.", 2, 0, 2, 11},
+        CompileCase{{"bet 5 on thru place6"}, "Missing or incompatible operand preceding 'thru'.", 1, 0, 1, 20},
+        CompileCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
+        CompileCase{{"bet 5 on passline thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 29},
+        CompileCase{{"bet 5 on lay4 thru place6"}, kSurroundingMessage, 1, 0, 1, 25},
+        CompileCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
+        CompileCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
+        // The tokeniser's faults still come first and keep their own range.
+        CompileCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
+
+// ---- What CompileMisc leaves in the records ----
+
+std::vector<TokenRecord> Records(const AutoBetProgram& program) { return program.ScriptRecords; }
+
+TEST(CompileMiscRecords, ListFunctionsAndListKindsEndTheirListsAfterTheClosingBracket) {
+  AutoBetProgram program;
+  ASSERT_FALSE(CompileSeat(program, {"cs1 = sum(highest(field, 2)) + abs(any[1])"}).Failed());
+  const std::vector<TokenRecord> expected = {
+      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariable, 201}, {50, 0},
+      {kCodeFunction, 130},   {20, 0},          {kCodeFunction, 126}, {20, 0},
+      {kCodeVariable, 49},    {75, 0},          {kCodeNumber, 2},     {21, 0},
+      {kCodeEndOfList, 0},    {21, 0},          {kCodeEndOfList, 0},  {65, 0},
+      {kCodeFunction, 102},   {20, 0},          {kCodeListKind, 2},   {20, 0},
+      {kCodeNumber, 1},       {21, 0},          {kCodeEndOfList, 0},  {21, 0}};
+  EXPECT_EQ(Records(program), expected);
+}
+
+TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
+  AutoBetProgram program;
+  ASSERT_FALSE(CompileSeat(program, {"\"Make bets\"", "bet 5 on field : 100", "show message \"hi\""}).Failed());
+  const std::vector<TokenRecord>& r = program.ScriptRecords;
+  ASSERT_EQ(r.size(), 13u);
+  EXPECT_EQ(r[2], (TokenRecord{kCodeLabel, 1}));
+  EXPECT_EQ(r[9], (TokenRecord{kCodeLabel, 3}));
+  EXPECT_EQ(r[12], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
+  const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 9}};
+  EXPECT_EQ(program.ScriptStrings, strings);
+}
+
+TEST(CompileMiscRecords, EmptyAndSpecialStringsAloneAreNoLabels) {
+  AutoBetProgram program;
+  ASSERT_FALSE(CompileSeat(program, {"\"\"", "date$"}).Failed());
+  EXPECT_EQ(program.ScriptRecords[2], (TokenRecord{kCodeString, 0}));
+  EXPECT_EQ(program.ScriptRecords[4], (TokenRecord{kCodeString, -1}));
+  EXPECT_TRUE(program.ScriptStrings.empty());
+}
+
+TEST(CompileMiscRecords, FractionalNumberLabelsKeepTheirDigits) {
+  AutoBetProgram program;
+  ASSERT_FALSE(CompileSeat(program, {"1.5", "15"}).Failed());
+  const std::vector<StringEntry> strings = {{"1.5", 2}, {"15", 4}};
+  EXPECT_EQ(program.ScriptStrings, strings);
+}
+
+// ---- Joining the seats ----
+
+TEST(CompileJoin, ShiftsRecordIndicesAndPoolIndicesPastWhatIsJoined) {
+  std::vector<TokenRecord> program = {{kCodeScriptHeader, 1}, {101, 0}, {kCodeLabel, 1}};
+  std::vector<StringEntry> strings = {{"a", 2}};
+  const std::vector<TokenRecord> script = {
+      {kCodeScriptHeader, 2}, {101, 0},         {kCodeLabel, 1},     {102, 0},          {kCodeIf, 0},
+      {102, 5},               {kCodeThen, 9},   {kCodeGoto, 0},      {kCodeString, 2},  {kCodeNumber, 7},
+      {kCodeString, 3},       {kCodeString, 0}, {kCodeString, -15},  {kCodeGosub, 0},   {kCodeString, 2},
+      {kCodeFunction, 130},   {17, 4},          {kCodeEndOfList, 0}};
+  const std::vector<StringEntry> scriptStrings = {{"b", 2}, {"", 0}, {"x", 0}};
+  JoinScript(program, strings, script, scriptStrings);
+  const std::vector<TokenRecord> expected = {
+      {kCodeScriptHeader, 1}, {101, 0},       {kCodeLabel, 1},    {kCodeScriptHeader, 2}, {101, 0},
+      {kCodeLabel, 2},        {102, 0},       {kCodeIf, 0},       {102, 5},               {kCodeThen, 12},
+      {kCodeGoto, 0},         {kCodeString, 5}, {kCodeNumber, 7},  {kCodeString, 4},       {kCodeString, 0},
+      {kCodeString, -15},     {kCodeGosub, 0}, {kCodeString, 5},  {kCodeFunction, 130},   {17, 7},
+      {kCodeEndOfList, 0}};
+  EXPECT_EQ(program, expected);
+  const std::vector<StringEntry> joined = {{"a", 2}, {"b", 5}, {"", 0}, {"x", 0}};
+  EXPECT_EQ(strings, joined);
+}
+
+// After the references are organised, pieces follow the variable or the function's argument.
+struct ThruShapeCase {
+  std::vector<TokenRecord> records;
+  const char* message;
+};
+
+class CompileThruShapes : public testing::TestWithParam<ThruShapeCase> {};
+
+TEST_P(CompileThruShapes, FindsTheOperandPastItsPieces) {
+  const std::vector<std::string> lines = {"bet 5 on it"};
+  EXPECT_EQ(CompileThru(GetParam().records, lines).message, GetParam().message);
+}
+
+constexpr TokenRecord kHead{kCodeScriptHeader, 1}, kLine1{101, 0}, kThru{kCodeThru, 0};
+constexpr TokenRecord kP14{kCodePlayer, 14}, kH3{kCodeTime, 3}, kX1{kCodeCounted, 1}, kY34{kCodeModifier, 34};
+
+INSTANTIATE_TEST_SUITE_P(
+    OrganisedReferences, CompileThruShapes,
+    testing::Values(
+        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 31}, kP14, kH3, kX1, kY34, kThru, {kCodeVariable, 36}, kP14,
+                       kH3, kX1, kY34},
+                      ""},
+        ThruShapeCase{{kHead, kLine1, {kCodeFunction, 6}, {20, 0}, {kCodeNumber, 4}, {21, 0}, kP14, kH3, kX1, kY34,
+                       kThru, {kCodeVariable, 36}, kP14},
+                      ""},
+        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kP14, kThru, {kCodeVariable, 31}, kP14},
+                      kSurroundingMessage},
+        ThruShapeCase{{kHead, kLine1, {20, 0}, {kCodeVariable, 205}, {21, 0}, kThru, {kCodeVariable, 210}},
+                      "Missing or incompatible operand preceding 'thru'."},
+        ThruShapeCase{{kHead, kLine1, kP14, kThru, {kCodeVariable, 210}},
+                      "Missing or incompatible operand preceding 'thru'."},
+        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kThru, {102, 0}, {kCodeVariable, 210}},
+                      "Missing operand following 'thru'."}));
+
+SeatFacts Seats(std::initializer_list<int> active) {
+  SeatFacts seats;
+  for (int i = 0; i < kPlayerSeats; ++i) seats.names[i] = "Player " + std::to_string(i + 1);
+  seats.names[1] = "Ann";
+  for (int seat : active) seats.active[seat - 1] = true;
+  return seats;
+}
+
+TEST(CompileAll, JoinsTheActiveSeatsInSeatOrder) {
+  AutoBetProgram program;
+  program.ScriptSource[2] = {"\"top\"", "bet 5 on field"};
+  program.ScriptSource[5] = {"\"top\"", "bet 5 on ann"};  // labels of different seats never clash
+  program.ScriptSource[3] = {"this is no script"};      // inactive: not compiled
+  const CompileAllResult result = CompileALLAutobets(program, 0, Seats({2, 5}));
+  ASSERT_FALSE(result.Failed()) << result.fault.message;
+  EXPECT_TRUE(program.ScriptsCompiled);
+  const std::vector<TokenRecord> expected = {
+      {kCodeScriptHeader, 2}, {101, 0}, {kCodeLabel, 1}, {102, 0},       {kCodeAction, 481}, {kCodeNumber, 5},
+      {57, 0},                {kCodeVariable, 49},       {kCodeScriptHeader, 5},          {101, 0},
+      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},       {kCodePlayer, 2}};
+  EXPECT_EQ(program.ProgramRecords, expected);
+  const std::vector<StringEntry> strings = {{"top", 2}, {"top", 10}};
+  EXPECT_EQ(program.ProgramStrings, strings);
+}
+
+TEST(CompileAll, OneSeatCompilesOnlyThatSeat) {
+  AutoBetProgram program;
+  program.ScriptSource[2] = {"bet 5 on field"};
+  program.ScriptSource[5] = {"bet 5 on (field"};
+  const CompileAllResult result = CompileALLAutobets(program, 2, Seats({2, 5}));
+  ASSERT_FALSE(result.Failed()) << result.fault.message;
+  EXPECT_EQ(program.ProgramRecords.front(), (TokenRecord{kCodeScriptHeader, 2}));
+  EXPECT_EQ(program.ProgramRecords.size(), 6u);
+}
+
+TEST(CompileAll, AFaultNamesThePlayerAndKeepsNoProgram) {
+  AutoBetProgram program;
+  program.ProgramRecords = {{kCodeScriptHeader, 1}};
+  program.ScriptsCompiled = true;
+  program.ScriptSource[1] = {"bet 5 on field"};
+  program.ScriptSource[2] = {"bet 5 on field", "bet 5 on lay"};
+  const CompileAllResult result = CompileALLAutobets(program, 0, Seats({1, 2}));
+  ASSERT_TRUE(result.Failed());
+  EXPECT_EQ(result.seat, 2);
+  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
+  EXPECT_EQ(result.fault.firstLine, 2);
+  EXPECT_EQ(result.title, "Auto-bet script error");
+  EXPECT_EQ(result.message,
+            "Ann's auto-bet script contains an error which must be corrected before you can run it.\n\n"
+            "Select Ann on the auto-bet screen and click the \"Check Script\" button to see the error.");
+  EXPECT_FALSE(program.ScriptsCompiled);
+  EXPECT_TRUE(program.ProgramRecords.empty());
+  EXPECT_TRUE(program.ProgramStrings.empty());
+}
+
+TEST(CompileAll, TheEditorsLinesGoBackToTheSelectedSeatFirst) {
+  AutoBetProgram program;
+  program.ScriptSource[4] = {"bet 5 on field"};
+  program.EditorLines = {"bet 5 on lay"};
+  SeatFacts seats = Seats({4});
+  seats.selectedSeat = 4;
+  const CompileAllResult result = CompileALLAutobets(program, 0, seats);
+  EXPECT_EQ(program.ScriptSource[4], program.EditorLines);
+  EXPECT_EQ(result.seat, 4);
+  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
+}
+
+TEST(CompileAll, NoActiveSeatIsAnEmptyCompiledProgram) {
+  AutoBetProgram program;
+  program.ScriptSource[1] = {"bet 5 on (field"};
+  EXPECT_FALSE(CompileALLAutobets(program, 0, Seats({})).Failed());
+  EXPECT_TRUE(program.ScriptsCompiled);
+  EXPECT_TRUE(program.ProgramRecords.empty());
+}
+
+TEST(CompileAutobetsScratch, SeatZeroCompilesTheScratchList) {
+  AutoBetProgram program;
+  program.ScriptSource[0] = {"bet 5 on hard"};
+  program.ScriptSource[1] = {"bet 5 on field"};
+  const CompileFault fault = CompileAutobets(program, 0, {});
+  EXPECT_EQ(fault.message, "Missing or inappropriate reference to Hard bet.");
+}
+
+}  // namespace
