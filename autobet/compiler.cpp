@@ -145,7 +145,10 @@ CompileFault CompileAutobets(AutoBetProgram& program, int player, std::span<cons
   CompileFault fault =
       TokeniseScript(player, lines, playerNames, program.ScriptRecords, program.ScriptStrings);
   if (!fault.Failed()) fault = CompileMisc(program.ScriptRecords, program.ScriptStrings, lines);
+  if (!fault.Failed())
+    fault = CompileVariablesOrganize(program.ScriptRecords, lines, player ? player : program.SelectedSeat);
   if (!fault.Failed()) fault = CompileThru(program.ScriptRecords, lines);
+  if (!fault.Failed()) fault = CompileLogic(program.ScriptRecords, program.ScriptStrings, lines);
   if (fault.Failed()) {
     program.ScriptRecords.clear();
     program.ScriptStrings.clear();

@@ -25,6 +25,8 @@ struct AutoBetProgram {
   std::vector<StringEntry> ProgramStrings;
   std::vector<std::int32_t> ReturnStack;  // [0] is the count
   bool ScriptsCompiled = false;
+  // Whose references a scratch script (seat 0) means when it names no player.
+  int SelectedSeat = 0;
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.
@@ -63,8 +65,22 @@ void JoinScript(std::vector<TokenRecord>& programRecords, std::vector<StringEntr
 CompileFault CompileMisc(std::vector<TokenRecord>& records, std::vector<StringEntry>& strings,
                          std::span<const std::string> lines);
 
+// Free reference words into fixed groups (variable, then player, time, X, Y pieces with
+// their defaults); `owner` is the seat a reference without a player belongs to.
+CompileFault CompileVariablesOrganize(std::vector<TokenRecord>& records, std::span<const std::string> lines,
+                                      int owner);
+
 // Both sides of every `thru` are numbered bets of one family.
 CompileFault CompileThru(const std::vector<TokenRecord>& records, std::span<const std::string> lines);
+
+// Links IF/THEN/ELSEIF/ELSE/ENDIF and DO/EXITDO/LOOP by the record indices they jump to,
+// and points each GOTO/GOSUB reference at its label's record (label entries are first
+// brought up to where their records now stand). With `indentLines` (the editor's lines of
+// this script, auto-indent on) a cleanly linked script is re-indented three blanks per
+// block depth, statement columns follow, and `lineDepths` gets the depths.
+CompileFault CompileLogic(std::vector<TokenRecord>& records, std::vector<StringEntry>& strings,
+                          std::span<const std::string> lines, std::vector<std::string>* indentLines = nullptr,
+                          std::vector<int>* lineDepths = nullptr);
 
 // ---- Helpers shared by the passes.
 

@@ -133,9 +133,10 @@ TEST(CompileMiscRecords, ListFunctionsAndListKindsEndTheirListsAfterTheClosingBr
   AutoBetProgram program;
   ASSERT_FALSE(CompileSeat(program, {"cs1 = sum(highest(field, 2)) + abs(any[1])"}).Failed());
   const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariable, 201}, {50, 0},
+      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariable, 201}, {kCodePlayer, 1}, {50, 0},
       {kCodeFunction, 130},   {20, 0},          {kCodeFunction, 126}, {20, 0},
-      {kCodeVariable, 49},    {75, 0},          {kCodeNumber, 2},     {21, 0},
+      {kCodeVariable, 49},    {kCodePlayer, 1}, {kCodeTime, 3},       {kCodeCounted, 1}, {kCodeModifier, 34},
+      {75, 0},                {kCodeNumber, 2}, {21, 0},
       {kCodeEndOfList, 0},    {21, 0},          {kCodeEndOfList, 0},  {65, 0},
       {kCodeFunction, 102},   {20, 0},          {kCodeListKind, 2},   {20, 0},
       {kCodeNumber, 1},       {21, 0},          {kCodeEndOfList, 0},  {21, 0}};
@@ -146,11 +147,11 @@ TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
   AutoBetProgram program;
   ASSERT_FALSE(CompileSeat(program, {"\"Make bets\"", "bet 5 on field : 100", "show message \"hi\""}).Failed());
   const std::vector<TokenRecord>& r = program.ScriptRecords;
-  ASSERT_EQ(r.size(), 13u);
+  ASSERT_EQ(r.size(), 17u);
   EXPECT_EQ(r[2], (TokenRecord{kCodeLabel, 1}));
-  EXPECT_EQ(r[9], (TokenRecord{kCodeLabel, 3}));
-  EXPECT_EQ(r[12], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
-  const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 9}};
+  EXPECT_EQ(r[13], (TokenRecord{kCodeLabel, 3}));
+  EXPECT_EQ(r[16], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
+  const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 13}};
   EXPECT_EQ(program.ScriptStrings, strings);
 }
 
@@ -244,10 +245,11 @@ TEST(CompileAll, JoinsTheActiveSeatsInSeatOrder) {
   EXPECT_TRUE(program.ScriptsCompiled);
   const std::vector<TokenRecord> expected = {
       {kCodeScriptHeader, 2}, {101, 0}, {kCodeLabel, 1}, {102, 0},       {kCodeAction, 481}, {kCodeNumber, 5},
-      {57, 0},                {kCodeVariable, 49},       {kCodeScriptHeader, 5},          {101, 0},
-      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},       {kCodePlayer, 2}};
+      {57, 0},                {kCodeVariable, 49},       {kCodePlayer, 2},                {kCodeTime, 3},
+      {kCodeCounted, 1},      {kCodeModifier, 34},       {kCodeScriptHeader, 5},          {101, 0},
+      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},       {kCodeNumber, 2}};
   EXPECT_EQ(program.ProgramRecords, expected);
-  const std::vector<StringEntry> strings = {{"top", 2}, {"top", 10}};
+  const std::vector<StringEntry> strings = {{"top", 2}, {"top", 14}};
   EXPECT_EQ(program.ProgramStrings, strings);
 }
 
@@ -258,7 +260,7 @@ TEST(CompileAll, OneSeatCompilesOnlyThatSeat) {
   const CompileAllResult result = CompileALLAutobets(program, 2, Seats({2, 5}));
   ASSERT_FALSE(result.Failed()) << result.fault.message;
   EXPECT_EQ(program.ProgramRecords.front(), (TokenRecord{kCodeScriptHeader, 2}));
-  EXPECT_EQ(program.ProgramRecords.size(), 6u);
+  EXPECT_EQ(program.ProgramRecords.size(), 10u);
 }
 
 TEST(CompileAll, AFaultNamesThePlayerAndKeepsNoProgram) {

@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "autobet/compiler.h"
+
+// Readable failures: a record as its code and value.
+static void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
+
+namespace {
+
+constexpr int kSeat = 3;  // the compiled seat: the owner of references that name no player
+
+TokenRecord M(int line, int column) { return {kCodeStatement + line, static_cast<double>(column)}; }
+TokenRecord V(int n) { return {kCodeVariable, static_cast<double>(n)}; }
+TokenRecord F(int n) { return {kCodeFunction, static_cast<double>(n)}; }
+TokenRecord P(int n) { return {kCodePlayer, static_cast<double>(n)}; }
+TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
+TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
+TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
+TokenRecord N(double n) { return {kCodeNumber, n}; }
+TokenRecord Op(int code) { return {code, 0}; }
+const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), kEq = Op(50), kComma = Op(75),
+                  kEnd = Op(kCodeEndOfList);
+
+// "cs1 = ..." starts every expression case: checkstack 1 of the owner, then the operator.
+std::vector<TokenRecord> Cs1Is(std::vector<TokenRecord> rest) {
+  std::vector<TokenRecord> out = {M(1, 0), V(201), P(kSeat), kEq};
+  out.insert(out.end(), rest.begin(), rest.end());
+  return out;
+}
+
+struct OrganiseCase {
+  std::vector<std::string> lines;
+  std::vector<TokenRecord> records;  // everything after the header, when it compiles
+  const char* message = "";
+  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
+};
+
+std::ostream& operator<<(std::ostream& os, const OrganiseCase& c) {
+  for (const std::string& line : c.lines) os << line << " | ";
+  return os;
+}
+
+class CompileVariablesOrganizeTest : public testing::TestWithParam<OrganiseCase> {};
+
+TEST_P(CompileVariablesOrganizeTest, GroupsReferencesOrStopsAtTheFirstFault) {
+  const OrganiseCase& c = GetParam();
+  AutoBetProgram program;
+  program.ScriptSource[kSeat] = c.lines;
+  const std::vector<std::string> names = {"", "Ann"};
+  const CompileFault fault = CompileAutobets(program, kSeat, names);
+  EXPECT_EQ(fault.message, c.message);
+  if (std::string(c.message).empty()) {
+    ASSERT_FALSE(program.ScriptRecords.empty());
+    EXPECT_EQ(program.ScriptRecords.front(), (TokenRecord{kCodeScriptHeader, kSeat}));
+    const std::vector<TokenRecord> rest(program.ScriptRecords.begin() + 1, program.ScriptRecords.end());
+    EXPECT_EQ(rest, c.records);
+    return;
+  }
+  EXPECT_EQ(fault.firstLine, c.firstLine);
+  EXPECT_EQ(fault.firstColumn, c.firstColumn);
+  EXPECT_EQ(fault.lastLine, c.lastLine);
+  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+}
+
+OrganiseCase Fault(std::string line, const char* message) {
+  const int end = static_cast<int>(line.size());
+  return OrganiseCase{{std::move(line)}, {}, message, 1, 0, 1, end};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Groups, CompileVariablesOrganizeTest,
+    testing::Values(
+        // A bet alone: the owner's current amount in this session.
+        OrganiseCase{{"cs1 = passline"}, Cs1Is({V(43), P(kSeat), H(3), X(1), Y(34)})},
+        // Wins are measured on the last roll.
+        OrganiseCase{{"cs1 = wins passline"}, Cs1Is({V(43), P(kSeat), H(3), X(2), Y(29)})},
+        // Pieces in any order, each written one kept.
+        OrganiseCase{{"cs1 = total wins last session field player2"}, Cs1Is({V(49), P(2), H(4), X(2), Y(0)})},
+        OrganiseCase{{"cs1 = player2 field last hand losses"}, Cs1Is({V(49), P(2), H(2), X(3), Y(29)})},
+        // Shooter and the like stay as run-time players inside a group.
+        OrganiseCase{{"cs1 = field shooter"}, Cs1Is({V(49), P(10), H(3), X(1), Y(34)})},
+        // "# rolls since last" with a bet measures the bet, in either order and either form.
+        OrganiseCase{{"cs1 = # rolls since last hard6"}, Cs1Is({V(54), P(kSeat), H(3), X(1), Y(27)})},
+        OrganiseCase{{"cs1 = hard6 wins # rolls since last"}, Cs1Is({V(54), P(kSeat), H(3), X(2), Y(27)})},
+        OrganiseCase{{"cs1 = hard(6) # rolls since last"},
+                     Cs1Is({F(9), kOpen, N(6), kClose, P(kSeat), H(3), X(1), Y(27)})},
+        // Alone it is the dice statistic of the owner.
+        OrganiseCase{{"cs1 = # rolls since last"}, Cs1Is({V(4505), P(kSeat), H(3), X(0), Y(0)})},
+        // Expected value is known of the net %.
+        OrganiseCase{{"cs1 = expected value passline"}, Cs1Is({V(43), P(kSeat), H(3), X(5), Y(32)})},
+        OrganiseCase{{"cs1 = expected value net passline"}, Cs1Is({V(43), P(kSeat), H(3), X(4), Y(32)})},
+        // Group sizes by V number, with the table-wide counters counting every seat.
+        OrganiseCase{{"cs1 = bankroll"}, Cs1Is({V(1301), P(kSeat), H(3)})},
+        OrganiseCase{{"cs1 = hrs last session"}, Cs1Is({V(1200), P(0), H(4)})},
+        OrganiseCase{{"cs1 = # passes"}, Cs1Is({V(2602), P(0), H(3), Y(34)})},
+        OrganiseCase{{"cs1 = # points player2"}, Cs1Is({V(4606), P(2), H(3), X(6), Y(0)})},
+        OrganiseCase{{"cs1 = answer"}, Cs1Is({V(5697)})},
+        // Functions carry their pieces after the argument; the argument is organised first.
+        OrganiseCase{{"bet 5 on place(cs1) player2"},
+                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), F(6), kOpen, V(201), P(kSeat), kClose, P(2), H(3),
+                      X(1), Y(34)}},
+        OrganiseCase{{"cs1 = # rolls(12) 11 dice totals"},
+                     Cs1Is({F(28), kOpen, N(12), kClose, P(0), H(3), X(30), Y(29)})},
+        OrganiseCase{{"cs1 = # rolls(8)"}, Cs1Is({F(28), kOpen, N(8), kClose, P(0), H(3), X(0), Y(34)})},
+        OrganiseCase{{"cs1 = % points(6)"}, Cs1Is({F(47), kOpen, N(6), kClose, P(0), H(3), X(6), Y(0)})},
+        OrganiseCase{{"cs1 = cs(2) player4"}, Cs1Is({F(21), kOpen, N(2), kClose, P(4)})},
+        OrganiseCase{{"cs1 = sum(passline, field shooter)"},
+                     Cs1Is({F(130), kOpen, V(43), P(kSeat), H(3), X(1), Y(34), kComma, V(49), P(10), H(3), X(1),
+                            Y(34), kClose, kEnd})},
+        // A player word standing alone is a value: a seat, or who holds a role now.
+        OrganiseCase{{"cs1 = player2 + ann"}, Cs1Is({N(2), Op(65), N(2)})},
+        OrganiseCase{{"cs1 = shooter * autobettor"}, Cs1Is({V(5200), Op(61), V(5204)})},
+        OrganiseCase{{"cs1 = original shooter"}, Cs1Is({V(5202)})},
+        // Every statement is organised on its own.
+        OrganiseCase{{"cs1 = passline : cs2 = field player1", "", "bet 5 on hard6 shooter"},
+                     {M(1, 0), V(201), P(kSeat), kEq, V(43), P(kSeat), H(3), X(1), Y(34), M(1, 17), V(202), P(kSeat),
+                      kEq, V(49), P(1), H(3), X(1), Y(34), M(3, 0), {kCodeAction, 481}, N(5), Op(57), V(54), P(10),
+                      H(3), X(1), Y(34)}},
+        // Ranges keep every member's pieces.
+        OrganiseCase{{"bet 5 on place4 thru place10 last hand"},
+                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), V(31), P(kSeat), H(3), X(1), Y(34), Op(kCodeThru),
+                      V(36), P(kSeat), H(2), X(1), Y(34)}}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, CompileVariablesOrganizeTest,
+    testing::Values(
+        Fault("cs1 = passline field", "Ambiguous variable references"),
+        Fault("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
+        Fault("cs1 = passline player1 player2", "Ambiguous player references"),
+        Fault("cs1 = passline last hand last session", "Ambiguous hand references"),
+        Fault("cs1 = wins losses passline", "Ambiguous variable modifiers"),
+        Fault("cs1 = total high wins passline", "Ambiguous variable modifiers"),
+        Fault("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
+        // Inside brackets too.
+        Fault("bet 5 on place(cs1 cs2)", "Ambiguous variable references"),
+        Fault("cs1 = sum(field, passline player1 shooter)", "Ambiguous player references"),
+        // Measures that need resolved wagers.
+        Fault("cs1 = high passline", "Ambiguous variable references\n'High' only applies to resolved wagers."),
+        Fault("cs1 = total $ wagers field", "Ambiguous variable references\n'Total' only applies to resolved wagers."),
+        Fault("cs1 = low $ field", "Ambiguous variable references\n'Low' only applies to resolved wagers."),
+        Fault("cs1 = # rolls since last net passline",
+              "Ambiguous variable references\n'# rolls since last' only applies to wagers, wins, and losses."),
+        Fault("cs1 = expected value wins passline",
+              "Ambiguous variable references\n'Expected value' only available as net or net %"),
+        // States of a bet exist only now.
+        Fault("cs1 = working passline last session", "'Working' only applies to current hand or session."),
+        Fault("cs1 = called on place6 last hand", "'Called on' only applies to current hand or session."),
+        Fault("cs1 = called off place6 all sessions", "'Called off' only applies to current hand or session."),
+        Fault("cs1 = vig buy4 last hand", "'Vig' only applies to current hand or session."),
+        Fault("cs1 = autowork on comeout roll place6 last session",
+              "'Work on comeout roll' only applies to current hand or session."),
+        Fault("cs1 = prior wins passline", "'Prior' only applies to tendered wagers."),
+        Fault("cs1 = prior passline last session",
+              "'Prior' only applies to current hand, current session, or all sessions."),
+        Fault("cs1 = current losses passline", "'Current' only applies to tendered wagers."),
+        Fault("cs1 = current $ passline last hand",
+              "'Current' only applies to\ncurrent hand, current session, or all sessions."),
+        // Pieces the variable does not take, and pieces with no variable.
+        Fault("cs1 = cs2 last session", "Ambiguous variable references"),
+        Fault("cs1 = answer player2", "Ambiguous variable references"),
+        Fault("cs1 = # passes wins", "Ambiguous variable references"),
+        Fault("cs1 = passline 11 dice totals", "Ambiguous variable references"),
+        Fault("cs1 = abs(cs2) player2", "Ambiguous variable references"),
+        Fault("cs1 = player2 last session", "Ambiguous variable references"),
+        Fault("cs1 = wins", "Ambiguous variable references"),
+        // Written rolls outside what the statistic counts.
+        Fault("cs1 = # rolls(13) 11 dice totals", "Reference to rolls out of limits."),
+        Fault("cs1 = # rolls(6.7) 21 combo", "Reference to rolls out of limits."),
+        Fault("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
+        Fault("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
+        // The range is the statement, not the line.
+        OrganiseCase{{"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"},
+                     {},
+                     "Ambiguous variable references",
+                     2,
+                     10,
+                     2,
+                     30}));
+
+// A scratch script belongs to the seat selected in the editor; with none, a wager has no owner.
+TEST(CompileVariablesOrganizeScratch, TheSelectedSeatOwnsAScratchScript) {
+  AutoBetProgram program;
+  program.ScriptSource[0] = {"cs1 = passline"};
+  program.SelectedSeat = 4;
+  ASSERT_FALSE(CompileAutobets(program, 0, {}).Failed());
+  EXPECT_EQ(program.ScriptRecords[3], P(4));
+  EXPECT_EQ(program.ScriptRecords[6], P(4));
+}
+
+TEST(CompileVariablesOrganizeScratch, WagersWithNoSingleOwnerAreRefused) {
+  AutoBetProgram program;
+  program.ScriptSource[0] = {"cs1 = wins passline player2 + place bets"};
+  const CompileFault fault = CompileAutobets(program, 0, {});
+  EXPECT_EQ(fault.message,
+            "Wagers must be referenced by individual players.  If all players are desired then include the "
+            "separate players in an expression or function.  For example, \n"
+            "Expression: passline player1 + passline player2\n"
+            "Function: sum(passline player4, passline player6)");
+  EXPECT_EQ(fault.firstLine, 1);
+  // Wins need no single owner, nor do wagers that name one.
+  program.ScriptSource[0] = {"cs1 = wins passline + place bets player2"};
+  EXPECT_FALSE(CompileAutobets(program, 0, {}).Failed());
+}
+
+// Called directly, the pass leaves the header and everything between references alone.
+TEST(CompileVariablesOrganizeDirect, KeepsDelimitersAndBracketValues) {
+  std::vector<TokenRecord> records = {{kCodeScriptHeader, 2}, M(1, 0), {kCodeListKind, 2}, kOpen, N(4),
+                                      kComma, V(33), kClose, kEnd, Op(71), {kCodeString, 1}};
+  const std::vector<std::string> lines = {"any(4, place6) and \"x\""};
+  ASSERT_FALSE(CompileVariablesOrganize(records, lines, 2).Failed());
+  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 2}, M(1, 0), {kCodeListKind, 2}, kOpen, N(4),
+                                             kComma, V(33), P(2), H(3), X(1), Y(34), kClose, kEnd, Op(71),
+                                             {kCodeString, 1}};
+  EXPECT_EQ(records, expected);
+}
+
+TEST(CompileVariablesOrganizeDirect, AFaultLeavesTheRecordsAsTheyWere) {
+  std::vector<TokenRecord> records = {{kCodeScriptHeader, 1}, M(1, 0), V(43), V(49)};
+  const std::vector<TokenRecord> before = records;
+  const std::vector<std::string> lines = {"passline field"};
+  const CompileFault fault = CompileVariablesOrganize(records, lines, 1);
+  EXPECT_EQ(fault.message, "Ambiguous variable references");
+  EXPECT_EQ(records, before);
+}
+
+}  // namespace
