@@ -6,6 +6,5 @@ int main(int argc, char** argv) {
   SimOptions options;
   int code = ParseSimOptions(argc, argv, options, std::cout, std::cerr);
   if (code >= 0) return code;
-  if (options.bench) return RunSimBench(std::cout);
   return RunSim(options, std::cout, std::cerr);
 }

@@ -313,6 +313,10 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "check size (its value times the bet's payoff denominator). AMOUNT for set: \"set:25\" in dollars, "
                  "\"set:3c1\" in units of a check size. The bet still goes through the table's limits.");
   app.add_flag("--json", o.json, "print the report as JSON");
+  app.add_option("--check", o.checkFile,
+                 "FILE.bet: compile the script as the script of seat 1, occupied by the first --player (default "
+                 "Ann), and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
+  app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
   try {
     app.parse(argc, argv);
@@ -427,6 +431,8 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
 }
 
 int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
+  if (o.bench) return RunSimBench(out);
+  if (!o.checkFile.empty()) return RunCheck(o, out, err);
   for (const SimPlayer& p : o.players)
     if (!p.script.empty()) {
       err << "dicehall-sim: " << p.name << "'s script " << p.script

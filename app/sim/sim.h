@@ -42,12 +42,18 @@ struct SimOptions {
   std::string dataDir;
   bool bench = false;
   bool json = false;
+  std::string checkFile;  // --check: compile this script and say where it fails
+  bool dump = false;
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,
 // 2 for bad options), with what to say written to `out` or `err`.
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& options, std::ostream& out, std::ostream& err);
-// Runs the session and prints the summary. Returns the exit code.
+// Runs the session and prints the summary (or the benchmark, or the script check).
+// Returns the exit code.
 int RunSim(const SimOptions& options, std::ostream& out, std::ostream& err);
+// Compiles the script of --check as seat 1's, occupied by the first --player (else
+// "Ann"); prints "OK" or FILE:LINE:COL-LINE:COL: message. Returns the exit code.
+int RunCheck(const SimOptions& options, std::ostream& out, std::ostream& err);
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);

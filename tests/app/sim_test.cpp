@@ -5,6 +5,7 @@
 
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -238,6 +239,49 @@ TEST(SimProgram, JsonReportAgreesWithTheText) {
   EXPECT_EQ(ann["bets"].size(), 2u);
   EXPECT_FALSE(r.contains("stopped"));
   EXPECT_GT(r["dice"]["p"].get<double>(), 0.0001) << "fair dice";
+}
+
+}  // namespace
+
+namespace {
+
+struct CheckCase {
+  const char* script;
+  int code;
+  const char* says;  // the line printed, after "FILE:" for a fault
+};
+
+class SimCheck : public testing::TestWithParam<CheckCase> {};
+
+TEST_P(SimCheck, SaysOkOrWhereTheFirstFaultIs) {
+  const CheckCase& c = GetParam();
+  TempDir dir;
+  const std::string file = (dir.path / "system.bet").string();
+  std::ofstream(file) << c.script;
+  SimRun r = Sim({"--check", file});
+  EXPECT_EQ(r.code, c.code) << r.out << r.err;
+  const std::string expected = c.code == 0 ? std::string(c.says) + "\n" : file + ":" + c.says + "\n";
+  EXPECT_EQ(r.out, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, SimCheck,
+    testing::Values(CheckCase{"If a point is established Then\n  Bet 10 on PassLineOdds\nEndIf\n", 0, "OK"},
+                    CheckCase{"bet 5 on field\n\"unterminated\n", 1, "2:1-2:13: Missing quotation mark."},
+                    CheckCase{"If (1 = 1 Then\nEndIf\n", 1, "1:4-1:9: Missing or improperly placed parenthesis."},
+                    CheckCase{"Bet 10 on Pass Line Odds\r\n", 1, "1:11-1:14: Unknown or misplaced element: Pass"}));
+
+TEST(SimProgram, CheckDumpsTheRecordsAndAMissingFileIsAFileFault) {
+  TempDir dir;
+  const std::string file = (dir.path / "s.bet").string();
+  std::ofstream(file) << "Bet 5 on Field\n";
+  SimRun r = Sim({"--check", file, "--dump"});
+  EXPECT_EQ(r.code, 0);
+  EXPECT_NE(r.out.find("Records:\n"), std::string::npos);
+  EXPECT_NE(r.out.find("A481"), std::string::npos) << r.out;
+  SimRun missing = Sim({"--check", (dir.path / "none.bet").string()});
+  EXPECT_EQ(missing.code, 1);
+  EXPECT_NE(missing.err.find("can't be read"), std::string::npos);
 }
 
 }  // namespace
