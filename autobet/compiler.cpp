@@ -148,7 +148,10 @@ CompileFault CompileAutobets(AutoBetProgram& program, int player, std::span<cons
   if (!fault.Failed())
     fault = CompileVariablesOrganize(program.ScriptRecords, lines, player ? player : program.SelectedSeat);
   if (!fault.Failed()) fault = CompileThru(program.ScriptRecords, lines);
+  if (!fault.Failed()) CompileVariablesDistribute(program.ScriptRecords, program.CornerBet == 1);
+  if (!fault.Failed()) fault = CompileConvertToAction(program.ScriptRecords, lines);
   if (!fault.Failed()) fault = CompileLogic(program.ScriptRecords, program.ScriptStrings, lines);
+  if (!fault.Failed()) fault = CompileCheck(program.ScriptRecords, lines);
   if (fault.Failed()) {
     program.ScriptRecords.clear();
     program.ScriptStrings.clear();

@@ -27,6 +27,9 @@ struct AutoBetProgram {
   bool ScriptsCompiled = false;
   // Whose references a scratch script (seat 0) means when it names no player.
   int SelectedSeat = 0;
+  // The table's corner bet option (0 none, 1 Big 6 / Big 8, 2 Midway, 3 Over / Under 7):
+  // "bets" covers Big 6 and Big 8 only when they are on the layout.
+  int CornerBet = 1;
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.
@@ -73,6 +76,14 @@ CompileFault CompileVariablesOrganize(std::vector<TokenRecord>& records, std::sp
 // Both sides of every `thru` are numbered bets of one family.
 CompileFault CompileThru(const std::vector<TokenRecord>& records, std::span<const std::string> lines);
 
+// Plural bet and checkstack words into comma lists of single references, each with the
+// word's pieces; "bets" leaves out Big 6 and Big 8 unless `bigBetsOffered`.
+void CompileVariablesDistribute(std::vector<TokenRecord>& records, bool bigBetsOffered);
+
+// Marks what assignments and target verbs write (-12, -2) and refuses what cannot be
+// written; a label between IF and THEN is refused here too.
+CompileFault CompileConvertToAction(std::vector<TokenRecord>& records, std::span<const std::string> lines);
+
 // Links IF/THEN/ELSEIF/ELSE/ENDIF and DO/EXITDO/LOOP by the record indices they jump to,
 // and points each GOTO/GOSUB reference at its label's record (label entries are first
 // brought up to where their records now stand). With `indentLines` (the editor's lines of
@@ -81,6 +92,9 @@ CompileFault CompileThru(const std::vector<TokenRecord>& records, std::span<cons
 CompileFault CompileLogic(std::vector<TokenRecord>& records, std::vector<StringEntry>& strings,
                           std::span<const std::string> lines, std::vector<std::string>* indentLines = nullptr,
                           std::vector<int>* lineDepths = nullptr);
+
+// The shape of every statement and the operands of every operator; changes nothing.
+CompileFault CompileCheck(const std::vector<TokenRecord>& records, std::span<const std::string> lines);
 
 // ---- Helpers shared by the passes.
 

@@ -26,7 +26,7 @@ const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), 
 
 // "cs1 = ..." starts every expression case: checkstack 1 of the owner, then the operator.
 std::vector<TokenRecord> Cs1Is(std::vector<TokenRecord> rest) {
-  std::vector<TokenRecord> out = {M(1, 0), V(201), P(kSeat), kEq};
+  std::vector<TokenRecord> out = {M(1, 0), {kCodeVariableTarget, 201}, P(kSeat), kEq};
   out.insert(out.end(), rest.begin(), rest.end());
   return out;
 }
@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
         OrganiseCase{{"cs1 = answer"}, Cs1Is({V(5697)})},
         // Functions carry their pieces after the argument; the argument is organised first.
         OrganiseCase{{"bet 5 on place(cs1) player2"},
-                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), F(6), kOpen, V(201), P(kSeat), kClose, P(2), H(3),
+                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeFunctionTarget, 6}, kOpen, V(201), P(kSeat), kClose, P(2), H(3),
                       X(1), Y(34)}},
         OrganiseCase{{"cs1 = # rolls(12) 11 dice totals"},
                      Cs1Is({F(28), kOpen, N(12), kClose, P(0), H(3), X(30), Y(29)})},
@@ -116,12 +116,14 @@ INSTANTIATE_TEST_SUITE_P(
         OrganiseCase{{"cs1 = original shooter"}, Cs1Is({V(5202)})},
         // Every statement is organised on its own.
         OrganiseCase{{"cs1 = passline : cs2 = field player1", "", "bet 5 on hard6 shooter"},
-                     {M(1, 0), V(201), P(kSeat), kEq, V(43), P(kSeat), H(3), X(1), Y(34), M(1, 17), V(202), P(kSeat),
-                      kEq, V(49), P(1), H(3), X(1), Y(34), M(3, 0), {kCodeAction, 481}, N(5), Op(57), V(54), P(10),
+                     {M(1, 0), {kCodeVariableTarget, 201}, P(kSeat), kEq, V(43), P(kSeat), H(3), X(1), Y(34), M(1, 17),
+                      {kCodeVariableTarget, 202}, P(kSeat),
+                      kEq, V(49), P(1), H(3), X(1), Y(34), M(3, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeVariableTarget, 54}, P(10),
                       H(3), X(1), Y(34)}},
         // Ranges keep every member's pieces.
         OrganiseCase{{"bet 5 on place4 thru place10 last hand"},
-                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), V(31), P(kSeat), H(3), X(1), Y(34), Op(kCodeThru),
+                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeVariableTarget, 31}, P(kSeat), H(3), X(1), Y(34),
+                      Op(kCodeThru),
                       V(36), P(kSeat), H(2), X(1), Y(34)}}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -201,7 +203,7 @@ TEST(CompileVariablesOrganizeScratch, WagersWithNoSingleOwnerAreRefused) {
             "Function: sum(passline player4, passline player6)");
   EXPECT_EQ(fault.firstLine, 1);
   // Wins need no single owner, nor do wagers that name one.
-  program.ScriptSource[0] = {"cs1 = wins passline + place bets player2"};
+  program.ScriptSource[0] = {"cs1 = wins passline + sum(place bets player2)"};
   EXPECT_FALSE(CompileAutobets(program, 0, {}).Failed());
 }
 

@@ -133,7 +133,7 @@ TEST(CompileMiscRecords, ListFunctionsAndListKindsEndTheirListsAfterTheClosingBr
   AutoBetProgram program;
   ASSERT_FALSE(CompileSeat(program, {"cs1 = sum(highest(field, 2)) + abs(any[1])"}).Failed());
   const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariable, 201}, {kCodePlayer, 1}, {50, 0},
+      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariableTarget, 201}, {kCodePlayer, 1}, {50, 0},
       {kCodeFunction, 130},   {20, 0},          {kCodeFunction, 126}, {20, 0},
       {kCodeVariable, 49},    {kCodePlayer, 1}, {kCodeTime, 3},       {kCodeCounted, 1}, {kCodeModifier, 34},
       {75, 0},                {kCodeNumber, 2}, {21, 0},
@@ -156,11 +156,15 @@ TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
 }
 
 TEST(CompileMiscRecords, EmptyAndSpecialStringsAloneAreNoLabels) {
-  AutoBetProgram program;
-  ASSERT_FALSE(CompileSeat(program, {"\"\"", "date$"}).Failed());
-  EXPECT_EQ(program.ScriptRecords[2], (TokenRecord{kCodeString, 0}));
-  EXPECT_EQ(program.ScriptRecords[4], (TokenRecord{kCodeString, -1}));
-  EXPECT_TRUE(program.ScriptStrings.empty());
+  // A lone string that is no label is no statement either, so this stops after CompileMisc.
+  const std::vector<std::string> lines = {"\"\"", "date$"};
+  std::vector<TokenRecord> records;
+  std::vector<StringEntry> strings;
+  ASSERT_FALSE(TokeniseScript(1, lines, {}, records, strings).Failed());
+  ASSERT_FALSE(CompileMisc(records, strings, lines).Failed());
+  EXPECT_EQ(records[2], (TokenRecord{kCodeString, 0}));
+  EXPECT_EQ(records[4], (TokenRecord{kCodeString, -1}));
+  EXPECT_TRUE(strings.empty());
 }
 
 TEST(CompileMiscRecords, FractionalNumberLabelsKeepTheirDigits) {
@@ -238,16 +242,17 @@ SeatFacts Seats(std::initializer_list<int> active) {
 TEST(CompileAll, JoinsTheActiveSeatsInSeatOrder) {
   AutoBetProgram program;
   program.ScriptSource[2] = {"\"top\"", "bet 5 on field"};
-  program.ScriptSource[5] = {"\"top\"", "bet 5 on ann"};  // labels of different seats never clash
+  program.ScriptSource[5] = {"\"top\"", "bet 5 on field ann"};  // labels of different seats never clash
   program.ScriptSource[3] = {"this is no script"};      // inactive: not compiled
   const CompileAllResult result = CompileALLAutobets(program, 0, Seats({2, 5}));
   ASSERT_FALSE(result.Failed()) << result.fault.message;
   EXPECT_TRUE(program.ScriptsCompiled);
   const std::vector<TokenRecord> expected = {
       {kCodeScriptHeader, 2}, {101, 0}, {kCodeLabel, 1}, {102, 0},       {kCodeAction, 481}, {kCodeNumber, 5},
-      {57, 0},                {kCodeVariable, 49},       {kCodePlayer, 2},                {kCodeTime, 3},
+      {57, 0},                {kCodeVariableTarget, 49}, {kCodePlayer, 2},                {kCodeTime, 3},
       {kCodeCounted, 1},      {kCodeModifier, 34},       {kCodeScriptHeader, 5},          {101, 0},
-      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},       {kCodeNumber, 2}};
+      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},
+      {kCodeVariableTarget, 49}, {kCodePlayer, 2},       {kCodeTime, 3},      {kCodeCounted, 1}, {kCodeModifier, 34}};
   EXPECT_EQ(program.ProgramRecords, expected);
   const std::vector<StringEntry> strings = {{"top", 2}, {"top", 14}};
   EXPECT_EQ(program.ProgramStrings, strings);
