@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "autobet/compiler.h"
 #include "dice/generators.h"
 #include "dice/probability.h"
 #include "dice/roll_file_record.h"
@@ -156,7 +157,7 @@ struct Game {
   BySeat<bool> ScriptActive{}, ScriptActiveCopy{};
   BySeat<std::string> ScriptFile{};
   BySeat<std::string> SessionsLogPath{};  // the seat's sessions log; "" for the player's default name
-  bool ScriptsCompiled = false;
+  AutoBetProgram AutoBet;  // the seats' scripts, compiled and joined
 
   // Bankroll graph: index 1..1050, scale.
   int32_t BankrollGraphIndex = 0;

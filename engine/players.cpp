@@ -189,7 +189,8 @@ bool RemovePlayer(Game& g, int seat) {
   g.SessionsLogPath[seat].clear();
   g.ScriptActive[seat] = false;
   g.ScriptFile[seat].clear();
-  g.ScriptsCompiled = false;
+  g.AutoBet.ScriptSource[seat].clear();
+  g.AutoBet.ScriptsCompiled = false;
   ClearSeatStats(g.Stats, seat);
   for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
                       &g.BuyInTotal, &g.Comps})
@@ -263,6 +264,8 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.ScriptFile);
   seat(g.SessionsLogPath);
   seat(g.CheckStackName);
+  seat(g.AutoBet.ScriptSource);
+  g.AutoBet.ScriptsCompiled = false;
   seat(g.CheckStackShortcuts);
   seat(g.BankrollHistory);
   for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,

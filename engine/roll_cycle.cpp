@@ -516,14 +516,33 @@ bool OneRoll(Game& g) {
 
 }  // namespace
 
+bool CompileActiveScripts(Game& g) {
+  bool anyActive = false;
+  SeatFacts facts;
+  for (int s = 1; s < kSeats; ++s) {
+    facts.names[s - 1] = g.PlayerName[s];
+    facts.active[s - 1] = SeatOccupied(g, s) && g.ScriptActive[s];
+    anyActive = anyActive || facts.active[s - 1];
+  }
+  if (!anyActive || g.AutoBet.ScriptsCompiled) return true;
+  const CompileAllResult result = CompileALLAutobets(g.AutoBet, 0, facts);
+  if (!result.Failed()) return true;
+  TellOrStop(g, result.message, result.message, result.title, 0, msg::kOk);
+  return false;
+}
+
 void RollDice(Game& g) {
   TableState& t = g.Table;
   // 1. Missing generators.
   RemapMissingGenerators(g.Dice);
 
-  // 2. Pending stops. (Scripts are compiled here once Auto-Bet exists.)
+  // 2. Pending stops; the scripts of the active seats compiled when they aren't.
   if (t.PendingStopSeat != 0) {
     LimitStop(g, t.PendingStopSeat);
+    return;
+  }
+  if (!CompileActiveScripts(g)) {
+    if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
     return;
   }
   g.StopReason.clear();

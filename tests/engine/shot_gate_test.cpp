@@ -196,3 +196,25 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {
+  LineTable t;
+  t.Seat(1, "Ann", Money::Dollars(100));
+  t.g.Rules.BetNeededToShoot = 0;
+  t.g.ScriptActive[1] = true;
+  t.g.AutoBet.ScriptSource[1] = {"bet 5 on feild"};
+  t.g.SilentMode = true;
+  t.Roll(3, 4);
+  EXPECT_EQ(t.g.Stats.RollCount[18][0], 0) << "the dice don't move";
+  EXPECT_EQ(t.g.StopReason.rfind("Ann's auto-bet script contains an error", 0), 0u) << t.g.StopReason;
+  EXPECT_FALSE(t.g.AutoBet.ScriptsCompiled);
+  // Mended, the script compiles once and the table rolls.
+  t.g.AutoBet.ScriptSource[1] = {"bet 5 on field"};
+  t.Roll(3, 4);
+  EXPECT_EQ(t.g.Stats.RollCount[18][0], 1);
+  EXPECT_TRUE(t.g.AutoBet.ScriptsCompiled);
+}
+
+}  // namespace
