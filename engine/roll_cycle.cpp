@@ -517,14 +517,15 @@ bool OneRoll(Game& g) {
 }  // namespace
 
 bool CompileActiveScripts(Game& g) {
+  if (g.AutoBet.ScriptsCompiled) return true;
   bool anyActive = false;
+  for (int s = 1; s < kSeats; ++s) anyActive = anyActive || (g.ScriptActive[s] && SeatOccupied(g, s));
+  if (!anyActive) return true;
   SeatFacts facts;
   for (int s = 1; s < kSeats; ++s) {
     facts.names[s - 1] = g.PlayerName[s];
     facts.active[s - 1] = SeatOccupied(g, s) && g.ScriptActive[s];
-    anyActive = anyActive || facts.active[s - 1];
   }
-  if (!anyActive || g.AutoBet.ScriptsCompiled) return true;
   const CompileAllResult result = CompileALLAutobets(g.AutoBet, 0, facts);
   if (!result.Failed()) return true;
   TellOrStop(g, result.message, result.message, result.title, 0, msg::kOk);
