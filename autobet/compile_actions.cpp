@@ -5,11 +5,6 @@
 
 namespace {
 
-constexpr std::int32_t kKeyElseIf = 11;
-constexpr std::int32_t kEquals = 50;
-constexpr std::int32_t kOnTo = 57;
-constexpr std::int32_t kFrom = 59;
-constexpr std::int32_t kListSeparator = 75;
 
 // Verbs whose operands are written, not read: the amount verbs (Bet, Multiply ... Round
 // up) take their targets after "on"/"to"/"from"; the other 450s take them straight after
@@ -166,7 +161,7 @@ class Converter {
       i = end;
       if (begin >= end) continue;
       const TokenRecord& head = records_[begin];
-      if (head.code == kCodeIf || head.code == kKeyElseIf) {
+      if (head.code == kCodeIf || head.code == kCodeElseIf) {
         inCondition = true;
         continue;
       }
@@ -216,14 +211,14 @@ class Converter {
   CompileFault Statement(std::size_t begin, std::size_t end) {
     const TokenRecord& head = records_[begin];
     if (head.code == kCodeVariable || head.code == kCodeFunction) {
-      if (AtDepthZero(begin + 1, end, kEquals, kEquals)) return Target(begin, end);
+      if (AtDepthZero(begin + 1, end, kCodeEquals, kCodeEquals)) return Target(begin, end);
       return {};
     }
     if (head.code != kCodeAction) return {};
     const int action = Number(head);
     if (IsAmountVerb(action)) {
       // The amount may itself hold brackets; the targets follow the first "on", "to" or "from".
-      if (const auto on = AtDepthZero(begin + 1, end, kOnTo, kFrom)) return Targets(*on + 1, end);
+      if (const auto on = AtDepthZero(begin + 1, end, kCodeOnTo, kCodeFrom)) return Targets(*on + 1, end);
       return {};
     }
     if (IsTargetVerb(action) || action == kSwap) return Targets(begin + 1, end);
@@ -236,7 +231,7 @@ class Converter {
     std::size_t element = begin;
     while (element < end) {
       std::size_t next = element;
-      while (next < end && records_[next].code != kListSeparator) {
+      while (next < end && records_[next].code != kCodeListSeparator) {
         if (records_[next].code == kCodeOpenBracket) next = MatchingClose(next, end);
         ++next;
       }

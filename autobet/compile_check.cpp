@@ -5,11 +5,7 @@
 namespace {
 
 // Codes the shape check reads that tokens.h does not name; they are their L numbers.
-constexpr std::int32_t kKeyElseIf = 11;
-constexpr std::int32_t kEqual = 50;
 constexpr std::int32_t kLastRelational = 55;
-constexpr std::int32_t kOnTo = 57;
-constexpr std::int32_t kFrom = 59;
 constexpr std::int32_t kPower = 60;
 constexpr std::int32_t kDivide = 62;
 constexpr std::int32_t kIntegerDivide = 63;
@@ -20,7 +16,6 @@ constexpr std::int32_t kAnd = 71;
 constexpr std::int32_t kOr = 72;
 constexpr std::int32_t kXor = 73;
 constexpr std::int32_t kConcatenate = 74;
-constexpr std::int32_t kListSeparator = 75;
 constexpr int kFromRollString = -15;  // "from roll" of the playback action
 
 const char* const kGotoMessage =
@@ -46,7 +41,7 @@ struct CheckStop {
   std::size_t at;
 };
 
-bool IsRelational(std::int32_t code) { return code >= kEqual && code <= kLastRelational; }
+bool IsRelational(std::int32_t code) { return code >= kCodeEquals && code <= kLastRelational; }
 bool IsArithmetic(std::int32_t code) { return code >= kPower && code <= kMinus; }
 bool IsPiece(const TokenRecord& r) { return r.code >= kCodeModifier && r.code <= kCodePlayer; }
 
@@ -115,7 +110,7 @@ class ShapeChecker {
     if (c != kCodeVariableTarget && c != kCodeFunctionTarget && c != kCodeVariable && c != kCodeFunction)
       throw CheckStop{"Improper assignment or expression.", pos_};
     Targets(false);
-    if (Code() != kEqual) throw CheckStop{"Improper assignment or expression.", pos_};
+    if (Code() != kCodeEquals) throw CheckStop{"Improper assignment or expression.", pos_};
     const std::size_t equal = pos_++;
     if (AtEnd()) throw CheckStop{"Missing operand.", equal};
     NoListKinds(pos_, end_);
@@ -129,10 +124,10 @@ class ShapeChecker {
     for (;;) {
       if (qualifiers && IsRelational(Code())) {
         const std::size_t q = pos_++;
-        if (AtEnd() || Code() == kListSeparator) throw CheckStop{kListQualifierMessage, q};
+        if (AtEnd() || Code() == kCodeListSeparator) throw CheckStop{kListQualifierMessage, q};
         const Kind k = Additive();
         if (!IsValue(k)) throw CheckStop{kListQualifierMessage, q};
-        if (Code() != kListSeparator) throw CheckStop{"Improper use of list.", pos_};
+        if (Code() != kCodeListSeparator) throw CheckStop{"Improper use of list.", pos_};
         ++pos_;
         continue;
       }
@@ -141,7 +136,7 @@ class ShapeChecker {
         ++pos_;
         Reference();
       }
-      if (Code() != kListSeparator) return;
+      if (Code() != kCodeListSeparator) return;
       ++pos_;
     }
   }
@@ -181,7 +176,7 @@ class ShapeChecker {
         for (;;) {
           Reference();
           ++refs;
-          if (Code() != kListSeparator) break;
+          if (Code() != kCodeListSeparator) break;
           ++pos_;
         }
       } catch (const CheckStop&) {
@@ -192,10 +187,10 @@ class ShapeChecker {
     }
     NoListKinds(pos_, end_);
     if (action >= 481 && action <= 489) {  // verb amount on/to/from targets
-      if (AtEnd() || Code() == kOnTo || Code() == kFrom) throw CheckStop{"Missing operand.", verb};
+      if (AtEnd() || Code() == kCodeOnTo || Code() == kCodeFrom) throw CheckStop{"Missing operand.", verb};
       const Kind amount = Additive();
       if (!IsValue(amount)) throw CheckStop{"Improper use of list.", verb};
-      if (Code() != kOnTo && Code() != kFrom) throw CheckStop{"Improper assignment or expression.", AtEnd() ? verb : pos_};
+      if (Code() != kCodeOnTo && Code() != kCodeFrom) throw CheckStop{"Improper assignment or expression.", AtEnd() ? verb : pos_};
       const std::size_t to = pos_++;
       if (AtEnd()) throw CheckStop{"Missing operand.", to};
       Targets(true);
@@ -270,8 +265,8 @@ class ShapeChecker {
   // A comma list where one may stand: in brackets, as a plural word's expansion.
   Kind Expression() {
     Kind k = Logical();
-    if (Code() != kListSeparator) return k;
-    while (Code() == kListSeparator) {
+    if (Code() != kCodeListSeparator) return k;
+    while (Code() == kCodeListSeparator) {
       ++pos_;
       ListItem();
     }
@@ -285,7 +280,7 @@ class ShapeChecker {
       const std::string name = LogicalName(Code());
       if (!IsValue(left)) throw CheckStop{"Missing or inappropriate expression before logical " + name, op};
       ++pos_;
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket)
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
         throw CheckStop{"Missing expression after logical " + name, op};
       if (!IsValue(Negation())) throw CheckStop{"Missing or inappropriate expression after logical " + name, op};
       left = Kind::Truth;
@@ -298,7 +293,7 @@ class ShapeChecker {
     if (c == kAnd || c == kOr || c == kXor) throw CheckStop{"Missing expression before logical " + LogicalName(c), pos_};
     if (c != kNot) return Relation();
     const std::size_t op = pos_++;
-    if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket)
+    if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
       throw CheckStop{"Improper argument for NOT operation.", op};
     if (!IsValue(Negation())) throw CheckStop{"Improper argument for NOT operation.", op};
     return Kind::Truth;
@@ -310,7 +305,7 @@ class ShapeChecker {
     while (IsRelational(Code())) {
       const std::size_t op = pos_++;
       if (!IsValue(left)) throw CheckStop{"Improper use of relational operator", op};
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()))
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()))
         throw CheckStop{"Improper use of relational operator", op};
       Concatenation();  // a value or a list on the right
       left = Kind::Truth;
@@ -323,7 +318,7 @@ class ShapeChecker {
     while (Code() == kConcatenate) {
       const std::size_t op = pos_++;
       if (!IsValue(left)) throw CheckStop{"Unable to concatenate elements.", op};
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
       if (!IsValue(Additive())) throw CheckStop{"Unable to concatenate elements.", op};
       left = Kind::Text;
     }
@@ -337,7 +332,7 @@ class ShapeChecker {
       const std::size_t op = pos_++;
       const std::int32_t code = r_[op].code;
       if (!IsNumeric(left)) throw CheckStop{"Improper use of arithmetic operator.", op};
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()) ||
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()) ||
           Code() == kConcatenate || Code() == kAnd || Code() == kOr || Code() == kXor)
         throw CheckStop{"Missing operand.", op};
       const bool zero = Code() == kCodeNumber && r_[pos_].value == 0;
@@ -353,7 +348,7 @@ class ShapeChecker {
   Kind Unary() {
     if (Code() == kMinus) {
       const std::size_t op = pos_++;
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
       if (!IsNumeric(Unary())) throw CheckStop{"Improper use of arithmetic operator.", op};
       lastWasPlain_ = false;
       return Kind::Number;
@@ -430,7 +425,7 @@ class ShapeChecker {
     const bool qualified = IsRelational(Code());
     Kind k = ListItem();
     std::size_t items = 1;
-    while (Code() == kListSeparator) {
+    while (Code() == kCodeListSeparator) {
       ++pos_;
       ListItem();
       ++items;
@@ -443,11 +438,11 @@ class ShapeChecker {
 
   // One element of a list: an expression, or a qualifier and its operand.
   Kind ListItem() {
-    if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket)
+    if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
       throw CheckStop{"Inappropriate expression in list.", pos_ - 1};
     if (IsRelational(Code())) {
       const std::size_t q = pos_++;
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()))
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket || IsRelational(Code()))
         throw CheckStop{kListQualifierMessage, q};
       const Kind operand = Concatenation();
       if (!qualifierOf_.empty() && operand == Kind::Text)
@@ -475,7 +470,7 @@ class ShapeChecker {
     if (Code() == kCodeCloseBracket) throw CheckStop{"Missing argument.", call};
     std::size_t arguments = 0;
     for (;;) {
-      if (AtEnd() || Code() == kListSeparator || Code() == kCodeCloseBracket)
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
         throw CheckStop{"Missing expression in " + name, call};
       const std::string outer = std::exchange(qualifierOf_, name);
       const Kind k = ListItem();
@@ -484,7 +479,7 @@ class ShapeChecker {
       if (f >= 100 && f < 800 && !(f >= 126 && f <= 133) && f != 139 && k == Kind::Text && f != 104 &&
           f != 117 && f != 118 && f != 125 && f != 203)
         throw CheckStop{"Improper argument.", call};
-      if (Code() != kListSeparator) break;
+      if (Code() != kCodeListSeparator) break;
       ++pos_;
     }
     if (Code() != kCodeCloseBracket) throw CheckStop{"Improper expression in " + name, AtEnd() ? open : pos_};
@@ -515,7 +510,7 @@ CompileFault CompileCheck(const std::vector<TokenRecord>& records, std::span<con
         ++end;
       if (end == i + 1) continue;
       const std::int32_t code = records[i + 1].code;
-      if (code == kCodeIf || code == kKeyElseIf) {
+      if (code == kCodeIf || code == kCodeElseIf) {
         inCondition = true;
         hadCondition = false;
         opener = i + 1;

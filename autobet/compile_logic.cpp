@@ -7,24 +7,8 @@
 namespace {
 
 // Block keywords that tokens.h does not name; their codes are their L numbers.
-constexpr std::int32_t kKeyElse = 10;
-constexpr std::int32_t kKeyElseIf = 11;
-constexpr std::int32_t kKeyEndIf = 12;
-constexpr std::int32_t kKeyDo = 16;
-constexpr std::int32_t kKeyLoop = 17;
-constexpr std::int32_t kKeyExitDo = 18;
 
 constexpr int kIndentWidth = 3;
-
-std::string LowerTrimmed(std::string_view s) {
-  const std::size_t first = s.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  s = s.substr(first, s.find_last_not_of(' ') - first + 1);
-  std::string out(s);
-  for (char& c : out)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return out;
-}
 
 // A number as a label's text, written as CompileMisc writes number labels, so 100.0 finds "100".
 std::string GeneralNumber(double value) {
@@ -77,8 +61,8 @@ class BlockLinker {
       }
       const LineShape& shape = it->second;
       const int code = shape.firstCode;
-      const bool stepsOut = code == kCodeThen || code == kKeyElse || code == kKeyElseIf || code == kKeyEndIf ||
-                            code == kKeyLoop;
+      const bool stepsOut = code == kCodeThen || code == kCodeElse || code == kCodeElseIf || code == kCodeEndIf ||
+                            code == kCodeLoop;
       depths[n - 1] = std::max(0, std::min(shape.startDepth - (stepsOut ? 1 : 0), shape.endDepth));
       carried = shape.endDepth;
     }
@@ -125,23 +109,23 @@ class BlockLinker {
         inCondition_ = false;
         thens_.push_back(i);
         return {};
-      case kKeyElse:
+      case kCodeElse:
         if (!ThenPending() || inCondition_) return Fault("Expected THEN before ELSE.", i);
         records_[thens_.back()].value = static_cast<double>(i);
         thens_.pop_back();
         elses_.push_back(i);
         return {};
-      case kKeyElseIf:
+      case kCodeElseIf:
         return ElseIf(i);
-      case kKeyEndIf:
+      case kCodeEndIf:
         return EndIf(i);
-      case kKeyDo:
+      case kCodeDo:
         if (inCondition_) return Fault("DO statement out of position.", i);
         dos_.push_back(i);
         return {};
-      case kKeyLoop:
+      case kCodeLoop:
         return Loop(i);
-      case kKeyExitDo:
+      case kCodeExitDo:
         if (dos_.empty()) return Fault("EXIT DO statement outside of DO/LOOP.", i);
         if (inCondition_) return Fault("EXIT DO statement out of position.", i);
         exitDos_.push_back(i);
@@ -163,7 +147,7 @@ class BlockLinker {
     if (inCondition_ || ifs_.empty()) return Fault("ELSEIF out of position.", i);
     if (!ThenPending()) {
       // Behind an ELSE of the same IF the THEN has already been taken.
-      const bool afterElse = !elses_.empty() && elses_.back() > NewestIf() && records_[elses_.back()].code == kKeyElse;
+      const bool afterElse = !elses_.empty() && elses_.back() > NewestIf() && records_[elses_.back()].code == kCodeElse;
       return Fault(afterElse ? "ELSEIF out of position.\nCannot be placed after ELSE within the same IF/THEN statement."
                              : "ELSEIF out of position.",
                    i);
@@ -206,7 +190,7 @@ class BlockLinker {
     if (reference.code != kCodeString && reference.code != kCodeNumber)
       return Fault("Improper reference after " + keyword, i);
     const TokenRecord* before = i > 0 ? &records_[i - 1] : nullptr;
-    if (before && !IsStatementMarker(*before) && !(before->code >= 1 && before->code < kKeyEndIf))
+    if (before && !IsStatementMarker(*before) && !(before->code >= 1 && before->code < kCodeEndIf))
       return Fault(keyword + " here should be preceded with a colon :", i);
 
     std::string name;

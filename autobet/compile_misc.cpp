@@ -10,16 +10,6 @@ constexpr int kFunctionRound = 139;
 
 bool IsListFunction(int function) { return (function >= 126 && function <= 133) || function == kFunctionRound; }
 
-std::string LowerTrimmed(std::string_view s) {
-  const std::size_t first = s.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  s = s.substr(first, s.find_last_not_of(' ') - first + 1);
-  std::string out(s);
-  for (char& c : out)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return out;
-}
-
 bool IsNumericText(std::string_view s) {
   if (s.empty()) return false;
   double parsed = 0;

@@ -213,3 +213,13 @@ CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const S
   program.ScriptsCompiled = true;
   return result;
 }
+
+std::string LowerTrimmed(std::string_view s) {
+  const std::size_t first = s.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  s = s.substr(first, s.find_last_not_of(' ') - first + 1);
+  std::string out(s);
+  for (char& c : out)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return out;
+}

@@ -108,5 +108,7 @@ CompileFault StatementFault(std::string message, const std::vector<TokenRecord>&
 // The source line (from 1) of the statement that holds record `index`; 0 before the first.
 int StatementLine(const std::vector<TokenRecord>& records, std::size_t index);
 
+// A label's text as labels are compared: blanks around it dropped, letters in lower case.
+std::string LowerTrimmed(std::string_view s);
 // How a function is called in messages, as the user writes it ("Lay", "DontComeOdds", "Sum").
 std::string FunctionDisplayName(int function);
