@@ -10,12 +10,6 @@ namespace {
 
 constexpr int kIndentWidth = 3;
 
-// A number as a label's text, written as CompileMisc writes number labels, so 100.0 finds "100".
-std::string GeneralNumber(double value) {
-  char buffer[64];
-  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return ec == std::errc() ? std::string(buffer, end) : std::to_string(value);
-}
 
 // What the walk learns of one source line for the editor's indentation.
 struct LineShape {

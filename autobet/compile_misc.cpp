@@ -17,12 +17,6 @@ bool IsNumericText(std::string_view s) {
   return ec == std::errc() && end == s.data() + s.size();
 }
 
-// A number as a label's text: the shortest form that reads back the same, no padding.
-std::string GeneralNumber(double value) {
-  char buffer[64];
-  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return ec == std::errc() ? std::string(buffer, end) : std::to_string(value);
-}
 
 // The column of the statement's first bracket as typed, outside strings and comments.
 std::optional<int> FirstBracketColumn(const CompileFault& statement, std::span<const std::string> lines) {

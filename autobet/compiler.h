@@ -30,6 +30,34 @@ struct AutoBetProgram {
   // The table's corner bet option (0 none, 1 Big 6 / Big 8, 2 Midway, 3 Over / Under 7):
   // "bets" covers Big 6 and Big 8 only when they are on the layout.
   int CornerBet = 1;
+
+  // ---- The interpreter's state (see autobet/interpreter.h).
+  // The statement being reduced: element 0 is unused, 1..StatementLength hold it.
+  std::vector<TokenRecord> StatementBuffer = std::vector<TokenRecord>(64);
+  std::int32_t StatementLength = 0;
+  std::int32_t OpenBracket = 0, CloseBracket = 0;  // the range being reduced, both exclusive
+  std::int32_t InstructionPointer = 0;
+  std::int32_t RunError = 0;
+  bool RestartScript = false;
+  std::int32_t Bettor = 0;  // seat of the script being run; 0 the selected player
+  bool ScriptRunning = false;
+  bool InitializingScript = false;
+  bool StepPending = false;
+  bool ShowSteps = false;
+  bool InCondition = false, ConditionResult = false;
+  std::int32_t Answer = 0;            // the last Yes/No answer: 6 yes, 7 no
+  std::uint32_t RndSeed = 327680;     // the language's own generator (Rnd)
+  // Per seat (0 unused): the output file of "Open ... file for output".
+  std::array<std::string, kPlayerSeats + 1> OutputFile{};
+  // Run-time faults per seat since the tally was cleared: count, and the first few with
+  // their code and source line, so that a headless run can show a misbehaving system.
+  struct RunFault {
+    std::int32_t code = 0;
+    std::int32_t line = 0;
+  };
+  static constexpr int kFaultsKept = 5;
+  std::array<std::int64_t, kPlayerSeats + 1> FaultCount{};
+  std::array<std::vector<RunFault>, kPlayerSeats + 1> FirstFaults{};
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.

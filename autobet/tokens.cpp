@@ -525,3 +525,9 @@ std::string ProbeReservedWord(std::string_view name, int language, std::string& 
   }
   return {};
 }
+
+std::string GeneralNumber(double value) {
+  char buffer[64];
+  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return ec == std::errc() ? std::string(buffer, end) : std::to_string(value);
+}

@@ -107,3 +107,7 @@ inline constexpr std::string_view kReservedWordMark = ">>>reserved word<<<";
 // kReservedWordMark and returns the message to show; an accepted one returns "" and
 // leaves `probe` alone.
 std::string ProbeReservedWord(std::string_view name, int language, std::string& probe);
+
+// A number in the general format of labels, messages and Str$: the shortest text that
+// reads back the same, no padding ("100", "0.25", "1e+20").
+std::string GeneralNumber(double value);

@@ -1,0 +1,98 @@
+#pragma once
+// The Auto-Bet interpreter: one cycle over the joined program after each roll. Each
+// statement is copied to AutoBetProgram::StatementBuffer and reduced in place, operator
+// class by operator class, until one value (or an action with its targets) is left.
+// Values (variables, functions) and actions live in their own files; this header is the
+// contract between them.
+
+#include <cstdint>
+#include <string>
+
+#include "autobet/tokens.h"
+
+struct Game;
+struct AutoBetProgram;
+
+// ---- The cycle (interpreter.cpp).
+
+// Runs one cycle of ProgramRecords. Does nothing unless ScriptsCompiled.
+void RunAutoBet(Game& g);
+
+// Runs the one statement now in the buffer (1..StatementLength): keywords excepted, it
+// is reduced and then taken as a condition, an action or an assignment. Used by the
+// cycle; tests call it to run a statement they built.
+void ExecuteStatement(Game& g);
+
+// Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
+// RunError set on a fault.
+void ReduceStatement(Game& g);
+
+// ---- Buffer helpers shared by values and actions (interpreter.cpp).
+
+inline bool IsValueRecord(const TokenRecord& r) { return r.code == kCodeNumber || r.code == kCodeString; }
+inline bool IsRelational(const TokenRecord& r) { return r.code >= 50 && r.code <= 55; }
+
+// Removes `count` records from `position` on, shifting the tail left and shortening
+// StatementLength and CloseBracket.
+void DeleteRecords(AutoBetProgram& p, int position, int count);
+// Puts a number record, or a new run-time string with a string record, at `position`.
+void PutNumber(AutoBetProgram& p, int position, double value);
+void PutString(AutoBetProgram& p, int position, std::string text);
+// A run-time string: appended to ProgramStrings, dropped at the end of the cycle.
+// Returns its pool index (from 1).
+int NewRunString(AutoBetProgram& p, std::string text);
+
+// A record read as a number: numbers as they are, strings by the numeric value at the
+// head of their text (Val), anything else 0.
+double NumberOf(const Game& g, const TokenRecord& r);
+// A record read as text: numbers in general format, strings through StringValue.
+std::string TextOf(const Game& g, const TokenRecord& r);
+// Compares two value records by a relational code 50..55: numeric when the left is a
+// number, else binary text compare.
+bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
+// Val: the number at the head of a text ("12abc" 12, " -3.5" -3.5, "x" 0).
+double LeadingNumber(std::string_view text);
+
+// ---- Values (values.cpp).
+
+// The text of a string record's value: a pool entry above 0, the special strings at or
+// below it. An unknown special sets RunError 998 and gives "".
+std::string StringValue(const Game& g, int code, double value);
+
+// The seat that a player piece names: 10 shooter, 11 last shooter, 12 original shooter,
+// 13 the selected player, 14 the Bettor, 15 no one (0), otherwise the piece itself.
+int SeatOfPiece(const Game& g, int piece);
+
+// How many piece records follow a variable record of V number `v` (0, 1, 2, 3 or 4).
+int GroupSize(int v);
+
+// Reads the reference group at `group` (a -11 or -12 record followed by its pieces) into
+// a number or string record. Sets RunError (and returns false) on a fault.
+bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
+
+// Replaces the variable group at buffer index `position` by its value. Returns the number
+// of piece records that followed the variable (and were removed).
+int AssignVariable(Game& g, int position);
+
+// Replaces the function call at buffer index `position` (its arguments already reduced to
+// values within its brackets, an end-of-list record after a list function's bracket) by
+// its value. Returns the number of records the call consumed after the function record.
+int AssignFunction(Game& g, int position);
+
+// A function in target form (-2: a bet family with its number, CS( ), CSN( )) becomes
+// the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
+void ResolveTargetFunction(Game& g, int position);
+
+// The text of a run-time fault code, lines joined by a line end; "" for 0.
+std::string RunErrorText(int code);
+
+// ---- Actions (actions.cpp).
+
+// Carries out the reduced buffer as an action (first record -61) or an assignment (first
+// record a -12 target group followed by '='). Sets RunError on a refusal.
+void TakeAction(Game& g);
+
+// Writes one value (a number or string record's code and value) to the target group at
+// buffer index `position`, which is moved past the group. `playerFromContext` is the seat
+// the action runs for (the Bettor). Checks the permission and range of the target.
+void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, int playerFromContext);
