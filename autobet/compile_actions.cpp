@@ -3,6 +3,9 @@
 
 #include "autobet/compiler.h"
 
+// Defined with FunctionDisplayName in compiler.cpp.
+std::string VariableDisplayName(int variable);
+
 namespace {
 
 
@@ -10,115 +13,11 @@ namespace {
 // up) take their targets after "on"/"to"/"from"; the other 450s take them straight after
 // the verb; Swap writes both of its operands back.
 constexpr int kSwap = 300;
+constexpr int kBuyPlace = 450;
 bool IsAmountVerb(int action) { return action >= 481 && action <= 489; }
 bool IsTargetVerb(int action) { return action >= 450 && action <= 499; }
 
 int Number(const TokenRecord& r) { return static_cast<int>(r.value); }
-
-std::string VariableDisplayName(int variable) {
-  static const std::map<int, std::string> names = {
-      {651, "Available bankroll"},
-      {655, "Last available bankroll"},
-      {710, "Script active"},
-      {1100, "Comps"},
-      {1200, "Simulated hrs"},
-      {1302, "High bankroll"},
-      {1303, "Low bankroll"},
-      {1500, "# hands"},
-      {1501, "Most rolls in a hand"},
-      {1502, "Avg rolls per hand"},
-      {1503, "Most comeout rolls in a hand"},
-      {1504, "Avg comeout rolls per hand"},
-      {1505, "Most passes in a hand"},
-      {1506, "Avg passes per hand"},
-      {1507, "Most misses in a hand"},
-      {1508, "Avg misses per hand"},
-      {2600, "# of comeout rolls"},
-      {2601, "% of comeout rolls"},
-      {2602, "# of passes"},
-      {2603, "% of passes"},
-      {2604, "# of misses"},
-      {2605, "% of misses"},
-      {4000, "Lay bets"},
-      {4001, "Inside lay bets"},
-      {4002, "Outside lay bets"},
-      {4010, "DontCome bets"},
-      {4011, "Inside DontCome bets"},
-      {4012, "Outside DontCome bets"},
-      {4020, "DontComeOdds bets"},
-      {4021, "Inside DontComeOdds bets"},
-      {4022, "Outside DontComeOdds bets"},
-      {4030, "Come bets"},
-      {4031, "Inside Come bets"},
-      {4032, "Outside Come bets"},
-      {4040, "ComeOdds bets"},
-      {4041, "Inside ComeOdds bets"},
-      {4042, "Outside ComeOdds bets"},
-      {4050, "Place bets"},
-      {4051, "Inside Place bets"},
-      {4052, "Outside Place bets"},
-      {4060, "Buy bets"},
-      {4061, "Inside Buy bets"},
-      {4062, "Outside Buy bets"},
-      {4070, "Big bets"},
-      {4071, "Hard bets"},
-      {4072, "Hop bets"},
-      {4073, "Repeater bets"},
-      {4100, "Bets"},
-      {4501, "% of prob"},
-      {4502, "# of prob"},
-      {4503, "% of rolls"},
-      {4504, "# of rolls"},
-      {4505, "# of rolls since last"},
-      {4506, "% of prob true"},
-      {4507, "# of prob true"},
-      {4508, "# of prob skew"},
-      {4509, "% of prob skew"},
-      {4510, "ChiSquare"},
-      {4511, "PValue"},
-      {4512, "Degrees of freedom"},
-      {4606, "# of points"},
-      {4607, "% of points"},
-      {5000, "Initializing script"},
-      {5001, "Beginning new session"},
-      {5002, "Beginning new hand"},
-      {5005, "Dice roll file end reached"},
-      {5007, "Dice roll file length"},
-      {5200, "Shooter"},
-      {5201, "Last shooter"},
-      {5202, "Original shooter"},
-      {5203, "Bettor"},
-      {5204, "Autobettor"},
-      {5210, "Selected check"},
-      {5211, "Online"},
-      {5300, "Shooter passes"},
-      {5301, "Shooter misses"},
-      {5500, "Point"},
-      {5501, "Last point"},
-      {5510, "Dice total"},
-      {5511, "Dice combo"},
-      {5512, "Die1"},
-      {5513, "Die2"},
-      {5514, "Dice perm"},
-      {5610, "Minimum bet"},
-      {5611, "Maximum bet"},
-      {5630, "Bar"},
-      {5693, "Date/time"},
-      {5696, "Timer"},
-      {5697, "Answer"},
-      {5698, "Rnd"},
-      {5704, "Next roll is a comeout roll"},
-      {5705, "Next roll is not a comeout roll"},
-      {5706, "Last roll was a comeout roll"},
-      {5707, "Last roll was not a comeout roll"},
-      {5708, "Seven out"},
-      {5709, "Point is decided"},
-      {5710, "Point is established"},
-      {5711, "Point is not established"},
-  };
-  const auto it = names.find(variable);
-  return it != names.end() ? it->second : "V" + std::to_string(variable);
-}
 
 bool IsWritableVariable(int n) {
   if (n >= 1 && n <= 107) return true;  // bets, with the piece checks below
@@ -148,8 +47,8 @@ class Converter {
   CompileFault Run() {
     bool inCondition = false;  // between IF or ELSEIF and THEN nothing is written
     // A label after IF is only "between IF and THEN" once a THEN comes; without one the
-    // block linker has the better message.
-    std::optional<std::size_t> labelInCondition;
+    // block linker has the better message. 0 is none: the header holds index 0.
+    std::size_t labelInCondition = 0;
     for (std::size_t i = 0; i < records_.size();) {
       if (!IsStatementMarker(records_[i])) {
         ++i;
@@ -166,17 +65,17 @@ class Converter {
         continue;
       }
       if (head.code == kCodeThen) {
-        if (inCondition && labelInCondition)
+        if (inCondition && labelInCondition != 0)
           return StatementFault(
               "Improper placement of label.\n"
               "Labels cannot appear within condition statements (between If and Then).",
-              records_, *labelInCondition, lines_);
+              records_, labelInCondition, lines_);
         inCondition = false;
-        labelInCondition.reset();
+        labelInCondition = 0;
         continue;
       }
       if (inCondition) {
-        for (std::size_t k = begin; k < end && !labelInCondition; ++k)
+        for (std::size_t k = begin; k < end && labelInCondition == 0; ++k)
           if (records_[k].code == kCodeLabel) labelInCondition = k;
         continue;
       }
@@ -210,6 +109,8 @@ class Converter {
 
   CompileFault Statement(std::size_t begin, std::size_t end) {
     const TokenRecord& head = records_[begin];
+    // Buying has its own word for a bet outside the current scope, given by the shape check.
+    buying_ = head.code == kCodeAction && Number(head) == kBuyPlace;
     if (head.code == kCodeVariable || head.code == kCodeFunction) {
       if (AtDepthZero(begin + 1, end, kCodeEquals, kCodeEquals)) return Target(begin, end);
       return {};
@@ -271,7 +172,7 @@ class Converter {
     if (IsBet(target)) {
       // A bet can only be placed now: its amount on the table, in this hand or session.
       const int time = Piece(at, end, kCodeTime).value_or(3);
-      if (time != 1 && time != 3)
+      if (time != 1 && time != 3 && !buying_)
         return StatementFault("Unable to set the value of a bet that's not in the current hand or session.", records_,
                               at, lines_);
       const int counted = Piece(at, end, kCodeCounted).value_or(1);
@@ -287,6 +188,7 @@ class Converter {
 
   std::vector<TokenRecord>& records_;
   std::span<const std::string> lines_;
+  bool buying_ = false;  // the statement is "Buy the Place bet on ..."
 };
 
 }  // namespace

@@ -56,13 +56,24 @@ bool TakesNothing(int action) {
          action == 119 || action == 130;
 }
 
-// The most arguments a function takes; lists take any number.
-std::size_t MostArguments(int f) {
-  if ((f >= 126 && f <= 133) || f == 139 || (f >= 25 && f <= 47)) return SIZE_MAX;
+constexpr int kFirstListFunction = 126, kLastListFunction = 133;
+constexpr int kRound = 139;
+
+// Functions that read a list of any length, each item open to a qualifier.
+bool IsListFunction(int f) { return f >= kFirstListFunction && f <= kLastListFunction; }
+
+// How many arguments a call takes: a list at least one, Round a value with its optional
+// precision and direction, the string functions their fixed places, the rest one.
+struct ArgumentCount {
+  std::size_t least, most;
+};
+ArgumentCount Arguments(int f) {
+  if (IsListFunction(f)) return {1, SIZE_MAX};
   switch (f) {
-    case 801: case 802: case 803: case 804: case 813: return 2;
-    case 203: case 805: case 806: case 809: return 3;
-    default: return 1;
+    case kRound: return {1, 3};
+    case 137: case 801: case 802: case 803: case 804: case 813: return {2, 2};  // PValue, Left$ ...
+    case 203: case 805: case 806: case 809: return {3, 3};                        // InStr, Mid$ ...
+    default: return {1, 1};
   }
 }
 
@@ -469,30 +480,48 @@ class ShapeChecker {
     ++pos_;
     if (Code() == kCodeCloseBracket) throw CheckStop{"Missing argument.", call};
     std::size_t arguments = 0;
+    bool qualifierPending = false;  // a qualifier with no item after it yet
     for (;;) {
       if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
         throw CheckStop{"Missing expression in " + name, call};
-      const std::string outer = std::exchange(qualifierOf_, name);
-      const Kind k = ListItem();
-      qualifierOf_ = outer;
+      const bool qualifier = IsRelational(Code());
+      const std::size_t at = pos_;
+      // Only a list has items for a qualifier to pass or hold back, and only a list
+      // reads a range or a nested list as several values.
+      if (qualifier && !IsListFunction(f)) throw CheckStop{"Inappropriate expression in " + name, call};
+      Kind k;
+      if (IsListFunction(f)) {
+        const std::string outer = std::exchange(qualifierOf_, name);
+        k = ListItem();
+        qualifierOf_ = outer;
+      } else {
+        const std::string outer = std::exchange(qualifierOf_, std::string());
+        k = Logical();
+        qualifierOf_ = outer;
+        if (!IsValue(k)) throw CheckStop{"Inappropriate expression in " + name, at};
+      }
+      qualifierPending = qualifier;
       ++arguments;
-      if (f >= 100 && f < 800 && !(f >= 126 && f <= 133) && f != 139 && k == Kind::Text && f != 104 &&
-          f != 117 && f != 118 && f != 125 && f != 203)
+      if (f >= 100 && f < 800 && !IsListFunction(f) && k == Kind::Text && f != 104 && f != 117 &&
+          f != 118 && f != 125 && f != 203)
         throw CheckStop{"Improper argument.", call};
       if (Code() != kCodeListSeparator) break;
       ++pos_;
     }
     if (Code() != kCodeCloseBracket) throw CheckStop{"Improper expression in " + name, AtEnd() ? open : pos_};
     ++pos_;
-    if (arguments > MostArguments(f)) throw CheckStop{"Too many expressions in " + name, call};
+    if (qualifierPending) throw CheckStop{"Missing or inappropriate expression in " + name, call};
+    const ArgumentCount count = Arguments(f);
+    if (arguments < count.least) throw CheckStop{"Missing or improper arguments.", call};
+    if (arguments > count.most) throw CheckStop{"Too many expressions in " + name, call};
     if (Code() == kCodeEndOfList) ++pos_;
   }
 
   const std::vector<TokenRecord>& r_;
   std::size_t pos_ = 0;
   std::size_t end_ = 0;
-  bool lastWasPlain_ = true;
-  std::string qualifierOf_;  // the function whose argument list is being read, if any  // the last operand was a single element, not a computed number
+  bool lastWasPlain_ = true;  // the last operand was a single element, not a computed number
+  std::string qualifierOf_;  // the function whose argument list is being read, if any
 };
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include "autobet/compiler.h"
 
+// Defined with FunctionDisplayName in compiler.cpp.
+std::string VariableDisplayName(int variable);
+
 namespace {
 
 // Which pieces a reference group carries, always written in this order.
@@ -64,6 +67,21 @@ bool CountsAllPlayers(const TokenRecord& r) {
   const int n = Number(r);
   if (IsFunction(r)) return n >= 25 && n <= 47;
   return (n >= 1500 && n <= 1508) || n == 1200 || n == 4606 || n == 4607 || (n >= 2000 && n <= 2999);
+}
+
+// Counters that only exist over whole hands or sessions: asked of another scope, the
+// rule that a user can act on, naming the word as it is displayed.
+std::optional<std::string> ScopeRule(const TokenRecord& r, int time) {
+  const int n = Number(r);
+  // Per-hand records and averages are kept by session: a hand has no "most rolls in a hand".
+  if (IsVariable(r) && n >= 1500 && n <= 1508 && (time == 1 || time == 2))
+    return "'" + VariableDisplayName(n) + "' only applies to\ncurrent session, last session, or all sessions.";
+  // Rolls since a total was last seen run on across hands and are not rolled over.
+  const bool rollsSince = (IsVariable(r) && n == kRollsSinceLast) || (IsFunction(r) && n == 29);
+  if (rollsSince && time != 3 && time != 5)
+    return "'" + (IsFunction(r) ? FunctionDisplayName(n) : VariableDisplayName(n)) +
+           "' only applies to\ncurrent session or all sessions.";
+  return std::nullopt;
 }
 
 // One run of reference pieces between delimiters, as written.
@@ -275,6 +293,9 @@ class Organiser {
         default: break;
       }
     }
+
+    if (ref.time)
+      if (const auto rule = ScopeRule(target, *ref.time)) return Fail(*rule + "\nAmbiguous variable references.");
 
     const bool betCounts = !ref.counted || !IsBetReference(target) ||
                            (*ref.counted >= 0 && *ref.counted <= 5) || *ref.counted == 10;
