@@ -37,6 +37,7 @@ struct AutoBetProgram {
   std::int32_t StatementLength = 0;
   std::int32_t OpenBracket = 0, CloseBracket = 0;  // the range being reduced, both exclusive
   std::int32_t InstructionPointer = 0;
+  std::int32_t StatementStart = 0;  // the record index the statement in the buffer came from
   std::int32_t RunError = 0;
   bool RestartScript = false;
   std::int32_t Bettor = 0;  // seat of the script being run; 0 the selected player

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "autobet/tokens.h"
 
@@ -26,6 +27,18 @@ void ExecuteStatement(Game& g);
 // Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
 // RunError set on a fault.
 void ReduceStatement(Game& g);
+
+// Evaluates one expression as the script of `seat` would, outside any cycle: what a
+// watch on a value shows, and how tests read a value. Strings made go with the call.
+struct EvaluationResult {
+  bool ok = false;
+  bool isString = false;
+  double number = 0;
+  std::string text;
+  int runError = 0;
+  std::string compileFault;
+};
+EvaluationResult EvaluateExpression(Game& g, int seat, std::string_view expression);
 
 // ---- Buffer helpers shared by values and actions (interpreter.cpp).
 
@@ -53,7 +66,7 @@ bool CompareValues(const Game& g, const TokenRecord& left, int relational, const
 // Val: the number at the head of a text ("12abc" 12, " -3.5" -3.5, "x" 0).
 double LeadingNumber(std::string_view text);
 
-// ---- Values (values.cpp).
+// ---- Values (variables.cpp, functions.cpp).
 
 // The text of a string record's value: a pool entry above 0, the special strings at or
 // below it. An unknown special sets RunError 998 and gives "".
@@ -70,8 +83,8 @@ int GroupSize(int v);
 // a number or string record. Sets RunError (and returns false) on a fault.
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
 
-// Replaces the variable group at buffer index `position` by its value. Returns the number
-// of piece records that followed the variable (and were removed).
+// Replaces the variable record at buffer index `position` by its value. Returns the number
+// of piece records that follow it, which the caller then removes.
 int AssignVariable(Game& g, int position);
 
 // Replaces the function call at buffer index `position` (its arguments already reduced to
@@ -82,6 +95,11 @@ int AssignFunction(Game& g, int position);
 // A function in target form (-2: a bet family with its number, CS( ), CSN( )) becomes
 // the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
 void ResolveTargetFunction(Game& g, int position);
+
+// The dice statistic `v` (4501..4512) of roll kind `kind` in a statistics column, counted
+// as X says (the plain words count all rolls): shared by the V4501.. words and their
+// function forms.
+double DiceStatistic(const Game& g, int v, int column, int x, int kind);
 
 // The text of a run-time fault code, lines joined by a line end; "" for 0.
 std::string RunErrorText(int code);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 
+#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "dice/roll_files.h"
 #include "dice/seeding.h"
@@ -494,7 +495,8 @@ bool OneRoll(Game& g) {
   // 15. After resolution.
   AfterResolution(g, pointBefore);
 
-  // 16. Scripts run here once Auto-Bet exists; then the runner's own bets.
+  // 16. The active seats' scripts, one cycle; then the runner's own bets.
+  if (g.AutoBet.ScriptsCompiled && AnyScriptActive(g)) RunAutoBet(g);
   if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
@@ -516,11 +518,16 @@ bool OneRoll(Game& g) {
 
 }  // namespace
 
+bool AnyScriptActive(const Game& g) {
+  for (int s = 1; s < kSeats; ++s) {
+    if (g.ScriptActive[s] && SeatOccupied(g, s)) return true;
+  }
+  return false;
+}
+
 bool CompileActiveScripts(Game& g) {
   if (g.AutoBet.ScriptsCompiled) return true;
-  bool anyActive = false;
-  for (int s = 1; s < kSeats; ++s) anyActive = anyActive || (g.ScriptActive[s] && SeatOccupied(g, s));
-  if (!anyActive) return true;
+  if (!AnyScriptActive(g)) return true;
   SeatFacts facts;
   for (int s = 1; s < kSeats; ++s) {
     facts.names[s - 1] = g.PlayerName[s];

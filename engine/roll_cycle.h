@@ -18,6 +18,8 @@ void RestWorkingStates(Game& g);
 // Compiles the scripts of the active seats when they aren't compiled; a fault is told
 // (or becomes the stop text) and the roll may not go on.
 bool CompileActiveScripts(Game& g);
+// Whether an occupied seat has its script switched on.
+bool AnyScriptActive(const Game& g);
 // A contract bet left on the table at a new session or by a leaving player: it loses.
 void AbandonBet(Game& g, int seat, int bet);
 // The hand has ended: its columns go to "Last hand", bankroll marks start again.

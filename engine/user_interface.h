@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/clock.h"
 #include "engine/money.h"
 
 // Bits of the message flags.
@@ -52,8 +53,14 @@ struct SettleRequest {
   Money ModifyAmount, BetAmount;
 };
 
+// One step of Auto-Bet's step mode: the text for the Steps window, its title, and the
+// source range of the statement in progress (lines from 1, columns from 0; a last column
+// of -1 runs to the end of the line) in the script of `Seat`.
 struct StepRequest {
   std::string Text;
+  std::string Title;
+  int Seat = 0;
+  int FirstLine = 0, FirstColumn = 0, LastLine = 0, LastColumn = -1;
 };
 
 class UserInterface {
@@ -96,8 +103,22 @@ class HeadlessUi : public UserInterface {
   std::string ChooseFile(const std::string&, const std::string&) override { return ""; }
   void PlaySound(const std::string& file, bool) override { sounds.push_back(file); }
   void Refresh(const std::vector<std::string>&) override { ++refreshes; }
-  bool ShowStep(const StepRequest&) override { return true; }
-  void Yield() override { ++yields; }
+  // Step mode: every step shown, answered by `stepReplies` (true Next, false Stop) or Next.
+  std::vector<StepRequest> steps;
+  std::deque<bool> stepReplies;
+  bool ShowStep(const StepRequest& request) override {
+    steps.push_back(request);
+    if (stepReplies.empty()) return true;
+    const bool next = stepReplies.front();
+    stepReplies.pop_front();
+    return next;
+  }
+  // A fake clock that each turn of the event loop moves on by 10 ms, so that waits end.
+  FakeClock* advance = nullptr;
+  void Yield() override {
+    ++yields;
+    if (advance) advance->tick += 10;
+  }
 
   // The text of the last message, "" when none.
   std::string LastText() const { return transcript.empty() ? "" : transcript.back().request.Text; }

@@ -9,6 +9,7 @@
 TestTable::TestTable() {
   g.Ui = &ui;
   g.Time = &clock;
+  ui.advance = &clock;
   SetDefaultGame(g);
   g.Dice.pendingSeed = Money::Dollars(12345);
   SeedRng(g, true);

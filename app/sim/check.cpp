@@ -12,9 +12,7 @@
 #include "app/sim/sim.h"
 #include "autobet/compiler.h"
 
-namespace {
-
-bool ReadLines(const std::string& path, std::vector<std::string>& lines) {
+bool ReadScriptLines(const std::string& path, std::vector<std::string>& lines) {
   std::ifstream f(path, std::ios::binary);
   if (!f) return false;
   std::string line;
@@ -24,6 +22,8 @@ bool ReadLines(const std::string& path, std::vector<std::string>& lines) {
   }
   return !f.bad();
 }
+
+namespace {
 
 std::string OneLine(std::string message) {
   for (char& c : message)
@@ -64,9 +64,16 @@ std::string RecordText(const TokenRecord& r) {
 
 }  // namespace
 
+std::string FaultLine(const std::string& file, const CompileFault& fault) {
+  const int lastColumn = fault.lastLine == fault.firstLine ? std::max(fault.lastColumn, fault.firstColumn + 1)
+                                                           : std::max(fault.lastColumn, 1);
+  return fmt::format("{}:{}:{}-{}:{}: {}", file, fault.firstLine, fault.firstColumn + 1, fault.lastLine, lastColumn,
+                     OneLine(fault.message));
+}
+
 int RunCheck(const SimOptions& o, std::ostream& out, std::ostream& err) {
   std::vector<std::string> lines;
-  if (!ReadLines(o.checkFile, lines)) {
+  if (!ReadScriptLines(o.checkFile, lines)) {
     err << "dicehall-sim: " << o.checkFile << ": the file can't be read.\n";
     return 1;
   }
@@ -77,10 +84,7 @@ int RunCheck(const SimOptions& o, std::ostream& out, std::ostream& err) {
   names[0] = player;
   const CompileFault fault = CompileAutobets(program, 1, names);
   if (fault.Failed()) {
-    const int lastColumn = fault.lastLine == fault.firstLine ? std::max(fault.lastColumn, fault.firstColumn + 1)
-                                                             : std::max(fault.lastColumn, 1);
-    out << fmt::format("{}:{}:{}-{}:{}: {}\n", o.checkFile, fault.firstLine, fault.firstColumn + 1, fault.lastLine,
-                       lastColumn, OneLine(fault.message));
+    out << FaultLine(o.checkFile, fault) << "\n";
     return 1;
   }
   out << "OK\n";

@@ -12,6 +12,7 @@
 #include <vector>
 #include <ostream>
 
+#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
 #include "engine/game_state.h"
@@ -118,6 +119,21 @@ ChiSquareTest DiceTest(const Game& g) {
 
 std::string Percent(double part, double whole) { return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole); }
 
+// The run-time faults of a seat's script: the count and the first few.
+struct ScriptFaults {
+  int64_t count = 0;
+  std::vector<AutoBetProgram::RunFault> first;
+};
+ScriptFaults FaultsOf(const Game& g, int seat) {
+  return {g.AutoBet.FaultCount[seat], g.AutoBet.FirstFaults[seat]};
+}
+
+std::string OneLineText(std::string text) {
+  for (char& c : text)
+    if (c == '\n') c = ' ';
+  return text;
+}
+
 void WriteTextReport(const Game& g, const std::string& stopped, std::ostream& out) {
   const Statistics& st = g.Stats;
   const int32_t rolls = st.RollCount[kSessionScope][0];
@@ -140,6 +156,12 @@ void WriteTextReport(const Game& g, const std::string& stopped, std::ostream& ou
                        DollarText(net));
     out << fmt::format("  bought in {}, high {}, low {}\n", DollarText(g.BuyInTotal[kSessionScope + s]),
                        DollarText(g.HighBankroll[kSessionScope + s]), DollarText(g.LowBankroll[kSessionScope + s]));
+    if (g.ScriptActive[s] || !g.ScriptFile[s].empty()) {
+      const ScriptFaults f = FaultsOf(g, s);
+      out << fmt::format("  script {}: {} run-time fault{}\n", g.ScriptFile[s], f.count, f.count == 1 ? "" : "s");
+      for (const auto& fault : f.first)
+        out << fmt::format("    line {}: {} ({})\n", fault.line, OneLineText(RunErrorText(fault.code)), fault.code);
+    }
     for (const BetLine& l : BetLines(g, s)) {
       const Money netBet = l.amountWon - l.amountLost;
       out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)\n",
@@ -181,6 +203,13 @@ void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stop
                       {"lost", l.lost}, {"wagered", money(l.wagered)}, {"amount_won", money(l.amountWon)},
                       {"amount_lost", money(l.amountLost)}, {"net", money(l.amountWon - l.amountLost)}});
     p["bets"] = std::move(bets);
+    if (!g.ScriptFile[s].empty()) {
+      const ScriptFaults f = FaultsOf(g, s);
+      json first = json::array();
+      for (const auto& fault : f.first)
+        first.push_back({{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)}});
+      p["script"] = {{"file", g.ScriptFile[s]}, {"faults", f.count}, {"first_faults", std::move(first)}};
+    }
     players.push_back(std::move(p));
   }
   report["players"] = std::move(players);
@@ -189,13 +218,22 @@ void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stop
 }
 
 // The roll cycle of a set-up game, `rolls` rolls of Hyper-Drive.
+// Active scripts are compiled and run once as activation runs them, "initializing script"
+// true, before the first roll.
 void RunHyperDrive(Game& g, int64_t rolls) {
   g.Auto.AutoStopRolls = Money::Dollars(rolls);
   g.Auto.AutoRollThrottle = 0;
-  if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
   ToggleAutoRoll(g);
+  if (AnyScriptActive(g)) {
+    if (!CompileActiveScripts(g)) return;
+    g.AutoBet.InitializingScript = true;
+    RunAutoBet(g);
+    g.AutoBet.InitializingScript = false;
+  }
+  if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
   RollDice(g);
 }
+
 
 void SetUpGame(Game& g, UserInterface& ui, const std::string& folder, bool seeded, uint32_t seed) {
   g.Ui = &ui;
@@ -276,7 +314,8 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   CLI::App app{
       "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a summary.\n"
       "Players are seated from 4L toward 4R in the order given and buy in with their bankroll.\n"
-      "Only players with a standing Pass Line or Don't Pass bet shoot; the others pass the dice.\n"
+      "Only players with a standing Pass Line or Don't Pass bet, or a script that bets one of them,\n"
+      "shoot; the others pass the dice. With no such player the table needs no line bet to shoot.\n"
       "Before every roll each --bet that is absent is placed again if the table allows it\n"
       "(line bets are made on the come-out only). Bets that win or lose come down and are\n"
       "placed again before the next roll. Every bet of the table is offered by its name, e.g.\n"
@@ -433,12 +472,29 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
 int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   if (o.bench) return RunSimBench(out);
   if (!o.checkFile.empty()) return RunCheck(o, out, err);
-  for (const SimPlayer& p : o.players)
-    if (!p.script.empty()) {
-      err << "dicehall-sim: " << p.name << "'s script " << p.script
-          << ": Auto-Bet scripts can't be run by this build yet.\n";
+  // Scripts are read and compiled before anything is set up, so that a fault is told
+  // the way --check tells it.
+  std::vector<std::vector<std::string>> scripts(o.players.size());
+  std::vector<bool> makesLineBets(o.players.size());
+  for (size_t i = 0; i < o.players.size(); ++i) {
+    const SimPlayer& p = o.players[i];
+    if (p.script.empty()) continue;
+    if (!ReadScriptLines(p.script, scripts[i])) {
+      err << "dicehall-sim: " << p.name << "'s script " << p.script << ": the file can't be read.\n";
       return 1;
     }
+    AutoBetProgram program;
+    program.ScriptSource[i + 1] = scripts[i];
+    std::vector<std::string> names(kPlayerSeats);
+    for (size_t k = 0; k < o.players.size(); ++k) names[k] = o.players[k].name;
+    const CompileFault fault = CompileAutobets(program, static_cast<int>(i) + 1, names);
+    if (fault.Failed()) {
+      err << FaultLine(p.script, fault) << "\n";
+      return 1;
+    }
+    for (const TokenRecord& r : program.ScriptRecords)
+      makesLineBets[i] = makesLineBets[i] || (r.code == kCodeVariableTarget && (r.value == bet::PassLine || r.value == bet::DontPass));
+  }
   auto game = std::make_unique<Game>();
   Game& g = *game;
   SimUi ui;
@@ -455,6 +511,14 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   SetUpGame(g, ui, folder, o.seeded, o.seed);
   int seat = 1;
   for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
+  for (size_t i = 0; i < o.players.size(); ++i) {
+    if (o.players[i].script.empty()) continue;
+    const int s = static_cast<int>(i) + 1;
+    g.AutoBet.ScriptSource[s] = scripts[i];
+    g.ScriptFile[s] = o.players[i].script;
+    g.ScriptActive[s] = true;
+  }
+  g.AutoBet.ScriptsCompiled = false;
 
   Standing standing;
   for (const SimBet& b : o.bets) {
@@ -472,9 +536,13 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
     for (int i = 0; i < standing.count; ++i)
       line = line || (standing.bets[i].seat == s &&
                       (standing.bets[i].bet == bet::PassLine || standing.bets[i].bet == bet::DontPass));
+    // A script that bets the Pass Line or Don't Pass shoots; one that never does passes.
+    if (g.ScriptActive[s] && makesLineBets[s - 1]) line = true;
     g.AutoPassDice[s] = !line;
     anyShooter = anyShooter || line;
   }
+  // With nobody to make a line bet, the dice are thrown for the table's other bets.
+  if (!anyShooter) g.Rules.BetNeededToShoot = 0;
   if (anyShooter && g.AutoPassDice[g.Table.Shooter]) {
     for (int s = 1; s < kSeats; ++s)
       if (SeatOccupied(g, s) && !g.AutoPassDice[s]) {

@@ -55,5 +55,9 @@ int RunSim(const SimOptions& options, std::ostream& out, std::ostream& err);
 // Compiles the script of --check as seat 1's, occupied by the first --player (else
 // "Ann"); prints "OK" or FILE:LINE:COL-LINE:COL: message. Returns the exit code.
 int RunCheck(const SimOptions& options, std::ostream& out, std::ostream& err);
+// The lines of a script file (line ends of either kind); false when it can't be read.
+bool ReadScriptLines(const std::string& path, std::vector<std::string>& lines);
+// A compile fault as FILE:LINE:COL-LINE:COL: message, on one line.
+std::string FaultLine(const std::string& file, const struct CompileFault& fault);
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);

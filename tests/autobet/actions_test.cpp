@@ -1,0 +1,422 @@
+// Actions and assignments of scripts: each verb against the stores it changes, the
+// qualifiers of a target walk, and the faults that leave the table as it was.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "autobet/interpreter.h"
+#include "dice/probability_file.h"
+#include "engine/game_state.h"
+#include "engine/handling.h"
+#include "engine/roll_cycle.h"
+#include "storage/paths.h"
+#include "tests/test_support.h"
+
+namespace {
+
+constexpr int kAnn = 1, kBob = 2;
+constexpr int kPlace6 = bet::Place4 + 2, kBuy6 = bet::Buy4 + 2, kPlace8 = bet::Place4 + 3;
+
+// Ann (seat 1) and Bob (seat 2) at a table whose program folder is a folder of the test's
+// own; Ann's script runs one cycle at a time.
+struct ActionTable {
+  TestTable t;
+  TempDir dir;
+  Game& g = t.g;
+  ActionTable() {
+    g.ProgramFolder = dir.path.string();
+    t.Seat(kAnn, "Ann", 1000_usd);
+    t.Seat(kBob, "Bob", 1000_usd);
+  }
+  // Runs the lines as Ann's script once; returns the first fault of the run, 0 for none.
+  int Run(const std::vector<std::string>& lines) {
+    AutoBetProgram& p = g.AutoBet;
+    p.FaultCount = {};
+    p.FirstFaults = {};
+    p.ScriptSource[kAnn] = lines;
+    g.ScriptActive[kAnn] = true;
+    p.ScriptsCompiled = false;
+    EXPECT_TRUE(CompileActiveScripts(g)) << t.ui.LastText();
+    RunAutoBet(g);
+    return p.FirstFaults[kAnn].empty() ? 0 : p.FirstFaults[kAnn][0].code;
+  }
+  // Takes a statement built by hand, as the reduction would leave it.
+  void Take(const std::vector<TokenRecord>& records) {
+    AutoBetProgram& p = g.AutoBet;
+    p.RunError = 0;
+    p.Bettor = kAnn;
+    for (std::size_t i = 0; i < records.size(); ++i) p.StatementBuffer[i + 1] = records[i];
+    p.StatementLength = static_cast<int>(records.size());
+    TakeAction(g);
+  }
+  double Cs(int n) const { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); }
+  double Bet(int bet, int seat = kAnn) const { return g.BetAmount[seat][bet].ToDouble(); }
+  std::string File(const std::string& name) const { return (dir.path / name).string(); }
+};
+
+// Ann's bet as a target group: V, P, H3, X1, Y34.
+std::vector<TokenRecord> BetTarget(int bet) {
+  return {{kCodeVariableTarget, double(bet)}, {kCodePlayer, kAnn}, {kCodeTime, 3}, {kCodeCounted, 1},
+          {kCodeModifier, 34}};
+}
+
+std::vector<TokenRecord> Join(std::initializer_list<std::vector<TokenRecord>> parts) {
+  std::vector<TokenRecord> all;
+  for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+// ---- Verbs over checkstacks: arithmetic, Money rounding, qualifiers.
+
+struct VerbCase {
+  std::vector<std::string> lines;
+  double cs1, cs2, cs3;
+};
+
+class VerbTest : public testing::TestWithParam<VerbCase> {};
+
+TEST_P(VerbTest, LeavesTheCheckstacks) {
+  ActionTable a;
+  const VerbCase& c = GetParam();
+  ASSERT_EQ(a.Run(c.lines), 0);
+  EXPECT_DOUBLE_EQ(a.Cs(1), c.cs1);
+  EXPECT_DOUBLE_EQ(a.Cs(2), c.cs2);
+  EXPECT_DOUBLE_EQ(a.Cs(3), c.cs3);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Checkstacks, VerbTest,
+    testing::Values(
+        VerbCase{{"cs1 = 10", "multiply by 3 on cs1"}, 30, 0, 0},
+        VerbCase{{"cs1 = 10", "divide by 4 on cs1"}, 2.5, 0, 0},
+        VerbCase{{"cs1 = 10", "add 5 to cs1"}, 15, 0, 0},
+        VerbCase{{"cs1 = 10", "subtract 15 from cs1"}, -5, 0, 0},
+        VerbCase{{"cs1 = 10", "bet 7 on cs1, cs2"}, 7, 7, 0},
+        VerbCase{{"cs1 = 10", "clear cs1"}, 0, 0, 0},
+        VerbCase{{"cs1 = 10", "round to the nearest 4 on cs1"}, 12, 0, 0},
+        VerbCase{{"cs1 = 10", "round down to the nearest 4 on cs1"}, 8, 0, 0},
+        VerbCase{{"cs1 = 10", "round up to the nearest 4 on cs1"}, 12, 0, 0},
+        VerbCase{{"cs1 = 10", "round up to the nearest 5 on cs1"}, 10, 0, 0},
+        VerbCase{{"cs1 = 10", "round to the nearest 0 on cs1"}, 10, 0, 0},
+        VerbCase{{"cs1 = -10", "round to the nearest 4 on cs1"}, -8, 0, 0},
+        VerbCase{{"cs1 = -10", "round down to the nearest 4 on cs1"}, -12, 0, 0},
+        // 0.35 / 0.1 in doubles falls just short of 3.5; in Money it is exact.
+        VerbCase{{"cs1 = 0.35", "round to the nearest 0.1 on cs1"}, 0.4, 0, 0},
+        VerbCase{{"cs2 = 4", "add cs2 * 2 to cs1"}, 8, 4, 0},
+        VerbCase{{"cs1 = 2", "cs2 = 3", "swap cs1, cs2"}, 3, 2, 0},
+        VerbCase{{"cs1 thru cs3 = 4"}, 4, 4, 4},
+        // A qualifier holds until the next one; targets before any are always taken.
+        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to > 10, cs1, cs2, cs3"}, 5, 16, 26},
+        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to cs1, > 10, cs2, < 20, cs3"}, 6, 16, 25},
+        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "clear = 15, cs1, cs2, cs3"}, 5, 0, 25}));
+
+TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"csn1 = \"a\"", "csn2 = \"b\"", "csn3 = \"a\"", "clear = \"a\", csn1, csn2", "swap csn2, csn3"}), 0);
+  EXPECT_EQ(a.g.CheckStackName[kAnn][1], "");
+  EXPECT_EQ(a.g.CheckStackName[kAnn][2], "a");
+  EXPECT_EQ(a.g.CheckStackName[kAnn][3], "b");
+}
+
+// ---- Bets through the placement gate, and their working switches.
+
+constexpr int kAnyWorking = 99;
+
+struct BetCase {
+  std::vector<std::string> lines;
+  int seat, bet;
+  double amount;
+  int working = kAnyWorking;
+};
+
+class BetVerbTest : public testing::TestWithParam<BetCase> {};
+
+TEST_P(BetVerbTest, LeavesTheBet) {
+  ActionTable a;
+  const BetCase& c = GetParam();
+  ASSERT_EQ(a.Run(c.lines), 0);
+  EXPECT_DOUBLE_EQ(a.Bet(c.bet, c.seat), c.amount);
+  if (c.working != kAnyWorking) {
+    EXPECT_EQ(a.g.BetWorking[c.seat][c.bet], c.working);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bets, BetVerbTest,
+    testing::Values(BetCase{{"bet 6 on place6"}, kAnn, kPlace6, 6},
+                    BetCase{{"bet 6 on place6", "add 6 to place6"}, kAnn, kPlace6, 12},
+                    BetCase{{"bet 5 on field", "bet 0 on field"}, kAnn, bet::Field, 0},
+                    BetCase{{"bet 5 on field", "clear field"}, kAnn, bet::Field, 0},
+                    BetCase{{"bet 5 on place6 player2"}, kBob, kPlace6, 5},
+                    // The table's rules cut a bet; the script goes on without a fault.
+                    BetCase{{"bet 10 on come"}, kAnn, bet::Come, 0},
+                    BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kBuy6, 6},
+                    BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kPlace6, 0},
+                    BetCase{{"bet 6 on buy6", "remove buy button from buy6"}, kAnn, kPlace6, 6},
+                    BetCase{{"bet 6 on place6", "call off place6", "buy the place bet on place6"}, kAnn, kBuy6, 6, -1},
+                    BetCase{{"bet 6 on place6", "call on place6"}, kAnn, kPlace6, 6, 2},
+                    BetCase{{"bet 6 on place6", "call off place6"}, kAnn, kPlace6, 6, -1},
+                    BetCase{{"bet 6 on place6", "call off place6", "remove on/off button from place6"}, kAnn, kPlace6,
+                            6, 0},
+                    BetCase{{"place6 autowork on comeout = true"}, kAnn, kPlace6, 0, 1},
+                    BetCase{{"field autowork on comeout = false"}, kAnn, bet::Field, 0, 0}));
+
+TEST(ActionBets, ComeOutWorkingFollowsAutowork) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"place6 autowork on comeout = true"}), 0);
+  EXPECT_EQ(a.g.DefaultWorking[kAnn][kPlace6], 1);
+  EXPECT_TRUE(a.g.Rules.WorkOnComeOut[kPlace6][kAnn]);
+}
+
+// Place-only and Buy-only verbs fault on another bet but finish the walk.
+TEST(ActionBets, BuyingAnotherBetFaultsWithoutStoppingTheWalk) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"bet 6 on place6", "bet 5 on field"}), 0);
+  a.Take(Join({{{kCodeAction, 450}}, BetTarget(bet::Field), {{kCodeListSeparator, 0}}, BetTarget(kPlace6)}));
+  EXPECT_EQ(a.g.AutoBet.RunError, 12);
+  EXPECT_DOUBLE_EQ(a.Bet(kBuy6), 6);
+  EXPECT_DOUBLE_EQ(a.Bet(bet::Field), 5);
+  a.Take(Join({{{kCodeAction, 454}}, BetTarget(bet::Field)}));
+  EXPECT_EQ(a.g.AutoBet.RunError, 13);
+}
+
+// ---- Settings written by assignment.
+
+struct SettingCase {
+  const char* line;
+  double (*probe)(const Game&);
+  double value;
+};
+
+class SettingTest : public testing::TestWithParam<SettingCase> {};
+
+TEST_P(SettingTest, StoresTheValue) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({GetParam().line}), 0) << GetParam().line;
+  EXPECT_DOUBLE_EQ(GetParam().probe(a.g), GetParam().value) << GetParam().line;
+}
+
+double WinMode(const Game& g) { return g.AutoHandleWin[kAnn]; }
+double LoseMode(const Game& g) { return g.AutoHandleLose[kAnn]; }
+
+INSTANTIATE_TEST_SUITE_P(
+    Settings, SettingTest,
+    testing::Values(
+        SettingCase{"rolls per hr = 360", [](const Game& g) { return g.Rules.RollsPerTime; }, 360},
+        SettingCase{"odds allowed factor5 = 10", [](const Game& g) { return g.Rules.OddsAllowed59.ToDouble(); }, 10},
+        SettingCase{"comp rate = 12.5", [](const Game& g) { return g.Rules.CompRate.ToDouble(); }, 12.5},
+        SettingCase{"select rng 3", [](const Game& g) { return double(g.Dice.rngNumber); }, 3},
+        SettingCase{"seed = 777", [](const Game& g) { return double(g.Dice.lastSeed); }, 777},
+        SettingCase{"seed rng with 4321", [](const Game& g) { return double(g.Dice.lastSeed); }, 4321},
+        SettingCase{"autotake full odds = true", [](const Game& g) { return double(g.AutoTakeOdds[kAnn]); }, 1},
+        SettingCase{"autopass the dice = 1", [](const Game& g) { return double(g.AutoPassDice[kAnn]); }, 1},
+        SettingCase{"bankroll = 500", [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); }, 500},
+        SettingCase{"bankroll = 500",
+                    [](const Game& g) { return g.BeginningBankroll[kAnn + kSessionScope].ToDouble(); }, 500},
+        SettingCase{"autohandle winning bets = \"Parlay\"", WinMode, kParlayOrDouble},
+        SettingCase{"autohandle winning bets = \" Same Bet / Take Winnings \"", WinMode, kSameBet},
+        SettingCase{"autohandle winning bets = 3", WinMode, 3},
+        SettingCase{"autohandle winning bets = \"same bet x 150%\"", WinMode, kModifyByRule},
+        SettingCase{"autohandle losing bets = \"no bet / take remainder (if any)\"", LoseMode, kTakeDown},
+        SettingCase{"autohandle losing bets = \"bet remainder\"", LoseMode, kPressUnitOrRemainder},
+        SettingCase{"autohandle losing bets = \"same bet plus 1 unit\"", LoseMode, kPressDoubleOrUnit},
+        SettingCase{"autohandle losing bets = \"double bet\"", LoseMode, kParlayOrDouble}));
+
+TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet x 150%\"", "autohandle losing bets = \"same bet - $5\""}), 0);
+  const SettleRule& win = a.g.SettleRules[kAnn][kRuleModifyWin];
+  EXPECT_EQ(win.Operator, 2);
+  EXPECT_EQ(win.Operand, 150_usd);
+  EXPECT_EQ(win.Units, 1);
+  const SettleRule& lose = a.g.SettleRules[kAnn][kRuleModifyLose];
+  EXPECT_EQ(lose.Operator, 1);
+  EXPECT_EQ(lose.Operand, 5_usd);
+  EXPECT_EQ(lose.Units, 0);
+}
+
+// ---- Faults: the code, and the store the statement would have changed, untouched.
+
+struct FaultCase {
+  std::vector<std::string> lines;
+  int code;
+  double (*probe)(const Game&);
+  double value;
+  void (*setup)(Game&) = nullptr;
+};
+
+class FaultTest : public testing::TestWithParam<FaultCase> {};
+
+TEST_P(FaultTest, RefusesAndLeavesTheStore) {
+  ActionTable a;
+  const FaultCase& c = GetParam();
+  if (c.setup) c.setup(a.g);
+  EXPECT_EQ(a.Run(c.lines), c.code) << c.lines.back();
+  EXPECT_DOUBLE_EQ(c.probe(a.g), c.value) << c.lines.back();
+}
+
+double Place8(const Game& g) { return g.BetAmount[kAnn][kPlace8].ToDouble(); }
+double Cs1(const Game& g) { return g.BetAmount[kAnn][kCheckStackRow + 1].ToDouble(); }
+double Messages(const Game& g) { return double(static_cast<const HeadlessUi*>(g.Ui)->transcript.size()); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, FaultTest,
+    testing::Values(
+        // The walk is checked whole before anything is written.
+        FaultCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
+        FaultCase{{"bet 6 on place6", "call off place6, passline"}, 862,
+                  [](const Game& g) { return double(g.BetWorking[kAnn][kPlace6]); }, 0},
+        FaultCase{{"hotroller autowork on comeout = true"}, 862,
+                  [](const Game& g) { return double(g.DefaultWorking[kAnn][bet::HotRoller]); }, 1},
+        FaultCase{{"bankroll = 500"}, 870, [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); }, 1000,
+                  [](Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }},
+        FaultCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
+        FaultCase{{"autohandle winning bets = \"same bet / 0\""}, 860, WinMode, 0},
+        FaultCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0},
+        FaultCase{{"rolls per hr = 0"}, 900, [](const Game& g) { return g.Rules.RollsPerTime; }, 120},
+        FaultCase{{"odds allowed factor4 = 10000"}, 914,
+                  [](const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }, 3},
+        FaultCase{{"seed rng with 0"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
+        FaultCase{{"seed = 2147483648"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
+        FaultCase{{"select rng 3", "seed rng with 1000000"}, 905,
+                  [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
+        FaultCase{{"select rng 9"}, 911, [](const Game& g) { return double(g.Dice.rngNumber); }, 1},
+        FaultCase{{"select rng 6"}, 910, [](const Game& g) { return double(g.Dice.rngNumber); }, 1,
+                  [](Game& g) { g.Dice.missingRngLibraries = 1; }},
+        FaultCase{{"comp rate = -1"}, 912, [](const Game& g) { return g.Rules.CompRate.ToDouble(); }, 30},
+        FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }},
+        FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Auto.HyperDrive = true; }},
+        FaultCase{{"dice roll file next roll = 3"}, 1003,
+                  [](const Game& g) { return double(g.Rolls.NextRollPosition); }, 1},
+        FaultCase{{"output to file \"x\""}, 1004, Cs1, 0},
+        FaultCase{{"playback dice roll file \"missing.rol\""}, 1005,
+                  [](const Game& g) { return double(g.Rolls.RecorderState); }, 0},
+        FaultCase{{"playback dice roll file \"bad.rol\""}, 1007,
+                  [](const Game& g) { return double(g.Rolls.RecorderState); }, 0,
+                  [](Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }},
+        FaultCase{{"open/append file for output \"no such folder/out.txt\""}, 1006,
+                  [](const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }, 0},
+        FaultCase{{"activate probability file \"missing.prb\""}, 1008,
+                  [](const Game& g) { return double(g.Percentage.PercentageDiceOn); }, 0},
+        FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4}));
+
+TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {
+  ActionTable a;
+  a.Take({{kCodeVariableTarget, 201}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  EXPECT_EQ(a.g.AutoBet.RunError, 1011);
+  a.Take({{kCodeVariableTarget, 801}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  EXPECT_EQ(a.g.AutoBet.RunError, 1012);
+}
+
+// ---- Actions without targets.
+
+TEST(ActionMessages, ShowTheTextUnderTheBettorsTitleAndAskYesOrNo) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"show message \"Pressing now\""}), 0);
+  ASSERT_FALSE(a.t.ui.transcript.empty());
+  const MessageRequest& shown = a.t.ui.transcript.back().request;
+  EXPECT_EQ(shown.Text, "Pressing now");
+  EXPECT_EQ(shown.Title, "Auto-Bet (Ann)");
+  EXPECT_EQ(shown.Width, 550);
+  // Hyper-Drive shows script messages only with their own option on.
+  a.g.Auto.HyperDrive = a.g.SilentMode = true;
+  a.g.Rules.Notices |= kNoticeAutoBetHyper;
+  ASSERT_EQ(a.Run({"show message \"fast\""}), 0);
+  EXPECT_EQ(a.t.ui.LastText(), "fast");
+  MessageReply no;
+  no.Button = kButtonNo;
+  a.t.ui.replies.push_back(no);
+  ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);
+  EXPECT_EQ(a.g.AutoBet.Answer, 7);
+  ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);
+  EXPECT_EQ(a.g.AutoBet.Answer, 6);
+}
+
+TEST(ActionSounds, PlayFromTheProgramFolderExceptInHyperDrive) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"play sound \"chips.wav\""}), 0);
+  ASSERT_EQ(a.t.ui.sounds.size(), 1u);
+  EXPECT_EQ(a.t.ui.sounds.back(), a.File("chips.wav"));
+  a.g.Auto.HyperDrive = true;
+  ASSERT_EQ(a.Run({"play sound \"chips.wav\""}), 0);
+  EXPECT_EQ(a.t.ui.sounds.size(), 1u);
+}
+
+TEST(ActionFiles, OutputFilesAppendOrStartEmpty) {
+  ActionTable a;
+  auto content = [&] {
+    std::ifstream in(a.File("out.txt"));
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  ASSERT_EQ(a.Run({"open/clear file for output \"out.txt\"", "output to file \"roll \" & 1", "output to file 2.5"}), 0);
+  EXPECT_EQ(content(), "roll 1\n2.5\n");
+  ASSERT_EQ(a.Run({"open/append file for output \"out.txt\"", "output to file \"more\""}), 0);
+  EXPECT_EQ(content(), "roll 1\n2.5\nmore\n");
+  ASSERT_EQ(a.Run({"open/clear file for output \"out.txt\""}), 0);
+  EXPECT_EQ(content(), "");
+}
+
+TEST(ActionFiles, PlaybackStartsAtTheRollAskedFor) {
+  ActionTable a;
+  std::ofstream(a.File("r.rol"), std::ios::binary)
+      << char(EncodeRoll(1, 1, 0)) << char(EncodeRoll(5, 2, 0)) << char(EncodeRoll(6, 6, 0));
+  ASSERT_EQ(a.Run({"playback dice roll file \"r.rol\" from roll 2"}), 0);
+  EXPECT_EQ(a.g.Rolls.RecorderState, 2);
+  a.g.Rules.BetNeededToShoot = 0;
+  a.g.ScriptActive[kAnn] = false;
+  RollDice(a.g);
+  EXPECT_EQ(a.g.Table.Die1, 5);
+  EXPECT_EQ(a.g.Table.Die2, 2);
+  ASSERT_EQ(a.Run({"dice roll file next roll = 1", "deactivate dice roll file"}), 0);
+  EXPECT_EQ(a.g.Rolls.NextRollPosition, 1);
+  EXPECT_EQ(a.g.Rolls.RecorderState, 0);
+}
+
+TEST(ActionFiles, ProbabilityFilesSwitchPercentageDice) {
+  ActionTable a;
+  ProbabilityTable table;
+  SetDefaultProbabilities(table);
+  std::string error;
+  ASSERT_TRUE(SaveProbabilityFile(a.File("p.prb"), table, error)) << error;
+  ASSERT_EQ(a.Run({"activate probability file \"p.prb\""}), 0);
+  EXPECT_TRUE(a.g.Percentage.PercentageDiceOn);
+  ASSERT_EQ(a.Run({"deactivate probability file"}), 0);
+  EXPECT_FALSE(a.g.Percentage.PercentageDiceOn);
+}
+
+TEST(ActionTable, AtmAndPassingTheDice) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"atm deposit 100", "atm withdraw 30"}), 0);
+  EXPECT_EQ(a.g.Bankroll[kAnn], 930_usd);
+  ASSERT_EQ(a.g.Table.Shooter, kAnn);
+  ASSERT_EQ(a.Run({"pass the dice"}), 0);
+  EXPECT_EQ(a.g.Table.Shooter, kBob);
+}
+
+TEST(ActionTable, StopAutoRollingAndSeedFromTheClock) {
+  ActionTable a;
+  a.g.Auto.AutoRollActive = true;
+  ASSERT_EQ(a.Run({"stop autoroll/hyperdrive", "seed rng"}), 0);
+  EXPECT_FALSE(a.g.Auto.AutoRollActive);
+  EXPECT_EQ(a.g.StopReason, "Stopped by Auto-Bet command.");
+  EXPECT_NE(a.g.Dice.lastSeed, 12345);
+}
+
+TEST(ActionSessions, NewSessionClearsCheckstacksUnlessPreservedAndRestartsTheScript) {
+  ActionTable a;
+  ASSERT_EQ(a.Run({"cs1 = 5"}), 0);
+  a.Take({{kCodeAction, 100}});
+  EXPECT_DOUBLE_EQ(a.Cs(1), 0);
+  EXPECT_TRUE(a.g.AutoBet.RestartScript);
+  // Restarted in the same cycle: the second pass sees cs1 already counted.
+  ASSERT_EQ(a.Run({"cs1 = cs1 + 1", "If cs1 = 1 Then", "start new session(preserve checkstacks)", "EndIf"}), 0);
+  EXPECT_DOUBLE_EQ(a.Cs(1), 2);
+  EXPECT_FALSE(a.g.AutoBet.RestartScript);
+}
+
+}  // namespace

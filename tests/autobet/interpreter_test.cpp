@@ -1,0 +1,210 @@
+#include "autobet/interpreter.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/game_state.h"
+#include "engine/roll_cycle.h"
+#include "tests/test_support.h"
+
+namespace {
+
+struct ExpressionCase {
+  const char* expression;
+  double number;
+};
+
+class ExpressionTest : public ::testing::TestWithParam<ExpressionCase> {};
+
+// Precedence follows the reduction order: functions, ranges, reads, ^, unary minus,
+// * and /, \, mod, + and -, &, relations, lists, not, and, or, xor.
+TEST_P(ExpressionTest, ReducesToTheValue) {
+  TestTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  const ExpressionCase& c = GetParam();
+  const EvaluationResult r = EvaluateExpression(t.g, 1, c.expression);
+  ASSERT_EQ(r.compileFault, "") << c.expression;
+  ASSERT_EQ(r.runError, 0) << c.expression;
+  ASSERT_TRUE(r.ok) << c.expression;
+  EXPECT_DOUBLE_EQ(r.number, c.number) << c.expression;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operators, ExpressionTest,
+    ::testing::Values(ExpressionCase{"1 + 2 * 3", 7}, ExpressionCase{"(1 + 2) * 3", 9},
+                      ExpressionCase{"2 ^ 3 ^ 2", 64}, ExpressionCase{"-2 ^ 2", -4}, ExpressionCase{"2 ^ -1", 0.5},
+                      ExpressionCase{"10 - 4 - 3", 3}, ExpressionCase{"12 / 4 / 3", 1},
+                      ExpressionCase{"7 \\ 2", 3}, ExpressionCase{"-7 \\ 2", -3}, ExpressionCase{"7 mod 3", 1},
+                      ExpressionCase{"-7 mod 3", -1}, ExpressionCase{"7.6 \\ 2.4", 4},
+                      ExpressionCase{"2 + 7 mod 4 * 2", 9}, ExpressionCase{"2 * 3 \\ 4", 1},
+                      ExpressionCase{"- - 5", 5}, ExpressionCase{"3 - -2", 5}, ExpressionCase{"50%", 0.5},
+                      ExpressionCase{"1 + 2 = 3", -1}, ExpressionCase{"2 < 1", 0}, ExpressionCase{"2 >= 2", -1},
+                      ExpressionCase{"5 = \"5\"", -1},
+                      ExpressionCase{"\"b\" > \"a\"", -1}, ExpressionCase{"\"B\" > \"a\"", 0},
+                      ExpressionCase{"\"10\" < \"9\"", -1}, ExpressionCase{"10 < \"9\"", 0},
+                      ExpressionCase{"not 0", -1}, ExpressionCase{"not -1", 0}, ExpressionCase{"not 5", -6},
+                      ExpressionCase{"1 = 1 and 2 = 2", -1}, ExpressionCase{"1 = 2 or 2 = 2", -1},
+                      ExpressionCase{"-1 xor -1", 0}, ExpressionCase{"6 and 3", 2},
+                      ExpressionCase{"not 1 = 2 and 3 = 3", -1}, ExpressionCase{"1 = 1 or 1 = 1 and 1 = 2", -1},
+                      ExpressionCase{"any(4, 5, 6)", -1}, ExpressionCase{"all(4, 0, 6)", 0},
+                      ExpressionCase{"6 = any[4, 5, 6]", -1}, ExpressionCase{"7 = any[4, 5, 6]", 0},
+                      ExpressionCase{"5 < all(6, 7, 8)", -1}, ExpressionCase{"5 < all(6, 4, 8)", 0},
+                      ExpressionCase{"any(> 5, 1, 2, 6)", -1}, ExpressionCase{"all(> 5, 6, 7)", -1},
+                      ExpressionCase{"all(> 5, 6, 2)", 0},
+                      // The qualifier picks which elements are compared; the others don't count.
+                      ExpressionCase{"9 > all(> 5, 1, 2, 6, 7)", -1}, ExpressionCase{"3 > all(> 5, 1, 2, 6)", 0},
+                      ExpressionCase{"any(4, 5, 6) = 7", 0}, ExpressionCase{"any(4, 5, 6) = 5", -1},
+                      ExpressionCase{"((((2))))", 2}, ExpressionCase{"[2 + {3 * (1 + 1)}]", 8}));
+
+TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
+  TestTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  EvaluationResult r = EvaluateExpression(t.g, 1, "\"a\" & 1 + 2 & \"b\"");
+  ASSERT_TRUE(r.ok);
+  EXPECT_TRUE(r.isString);
+  EXPECT_EQ(r.text, "a3b");
+  r = EvaluateExpression(t.g, 1, "2.5 & \"\"");
+  EXPECT_EQ(r.text, "2.5");
+  for (const char* e : {"1 / cs9", "1 \\ cs9", "5 mod cs9", "(3 + 1 / cs9) * 2"}) {
+    r = EvaluateExpression(t.g, 1, e);
+    EXPECT_FALSE(r.ok) << e;
+    EXPECT_EQ(r.runError, 9999) << e;
+  }
+}
+
+}  // namespace
+
+namespace {
+
+// A table with Ann at seat 1 (and Bob at 2 when a second script is given), whose scripts
+// run one cycle as activation runs them.
+struct ScriptRun {
+  TestTable t;
+  explicit ScriptRun(const std::vector<std::string>& ann, const std::vector<std::string>& bob = {}) {
+    t.Seat(1, "Ann", Money::Dollars(1000));
+    t.g.AutoBet.ScriptSource[1] = ann;
+    t.g.ScriptActive[1] = true;
+    if (!bob.empty()) {
+      t.Seat(2, "Bob", Money::Dollars(1000));
+      t.g.AutoBet.ScriptSource[2] = bob;
+      t.g.ScriptActive[2] = true;
+    }
+  }
+  void Cycle() {
+    ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();
+    RunAutoBet(t.g);
+  }
+  double Cs(int n, int seat = 1) const { return t.g.BetAmount[seat][kCheckStackRow + n].ToDouble(); }
+};
+
+struct FlowCase {
+  std::vector<std::string> script;
+  double cs1;
+};
+
+class FlowTest : public ::testing::TestWithParam<FlowCase> {};
+
+TEST_P(FlowTest, LeavesTheCheckstack) {
+  ScriptRun run(GetParam().script);
+  run.Cycle();
+  EXPECT_DOUBLE_EQ(run.Cs(1), GetParam().cs1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Blocks, FlowTest,
+    ::testing::Values(
+        FlowCase{{"If 1 = 1 Then", "cs1 = 1", "Else", "cs1 = 2", "EndIf"}, 1},
+        FlowCase{{"If 1 = 2 Then", "cs1 = 1", "Else", "cs1 = 2", "EndIf"}, 2},
+        FlowCase{{"If 1 = 2 Then", "cs1 = 1", "ElseIf 2 = 2 Then", "cs1 = 3", "Else", "cs1 = 2", "EndIf"}, 3},
+        FlowCase{{"If 1 = 2 Then", "cs1 = 1", "ElseIf 2 = 3 Then", "cs1 = 3", "Else", "cs1 = 2", "EndIf"}, 2},
+        FlowCase{{"If 1 = 1 Then", "cs1 = 1", "ElseIf 2 = 2 Then", "cs1 = 3", "EndIf"}, 1},
+        FlowCase{{"If 1 = 2 Then cs1 = 5 : EndIf", "cs1 = cs1 + 1"}, 1},
+        FlowCase{{"If 1 = 1 Then", "  If 2 = 3 Then", "    cs1 = 1", "  Else", "    cs1 = 4", "  EndIf", "EndIf"}, 4},
+        // Two expression statements between If and Then act as "or".
+        FlowCase{{"If 1 = 2 : 2 = 2 Then", "cs1 = 7", "EndIf"}, 7},
+        FlowCase{{"If 2 = 2 : 1 = 2 Then", "cs1 = 7", "EndIf"}, 7},
+        // A fault in the condition makes it false: the Else branch runs.
+        FlowCase{{"If 1 / cs9 = 1 Then", "cs1 = 1", "Else", "cs1 = 2", "EndIf"}, 2},
+        // A fault in an action takes no action and the run goes on.
+        FlowCase{{"cs1 = 1 / cs9", "cs1 = cs1 + 3"}, 3},
+        FlowCase{{"GoTo \"skip\"", "cs1 = 1", "\"skip\"", "cs1 = cs1 + 2"}, 2},
+        FlowCase{{"GoTo 100", "cs1 = 1", "100", "cs1 = cs1 + 2"}, 2},
+        // Out of a loop and into the middle of a block.
+        FlowCase{{"Do", "cs1 = cs1 + 1", "If cs1 = 3 Then GoTo \"out\"", "EndIf", "Loop", "\"out\""}, 3},
+        FlowCase{{"GoTo \"in\"", "If 1 = 2 Then", "cs1 = 9", "\"in\"", "cs1 = cs1 + 1", "EndIf"}, 1},
+        FlowCase{{"Do", "cs1 = cs1 + 1", "If cs1 >= 5 Then ExitDo", "EndIf", "Loop", "cs1 = cs1 * 10"}, 50},
+        FlowCase{{"Do", "cs1 = cs1 + 1", "Do", "cs2 = cs2 + 1", "If cs2 >= 2 Then ExitDo", "EndIf", "Loop",
+                  "cs2 = 0", "If cs1 >= 3 Then ExitDo", "EndIf", "Loop"},
+                 3},
+        // GoSub nesting, and a Return with nothing to return to is ignored.
+        FlowCase{{"GoSub \"a\"", "cs1 = cs1 * 10", "GoTo \"end\"", "\"a\"", "cs1 = cs1 + 1", "GoSub \"b\"",
+                  "cs1 = cs1 + 100", "Return", "\"b\"", "cs1 = cs1 + 1000", "Return", "\"end\""},
+                 11010},
+        FlowCase{{"Return", "cs1 = 4"}, 4},
+        FlowCase{{"cs1 = 1 : cs1 = cs1 + 1 : cs1 = cs1 * 3"}, 6}));
+
+TEST(Cycle, EachScriptRunsForItsOwnSeatAndJumpsStayInIt) {
+  ScriptRun run({"GoTo \"x\"", "cs1 = 99", "\"x\"", "cs1 = cs1 + 1"},
+                {"cs1 = 5", "GoTo \"x\"", "cs1 = 99", "\"x\"", "cs2 = cs1 + 1"});
+  run.Cycle();
+  EXPECT_DOUBLE_EQ(run.Cs(1, 1), 1);
+  EXPECT_DOUBLE_EQ(run.Cs(1, 2), 5);
+  EXPECT_DOUBLE_EQ(run.Cs(2, 2), 6);
+  EXPECT_DOUBLE_EQ(run.Cs(2, 1), 0);
+}
+
+TEST(Cycle, StringsMadeInACycleGoWithIt) {
+  ScriptRun run({"csn1 = \"unit \" & 5", "cs1 = len(\"ab\" & \"cd\")"});
+  run.Cycle();
+  const size_t strings = run.t.g.AutoBet.ProgramStrings.size();
+  RunAutoBet(run.t.g);
+  EXPECT_EQ(run.t.g.AutoBet.ProgramStrings.size(), strings);
+  EXPECT_EQ(run.t.g.CheckStackName[1][1], "unit 5");
+  EXPECT_DOUBLE_EQ(run.Cs(1), 4);
+}
+
+TEST(Cycle, RunsAfterEveryRollAndCountsFaultsByScript) {
+  ScriptRun run({"cs1 = cs1 + 1", "cs2 = 1 / cs9"});
+  run.t.g.Rules.BetNeededToShoot = 0;
+  ASSERT_TRUE(CompileActiveScripts(run.t.g));
+  run.t.Roll(2, 3);
+  run.t.Roll(4, 4);
+  EXPECT_DOUBLE_EQ(run.Cs(1), 2);
+  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 2);
+  ASSERT_FALSE(run.t.g.AutoBet.FirstFaults[1].empty());
+  EXPECT_EQ(run.t.g.AutoBet.FirstFaults[1][0].code, 9999);
+  EXPECT_EQ(run.t.g.AutoBet.FirstFaults[1][0].line, 2);
+  EXPECT_EQ(RunErrorText(9999), "Division by zero.");
+}
+
+TEST(Cycle, StepModeShowsEachStepAndStopEndsTheCycle) {
+  ScriptRun run({"If 1 = 2 Then", "cs1 = 1", "Else", "cs1 = 1 / cs9", "EndIf", "cs2 = 1"});
+  run.t.g.AutoBet.ShowSteps = true;
+  run.Cycle();
+  std::vector<std::string> texts;
+  for (const StepRequest& s : run.t.ui.steps) texts.push_back(s.Text);
+  const std::vector<std::string> expected = {
+      "Beginning of condition block.",
+      "End of condition block and beginning of action block.",
+      "Conditions were false, so next action block will be skipped.",
+      "Beginning of last action block.",
+      "No action taken.\nDivision by zero.",
+      "End of If/Then structure.",
+      "Action taken."};
+  EXPECT_EQ(texts, expected);
+  ASSERT_FALSE(run.t.ui.steps.empty());
+  EXPECT_EQ(run.t.ui.steps[0].Title, "Auto-Bet Steps (Ann)");
+  EXPECT_EQ(run.t.ui.steps[0].FirstLine, 1);
+  EXPECT_DOUBLE_EQ(run.Cs(2), 1);
+
+  ScriptRun stopped({"cs1 = 1", "cs1 = 2", "cs1 = 3"});
+  stopped.t.g.AutoBet.ShowSteps = true;
+  stopped.t.ui.stepReplies = {true, false};
+  stopped.Cycle();
+  EXPECT_DOUBLE_EQ(stopped.Cs(1), 2);
+  EXPECT_FALSE(stopped.t.g.AutoBet.ScriptRunning);
+}
+
+}  // namespace

@@ -1,0 +1,424 @@
+// Variable reads: references written as a player writes them, compiled, and read against
+// a table whose statistics come from known dice with bets on the layout.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "autobet/compiler.h"
+#include "autobet/interpreter.h"
+#include "engine/handling.h"
+#include "engine/placement.h"
+#include "stats/roll_totals.h"
+#include "tests/test_support.h"
+
+namespace {
+
+constexpr int kAnn = 1, kBob = 2;
+
+// Ann keeps every bet where it is, won or lost, and plays Pass Line $10, Field $5 and
+// Place 6 $12 through one hand:
+//   3-4 come-out 7: Pass wins 10, Field loses 5
+//   2-2 point 4:    Field wins 5
+//   3-3:            Place 6 wins 14, Field loses 5
+//   1-3 point made: Pass wins 10, Field wins 5
+//   2-4 point 6:    Field loses 5 (Place 6 is off on the come-out)
+//   4-3 seven-out:  Pass loses 10, Place 6 loses 12, Field loses 5
+// Bankroll 1000 -> 1005, 1010, 1019, 1034, 1029, 1002.
+struct PlayedTable : TestTable {
+  // `script`, if any, is Ann's, active and run after every roll.
+  explicit PlayedTable(const std::vector<std::string>& script = {}) {
+    g.Rules.RollsPerTime = 120;
+    g.Rules.RollRateUnit = kPerHour;
+    Seat(kAnn, "Ann", 1000_usd);
+    Seat(kBob, "Bob", 500_usd);
+    g.AutoHandleWin[kAnn] = kSameBet;
+    g.AutoHandleLose[kAnn] = kSameBet;
+    if (!script.empty()) {
+      g.AutoBet.ScriptSource[kAnn] = script;
+      g.ScriptActive[kAnn] = true;
+    }
+    ChangeBet(g, kAnn, bet::PassLine, 10_usd);
+    ChangeBet(g, kAnn, bet::Field, 5_usd);
+    ChangeBet(g, kAnn, bet::Place4 + 2, 12_usd);
+    for (auto [d1, d2] : {std::pair{3, 4}, {2, 2}, {3, 3}, {1, 3}, {2, 4}, {4, 3}}) Roll(d1, d2);
+    g.AutoBet.Bettor = kAnn;
+  }
+};
+
+// Compiles `If <reference> = 0 Then` for Ann and leaves the reference group at buffer
+// index 1, followed by the rest of the statement.
+void LoadReference(Game& g, const std::string& reference) {
+  AutoBetProgram scratch;
+  scratch.ScriptSource[kAnn] = {"If " + reference + " = 0 Then", "EndIf"};
+  const std::vector<std::string> names = {"Ann", "Bob"};
+  const CompileFault fault = CompileAutobets(scratch, kAnn, names);
+  ASSERT_FALSE(fault.Failed()) << reference << ": " << fault.message;
+  const auto& r = scratch.ScriptRecords;
+  std::size_t at = 0;
+  while (at < r.size() && r[at].code != kCodeVariable) ++at;
+  ASSERT_LT(at, r.size()) << reference;
+  AutoBetProgram& p = g.AutoBet;
+  p.StatementLength = 0;
+  for (std::size_t i = at; i < r.size() && !IsStatementMarker(r[i]); ++i) p.StatementBuffer[++p.StatementLength] = r[i];
+  p.CloseBracket = p.StatementLength + 1;
+}
+
+struct Read {
+  double value = 0;
+  int fault = 0;
+};
+
+Read ReadReference(Game& g, const std::string& reference) {
+  LoadReference(g, reference);
+  g.AutoBet.RunError = 0;
+  DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
+  const TokenRecord& r = g.AutoBet.StatementBuffer[1];
+  EXPECT_EQ(r.code, kCodeNumber) << reference;
+  return {r.value, g.AutoBet.RunError};
+}
+
+struct Case {
+  const char* reference;
+  double value;  // when no fault
+  int fault = 0;
+};
+
+std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.reference; }
+
+class PlayedReadTest : public testing::TestWithParam<Case> {};
+
+TEST_P(PlayedReadTest, ReadsTheStoreOfThePeriod) {
+  const Case& c = GetParam();
+  PlayedTable t;
+  // Standing now, after the last roll: a new Place 8, a CheckStack, a called-off bet.
+  ChangeBet(t.g, kAnn, bet::Place4 + 3, 18_usd);
+  t.g.BetWorking[kAnn][bet::Place4 + 3] = -1;
+  ChangeBet(t.g, kAnn, kCheckStackRow + 5, 25_usd);
+  ChangeBet(t.g, kAnn, bet::Lay4, 40_usd);
+  const Read r = ReadReference(t.g, c.reference);
+  EXPECT_EQ(r.fault, c.fault);
+  if (c.fault == 0) {
+    EXPECT_NEAR(r.value, c.value, 1e-9);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bets, PlayedReadTest,
+    testing::Values(
+        // Amounts now and at the start of the last roll.
+        Case{"passline", 10}, Case{"place8", 18}, Case{"current # place8", 1}, Case{"current # place5", 0},
+        Case{"prior roll $ place6", 12}, Case{"prior roll # place8", 0}, Case{"passline player2", 0},
+        // The last roll's results and the period's totals.
+        Case{"wins passline", 0}, Case{"losses passline", 10}, Case{"last roll # losses place6", 1},
+        Case{"total # wins passline", 2}, Case{"total $ wins passline", 20}, Case{"total $ resolved passline", 30},
+        Case{"total # losses field", 4}, Case{"avg $ wins field", 5}, Case{"high $ wins place6", 14},
+        Case{"low $ losses place6", 12}, Case{"last $ wins passline", 10},
+        Case{"# rolls since last wins passline", 2}, Case{"# rolls since last losses field", 0},
+        Case{"total $ net field", -10}, Case{"total $ net % field", -100.0 / 3}, Case{"last $ net place6", -12},
+        Case{"high $ net field", 5}, Case{"low $ net field", -5}, Case{"avg $/hour wins field", 200},
+        Case{"avg #/hour losses field", 80},
+        // Scopes: the seven-out moved the hand to "last hand".
+        Case{"total $ wins passline last hand", 20}, Case{"total # wins passline current hand", 0},
+        Case{"total $ wins passline all sessions", 20}, Case{"total # resolved passline last session", 0},
+        Case{"high $ wins passline current hand", 0, 301}, Case{"avg $ resolved passline current hand", 0, 300},
+        Case{"last $ losses field current hand", 0, 302}, Case{"last $ wins passline last session", 0, 301},
+        // States of the bet and its payoff row.
+        Case{"working place6", 0}, Case{"called off place8", -1}, Case{"called on place8", 0},
+        Case{"autowork on comeout place6", 0}, Case{"vig lay4", 1}, Case{"vig passline", 0, 1000},
+        Case{"payoff ratio place6", 7.0 / 6}, Case{"payoff numerator place6", 7}, Case{"payoff denominator place6", 6},
+        Case{"payoff ratio passlineodds", 0, 915}, Case{"payoff numerator dontpassodds", 0, 916},
+        Case{"payoff denominator passlineodds", 0, 917}, Case{"payoff ratio field", 0, 918},
+        Case{"payoff numerator fire", 0, 919}, Case{"payoff denominator midway", 0, 920}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Seats, PlayedReadTest,
+    testing::Values(
+        Case{"cs5", 25}, Case{"cs5 player2", 0}, Case{"bankroll", 1002}, Case{"beginning bankroll", 1000},
+        Case{"high bankroll", 1034}, Case{"low bankroll", 1000}, Case{"bankroll last hand", 1002},
+        // 1002 less the 10 + 5 + 12 + 18 + 40 (and the lay's 1 vig) standing now; 1029 - 27 before the last roll.
+        Case{"available bankroll", 916}, Case{"last available bankroll", 1002},
+        Case{"autohandle winning bets", kSameBet}, Case{"autotake full odds", 0}, Case{"script active", 0},
+        Case{"hrs", 0.05}, Case{"hrs current hand", 0}, Case{"comps", 0}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Counters, PlayedReadTest,
+    testing::Values(
+        Case{"# hands", 1}, Case{"# hands player2", 0}, Case{"most rolls in a hand", 6},
+        Case{"avg rolls per hand", 6}, Case{"most comeout rolls in a hand", 3}, Case{"avg passes per hand", 2},
+        Case{"most misses in a hand", 1}, Case{"# comeout rolls", 3}, Case{"% comeout rolls", 50},
+        Case{"# passes", 2}, Case{"# misses", 1}, Case{"% passes", 200.0 / 3}, Case{"# seven outs", 1},
+        Case{"# passes naturals", 1}, Case{"% comeout rolls points", 200.0 / 3}, Case{"# comeout rolls last hand", 3},
+        Case{"# comeout rolls current hand", 0}, Case{"# points", 2}, Case{"# points passed", 1},
+        Case{"% points missed", 50}, Case{"% points", 200.0 / 3},
+        // Ann shot all six rolls: totals 7, 4, 6, 4, 6, 7; die 1 showed 3, 2, 3, 1, 2, 4.
+        Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
+        Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4}, Case{"degrees of freedom 21 combo", 20}));
+
+TEST(VariablesTest, PvalueIsTheTailOfTheTotalsTest) {
+  PlayedTable t;
+  const Read r = ReadReference(t.g, "pvalue");
+  EXPECT_EQ(r.fault, 0);
+  EXPECT_NEAR(r.value, Chi2Pval(10.8, 10), 1e-12);
+  EXPECT_GT(r.value, 0.3);
+  EXPECT_LT(r.value, 0.45);
+}
+
+// ---- Table facts.
+
+struct FactCase {
+  const char* reference;
+  double value;
+  std::function<void(Game&)> setup = nullptr;
+};
+
+std::ostream& operator<<(std::ostream& os, const FactCase& c) { return os << c.reference; }
+
+class TableFactTest : public testing::TestWithParam<FactCase> {};
+
+TEST_P(TableFactTest, ReadsTheTable) {
+  const FactCase& c = GetParam();
+  PlayedTable t;
+  t.clock.now = {2026, 3, 9, 14, 5, 7, 500, 2};
+  if (c.setup) c.setup(t.g);
+  const Read r = ReadReference(t.g, c.reference);
+  EXPECT_EQ(r.fault, 0);
+  EXPECT_NEAR(r.value, c.value, 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AfterASevenOut, TableFactTest,
+    testing::Values(
+        FactCase{"dice total", 7}, FactCase{"dice combo", 3.4}, FactCase{"dice perm", 4.3}, FactCase{"die1", 4},
+        FactCase{"die2", 3}, FactCase{"point", 0}, FactCase{"last point", 6}, FactCase{"seven out", -1},
+        FactCase{"shooter misses", -1}, FactCase{"shooter passes", 0}, FactCase{"point is decided", -1},
+        FactCase{"point is established", 0}, FactCase{"next roll is a comeout roll", -1},
+        FactCase{"last roll was a comeout roll", 0}, FactCase{"last roll was not a comeout roll", -1},
+        FactCase{"beginning new hand", -1}, FactCase{"beginning new session", 0}, FactCase{"initializing script", 0},
+        FactCase{"initializing script", -1, [](Game& g) { g.AutoBet.InitializingScript = true; }},
+        FactCase{"shooter", kBob}, FactCase{"last shooter", kAnn}, FactCase{"autobettor", kAnn},
+        FactCase{"bettor", 4, [](Game& g) { g.AutoBet.SelectedSeat = 4; }},
+        FactCase{"dice roll file end reached", 0}, FactCase{"dice roll file next roll", 1},
+        FactCase{"dice roll file length", 0}, FactCase{"online", 0},
+        FactCase{"online", -1, [](Game& g) { g.OnlineRole = 1; }}));
+
+INSTANTIATE_TEST_SUITE_P(
+    RulesAndClock, TableFactTest,
+    testing::Values(
+        FactCase{"rolls per hr", 120},
+        FactCase{"rolls per hr", 150,
+                 [](Game& g) {
+                   g.Rules.RollsPerTime = 2.5;
+                   g.Rules.RollRateUnit = kPerMinute;
+                 }},
+        FactCase{"minimum bet", 7, [](Game& g) { g.Rules.MinPlacardBet = 7_usd; }},
+        FactCase{"maximum bet", 3000, [](Game& g) { g.Rules.MaxPlacardBet = 3000_usd; }},
+        FactCase{"odds allowed factor5", 4, [](Game& g) { g.Rules.OddsAllowed59 = 4_usd; }},
+        FactCase{"odds allowed factor10", 3, [](Game& g) { g.Rules.OddsAllowed410 = 3_usd; }},
+        FactCase{"odds allowed factor8", 5, [](Game& g) { g.Rules.OddsAllowed68 = 5_usd; }},
+        FactCase{"bar", 2, [](Game& g) { g.Rules.BarNumber = 2; }}, FactCase{"seed", 12345},
+        FactCase{"rng", 5, [](Game& g) { g.Dice.rngNumber = 5; }},
+        FactCase{"comp rate", 0.25, [](Game& g) { g.Rules.CompRate = Money::FromDouble(0.25); }},
+        FactCase{"date/time", 46090 + 50707.5 / 86400}, FactCase{"timer", 50707.5},
+        FactCase{"answer", 7, [](Game& g) { g.AutoBet.Answer = 7; }}));
+
+TEST(VariablesTest, PointFactsWhileAPointIsOn) {
+  PlayedTable t;
+  Game& g = t.g;
+  g.Table.Shooter = kAnn;  // the dice went to Bob, who has no line bet
+  t.Roll(3, 3);
+  ASSERT_EQ(g.Table.Point, 6);
+  EXPECT_EQ(ReadReference(g, "point").value, 6);
+  EXPECT_EQ(ReadReference(g, "point is established").value, -1);
+  EXPECT_EQ(ReadReference(g, "last roll was a comeout roll").value, -1);
+  EXPECT_EQ(ReadReference(g, "point is decided").value, 0);
+  EXPECT_EQ(ReadReference(g, "payoff ratio passlineodds").value, 6.0 / 5);
+  EXPECT_EQ(ReadReference(g, "payoff ratio dontpassodds").value, 5.0 / 6);
+}
+
+TEST(VariablesTest, RndIsReproducibleAndAdvances) {
+  TestTable a, b;
+  std::vector<double> first, second;
+  for (int i = 0; i < 3; ++i) {
+    first.push_back(ReadReference(a.g, "rnd").value);
+    second.push_back(ReadReference(b.g, "rnd").value);
+  }
+  EXPECT_EQ(first, second);
+  EXPECT_NEAR(first[0], 0.7055475115776062, 1e-15);
+  EXPECT_NE(first[0], first[1]);
+  for (double x : first) {
+    EXPECT_GE(x, 0);
+    EXPECT_LT(x, 1);
+  }
+}
+
+TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
+  PlayedTable t({
+      "cs1 = total $ wins passline",
+      "cs2 = cs2 + last roll # losses field",
+      "If seven out and shooter misses Then cs3 = dice perm",
+      "EndIf",
+      "cs4 = high $ wins passline current hand",  // no win in the new hand: fault 301
+      "If csn5 = \"\" Then cs5 = cs5 + 1",  // an unnamed stack: every roll
+      "EndIf",
+  });
+  const Game& g = t.g;
+  auto cs = [&](int n) { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); };
+  EXPECT_EQ(cs(1), 20);
+  EXPECT_EQ(cs(2), 4);
+  EXPECT_EQ(cs(3), 4.3);
+  EXPECT_EQ(cs(4), 10);  // from the rolls before the seven-out
+  EXPECT_EQ(cs(5), 6);
+  EXPECT_EQ(g.AutoBet.FaultCount[kAnn], 1);
+  ASSERT_EQ(g.AutoBet.FirstFaults[kAnn].size(), 1u);
+  EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].code, 301);
+  EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].line, 5);
+}
+
+// ---- Groups in the buffer.
+
+TEST(VariablesTest, AssignVariableReplacesTheRecordAndCountsItsPieces) {
+  PlayedTable t;
+  LoadReference(t.g, "total $ wins passline player1 last hand");
+  AutoBetProgram& p = t.g.AutoBet;
+  ASSERT_EQ(p.StatementLength, 7);  // V P H X Y = 0
+  const std::size_t strings = p.ProgramStrings.size();
+  EXPECT_EQ(AssignVariable(t.g, 1), 4);  // P H X Y, for the reduction to delete
+  EXPECT_EQ(p.StatementLength, 7);
+  EXPECT_EQ(p.StatementBuffer[1], (TokenRecord{kCodeNumber, 20}));
+  EXPECT_EQ(p.StatementBuffer[2].code, kCodePlayer);
+  // A number read makes no string.
+  EXPECT_EQ(p.ProgramStrings.size(), strings);
+}
+
+TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
+  PlayedTable t;
+  Game& g = t.g;
+  g.CheckStackName[kAnn][5] = "Nest egg";
+  g.CheckStackName[kBob][99] = "Bob's last";
+  LoadReference(g, "csn5");
+  DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
+  const TokenRecord ann = g.AutoBet.StatementBuffer[1];
+  EXPECT_EQ(ann, (TokenRecord{kCodeString, -1805}));
+  EXPECT_EQ(TextOf(g, ann), "Nest egg");
+  LoadReference(g, "csn99 player2");
+  DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
+  EXPECT_EQ(TextOf(g, g.AutoBet.StatementBuffer[1]), "Bob's last");
+  EXPECT_EQ(g.AutoBet.RunError, 0);
+}
+
+TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
+  PlayedTable t;
+  const TokenRecord group[] = {{kCodeVariable, 43}, {kCodePlayer, 9}, {kCodeTime, 3}, {kCodeCounted, 1},
+                               {kCodeModifier, 34}};
+  TokenRecord out;
+  EXPECT_FALSE(ReadVariable(t.g, group, out));
+  EXPECT_EQ(t.g.AutoBet.RunError, 50);
+  t.g.AutoBet.RunError = 0;
+  const TokenRecord list[] = {{kCodeVariable, 980}, {kCodePlayer, 1}};
+  EXPECT_FALSE(ReadVariable(t.g, list, out));
+  EXPECT_EQ(t.g.AutoBet.RunError, 10000);
+}
+
+struct PieceCase {
+  int piece;
+  int seat;
+};
+
+TEST(VariablesTest, SeatOfPieceFollowsTheTable) {
+  PlayedTable t;
+  Game& g = t.g;
+  g.Table.Shooter = 3;
+  g.Table.LastHandShooter = 4;
+  g.Table.HandShooter = 5;
+  g.AutoBet.SelectedSeat = 6;
+  g.AutoBet.Bettor = 7;
+  for (const PieceCase& c : {PieceCase{1, 1}, PieceCase{8, 8}, PieceCase{10, 3}, PieceCase{11, 4}, PieceCase{12, 5},
+                             PieceCase{13, 6}, PieceCase{14, 7}, PieceCase{15, 0}, PieceCase{0, 0}})
+    EXPECT_EQ(SeatOfPiece(g, c.piece), c.seat) << c.piece;
+  g.AutoBet.Bettor = 0;  // the table's selected player
+  EXPECT_EQ(SeatOfPiece(g, 14), 6);
+}
+
+TEST(VariablesTest, GroupSizeByVariableNumber) {
+  for (auto [v, size] : {std::pair{1, 4}, {107, 4}, {205, 1}, {651, 1}, {899, 1}, {1100, 2}, {1508, 2}, {2600, 3},
+                         {4501, 4}, {4607, 4}, {5000, 0}, {5698, 0}})
+    EXPECT_EQ(GroupSize(v), size) << v;
+}
+
+// ---- Strings.
+
+struct StringCase {
+  int code;
+  double value;
+  const char* text;
+  int fault = 0;
+};
+
+TEST(VariablesTest, StringValueOfPoolAndSpecialStrings) {
+  PlayedTable t;
+  Game& g = t.g;
+  t.clock.now = {2026, 3, 9, 14, 5, 7, 500, 2};
+  g.AutoBet.ProgramStrings = {{"Make bets", 0}, {"Press", 0}};
+  g.CheckStackName[kAnn][5] = "Nest egg";
+  g.CheckStackName[8][0] = "Last seat";
+  const StringCase cases[] = {
+      {kCodeString, 2, "Press"},
+      {kCodeString, 0, ""},
+      {kCodeString, -15, ""},
+      {kCodeString, -1, "3/9/2026"},
+      {kCodeString, -2, "2:05:07 PM"},
+      {kCodeString, -10, "Please enter a value"},
+      {kCodeString, -11, "Please enter a string"},
+      {kCodeString, -901, "Ann"},
+      {kCodeString, -902, "Bob"},
+      {kCodeString, -903, ""},
+      {kCodeString, -1805, "Nest egg"},
+      {kCodeString, -8800, "Last seat"},
+      {kCodeVariableTarget, 805, "Nest egg"},
+      {kCodeNumber, 3.5, "3.5"},
+      {kCodeString, 3, "", 998},
+      {kCodeString, -3, "", 998},
+      {kCodeString, -1900, "", 998},
+      {kCodeString, -9800, "", 998},
+      {kCodeVariableTarget, 900, "", 998},
+      {kCodeVariable, 805, "", 998},
+  };
+  for (const StringCase& c : cases) {
+    g.AutoBet.RunError = 0;
+    EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
+    EXPECT_EQ(g.AutoBet.RunError, c.fault) << c.code << " " << c.value;
+  }
+  t.clock.now.hour = 0;
+  EXPECT_EQ(StringValue(g, kCodeString, -2), "12:05:07 AM");
+}
+
+TEST(VariablesTest, RunErrorTexts) {
+  const std::pair<int, const char*> cases[] = {
+      {0, ""},
+      {1, "Reference to Lay bet out of limits.\nAcceptable values 4,5,6,8,9,10"},
+      {2, "Reference to Don't Come bet out of limits."},
+      {52, "Reference to hand/session must match on both sides of 'thru'."},
+      {139, "Reference to Round function out of limits.\nPrecison must be greater than 0"},
+      {301, "No wins recorded for selected timed period."},
+      {801, "Reference to Left$ function out of limits."},
+      {805, "Reference to Mid$ function out of limits."},
+      {812, "Reference to Space$ function out of limits."},
+      {813,
+       "Reference to String$ function out of limits.\nAcceptable values for the first argument are 0-256\n"
+       "Acceptable values for the second argument are 0-255"},
+      {855, "Player is not the shooter and not allowed to pass the dice for the shooter.  See Options - Permissions."},
+      {905, "Seed value out of limits.\nAcceptable values 1 to 2147483647 (RNG#3: 1 to 999999)"},
+      {920, "Payoff denominators of variable-payoff bets not implemented at this time."},
+      {1005, "Unable to open file"},
+      {1010, "Reference to rolls out of limits.\nAcceptable values 1-6"},
+      {9999, "Division by zero."},
+      {4242, ""},
+  };
+  for (const auto& [code, text] : cases) EXPECT_EQ(RunErrorText(code), text) << code;
+}
+
+}  // namespace
