@@ -488,8 +488,7 @@ bool Stepping(const Game& g) { return g.AutoBet.ShowSteps && !g.Auto.HyperDrive 
 int SelectedOr(const Game& g, int seat) { return seat != 0 ? seat : g.AutoBet.SelectedSeat; }
 
 // Shows one step with the statement in progress; "Stop Auto-Betting" ends the cycle.
-void Step(Game& g, const char* text, const std::string& detail = {}) {
-  if (!Stepping(g)) return;
+void ShowStepText(Game& g, const char* text, const std::string& detail) {
   AutoBetProgram& p = g.AutoBet;
   StepRequest request;
   request.Text = text;
@@ -515,6 +514,11 @@ void Step(Game& g, const char* text, const std::string& detail = {}) {
   p.StepPending = true;
   if (!g.Ui->ShowStep(request)) p.ScriptRunning = false;
   p.StepPending = false;
+}
+
+// Step texts cost one test when step mode is off, as it is for every roll of Hyper-Drive.
+inline void Step(Game& g, const char* text, const std::string& detail = {}) {
+  if (g.AutoBet.ShowSteps && Stepping(g)) ShowStepText(g, text, detail);
 }
 
 // Files a fault of the statement in progress under the Bettor, for reports of a run.
@@ -683,13 +687,21 @@ void RunAutoBet(Game& g) {
   p.InstructionPointer = 0;
   for (;;) {
     // 3. The statement runs to the next marker; the pointer stays on that marker.
-    int length = 0;
     p.StatementStart = p.InstructionPointer;
-    while (p.InstructionPointer <= last && records[p.InstructionPointer].code < kCodeStatement) {
-      if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(buffer.size() * 2);
-      buffer[++length] = records[p.InstructionPointer++];
+    int end = p.InstructionPointer;
+    // A script header stands alone: the next seat's script follows the last statement of
+    // the one before with no marker between them.
+    while (end <= last && records[end].code < kCodeStatement &&
+           (records[end].code != kCodeScriptHeader || end == p.InstructionPointer)) {
+      ++end;
     }
+    const int length = end - p.InstructionPointer;
+    if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(static_cast<std::size_t>(length) * 2 + 64);
+    std::copy(records.begin() + p.InstructionPointer, records.begin() + end, buffer.begin() + 1);
     p.StatementLength = length;
+    // The pointer stays on the marker behind the statement; before a header, one short of
+    // it, so that the cycle's step comes to the header next.
+    p.InstructionPointer = end <= last && records[end].code == kCodeScriptHeader ? end - 1 : end;
     if (length > 0) ExecuteStatement(g);
     if (!p.ScriptRunning) break;
     // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.

@@ -142,6 +142,40 @@ TEST(SimProgram, AScriptThatCantRunIsAFileFault) {
   SimRun r = Sim({"--player", "Ann:100:system.bet", "--rolls", "10"});
   EXPECT_EQ(r.code, 1);
   EXPECT_NE(r.err.find("system.bet"), std::string::npos);
+
+  TempDir dir;
+  const std::string broken = (dir.path / "broken.bet").string();
+  std::ofstream(broken) << "If passline > 0 Then\n  Bet 5 on field\n";
+  r = Sim({"--player", "Ann:100:" + broken, "--rolls", "10"});
+  EXPECT_EQ(r.code, 1);
+  EXPECT_EQ(r.err, broken + ":1:1-1:2: Missing ENDIF statement.\n");
+}
+
+// A script plays the seat, every roll; its run-time faults are silent at the table, so
+// the report counts them with the first few.
+TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
+  TempDir dir;
+  const std::string line = (dir.path / "line.bet").string();
+  std::ofstream(line) << "' Pass Line, one unit, and a count of rolls\n"
+                         "If initializing script Then cs1 = 10 : EndIf\n"
+                         "If next roll is a comeout roll and passline = 0 Then Bet cs1 on passline\n"
+                         "EndIf\n"
+                         "cs2 = cs2 + 1\n";
+  const std::string faulty = (dir.path / "faulty.bet").string();
+  std::ofstream(faulty) << "cs1 = 5\ncs3 = cs1 / cs2\n";
+  SimRun r = Sim({"--rolls", "500", "--seed", "11", "--player", "Ann:5000:" + line, "--player", "Bob:100:" + faulty});
+  ASSERT_EQ(r.code, 0) << r.err;
+  EXPECT_EQ(Field(r.out, "Rolls"), 500);
+  EXPECT_TRUE(std::regex_search(r.out, std::regex(R"(Ann \(4L\)[^\n]*\n[^\n]*\n  script [^\n]*line\.bet: 0 run-time faults\n  Pass Line: \d+ decisions)")))
+      << r.out;
+  // The activation's cycle and one cycle after each roll, every one a division by zero.
+  EXPECT_NE(r.out.find("faulty.bet: 501 run-time faults\n    line 2: Division by zero. (9999)\n"), std::string::npos)
+      << r.out;
+
+  r = Sim({"--rolls", "50", "--seed", "11", "--json", "--player", "Bob:100:" + faulty});
+  ASSERT_EQ(r.code, 0) << r.err;
+  EXPECT_NE(r.out.find("\"faults\": 51"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"text\": \"Division by zero.\""), std::string::npos) << r.out;
 }
 
 TEST(SimProgram, SameSeedSameOutputAndDecisionsAddUp) {
