@@ -67,10 +67,37 @@ TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
   EXPECT_EQ(r.text, "a3b");
   r = EvaluateExpression(t.g, 1, "2.5 & \"\"");
   EXPECT_EQ(r.text, "2.5");
-  for (const char* e : {"1 / cs9", "1 \\ cs9", "5 mod cs9", "(3 + 1 / cs9) * 2"}) {
-    r = EvaluateExpression(t.g, 1, e);
-    EXPECT_FALSE(r.ok) << e;
-    EXPECT_EQ(r.runError, 9999) << e;
+  struct Fault {
+    const char* expression;
+    int code;
+  };
+  for (const Fault& f : {Fault{"1 / cs9", 9999}, Fault{"1 \\ cs9", 9999}, Fault{"5 mod cs9", 9999},
+                         Fault{"(3 + 1 / cs9) * 2", 9999}, Fault{"sqr(2 / cs9)", 9999},
+                         // Both ends of a range name the same player, period and measure.
+                         Fault{"sum(cs1 thru cs3 player2)", 51},
+                         Fault{"sum(place4 current hand thru place6)", 52},
+                         Fault{"sum(wins place4 thru place6)", 53}}) {
+    r = EvaluateExpression(t.g, 1, f.expression);
+    EXPECT_FALSE(r.ok) << f.expression;
+    EXPECT_EQ(r.compileFault, "") << f.expression;
+    EXPECT_EQ(r.runError, f.code) << f.expression;
+  }
+}
+
+TEST(Expression, RangesRunEitherWayAndReadEachMember) {
+  TestTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  for (int n = 1; n <= 5; ++n) t.g.BetAmount[1][kCheckStackRow + n] = Money::Dollars(n * 10);
+  struct Case {
+    const char* expression;
+    double value;
+  };
+  for (const Case& c : {Case{"sum(cs1 thru cs5)", 150}, Case{"sum(cs5 thru cs2)", 140}, Case{"count(cs3 thru cs3)", 1},
+                        Case{"highest(cs4 thru cs1)", 40}, Case{"count(> 25, cs1 thru cs5)", 3},
+                        Case{"sum(place(4) thru place(10))", 0}, Case{"any(cs1 thru cs5) = 30", -1}}) {
+    const EvaluationResult r = EvaluateExpression(t.g, 1, c.expression);
+    ASSERT_TRUE(r.ok) << c.expression << " " << r.compileFault << " " << r.runError;
+    EXPECT_DOUBLE_EQ(r.number, c.value) << c.expression;
   }
 }
 
@@ -206,5 +233,74 @@ TEST(Cycle, StepModeShowsEachStepAndStopEndsTheCycle) {
   EXPECT_DOUBLE_EQ(stopped.Cs(1), 2);
   EXPECT_FALSE(stopped.t.g.AutoBet.ScriptRunning);
 }
+
+}  // namespace
+
+namespace {
+
+// "Start new session" resets the table and the script starts over in the same cycle,
+// where "beginning new session" is now true; the checkstacks are kept as asked.
+TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
+  ScriptRun run({"cs1 = cs1 + 1", "If beginning new session Then cs2 = cs2 + 1", "EndIf",
+                 "If cs1 = 2 Then Start new session(preserve checkstacks)", "EndIf"});
+  run.t.g.Rules.BetNeededToShoot = 0;
+  ASSERT_TRUE(CompileActiveScripts(run.t.g));
+  run.t.Roll(2, 3);
+  EXPECT_DOUBLE_EQ(run.Cs(1), 1);
+  EXPECT_DOUBLE_EQ(run.Cs(2), 0);
+  run.t.Roll(2, 2);
+  EXPECT_DOUBLE_EQ(run.Cs(1), 3);
+  EXPECT_DOUBLE_EQ(run.Cs(2), 1);
+  EXPECT_EQ(run.t.g.Stats.RollCount[kSessionScope][0], 0);
+  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
+}
+
+}  // namespace
+
+namespace {
+
+struct StepCase {
+  std::vector<std::string> script;
+  std::vector<std::string> texts;
+};
+
+class StepTextTest : public ::testing::TestWithParam<StepCase> {};
+
+TEST_P(StepTextTest, EachEventShowsItsText) {
+  ScriptRun run(GetParam().script);
+  run.t.g.AutoBet.ShowSteps = true;
+  run.Cycle();
+  std::vector<std::string> texts;
+  for (const StepRequest& s : run.t.ui.steps) texts.push_back(s.Text);
+  EXPECT_EQ(texts, GetParam().texts);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Keywords, StepTextTest,
+    ::testing::Values(
+        StepCase{{"GoSub \"s\"", "GoTo \"e\"", "\"s\"", "Return", "\"e\""},
+                 {"A jump will be made to the designated subroutine.", "Label.",
+                  "Return to place where subroutine was initiated.", "A jump will be made to the designated label.",
+                  "Label."}},
+        StepCase{{"Do", "ExitDo", "Loop"},
+                 {"Beginning of DO/LOOP structure.", "Exit from DO/LOOP structure."}},
+        StepCase{{"Do", "cs1 = cs1 + 1", "If cs1 = 2 Then ExitDo", "EndIf", "Loop"},
+                 {"Beginning of DO/LOOP structure.", "Action taken.", "Beginning of condition block.",
+                  "End of condition block and beginning of action block.",
+                  "Conditions were false, so next action block will be skipped.", "End of If/Then structure.",
+                  "End of DO/LOOP structure.", "A jump will be made back to the associated DO statement.",
+                  "Action taken.", "Beginning of condition block.",
+                  "End of condition block and beginning of action block.",
+                  "Conditions were true, so next action block will be performed.", "Exit from DO/LOOP structure."}},
+        StepCase{{"If 1 = 2 Then", "ElseIf 1 = 1 Then", "cs1 = 1", "Else", "EndIf"},
+                 {"Beginning of condition block.", "End of condition block and beginning of action block.",
+                  "Conditions were false, so next action block will be skipped.", "Beginning of condition block.",
+                  "End of condition block and beginning of action block.",
+                  "Conditions were true, so next action block will be performed.", "Action taken.",
+                  "End of action block.", "End of If/Then structure."}},
+        StepCase{{"If cs1 / cs2 = 1 Then", "EndIf"},
+                 {"Beginning of condition block.", "Unable to evaluate.\nDivision by zero.",
+                  "End of condition block and beginning of action block.",
+                  "Conditions were false, so next action block will be skipped.", "End of If/Then structure."}}));
 
 }  // namespace
