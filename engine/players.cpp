@@ -102,6 +102,8 @@ bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll) {
   if (seat < 1 || seat > 8 || SeatOccupied(g, seat) || name.empty()) return false;
   g.PlayerName[seat] = name;
   ++g.Table.NumberOfPlayers;
+  // Scripts may name the new player: they are compiled again before they next run.
+  g.AutoBet.ScriptsCompiled = false;
   for (int b = 1; b <= kBets; ++b) {
     g.Rules.WorkOnComeOut[b][seat] = g.Rules.WorkOnComeOut[b][0];
     g.DefaultWorking[seat][b] = g.Rules.WorkOnComeOut[b][0] ? 1 : 0;

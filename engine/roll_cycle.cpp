@@ -528,6 +528,8 @@ bool AnyScriptActive(const Game& g) {
 bool CompileActiveScripts(Game& g) {
   if (g.AutoBet.ScriptsCompiled) return true;
   if (!AnyScriptActive(g)) return true;
+  // "bets" covers Big 6 and Big 8 only when the layout has them.
+  g.AutoBet.CornerBet = g.Rules.CornerBet;
   SeatFacts facts;
   for (int s = 1; s < kSeats; ++s) {
     facts.names[s - 1] = g.PlayerName[s];
