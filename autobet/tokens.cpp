@@ -527,7 +527,9 @@ std::string ProbeReservedWord(std::string_view name, int language, std::string& 
 }
 
 std::string GeneralNumber(double value) {
+  // Fifteen significant digits at most, so that a rounded 2.3 shows as "2.3" and not its
+  // binary neighbour.
   char buffer[64];
-  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
+  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15);
   return ec == std::errc() ? std::string(buffer, end) : std::to_string(value);
 }

@@ -121,6 +121,6 @@ inline constexpr std::string_view kReservedWordMark = ">>>reserved word<<<";
 // leaves `probe` alone.
 std::string ProbeReservedWord(std::string_view name, int language, std::string& probe);
 
-// A number in the general format of labels, messages and Str$: the shortest text that
-// reads back the same, no padding ("100", "0.25", "1e+20").
+// A number in the general format of labels, messages and Str$: up to 15 significant
+// digits, no padding ("100", "0.25", "2.3", "1e+20").
 std::string GeneralNumber(double value);
