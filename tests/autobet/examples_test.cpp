@@ -5,17 +5,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "app/sim/sim.h"
 #include "autobet/compiler.h"
+#include "tests/autobet/example_scripts.h"
 
 namespace {
-
-std::filesystem::path ExamplesFolder() {
-  return std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples";
-}
 
 std::vector<std::filesystem::path> ExampleScripts() {
   std::vector<std::filesystem::path> scripts;
@@ -28,17 +25,6 @@ std::vector<std::filesystem::path> ExampleScripts() {
   }
   std::sort(scripts.begin(), scripts.end());
   return scripts;
-}
-
-std::vector<std::string> ReadLines(const std::filesystem::path& path) {
-  std::vector<std::string> lines;
-  std::ifstream f(path, std::ios::binary);
-  std::string line;
-  while (std::getline(f, line)) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
 }
 
 std::string OneLine(std::string message) {
@@ -56,7 +42,8 @@ TEST(ExampleScripts, EveryScriptCompilesAsSeatOnePlayedByAnn) {
   ASSERT_FALSE(scripts.empty()) << "no .bet files in " << ExamplesFolder();
   for (const std::filesystem::path& script : scripts) {
     SCOPED_TRACE(script.filename().string());
-    const std::vector<std::string> lines = ReadLines(script);
+    std::vector<std::string> lines;
+    ReadScriptLines(script.string(), lines);
     ASSERT_FALSE(lines.empty()) << script.filename().string() << " is empty or unreadable";
     // Each system starts with a comment header that says what it does.
     EXPECT_EQ(lines.front().rfind('\'', 0), 0u) << script.filename().string() << " has no comment header";
