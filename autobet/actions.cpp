@@ -73,28 +73,15 @@ bool ValueText(Game& g, const TokenRecord& value, std::string& out) {
 
 // ---- Targets.
 
-// What a target group names: its V number, the seat of its player piece (the Bettor
-// when it has none) and, for a bet, its Y piece.
-struct Target {
-  int v = 0;
+// What a target group names: its pieces, and the seat of its player piece (the Bettor
+// when it has none).
+struct Target : ReferencePieces {
   int seat = 0;
-  int y = 34;
-  bool hasPlayer = false;
 };
 
 Target ReadTarget(const Game& g, const TokenRecord* group) {
-  Target t;
-  t.v = static_cast<int>(group[0].value);
-  int piece = 14;
-  for (int i = 1, n = GroupSize(t.v); i <= n; ++i) {
-    if (group[i].code == kCodePlayer) {
-      piece = static_cast<int>(group[i].value);
-      t.hasPlayer = true;
-    } else if (group[i].code == kCodeModifier) {
-      t.y = static_cast<int>(group[i].value);
-    }
-  }
-  t.seat = SeatOfPiece(g, piece);
+  Target t{ReadPieces(group)};
+  t.seat = SeatOfPiece(g, t.piece);
   return t;
 }
 

@@ -3,9 +3,6 @@
 
 #include "autobet/compiler.h"
 
-// Defined with FunctionDisplayName in compiler.cpp.
-std::string VariableDisplayName(int variable);
-
 namespace {
 
 

@@ -1,9 +1,7 @@
 #include <optional>
 
 #include "autobet/compiler.h"
-
-// Defined with FunctionDisplayName in compiler.cpp.
-std::string VariableDisplayName(int variable);
+#include "autobet/interpreter.h"
 
 namespace {
 
@@ -44,6 +42,8 @@ bool IsPointCount(const TokenRecord& r) {
 bool IsDiceStatisticVariable(const TokenRecord& r) {
   return IsVariable(r) && Number(r) >= 4501 && Number(r) <= 4512;
 }
+// X30..X34: the displays of the roll totals, which a written roll right after selects from.
+bool IsRollDisplay(const TokenRecord& r) { return r.code == kCodeCounted && Number(r) >= 30 && Number(r) <= 34; }
 
 // The group size follows from the V number alone; a function reads as the variable it
 // stands for (a bet, a checkstack, a dice statistic), or takes nothing.
@@ -89,6 +89,7 @@ struct Reference {
   std::optional<TokenRecord> target;     // the variable or function
   std::vector<TokenRecord> argument;     // a function's bracket, already organised
   std::optional<int> player, time, counted, modifier;
+  std::optional<double> selection;  // the total, combination or face after X30..X34
 };
 
 class Organiser {
@@ -145,10 +146,15 @@ class Organiser {
       items.push_back(std::move(item));
       i = close;
     }
-    // A bracket belongs to a run only as the argument of the function just before it.
+    // A bracket belongs to a run only as the argument of the function just before it, a
+    // number only as the selection of the X30..X34 piece just before it.
+    auto follows = [&](std::size_t k, bool (*piece)(const TokenRecord&)) {
+      return k > 0 && !items[k - 1].bracket && piece(items[k - 1].records.front());
+    };
     auto inRun = [&](std::size_t k) {
-      if (!items[k].bracket) return IsReferencePiece(items[k].records.front());
-      return k > 0 && !items[k - 1].bracket && IsFunction(items[k - 1].records.front());
+      if (items[k].bracket) return follows(k, IsFunction);
+      const TokenRecord& r = items[k].records.front();
+      return IsReferencePiece(r) || (r.code == kCodeNumber && follows(k, IsRollDisplay));
     };
     for (std::size_t k = 0; k < items.size();) {
       if (!inRun(k)) {
@@ -201,12 +207,13 @@ class Organiser {
         case kCodePlayer: ok = Note(ref.player, n, "Ambiguous player references"); break;
         case kCodeTime: ok = Note(ref.time, n, "Ambiguous hand references"); break;
         case kCodeCounted: ok = Note(ref.counted, n, "Ambiguous variable modifiers"); break;
+        case kCodeNumber: ref.selection = r.value; break;
         default: ok = Note(ref.modifier, n, "Ambiguous variable modifiers"); break;
       }
       if (!ok) return false;
     }
     if (!ref.target) return LonePieces(ref, out);
-    return Validate(ref) && Emit(ref, out);
+    return Validate(ref) && Select(ref) && Emit(ref, out);
   }
 
   // Pieces with no variable: a lone player word is a value, anything else has no owner.
@@ -313,6 +320,23 @@ class Organiser {
                                     : roll >= 1 && roll <= 6;     // faces of one die
       if (!inside) return Fail("Reference to rolls out of limits.");
     }
+    return true;
+  }
+
+  // The Y piece of a dice statistic is the roll kind it counts, 0 for all rolls: a
+  // selection becomes that kind, and no other Y can stand there.
+  bool Select(Reference& ref) {
+    const bool statistic = IsDiceStatisticVariable(*ref.target);
+    if (!ref.selection) {
+      if (statistic && ref.modifier && *ref.modifier != 0) return Fail("Ambiguous variable references");
+      return true;
+    }
+    if (!statistic) return Fail("Ambiguous variable references");
+    if (ref.modifier) return Fail("Ambiguous variable modifiers");
+    int limitsFault = 0;
+    const int kind = SelectedRollKind(*ref.counted, *ref.selection, limitsFault);
+    if (kind == 0) return Fail("Reference to rolls out of limits.");
+    ref.modifier = kind;
     return true;
   }
 

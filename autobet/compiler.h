@@ -141,3 +141,5 @@ int StatementLine(const std::vector<TokenRecord>& records, std::size_t index);
 std::string LowerTrimmed(std::string_view s);
 // How a function is called in messages, as the user writes it ("Lay", "DontComeOdds", "Sum").
 std::string FunctionDisplayName(int function);
+// How a variable is called in messages ("Available bankroll", "# of rolls since last").
+std::string VariableDisplayName(int variable);

@@ -20,7 +20,7 @@ namespace {
 // The function numbers of the token table.
 enum Function : int {
   kLay = 1, kBuy = 7, kBig = 8, kHard = 9, kHop = 10, kRepeater = 11, kCheckStack = 21, kAverageBankroll = 22,
-  kFirstDiceStatistic = 25, kFirstDecision = 40, kLastDiceStatistic = 47,
+  kFirstDiceStatistic = 25, kFirstDecision = 40, kFirstPointCount = 46, kLastDiceStatistic = 47,
   kPlayerAt = 50, kSqr = 100, kInt = 101, kAbs = 102, kAsc = 104, kVal = 117, kLen = 118,
   kInput = 125, kHighest = 126, kLowest = 127, kAverage = 128, kStdDev = 129, kSum = 130, kCount = 131,
   kHighestText = 132, kLowestText = 133, kPvalue = 137, kRound = 139, kSister = 141, kDie = 190,
@@ -180,18 +180,6 @@ bool IsNumberedForm(int f) { return (f >= kLay && f <= kRepeater) || f == kCheck
 
 // ---- Values of the table.
 
-// H1..H5 to their scope group: current hand, last hand, current session, last session,
-// all sessions.
-int ScopeBase(int time) {
-  switch (time) {
-    case 1: return kHandScope;
-    case 2: return kLastHandScope;
-    case 4: return kLastSessionScope;
-    case 5: return kAllScope;
-    default: return kSessionScope;
-  }
-}
-
 // The seat's bankroll over its last `rolls` rolls, from the bankroll graph's history;
 // the bankroll as it stands when no roll has been kept.
 double AverageBankroll(const Game& g, int seat, int rolls) {
@@ -220,48 +208,10 @@ double RoundTo(double value, double precision, double direction) {
 
 // ---- Dice statistics with a roll: # rolls(7), % prob(1.3) 36 combo, # points(6)...
 
-// The roll kind that counts the dice die1.die2: in that order, or in either order.
-int PairKind(int die1, int die2, bool eitherOrder) {
-  const int ways = eitherOrder && die1 != die2 ? 2 : 1;
-  for (int k = 2; k < kRollKinds; ++k)
-    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!eitherOrder || KindHasPair(k, die2, die1))) return k;
-  return 0;
-}
-
-// The roll kind that the argument names under the X piece: a total (X30, and by default
-// a whole number), a combination of the 21 (X31, and by default a number with a
-// fraction), one of the 36 in die order (X32), a face of die 1 or 2 (X33, X34).
 bool RollKindOf(Game& g, double n, int x, int& kind) {
-  int whole = 0;
-  if (x == 33 || x == 34) {
-    if (!WholeWithin(n, 1, 6, whole)) return Fault(g, 1010);
-    kind = (x == 33 ? kDie1Kind : kDie2Kind) + whole;
-    return true;
-  }
-  const bool pair = x == 31 || x == 32 || (x != 30 && n != std::floor(n));
-  if (!pair) {
-    if (!WholeWithin(n, 2, 12, whole)) return Fault(g, 1001);
-    kind = whole;
-    return true;
-  }
-  const int die1 = static_cast<int>(std::floor(n));
-  const int die2 = static_cast<int>(std::lround((n - die1) * 10));
-  if (std::fabs(n - (die1 + die2 / 10.0)) > 1e-9 || die1 < 1 || die1 > 6 || die2 < 1 || die2 > 6)
-    return Fault(g, 1009);
-  kind = PairKind(die1, die2, x != 32);
-  return true;
-}
-
-double Share(double part, double whole) { return whole > 0 ? part / whole * 100 : 0; }
-
-// Come-out rolls (0), passes (1) or misses (2) of a column decided on one total.
-double DecisionsOn(const Game& g, int column, int total, int what) {
-  return g.Stats.HandDecisions[column][total][what];
-}
-double DecisionsOfAll(const Game& g, int column, int what) {
-  double n = 0;
-  for (int t = 2; t <= 12; ++t) n += DecisionsOn(g, column, t, what);
-  return n;
+  int limitsFault = 0;
+  kind = SelectedRollKind(x, n, limitsFault);
+  return kind != 0 || Fault(g, limitsFault);
 }
 
 bool ReadDiceStatistic(Game& g, int f, const Call& c, double& out) {
@@ -272,27 +222,14 @@ bool ReadDiceStatistic(Game& g, int f, const Call& c, double& out) {
   const int x = PieceOf(p, c, kCodeCounted, 0);
   const double n = NumberArgument(g, c, 0);
   int total = 0;
-  if (f >= 46) {
-    // # of points, % of points: established (X6), passed (X7), missed (X8) on one point.
+  if (f >= kFirstPointCount) {
     if (!WholeWithin(n, 4, 10, total) || !IsPointNumber(total)) return Fault(g, 1002);
-    const double established = DecisionsOn(g, column, total, 0);
-    const double count = x == 7 ? DecisionsOn(g, column, total, 1) : x == 8 ? DecisionsOn(g, column, total, 2)
-                                                                          : established;
-    out = f == 46 ? count : Share(count, x == 7 || x == 8 ? established : DecisionsOfAll(g, column, 0));
+    out = PointCounter(g, 4606 + f - kFirstPointCount, column, x, total);
     return true;
   }
   if (f >= kFirstDecision) {
-    // Come-out rolls, passes, misses on one total, and their shares.
     if (!WholeWithin(n, 2, 12, total)) return Fault(g, 1001);
-    const int what = (f - kFirstDecision) / 2;
-    const double count = DecisionsOn(g, column, total, what);
-    if ((f - kFirstDecision) % 2 == 0) {
-      out = count;
-    } else if (what == 0) {
-      out = Share(count, DecisionsOfAll(g, column, 0));
-    } else {
-      out = Share(count, DecisionsOn(g, column, total, 1) + DecisionsOn(g, column, total, 2));
-    }
+    out = RollCounter(g, 2600 + f - kFirstDecision, column, 0, total);
     return true;
   }
   int kind = 0;
@@ -558,6 +495,25 @@ bool Evaluate(Game& g, int f, int position, const Call& c) {
 }
 
 }  // namespace
+
+int SelectedRollKind(int x, double n, int& limitsFault) {
+  int whole = 0;
+  if (x == 33 || x == 34) {
+    limitsFault = 1010;
+    return WholeWithin(n, 1, 6, whole) ? (x == 33 ? kDie1Kind : kDie2Kind) + whole : 0;
+  }
+  const bool pair = x == 31 || x == 32 || (x != 30 && n != std::floor(n));
+  if (!pair) {
+    limitsFault = 1001;
+    return WholeWithin(n, 2, 12, whole) ? whole : 0;
+  }
+  limitsFault = 1009;
+  if (!(n >= 1 && n < 7)) return 0;
+  const int die1 = static_cast<int>(std::floor(n));
+  const int die2 = static_cast<int>(std::lround((n - die1) * 10));
+  if (std::fabs(n - (die1 + die2 / 10.0)) > 1e-9) return 0;
+  return PairKind(die1, die2, x != 32);  // 0 unless both are faces
+}
 
 int AssignFunction(Game& g, int position) {
   AutoBetProgram& p = g.AutoBet;

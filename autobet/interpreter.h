@@ -79,6 +79,26 @@ int SeatOfPiece(const Game& g, int piece);
 // How many piece records follow a variable record of V number `v` (0, 1, 2, 3 or 4).
 int GroupSize(int v);
 
+// A reference group (a variable or target record and the GroupSize(v) pieces after it)
+// read into its parts. The compiler writes every piece the V number takes; a piece a
+// group leaves out keeps the default here.
+struct ReferencePieces {
+  int v = 0;
+  int piece = 14;  // the Bettor
+  int time = 3;    // current session
+  int x = 1;       // wagered
+  int y = 34;      // current $
+  bool hasPlayer = false;  // a player piece was written
+};
+ReferencePieces ReadPieces(const TokenRecord* group);
+
+// H1..H5 to the base column of their scope group: current hand, last hand, current
+// session (also "all hands"), last session, all sessions.
+int ScopeBase(int time);
+
+// `part` as a percentage of `whole`; 0 of nothing.
+double Share(double part, double whole);
+
 // Reads the reference group at `group` (a -11 or -12 record followed by its pieces) into
 // a number or string record. Sets RunError (and returns false) on a fault.
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
@@ -96,9 +116,26 @@ int AssignFunction(Game& g, int position);
 // the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
 void ResolveTargetFunction(Game& g, int position);
 
-// The dice statistic `v` (4501..4512) of roll kind `kind` in a statistics column, counted
-// as X says (the plain words count all rolls): shared by the V4501.. words and their
-// function forms.
+// The roll counters V2600..V2605 of a scope column: come-out rolls, passes and misses,
+// each as a count and a share. With `total` 0 over the totals Y names (Y0 all, Y14
+// naturals and craps, Y15 points); else decided on that total (2..12) alone, a share of
+// come-out rolls then being one of all come-out rolls.
+double RollCounter(const Game& g, int v, int column, int y, int total);
+
+// # of points (V4606) and % of points (V4607) of a scope column: established (X6, and any
+// other X), passed (X7) or missed (X8), on all points (`total` 0) or on one.
+double PointCounter(const Game& g, int v, int column, int x, int total);
+
+// The roll kind a written roll names under X: a total 2..12 (X30), a combination
+// die1.die2 in either order (X31) or in die order (X32), a face 1..6 of die 1 or die 2
+// (X33, X34); under any other X a whole number is a total and die1.die2 a combination in
+// either order. 0 when it names none, `limitsFault` then the run-time fault of the range
+// (1001 totals, 1009 combinations, 1010 faces).
+int SelectedRollKind(int x, double n, int& limitsFault);
+
+// The dice statistic `v` (4501..4512) of roll kind `kind` (0 all rolls) in a statistics
+// column, the chi-square family over the display X names: shared by the V4501.. words,
+// whose Y piece holds the kind they select, and their function forms.
 double DiceStatistic(const Game& g, int v, int column, int x, int kind);
 
 // The text of a run-time fault code, lines joined by a line end; "" for 0.

@@ -13,52 +13,12 @@
 #include <fmt/format.h>
 
 #include "autobet/interpreter.h"
+#include "engine/bet_limits.h"
 #include "engine/game_state.h"
 #include "stats/roll_totals.h"
 #include "storage/language_text.h"
 
 namespace {
-
-// ---- Reference groups.
-
-// A reference group read into its parts; the pieces the compiler always writes, with
-// its own defaults for any left out.
-struct Reference {
-  int v = 0;
-  int piece = 14;  // the Bettor
-  int time = 3;    // current session
-  int x = 1;       // wagered
-  int y = 34;      // current $
-};
-
-Reference ReadPieces(const TokenRecord* group) {
-  Reference r;
-  r.v = static_cast<int>(group[0].value);
-  const int n = GroupSize(r.v);
-  for (int i = 1; i <= n; ++i) {
-    const int value = static_cast<int>(group[i].value);
-    switch (group[i].code) {
-      case kCodePlayer: r.piece = value; break;
-      case kCodeTime: r.time = value; break;
-      case kCodeCounted: r.x = value; break;
-      case kCodeModifier: r.y = value; break;
-      default: break;
-    }
-  }
-  return r;
-}
-
-// H1..H5 to the base column of their scope group: current hand, last hand, current
-// session (also "all hands"), last session, all sessions.
-int ScopeBase(int time) {
-  switch (time) {
-    case 1: return kHandScope;
-    case 2: return kLastHandScope;
-    case 4: return kLastSessionScope;
-    case 5: return kAllScope;
-    default: return kSessionScope;
-  }
-}
 
 double Truth(bool b) { return b ? -1.0 : 0.0; }
 double Dollars(Money m) { return m.ToDouble(); }
@@ -212,7 +172,7 @@ bool BetPayoffRead(Game& g, int bet, int k, double& v) {
   return true;
 }
 
-bool ReadBet(Game& g, const Reference& r, int seat, double& v) {
+bool ReadBet(Game& g, const ReferencePieces& r, int seat, double& v) {
   const int bet = r.v;
   const int column = ScopeBase(r.time) + seat;
   switch (r.y) {
@@ -262,10 +222,12 @@ bool ReadBet(Game& g, const Reference& r, int seat, double& v) {
 
 // ---- Counters by scope column.
 
-// Come-out rolls (0), passes (1) or misses (2) of a column: all totals (Y0), the
-// come-out's own decisions (Y14: naturals, and craps for misses) or those of points (Y15).
-double Decisions(const Statistics& s, int column, int kind, int y) {
+// Come-out rolls (0), passes (1) or misses (2) of a column decided on one total (2..12),
+// or with total 0 over the totals Y names: all (Y0), the come-out's own decisions (Y14:
+// naturals, and craps for misses) or those of points (Y15).
+double Decisions(const Statistics& s, int column, int kind, int y, int total) {
   const auto& d = s.HandDecisions[column];
+  if (total != 0) return d[total][kind];
   auto sum = [&](std::initializer_list<int> totals) {
     double n = 0;
     for (int t : totals) n += d[t][kind];
@@ -276,8 +238,6 @@ double Decisions(const Statistics& s, int column, int kind, int y) {
   return sum({2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
 }
 
-double Share(double part, double whole) { return whole > 0 ? part / whole * 100 : 0; }
-
 double HandCounter(const Game& g, int v, int column) {
   const Statistics& s = g.Stats;
   const double hands = s.HandsShot[column];
@@ -287,40 +247,12 @@ double HandCounter(const Game& g, int v, int column) {
     case 1501: return s.MostRollsInHand[column];
     case 1502: return perHand(s.RollCount[column][0]);
     case 1503: return s.MostComeOutRollsInHand[column];
-    case 1504: return perHand(Decisions(s, column, 0, 0));
+    case 1504: return perHand(Decisions(s, column, 0, 0, 0));
     case 1505: return s.MostPassesInHand[column];
-    case 1506: return perHand(Decisions(s, column, 1, 0));
+    case 1506: return perHand(Decisions(s, column, 1, 0, 0));
     case 1507: return s.MostMissesInHand[column];
-    default: return perHand(Decisions(s, column, 2, 0));
+    default: return perHand(Decisions(s, column, 2, 0, 0));
   }
-}
-
-double RollCounter(const Game& g, int v, int column, int y) {
-  const Statistics& s = g.Stats;
-  switch (v) {
-    case 2600: return Decisions(s, column, 0, y);
-    case 2601: {
-      // Of all rolls; naturals and points of the come-out rolls.
-      const double whole = y == 14 || y == 15 ? Decisions(s, column, 0, 0) : s.RollCount[column][0];
-      return Share(Decisions(s, column, 0, y), whole);
-    }
-    case 2602: return Decisions(s, column, 1, y);
-    case 2604: return Decisions(s, column, 2, y);
-    default: {
-      // Passes or misses of the decisions of that kind.
-      const double passes = Decisions(s, column, 1, y), misses = Decisions(s, column, 2, y);
-      return Share(v == 2603 ? passes : misses, passes + misses);
-    }
-  }
-}
-
-// # of points (4606) and % of points (4607): established (X6), passed (X7), missed (X8).
-double PointCounter(const Game& g, int v, int column, int x) {
-  const Statistics& s = g.Stats;
-  const double established = Decisions(s, column, 0, 15);
-  const double n = x == 7 ? Decisions(s, column, 1, 15) : x == 8 ? Decisions(s, column, 2, 15) : established;
-  if (v == 4606) return n;
-  return Share(n, x == 7 || x == 8 ? established : Decisions(s, column, 0, 0));
 }
 
 // ---- Dice statistics.
@@ -331,13 +263,6 @@ struct DisplayKinds {
   std::array<std::array<uint8_t, 36>, 4> kinds{};
   std::array<int, 4> count{};
 };
-
-int PairKind(int die1, int die2, bool either) {
-  const int ways = either && die1 != die2 ? 2 : 1;
-  for (int k = 2; k < kRollKinds; ++k)
-    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!either || KindHasPair(k, die2, die1))) return k;
-  return 0;
-}
 
 const DisplayKinds& Displays() {
   static const DisplayKinds kDisplays = [] {
@@ -403,16 +328,6 @@ int JustDecided(const Game& g) {
   return t.DiceTotal == t.PriorPoint || t.DiceTotal == 7 ? t.PriorPoint : 0;
 }
 
-double OddsFactor(const RuleSet& r, int point) {
-  switch (point) {
-    case 4:
-    case 10: return Dollars(r.OddsAllowed410);
-    case 5:
-    case 9: return Dollars(r.OddsAllowed59);
-    default: return Dollars(r.OddsAllowed68);
-  }
-}
-
 // The language's own Rnd: the 24-bit linear congruential generator of the old BASIC
 // dialects, so that a seeded script draws the same numbers on every machine.
 double NextRnd(AutoBetProgram& p) {
@@ -451,12 +366,12 @@ bool TableFact(Game& g, int v, double& out) {
     case 5603: out = RollsPerHour(r); return true;
     case 5610: out = Dollars(r.MinPlacardBet); return true;
     case 5611: out = Dollars(r.MaxPlacardBet); return true;
-    case 5612: out = OddsFactor(r, 4); return true;
-    case 5613: out = OddsFactor(r, 5); return true;
-    case 5614: out = OddsFactor(r, 6); return true;
-    case 5615: out = OddsFactor(r, 8); return true;
-    case 5616: out = OddsFactor(r, 9); return true;
-    case 5617: out = OddsFactor(r, 10); return true;
+    case 5612: out = Dollars(OddsMultiple(r, 4)); return true;
+    case 5613: out = Dollars(OddsMultiple(r, 5)); return true;
+    case 5614: out = Dollars(OddsMultiple(r, 6)); return true;
+    case 5615: out = Dollars(OddsMultiple(r, 8)); return true;
+    case 5616: out = Dollars(OddsMultiple(r, 9)); return true;
+    case 5617: out = Dollars(OddsMultiple(r, 10)); return true;
     case 5630: out = r.BarNumber; return true;
     case 5655: out = g.Dice.lastSeed; return true;
     case 5672: out = g.Dice.rngNumber; return true;
@@ -587,9 +502,36 @@ constexpr ErrorText kErrorTexts[] = {
 
 // ---- The interface of the interpreter.
 
-// V4501..V4512 of a scope column for one roll kind (0 all rolls); the chi-square family
-// (V4510..V4512) takes its display from X and ignores the kind. The variable words name no
-// roll and read kind 0; the numbered function forms can read any kind through this.
+double RollCounter(const Game& g, int v, int column, int y, int total) {
+  const Statistics& s = g.Stats;
+  switch (v) {
+    case 2600: return Decisions(s, column, 0, y, total);
+    case 2601: {
+      // Of all rolls; naturals, points and one total of the come-out rolls.
+      const double whole =
+          total != 0 || y == 14 || y == 15 ? Decisions(s, column, 0, 0, 0) : s.RollCount[column][0];
+      return Share(Decisions(s, column, 0, y, total), whole);
+    }
+    case 2602: return Decisions(s, column, 1, y, total);
+    case 2604: return Decisions(s, column, 2, y, total);
+    default: {
+      // Passes or misses of the decisions of that kind.
+      const double passes = Decisions(s, column, 1, y, total), misses = Decisions(s, column, 2, y, total);
+      return Share(v == 2603 ? passes : misses, passes + misses);
+    }
+  }
+}
+
+double PointCounter(const Game& g, int v, int column, int x, int total) {
+  const Statistics& s = g.Stats;
+  const double established = Decisions(s, column, 0, 15, total);
+  const double n =
+      x == 7 ? Decisions(s, column, 1, 15, total) : x == 8 ? Decisions(s, column, 2, 15, total) : established;
+  if (v == 4606) return n;
+  return Share(n, x == 7 || x == 8 ? established : Decisions(s, column, 0, 0, 0));
+}
+
+// The chi-square family (V4510..V4512) takes its display from X and ignores the kind.
 double DiceStatistic(const Game& g, int v, int column, int x, int kind) {
   if (kind < 0 || kind >= kRollKinds) kind = 0;
   const Statistics& s = g.Stats;
@@ -630,6 +572,38 @@ int SeatOfPiece(const Game& g, int piece) {
   }
 }
 
+ReferencePieces ReadPieces(const TokenRecord* group) {
+  ReferencePieces r;
+  r.v = static_cast<int>(group[0].value);
+  const int n = GroupSize(r.v);
+  for (int i = 1; i <= n; ++i) {
+    const int value = static_cast<int>(group[i].value);
+    switch (group[i].code) {
+      case kCodePlayer:
+        r.piece = value;
+        r.hasPlayer = true;
+        break;
+      case kCodeTime: r.time = value; break;
+      case kCodeCounted: r.x = value; break;
+      case kCodeModifier: r.y = value; break;
+      default: break;
+    }
+  }
+  return r;
+}
+
+int ScopeBase(int time) {
+  switch (time) {
+    case 1: return kHandScope;
+    case 2: return kLastHandScope;
+    case 4: return kLastSessionScope;
+    case 5: return kAllScope;
+    default: return kSessionScope;
+  }
+}
+
+double Share(double part, double whole) { return whole > 0 ? part / whole * 100 : 0; }
+
 int GroupSize(int v) {
   if (v >= 1 && v <= 107) return 4;
   if (v >= 108 && v <= 999) return 1;
@@ -640,7 +614,7 @@ int GroupSize(int v) {
 }
 
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
-  const Reference r = ReadPieces(group);
+  const ReferencePieces r = ReadPieces(group);
   const int seat = SeatOfPiece(g, r.piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
   const int v = r.v;
@@ -673,11 +647,11 @@ bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
       case 1302: value = Dollars(g.HighBankroll[column]); break;
       case 1303: value = Dollars(g.LowBankroll[column]); break;
       case 4606:
-      case 4607: value = PointCounter(g, v, column, r.x); break;
+      case 4607: value = PointCounter(g, v, column, r.x, 0); break;
       default:
         if (v >= 1500 && v <= 1508) value = HandCounter(g, v, column);
-        else if (v >= 2600 && v <= 2605) value = RollCounter(g, v, column, r.y);
-        else if (v >= 4501 && v <= 4512) value = DiceStatistic(g, v, column, r.x, 0);
+        else if (v >= 2600 && v <= 2605) value = RollCounter(g, v, column, r.y, 0);
+        else if (v >= 4501 && v <= 4512) value = DiceStatistic(g, v, column, r.x, r.y);
         else if (v >= 5000) ok = TableFact(g, v, value);
         else ok = Fault(g, 10000);  // lists (V980, V990, V4000..) are expanded by the compiler
         break;

@@ -44,15 +44,6 @@ bool PayoffLimit(const RuleSet& r, const PayoffRow& row, int split, bool whole, 
   return true;
 }
 
-Money OddsMultiple(const RuleSet& r, int point) {
-  switch (point) {
-    case 4: case 10: return r.OddsAllowed410;
-    case 5: case 9: return r.OddsAllowed59;
-    case 6: case 8: return r.OddsAllowed68;
-    default: return Money{};
-  }
-}
-
 // a, or the next multiple of step above it.
 Money RaiseToMultiple(Money a, Money step) {
   if (step.raw <= 0 || IsMultipleOf(a, step)) return a;
@@ -98,6 +89,15 @@ Money FlatSingleOddsX(const RuleSet& r, Money limit, Money flat, Money m, Money 
 }
 
 }  // namespace
+
+Money OddsMultiple(const RuleSet& r, int point) {
+  switch (point) {
+    case 4: case 10: return r.OddsAllowed410;
+    case 5: case 9: return r.OddsAllowed59;
+    case 6: case 8: return r.OddsAllowed68;
+    default: return Money{};
+  }
+}
 
 Money RuleMaximum(const RuleSet& r, int b) {
   const Money u = r.CheckDenom[1];

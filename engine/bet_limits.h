@@ -11,6 +11,10 @@
 // table minimum. For an odds bet (13..18, 25..30, 44, 47) this gives the table's part only.
 Money RuleMaximum(const RuleSet& rules, int bet);
 
+// The odds allowed on `point` as a multiple of the flat bet (OddsAllowed410, 59 or 68);
+// 0 for a number that is no point.
+Money OddsMultiple(const RuleSet& rules, int point);
+
 // The odds limit on a flat or line amount `flat` whose number is `point`, for odds bet
 // `oddsBet`, under OddsCalcMethod; at most floor(MaxOddsBet / u) × u, a multiple of u.
 // For the don't side the result is already × y / x of the odds row.

@@ -39,14 +39,6 @@ std::string FormatDecimals(double magnitude, int minDecimals, int maxDecimals) {
 
 std::string DiceLabel(int die1, int die2) { return fmt::format("{}.{}", die1, die2); }
 
-// The kind of exactly these dice, in either order (`either`) or as this ordered pair.
-int PairKind(int die1, int die2, bool either) {
-  const int ways = either && die1 != die2 ? 2 : 1;
-  for (int k = 2; k < kRollKinds; ++k)
-    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!either || KindHasPair(k, die2, die1))) return k;
-  return 0;
-}
-
 struct DisplayItem {
   int kind;
   std::string label;
@@ -82,6 +74,15 @@ int KindWays(int kind) {
   for (int a = 1; a <= 6; ++a)
     for (int b = 1; b <= 6; ++b) ways += KindHasPair(kind, a, b);
   return kind == 0 || IsNamedKind(kind) ? ways : 0;
+}
+
+int PairKind(int die1, int die2, bool eitherOrder) {
+  if (die1 < 1 || die1 > 6 || die2 < 1 || die2 > 6) return 0;
+  const int ways = eitherOrder && die1 != die2 ? 2 : 1;
+  for (int k = 2; k < kRollKinds; ++k)
+    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!eitherOrder || KindHasPair(k, die2, die1)))
+      return k;
+  return 0;
 }
 
 double KindPercent(int kind, bool skewed, const ProbabilityPlane& plane) {

@@ -18,6 +18,9 @@ using ProbabilityPlane = std::array<std::array<int32_t, 14>, 8>;
 
 // Fair combinations of the 36 in a kind: 0 for kinds never counted.
 int KindWays(int kind);
+// The kind that counts exactly the dice die1.die2 (each 1..6): that ordered pair, or with
+// `eitherOrder` the pair in both orders (1.1, 3, Any 4 (1.3) or (3.1), ...); 0 for none.
+int PairKind(int die1, int die2, bool eitherOrder);
 // The expected percentage of a kind: ways x 100 / 36, or with `skewed` the sum of the
 // kind's cells of the plane / 1000. A kind without a name (0, 1, 90, unknown) yields 100.
 double KindPercent(int kind, bool skewed, const ProbabilityPlane& plane);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "autobet/compiler.h"
+#include "stats/statistics.h"
 
 // Readable failures: a record as its code and value.
 static void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
@@ -167,6 +168,43 @@ INSTANTIATE_TEST_SUITE_P(
                      30}));
 
 // A scratch script belongs to the seat selected in the editor; with none, a wager has no owner.
+// A number right after X30..X34 selects a total, combination or face: the Y piece of the
+// dice statistic holds its roll kind (0, the default, counts all rolls).
+INSTANTIATE_TEST_SUITE_P(
+    DiceSelections, CompileVariablesOrganizeTest,
+    testing::Values(
+        OrganiseCase{{"cs1 = # rolls die1 face3"}, Cs1Is({V(4504), P(kSeat), H(3), X(33), Y(kDie1Kind + 3)})},
+        OrganiseCase{{"cs1 = # rolls die2 faces 6"}, Cs1Is({V(4504), P(kSeat), H(3), X(34), Y(kDie2Kind + 6)})},
+        OrganiseCase{{"cs1 = % prob 11 dice totals 7"}, Cs1Is({V(4501), P(kSeat), H(3), X(30), Y(7)})},
+        // The 21 combinations in either order, the 36 in die order.
+        OrganiseCase{{"cs1 = # rolls 21 combo 3.1"}, Cs1Is({V(4504), P(kSeat), H(3), X(31), Y(26)})},
+        OrganiseCase{{"cs1 = # rolls 21 combo 1.3"}, Cs1Is({V(4504), P(kSeat), H(3), X(31), Y(26)})},
+        OrganiseCase{{"cs1 = # rolls 21 combo 2.2"}, Cs1Is({V(4504), P(kSeat), H(3), X(31), Y(13)})},
+        OrganiseCase{{"cs1 = # rolls 36 combo 3.1"}, Cs1Is({V(4504), P(kSeat), H(3), X(32), Y(25)})},
+        // The run goes on past the selection, and may start with it.
+        OrganiseCase{{"cs1 = # rolls since last die1 face1 all sessions player2"},
+                     Cs1Is({V(4505), P(2), H(5), X(33), Y(kDie1Kind + 1)})},
+        OrganiseCase{{"cs1 = 11 dice totals 12 # rolls + 1"},
+                     Cs1Is({V(4504), P(kSeat), H(3), X(30), Y(12), Op(65), N(1)})},
+        OrganiseCase{{"cs1 = # rolls 11 dice totals total"}, Cs1Is({V(4504), P(kSeat), H(3), X(30), Y(0)})}));
+
+INSTANTIATE_TEST_SUITE_P(
+    DiceSelectionFaults, CompileVariablesOrganizeTest,
+    testing::Values(Fault("cs1 = # rolls 11 dice totals 13", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls 11 dice totals 1", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls 11 dice totals 6.5", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls 21 combo 1.7", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls 21 combo 13", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls 36 combo 0.5", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls die1 faces 7", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls die2 faces 0", "Reference to rolls out of limits."),
+                    // The selection is the Y piece: no second one, and only dice statistics take it.
+                    Fault("cs1 = # rolls die1 face3 total", "Ambiguous variable modifiers"),
+                    Fault("cs1 = # rolls naturals", "Ambiguous variable references"),
+                    Fault("cs1 = # points 11 dice totals 6", "Ambiguous variable references"),
+                    Fault("cs1 = # rolls(7) 11 dice totals 7", "Ambiguous variable references"),
+                    Fault("cs1 = die1 face3", "Ambiguous variable references")));
+
 TEST(CompileVariablesOrganizeScratch, TheSelectedSeatOwnsAScratchScript) {
   AutoBetProgram program;
   program.ScriptSource[0] = {"cs1 = passline"};

@@ -158,6 +158,34 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
         Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4}, Case{"degrees of freedom 21 combo", 20}));
 
+// A total, combination or face written after the display selects the rolls counted, as
+// the numbered function forms do (the same values in functions_test.cpp).
+class DiceSelectionTest : public testing::TestWithParam<Case> {};
+
+TEST_P(DiceSelectionTest, CountsTheSelectedRollsOnly) {
+  PlayedTable t;
+  const EvaluationResult r = EvaluateExpression(t.g, kAnn, GetParam().reference);
+  ASSERT_EQ(r.compileFault, "");
+  ASSERT_TRUE(r.ok) << r.runError;
+  EXPECT_NEAR(r.number, GetParam().value, 1e-9);
+}
+
+// Dice: 3-4, 2-2, 3-3, 1-3, 2-4, 4-3.
+INSTANTIATE_TEST_SUITE_P(
+    Selections, DiceSelectionTest,
+    testing::Values(
+        Case{"# rolls die1 face3", 2}, Case{"# rolls die1 face5", 0}, Case{"# rolls die2 face4", 2},
+        // The phrase for die 2's face 3 names face 5.
+        Case{"# rolls die2 face3", 0}, Case{"# rolls die2 faces 3", 3}, Case{"# rolls 11 dice totals 7", 2},
+        Case{"% rolls 11 dice totals 6", 100.0 / 3}, Case{"# rolls 21 combo 4.3", 2}, Case{"# rolls 36 combo 4.3", 1},
+        Case{"# rolls 36 combo 1.3", 1}, Case{"# rolls 36 combo 3.1", 0}, Case{"% prob 11 dice totals 7", 100.0 / 6},
+        Case{"# rolls since last die1 face1", 2},
+        // The other pieces still count: the hand rolled over at the seven-out, Bob rolled nothing.
+        Case{"# rolls die1 face3 last hand", 2}, Case{"# rolls die1 face3 current hand", 0},
+        Case{"player2 # rolls die1 face3", 0},
+        // Without a selection every roll counts.
+        Case{"# rolls 11 dice totals", 6}, Case{"# rolls die1 faces", 6}));
+
 TEST(VariablesTest, PvalueIsTheTailOfTheTotalsTest) {
   PlayedTable t;
   const Read r = ReadReference(t.g, "pvalue");
