@@ -42,10 +42,6 @@ enum : int {
 constexpr int kLastCheckStackName = 899;
 constexpr int kLastAutoWorkBet = 87;  // autowork on the come-out is kept for bets up to World
 
-bool Fault(Game& g, int code) {
-  g.AutoBet.RunError = code;
-  return false;
-}
 
 // A script's number as Money: not-a-number is 0, and anything beyond the largest
 // CheckStack is held at it, so that no conversion or rounding below can overflow.
@@ -108,15 +104,6 @@ struct HandlingMode {
   SettleRule rule;
 };
 
-std::string LowerTrim(std::string_view s) {
-  const auto first = s.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  const auto last = s.find_last_not_of(" \t");
-  std::string out(s.substr(first, last - first + 1));
-  for (char& c : out)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return out;
-}
 
 // "same bet" followed by an operator and an amount or a percentage: "+ 5", "x 2",
 // "/ 2", "- 10%". `rest` is what follows "same bet".
@@ -154,7 +141,7 @@ bool ParseRule(std::string_view rest, SettleRule& rule) {
 }
 
 bool ParseHandlingText(std::string_view text, bool winning, HandlingMode& mode) {
-  const std::string s = LowerTrim(text);
+  const std::string s = LowerTrimmed(text);
   struct Spelling {
     const char* text;
     int action;

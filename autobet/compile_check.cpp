@@ -43,7 +43,6 @@ struct CheckStop {
 
 bool IsRelational(std::int32_t code) { return code >= kCodeEquals && code <= kLastRelational; }
 bool IsArithmetic(std::int32_t code) { return code >= kPower && code <= kMinus; }
-bool IsPiece(const TokenRecord& r) { return r.code >= kCodeModifier && r.code <= kCodePlayer; }
 
 std::string LogicalName(std::int32_t code) { return code == kAnd ? "AND" : code == kOr ? "OR" : "XOR"; }
 
@@ -162,7 +161,7 @@ class ShapeChecker {
     } else {
       throw CheckStop{AtEnd() ? "Missing operand." : "Improper assignment or expression.", AtEnd() ? pos_ - 1 : pos_};
     }
-    while (!AtEnd() && IsPiece(r_[pos_])) ++pos_;
+    while (!AtEnd() && IsReferencePiece(r_[pos_])) ++pos_;
   }
 
   // An any/all list is a truth test; as the value set or the targets changed it means nothing.
@@ -386,7 +385,7 @@ class ShapeChecker {
       case kCodeVariableTarget: {
         const int n = static_cast<int>(t.value);
         ++pos_;
-        while (!AtEnd() && IsPiece(r_[pos_])) ++pos_;
+        while (!AtEnd() && IsReferencePiece(r_[pos_])) ++pos_;
         if (Code() == kCodeThru) {
           ++pos_;
           Reference();
@@ -398,7 +397,7 @@ class ShapeChecker {
       case kCodeFunctionTarget: {
         const int f = static_cast<int>(t.value);
         Call();
-        while (!AtEnd() && IsPiece(r_[pos_])) ++pos_;
+        while (!AtEnd() && IsReferencePiece(r_[pos_])) ++pos_;
         if (Code() == kCodeThru) {
           ++pos_;
           Reference();

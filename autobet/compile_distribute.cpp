@@ -42,7 +42,6 @@ std::optional<Span> PluralSpan(int word) {
   }
 }
 
-bool IsPiece(const TokenRecord& r) { return r.code >= kCodeModifier && r.code <= kCodePlayer; }
 
 }  // namespace
 
@@ -58,7 +57,7 @@ void CompileVariablesDistribute(std::vector<TokenRecord>& records, bool bigBetsO
     }
     // The word's pieces, as organised, go with every bet of the list.
     std::size_t piecesEnd = i + 1;
-    while (piecesEnd < records.size() && IsPiece(records[piecesEnd])) ++piecesEnd;
+    while (piecesEnd < records.size() && IsReferencePiece(records[piecesEnd])) ++piecesEnd;
     const bool allBets = r.value == 4100;
     bool first = true;
     for (int v = span->first; v <= span->last; v += span->step) {

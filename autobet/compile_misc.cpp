@@ -154,7 +154,7 @@ std::optional<std::size_t> ThruOperand(const std::vector<TokenRecord>& records, 
   auto ends = [&](std::size_t i) {
     return i >= records.size() || IsStatementMarker(records[i]) || records[i].code == kCodeScriptHeader;
   };
-  auto isPiece = [&](std::size_t i) { return records[i].code >= kCodeModifier && records[i].code <= kCodePlayer; };
+  auto isPiece = [&](std::size_t i) { return IsReferencePiece(records[i]); };
   if (right) {
     if (ends(thru + 1)) return std::nullopt;
     std::size_t i = thru + 1;

@@ -17,9 +17,9 @@ bool IsVariable(const TokenRecord& r) { return r.code == kCodeVariable; }
 bool IsFunction(const TokenRecord& r) { return r.code == kCodeFunction; }
 int Number(const TokenRecord& r) { return static_cast<int>(r.value); }
 
-bool IsReferencePiece(const TokenRecord& r) {
-  return r.code == kCodeVariable || r.code == kCodeFunction ||
-         (r.code >= kCodeModifier && r.code <= kCodePlayer);
+// A variable or function word, or one of its pieces.
+bool IsReferenceWord(const TokenRecord& r) {
+  return r.code == kCodeVariable || r.code == kCodeFunction || IsReferencePiece(r);
 }
 
 // A single bet, by word or by its numbered form; these pair with "# rolls since last".
@@ -154,7 +154,7 @@ class Organiser {
     auto inRun = [&](std::size_t k) {
       if (items[k].bracket) return follows(k, IsFunction);
       const TokenRecord& r = items[k].records.front();
-      return IsReferencePiece(r) || (r.code == kCodeNumber && follows(k, IsRollDisplay));
+      return IsReferenceWord(r) || (r.code == kCodeNumber && follows(k, IsRollDisplay));
     };
     for (std::size_t k = 0; k < items.size();) {
       if (!inRun(k)) {

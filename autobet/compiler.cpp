@@ -321,9 +321,9 @@ CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const S
 }
 
 std::string LowerTrimmed(std::string_view s) {
-  const std::size_t first = s.find_first_not_of(' ');
+  const std::size_t first = s.find_first_not_of(" \t");
   if (first == std::string_view::npos) return {};
-  s = s.substr(first, s.find_last_not_of(' ') - first + 1);
+  s = s.substr(first, s.find_last_not_of(" \t") - first + 1);
   std::string out(s);
   for (char& c : out)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');

@@ -35,10 +35,6 @@ constexpr std::size_t kLongestRunString = 256;
 constexpr int kFirstCheckStackNameVariable = 800;
 constexpr int kFirstOddsFactorVariable = 5612;  // odds allowed on 4; 5, 6, 8, 9, 10 follow
 
-bool Fault(Game& g, int code) {
-  g.AutoBet.RunError = code;
-  return false;
-}
 
 // ---- The call in the buffer.
 
@@ -51,7 +47,6 @@ struct Call {
   int pieces = 0;
 };
 
-bool IsPiece(const TokenRecord& r) { return r.code >= kCodeModifier && r.code <= kCodePlayer; }
 
 Call LocateCall(const AutoBetProgram& p, int position) {
   Call c;
@@ -77,7 +72,7 @@ Call LocateCall(const AutoBetProgram& p, int position) {
   }
   if (c.close == 0) return c;
   c.count = empty ? 0 : element + 1;
-  while (c.pieces < 4 && c.close + c.pieces + 1 <= p.StatementLength && IsPiece(b[c.close + c.pieces + 1]))
+  while (c.pieces < 4 && c.close + c.pieces + 1 <= p.StatementLength && IsReferencePiece(b[c.close + c.pieces + 1]))
     ++c.pieces;
   return c;
 }

@@ -22,6 +22,11 @@ void DeleteRecords(AutoBetProgram& p, int position, int count) {
   if (p.CloseBracket > position) p.CloseBracket -= count;
 }
 
+bool Fault(Game& g, int code) {
+  g.AutoBet.RunError = code;
+  return false;
+}
+
 void PutNumber(AutoBetProgram& p, int position, double value) {
   p.StatementBuffer[position] = {kCodeNumber, value};
 }

@@ -42,6 +42,9 @@ EvaluationResult EvaluateExpression(Game& g, int seat, std::string_view expressi
 
 // ---- Buffer helpers shared by values and actions (interpreter.cpp).
 
+// Sets the statement's run-time fault; false, so that a reader can `return Fault(g, n);`.
+bool Fault(Game& g, int code);
+
 inline bool IsValueRecord(const TokenRecord& r) { return r.code == kCodeNumber || r.code == kCodeString; }
 inline bool IsRelational(const TokenRecord& r) { return r.code >= 50 && r.code <= 55; }
 

@@ -66,6 +66,9 @@ enum TokenCode : std::int32_t {
   kCodeListKind = -81,
 };
 
+// A player, time, X or Y piece of a reference group.
+inline bool IsReferencePiece(const TokenRecord& r) { return r.code >= kCodeModifier && r.code <= kCodePlayer; }
+
 // An entry of the string pool. Pool index k (from 1) is element k - 1 of the vector.
 struct StringEntry {
   std::string text;

@@ -25,10 +25,6 @@ double Dollars(Money m) { return m.ToDouble(); }
 // Counts and roll numbers in the bet statistics are kept as whole dollars of Money.
 double Whole(Money m) { return static_cast<double>(m.raw / Money::kScale); }
 
-bool Fault(Game& g, int code) {
-  g.AutoBet.RunError = code;
-  return false;
-}
 
 // The roll rate as a number of rolls per hour, whatever unit the rules keep it in.
 double RollsPerHour(const RuleSet& r) {
