@@ -4,15 +4,14 @@
 #include <vector>
 
 #include "autobet/compiler.h"
-
-static void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
+#include "tests/autobet/records.h"
 
 namespace {
 
 constexpr int kSeat = 2;
 
-TokenRecord V(int n) { return {kCodeVariable, static_cast<double>(n)}; }
-TokenRecord F(int n) { return {kCodeFunction, static_cast<double>(n)}; }
+using records::F;
+using records::V;
 TokenRecord Vt(int n) { return {kCodeVariableTarget, static_cast<double>(n)}; }
 TokenRecord Ft(int n) { return {kCodeFunctionTarget, static_cast<double>(n)}; }
 

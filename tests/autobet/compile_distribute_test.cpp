@@ -5,31 +5,14 @@
 #include <vector>
 
 #include "autobet/compiler.h"
-
-// Readable failures: a record as its code and value.
-static void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
+#include "tests/autobet/records.h"
 
 namespace {
 
 constexpr int kSeat = 2;  // the compiled seat: the owner of references that name no player
 
-TokenRecord M(int line, int column) { return {kCodeStatement + line, static_cast<double>(column)}; }
-TokenRecord V(int n) { return {kCodeVariable, static_cast<double>(n)}; }
-TokenRecord P(int n) { return {kCodePlayer, static_cast<double>(n)}; }
-TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
-TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
-TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
-TokenRecord N(double n) { return {kCodeNumber, n}; }
-TokenRecord Op(int code) { return {code, 0}; }
-const TokenRecord kBet = {kCodeAction, 481}, kOn = Op(57), kComma = Op(75), kOpen = Op(kCodeOpenBracket),
-                  kClose = Op(kCodeCloseBracket), kEnd = Op(kCodeEndOfList);
-
-using Records = std::vector<TokenRecord>;
-
-Records operator+(Records a, const Records& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
+using namespace records;
+const TokenRecord kBet = {kCodeAction, 481};
 
 // The comma list a plural word becomes: each bet with the same pieces. An action's
 // operands are marked as its targets by the pass after this one.

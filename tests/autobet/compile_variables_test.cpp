@@ -4,26 +4,14 @@
 #include <vector>
 
 #include "autobet/compiler.h"
+#include "tests/autobet/records.h"
 #include "stats/statistics.h"
-
-// Readable failures: a record as its code and value.
-static void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
 
 namespace {
 
 constexpr int kSeat = 3;  // the compiled seat: the owner of references that name no player
 
-TokenRecord M(int line, int column) { return {kCodeStatement + line, static_cast<double>(column)}; }
-TokenRecord V(int n) { return {kCodeVariable, static_cast<double>(n)}; }
-TokenRecord F(int n) { return {kCodeFunction, static_cast<double>(n)}; }
-TokenRecord P(int n) { return {kCodePlayer, static_cast<double>(n)}; }
-TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
-TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
-TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
-TokenRecord N(double n) { return {kCodeNumber, n}; }
-TokenRecord Op(int code) { return {code, 0}; }
-const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), kEq = Op(50), kComma = Op(75),
-                  kEnd = Op(kCodeEndOfList);
+using namespace records;
 
 // "cs1 = ..." starts every expression case: checkstack 1 of the owner, then the operator.
 std::vector<TokenRecord> Cs1Is(std::vector<TokenRecord> rest) {

@@ -1,0 +1,34 @@
+#pragma once
+// Compiled records written the short way the tests compare them: M(line, column) a
+// statement marker, V/F/P/H/X/Y/N the reference words and numbers, Op an operator.
+
+#include <ostream>
+#include <vector>
+
+#include "autobet/tokens.h"
+
+// Readable failures: a record as its code and value.
+inline void PrintTo(const TokenRecord& r, std::ostream* os) { *os << "{" << r.code << "," << r.value << "}"; }
+
+namespace records {
+
+inline TokenRecord M(int line, int column) { return {kCodeStatement + line, static_cast<double>(column)}; }
+inline TokenRecord V(int n) { return {kCodeVariable, static_cast<double>(n)}; }
+inline TokenRecord F(int n) { return {kCodeFunction, static_cast<double>(n)}; }
+inline TokenRecord P(int n) { return {kCodePlayer, static_cast<double>(n)}; }
+inline TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
+inline TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
+inline TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
+inline TokenRecord N(double n) { return {kCodeNumber, n}; }
+inline TokenRecord Op(int code) { return {code, 0}; }
+inline const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), kEq = Op(kCodeEquals),
+                         kComma = Op(kCodeListSeparator), kEnd = Op(kCodeEndOfList), kOn = Op(kCodeOnTo);
+
+using Records = std::vector<TokenRecord>;
+
+inline Records operator+(Records a, const Records& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+}  // namespace records
