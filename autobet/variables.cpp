@@ -253,35 +253,12 @@ double HandCounter(const Game& g, int v, int column) {
 
 // ---- Dice statistics.
 
-// The roll kinds of the items of the roll totals displays: 11 totals, 21 and 36
-// combinations, and the faces of die 1 then die 2.
-struct DisplayKinds {
-  std::array<std::array<uint8_t, 36>, 4> kinds{};
-  std::array<int, 4> count{};
-};
-
-const DisplayKinds& Displays() {
-  static const DisplayKinds kDisplays = [] {
-    DisplayKinds d;
-    auto add = [&](int display, int kind) { d.kinds[display][d.count[display]++] = static_cast<uint8_t>(kind); };
-    for (int t = 2; t <= 12; ++t) add(0, t);
-    for (int a = 1; a <= 6; ++a)
-      for (int b = a; b <= 6; ++b) add(1, PairKind(a, b, true));
-    for (int a = 1; a <= 6; ++a)
-      for (int b = 1; b <= 6; ++b) add(2, PairKind(a, b, false));
-    for (int f = 1; f <= 6; ++f) add(3, kDie1Kind + f);
-    for (int f = 1; f <= 6; ++f) add(3, kDie2Kind + f);
-    return d;
-  }();
-  return kDisplays;
-}
-
 // The chi-square test of the roll totals screen for one column: X30 (or none) the 11
 // totals, X31 the 21 combinations, X32 the 36, X33 die 1's faces, X34 die 2's.
 void ChiSquare(const Game& g, int column, int x, double& sum, int& df) {
   const int display = x == 31 ? 1 : x == 32 ? 2 : x == 33 || x == 34 ? 3 : 0;
-  const DisplayKinds& d = Displays();
-  int first = 0, last = d.count[display];
+  const std::span<const uint8_t> kinds = DisplayKinds(display);
+  std::size_t first = 0, last = kinds.size();
   if (x == 33) last = 6;
   if (x == 34) first = 6;
   const bool skewed = g.Percentage.UseSkewedProbs && g.Percentage.PercentageDiceOn;
@@ -289,8 +266,8 @@ void ChiSquare(const Game& g, int column, int x, double& sum, int& df) {
   const double total = g.Stats.RollCount[column][0];
   sum = 0;
   int count = 0;
-  for (int i = first; i < last; ++i) {
-    const int kind = d.kinds[display][i];
+  for (std::size_t i = first; i < last; ++i) {
+    const int kind = kinds[i];
     const double expected = KindPercent(kind, skewed, plane) * 0.01 * total;
     if (expected <= 0) continue;
     sum += ChiSquareCell(g.Stats.RollCount[column][kind], expected);

@@ -47,13 +47,19 @@ struct DisplayItem {
 const std::vector<DisplayItem>& DisplayItems(int display) {
   static const std::array<std::vector<DisplayItem>, 4> kItems = [] {
     std::array<std::vector<DisplayItem>, 4> items;
-    for (int t = 2; t <= 12; ++t) items[0].push_back({t, std::to_string(t)});
-    for (int a = 1; a <= 6; ++a)
-      for (int b = a; b <= 6; ++b) items[1].push_back({PairKind(a, b, true), DiceLabel(a, b)});
-    for (int a = 1; a <= 6; ++a)
-      for (int b = 1; b <= 6; ++b) items[2].push_back({PairKind(a, b, false), DiceLabel(a, b)});
-    for (int base : {kDie1Kind, kDie2Kind})
-      for (int f = 1; f <= 6; ++f) items[3].push_back({base + f, std::to_string(f)});
+    for (int d = 0; d < 4; ++d) {
+      for (const uint8_t kind : DisplayKinds(d)) {
+        // A pair kind is labelled by its dice, lower die first for the 21 combinations.
+        std::string label = std::to_string(kind);
+        if (d == 3) label = std::to_string(kind > kDie2Kind ? kind - kDie2Kind : kind - kDie1Kind);
+        if (d == 1 || d == 2) {
+          for (int a = 1; a <= 6; ++a)
+            for (int b = d == 1 ? a : 1; b <= 6; ++b)
+              if (PairKind(a, b, d == 1) == kind) label = DiceLabel(a, b);
+        }
+        items[d].push_back({kind, std::move(label)});
+      }
+    }
     return items;
   }();
   return kItems[display >= 0 && display <= 3 ? display : 0];
@@ -152,6 +158,27 @@ std::string PValueText(double p) {
   if (p > 0 && p < 0.01) return "p<0.01%";
   if (p == 0) return "p=0%";
   return "p=" + FormatDecimals(std::fabs(p) * 100, 1, 2) + "%";
+}
+
+std::span<const uint8_t> DisplayKinds(int display) {
+  struct Kinds {
+    std::array<std::array<uint8_t, 36>, 4> kinds{};
+    std::array<std::size_t, 4> count{};
+  };
+  static const Kinds kKinds = [] {
+    Kinds k;
+    auto add = [&](int d, int kind) { k.kinds[d][k.count[d]++] = static_cast<uint8_t>(kind); };
+    for (int t = 2; t <= 12; ++t) add(0, t);
+    for (int a = 1; a <= 6; ++a)
+      for (int b = a; b <= 6; ++b) add(1, PairKind(a, b, true));
+    for (int a = 1; a <= 6; ++a)
+      for (int b = 1; b <= 6; ++b) add(2, PairKind(a, b, false));
+    for (int base : {kDie1Kind, kDie2Kind})
+      for (int f = 1; f <= 6; ++f) add(3, base + f);
+    return k;
+  }();
+  const int d = display >= 0 && display <= 3 ? display : 0;
+  return {kKinds.kinds[d].data(), kKinds.count[d]};
 }
 
 RollTotalsView ComputeRollTotals(const Statistics& s, const RollTotalsRequest& r) {

@@ -5,6 +5,7 @@
 // only draw them.
 
 #include <array>
+#include <span>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -84,6 +85,10 @@ struct RollTotalsView {
 };
 
 RollTotalsView ComputeRollTotals(const Statistics& s, const RollTotalsRequest& r);
+
+// The roll kinds a display lists, in order: 0 the 11 totals, 1 the 21 combinations, 2
+// the 36, 3 die 1's faces then die 2's.
+std::span<const uint8_t> DisplayKinds(int display);
 
 // The 88 named kinds in the order of cmbFreqNum.
 const std::array<uint8_t, 88>& RollFreqsKinds();
