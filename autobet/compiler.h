@@ -50,11 +50,13 @@ struct AutoBetProgram {
   std::uint32_t RndSeed = 327680;     // the language's own generator (Rnd)
   // Per seat (0 unused): the output file of "Open ... file for output".
   std::array<std::string, kPlayerSeats + 1> OutputFile{};
-  // Run-time faults per seat since the tally was cleared: count, and the first few with
-  // their code and source line, so that a headless run can show a misbehaving system.
+  // Run-time faults per seat since the tally was cleared: the count, and the first few
+  // different faults (by code and source line) with how often each came, so that a
+  // headless run can show a misbehaving system.
   struct RunFault {
     std::int32_t code = 0;
     std::int32_t line = 0;
+    std::int64_t count = 0;
   };
   static constexpr int kFaultsKept = 5;
   std::array<std::int64_t, kPlayerSeats + 1> FaultCount{};

@@ -531,8 +531,15 @@ void RecordFault(Game& g) {
   AutoBetProgram& p = g.AutoBet;
   const int seat = p.Bettor >= 0 && p.Bettor <= kPlayerSeats ? p.Bettor : 0;
   ++p.FaultCount[seat];
+  const int line = StatementLine(p.ProgramRecords, p.StatementStart);
+  for (auto& fault : p.FirstFaults[seat]) {
+    if (fault.code == p.RunError && fault.line == line) {
+      ++fault.count;
+      return;
+    }
+  }
   if (static_cast<int>(p.FirstFaults[seat].size()) < AutoBetProgram::kFaultsKept) {
-    p.FirstFaults[seat].push_back({p.RunError, StatementLine(p.ProgramRecords, p.StatementStart)});
+    p.FirstFaults[seat].push_back({p.RunError, line, 1});
   }
 }
 

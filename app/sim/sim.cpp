@@ -54,6 +54,13 @@ class SimUi : public HeadlessUi {
   int64_t target = 0;
   bool tty = false;
   std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
+  // Boxes a script opens (a Yes/No question is asked even in Hyper-Drive) are answered
+  // by default and not kept: a run of millions of rolls would keep millions of them.
+  MessageReply ShowMessage(const MessageRequest& request) override {
+    MessageReply reply = HeadlessUi::ShowMessage(request);
+    transcript.clear();
+    return reply;
+  }
   void Yield() override {
     if (!tty || game == nullptr) return;
     auto now = std::chrono::steady_clock::now();
@@ -119,7 +126,7 @@ ChiSquareTest DiceTest(const Game& g) {
 
 std::string Percent(double part, double whole) { return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole); }
 
-// The run-time faults of a seat's script: the count and the first few.
+// The run-time faults of a seat's script: the count and the first few different ones.
 struct ScriptFaults {
   int64_t count = 0;
   std::vector<AutoBetProgram::RunFault> first;
@@ -160,7 +167,8 @@ void WriteTextReport(const Game& g, const std::string& stopped, std::ostream& ou
       const ScriptFaults f = FaultsOf(g, s);
       out << fmt::format("  script {}: {} run-time fault{}\n", g.ScriptFile[s], f.count, f.count == 1 ? "" : "s");
       for (const auto& fault : f.first)
-        out << fmt::format("    line {}: {} ({})\n", fault.line, OneLineText(RunErrorText(fault.code)), fault.code);
+        out << fmt::format("    line {}: {} ({}), {} time{}\n", fault.line, OneLineText(RunErrorText(fault.code)),
+                           fault.code, fault.count, fault.count == 1 ? "" : "s");
     }
     for (const BetLine& l : BetLines(g, s)) {
       const Money netBet = l.amountWon - l.amountLost;
@@ -207,7 +215,8 @@ void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stop
       const ScriptFaults f = FaultsOf(g, s);
       json first = json::array();
       for (const auto& fault : f.first)
-        first.push_back({{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)}});
+        first.push_back({{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)},
+                         {"count", fault.count}});
       p["script"] = {{"file", g.ScriptFile[s]}, {"faults", f.count}, {"first_faults", std::move(first)}};
     }
     players.push_back(std::move(p));

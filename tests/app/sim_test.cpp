@@ -169,7 +169,7 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
   EXPECT_TRUE(std::regex_search(r.out, std::regex(R"(Ann \(4L\)[^\n]*\n[^\n]*\n  script [^\n]*line\.bet: 0 run-time faults\n  Pass Line: \d+ decisions)")))
       << r.out;
   // The activation's cycle and one cycle after each roll, every one a division by zero.
-  EXPECT_NE(r.out.find("faulty.bet: 501 run-time faults\n    line 2: Division by zero. (9999)\n"), std::string::npos)
+  EXPECT_NE(r.out.find("faulty.bet: 501 run-time faults\n    line 2: Division by zero. (9999), 501 times\n"), std::string::npos)
       << r.out;
 
   r = Sim({"--rolls", "50", "--seed", "11", "--json", "--player", "Bob:100:" + faulty});
