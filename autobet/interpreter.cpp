@@ -94,9 +94,7 @@ bool Relate(const T& a, int relational, const T& b) {
 }  // namespace
 
 bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
-  if (left.code == kCodeNumber || left.code != kCodeString) {
-    return Relate(NumberOf(g, left), relational, NumberOf(g, right));
-  }
+  if (left.code != kCodeString) return Relate(NumberOf(g, left), relational, NumberOf(g, right));
   // Binary, case-sensitive: std::string compares bytes as unsigned char.
   return Relate(TextOf(g, left), relational, TextOf(g, right));
 }
