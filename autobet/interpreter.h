@@ -29,7 +29,8 @@ void ExecuteStatement(Game& g);
 void ReduceStatement(Game& g);
 
 // Evaluates one expression as the script of `seat` would, outside any cycle: what a
-// watch on a value shows, and how tests read a value. Strings made go with the call.
+// watch on a value shows, and how tests read a value. It is compiled as the scratch
+// script (seat 0), as a hot key's is; strings made go with the call.
 struct EvaluationResult {
   bool ok = false;
   bool isString = false;
