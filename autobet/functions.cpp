@@ -146,6 +146,14 @@ int HopVariable(double n) {
   }
   if (low < 1 || low > 6 || high < 1 || high > 6) return 0;
   if (low > high) std::swap(low, high);
+  // The hops off the hop rows are the one-roll bets on 2, 3, 11 and 12.
+  switch (low * 10 + high) {
+    case 11: return bet::Two;
+    case 12: return bet::Three;
+    case 56: return bet::Eleven;
+    case 66: return bet::Twelve;
+    default: break;
+  }
   // Rows 64..80 hold the hops 1-3 .. 5-5 in this order.
   static constexpr std::array<int, 17> kHops = {13, 14, 15, 16, 22, 23, 24, 25, 26, 33, 34, 35, 36, 44, 45, 46, 55};
   const int* at = std::find(kHops.begin(), kHops.end(), low * 10 + high);

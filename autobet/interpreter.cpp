@@ -66,7 +66,10 @@ double LeadingNumber(std::string_view text) {
 
 double NumberOf(const Game& g, const TokenRecord& r) {
   if (r.code == kCodeNumber) return r.value;
-  if (r.code == kCodeString) return LeadingNumber(StringValue(g, r.code, r.value));
+  if (r.code == kCodeString) {
+    std::string scratch;
+    return LeadingNumber(StringView(g, r.code, r.value, scratch));
+  }
   return 0;
 }
 
@@ -95,8 +98,10 @@ bool Relate(const T& a, int relational, const T& b) {
 
 bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
   if (left.code != kCodeString) return Relate(NumberOf(g, left), relational, NumberOf(g, right));
-  // Binary, case-sensitive: std::string compares bytes as unsigned char.
-  return Relate(TextOf(g, left), relational, TextOf(g, right));
+  // Binary, case-sensitive: string_view compares bytes as unsigned char.
+  std::string leftScratch, rightScratch;
+  return Relate(StringView(g, left.code, left.value, leftScratch), relational,
+                StringView(g, right.code, right.value, rightScratch));
 }
 
 // ---- Reduction.
@@ -125,8 +130,8 @@ void CollapseBinary(AutoBetProgram& p, int i) { DeleteRecords(p, i, 2); }
 bool Truthy(const Game& g, const TokenRecord& r) {
   if (r.code == kCodeNumber) return r.value != 0;
   if (r.code == kCodeString) {
-    const std::string text = StringValue(g, r.code, r.value);
-    return text.find_first_not_of(" \t") != std::string::npos;
+    std::string scratch;
+    return StringView(g, r.code, r.value, scratch).find_first_not_of(" \t") != std::string_view::npos;
   }
   return false;
 }

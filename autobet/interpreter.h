@@ -75,6 +75,10 @@ double LeadingNumber(std::string_view text);
 // The text of a string record's value: a pool entry above 0, the special strings at or
 // below it. An unknown special sets RunError 998 and gives "".
 std::string StringValue(const Game& g, int code, double value);
+// The same text without a copy where it is kept (the pool, names); `scratch` holds what
+// has to be made (numbers, the date and time). Comparisons use it: no string is built
+// for them on the per-roll path.
+std::string_view StringView(const Game& g, int code, double value, std::string& scratch);
 
 // The seat that a player piece names: 10 shooter, 11 last shooter, 12 original shooter,
 // 13 the selected player, 14 the Bettor, 15 no one (0), otherwise the piece itself.

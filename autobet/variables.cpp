@@ -504,7 +504,8 @@ double PointCounter(const Game& g, int v, int column, int x, int total) {
   return Share(n, x == 7 || x == 8 ? established : Decisions(s, column, 0, 0, 0));
 }
 
-// The chi-square family (V4510..V4512) takes its display from X and ignores the kind.
+// The chi-square family (V4510..V4512) takes its display from X; with a kind, the
+// chi-square is that item's own cell.
 double DiceStatistic(const Game& g, int v, int column, int x, int kind) {
   if (kind < 0 || kind >= kRollKinds) kind = 0;
   const Statistics& s = g.Stats;
@@ -522,6 +523,10 @@ double DiceStatistic(const Game& g, int v, int column, int x, int kind) {
     case 4508: return KindPercent(kind, true, plane) * 0.01 * rolls;
     case 4509: return KindPercent(kind, true, plane);
     default: {
+      if (v == 4510 && kind != 0) {
+        const double expected = KindPercent(kind, skewed, plane) * 0.01 * rolls;
+        return expected > 0 ? ChiSquareCell(s.RollCount[column][kind], expected) : 0;
+      }
       double sum = 0;
       int df = 0;
       ChiSquare(g, column, x, sum, df);
@@ -645,14 +650,14 @@ int AssignVariable(Game& g, int position) {
   return pieces;  // the caller deletes them
 }
 
-std::string StringValue(const Game& g, int code, double value) {
+std::string_view StringView(const Game& g, int code, double value, std::string& scratch) {
   // A fault of extraction is the statement's fault: RunError is the interpreter's state
   // even where the caller only reads the game.
   auto fail = [&]() {
     const_cast<Game&>(g).AutoBet.RunError = 998;
-    return std::string();
+    return std::string_view();
   };
-  if (code == kCodeNumber) return GeneralNumber(value);
+  if (code == kCodeNumber) return scratch = GeneralNumber(value);
   const int n = static_cast<int>(value);
   if (code == kCodeVariableTarget) {
     if (n < 800 || n > 899) return fail();
@@ -667,8 +672,8 @@ std::string StringValue(const Game& g, int code, double value) {
   switch (n) {
     case 0:
     case -15: return {};
-    case -1: return DateText(Now(g));
-    case -2: return TimeText(Now(g));
+    case -1: return scratch = DateText(Now(g));
+    case -2: return scratch = TimeText(Now(g));
     case -10: return "Please enter a value";
     case -11: return "Please enter a string";
     default: break;
@@ -679,6 +684,11 @@ std::string StringValue(const Game& g, int code, double value) {
     if (stack >= 0 && stack <= 99) return g.CheckStackName[seat][stack];
   }
   return fail();
+}
+
+std::string StringValue(const Game& g, int code, double value) {
+  std::string scratch;
+  return std::string(StringView(g, code, value, scratch));
 }
 
 std::string RunErrorText(int code) {

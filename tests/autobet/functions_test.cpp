@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(NumberedForms, FunctionValueTest,
                                          Expected{"come(2)", 0, nullptr, 4}, Expected{"comeodds(12)", 0, nullptr, 5},
                                          Expected{"place(7)", 0, nullptr, 6}, Expected{"buy(4.5)", 0, nullptr, 7},
                                          Expected{"big(7)", 0, nullptr, 8}, Expected{"hard(5)", 0, nullptr, 9},
-                                         Expected{"hop(12)", 0, nullptr, 10}, Expected{"hop(1.7)", 0, nullptr, 10},
+                                         Expected{"hop(1.7)", 0, nullptr, 10}, Expected{"hop(10)", 0, nullptr, 10},
                                          Expected{"hop(77)", 0, nullptr, 10}, Expected{"repeater(7)", 0, nullptr, 11},
                                          Expected{"repeater(13)", 0, nullptr, 11}, Expected{"cs(100)", 0, nullptr, 21},
                                          Expected{"cs(2.5)", 0, nullptr, 21}, Expected{"csn(0 - 1)", 0, nullptr, 800}));
@@ -239,7 +239,7 @@ TEST(FunctionTargetTest, NumberedFormBecomesTheTargetGroup) {
 
 TEST(FunctionTargetTest, BadNumberFaultsAndLeavesTheStatement) {
   PlayedTable t;
-  Load(t.g, "hop(66) = 5");
+  Load(t.g, "hop(67) = 5");
   const std::vector<TokenRecord> before = Buffer(t.g.AutoBet);
   ResolveTargetFunction(t.g, 1);
   EXPECT_EQ(t.g.AutoBet.RunError, 10);
@@ -270,6 +270,36 @@ TEST(FunctionCallTest, KeepsAFaultMetInTheArguments) {
   t.g.AutoBet.RunError = 9999;
   AssignFunction(t.g, 4);
   EXPECT_EQ(t.g.AutoBet.RunError, 9999);
+}
+
+}  // namespace
+
+namespace {
+
+// The hops that are not on the hop rows are the one-roll bets on 2, 3, 11 and 12; a
+// chi-square with a number is that item's own cell.
+TEST(FunctionValueTest, HopsOffTheRowsAndOneChiSquareCell) {
+  PlayedTable t;
+  for (const auto& [form, bet] : {std::pair{"hop(11)", bet::Two}, std::pair{"hop(2.1)", bet::Three},
+                                  std::pair{"hop(65)", bet::Eleven}, std::pair{"hop(6.6)", bet::Twelve}}) {
+    t.g.AutoBet.ProgramStrings.clear();
+    Load(t.g, std::string(form) + " = 5");
+    ResolveTargetFunction(t.g, 1);
+    ASSERT_EQ(t.g.AutoBet.RunError, 0) << form;
+    EXPECT_EQ(t.g.AutoBet.StatementBuffer[1].code, kCodeVariableTarget) << form;
+    EXPECT_EQ(t.g.AutoBet.StatementBuffer[1].value, bet) << form;
+  }
+  const EvaluationResult whole = EvaluateExpression(t.g, 1, "chisquare");
+  const EvaluationResult seven = EvaluateExpression(t.g, 1, "chisquare(7)");
+  const EvaluationResult two = EvaluateExpression(t.g, 1, "chisquare(2)");
+  ASSERT_TRUE(whole.ok && seven.ok && two.ok);
+  EXPECT_LT(seven.number, whole.number);
+  EXPECT_NE(seven.number, two.number);
+  std::string cells = "chisquare(2)";
+  for (int total = 3; total <= 12; ++total) cells += " + chisquare(" + std::to_string(total) + ")";
+  const EvaluationResult sum = EvaluateExpression(t.g, 1, cells);
+  ASSERT_TRUE(sum.ok) << sum.compileFault << sum.runError;
+  EXPECT_NEAR(whole.number, sum.number, 1e-9);
 }
 
 }  // namespace
