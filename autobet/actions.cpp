@@ -136,8 +136,8 @@ bool ParseRule(std::string_view rest, SettleRule& rule) {
     ++i;
     skipBlanks();
   }
-  // A division by nothing would leave the bet where it is while saying otherwise.
-  return i == rest.size() && !(rule.Operator == 3 && rule.Operand.raw == 0);
+  // "/ 0" is taken: the rule itself makes a division by 0 a change of 0.
+  return i == rest.size();
 }
 
 bool ParseHandlingText(std::string_view text, bool winning, HandlingMode& mode) {
@@ -169,8 +169,9 @@ bool ParseHandlingText(std::string_view text, bool winning, HandlingMode& mode) 
       return true;
     }
   }
+  // Only winning bets have the rule forms: "same bet +", "-", "x", "*", "/" and an amount.
   constexpr std::string_view kSameBetWords = "same bet";
-  if (s.starts_with(kSameBetWords) && ParseRule(std::string_view(s).substr(kSameBetWords.size()), mode.rule)) {
+  if (winning && s.starts_with(kSameBetWords) && ParseRule(std::string_view(s).substr(kSameBetWords.size()), mode.rule)) {
     mode.action = kModifyByRule;
     mode.byRule = true;
     return true;
@@ -267,9 +268,15 @@ bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bo
     return true;
   }
   if (v >= 800 && v <= kLastCheckStackName) {
-    std::string text;
-    if (!ValueText(g, value, text)) return false;
-    if (apply) g.CheckStackName[seat][v - 800] = std::move(text);
+    // Read in place and copied into the name's own storage: no string is made per roll.
+    std::string scratch;
+    const int before = g.AutoBet.RunError;
+    g.AutoBet.RunError = 0;
+    const std::string_view text = value.code == kCodeString ? StringView(g, value.code, value.value, scratch)
+                                                            : std::string_view(scratch = TextOf(g, value));
+    if (g.AutoBet.RunError != 0) return false;
+    g.AutoBet.RunError = before;
+    if (apply) g.CheckStackName[seat][v - 800].assign(text);
     return true;
   }
 

@@ -109,7 +109,9 @@ class Converter {
     // Buying has its own word for a bet outside the current scope, given by the shape check.
     buying_ = head.code == kCodeAction && Number(head) == kBuyPlace;
     if (head.code == kCodeVariable || head.code == kCodeFunction) {
-      if (AtDepthZero(begin + 1, end, kCodeEquals, kCodeEquals)) return Target(begin, end);
+      // Everything before the "=" is written: one reference, or a list ("css = 0",
+      // "cs1, cs2 = 5", "place bets = 6").
+      if (const auto equals = AtDepthZero(begin + 1, end, kCodeEquals, kCodeEquals)) return Targets(begin, *equals);
       return {};
     }
     if (head.code != kCodeAction) return {};

@@ -227,17 +227,21 @@ INSTANTIATE_TEST_SUITE_P(
         SettingCase{"autohandle losing bets = \"same bet plus 1 unit\"", LoseMode, kPressDoubleOrUnit},
         SettingCase{"autohandle losing bets = \"double bet\"", LoseMode, kParlayOrDouble}));
 
+// Winning bets take "same bet" with an operator and an amount (the seat's modify rule);
+// losing bets have no such form.
 TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
   ActionTable a;
-  ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet x 150%\"", "autohandle losing bets = \"same bet - $5\""}), 0);
+  ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet x 150%\""}), 0);
   const SettleRule& win = a.g.SettleRules[kAnn][kRuleModifyWin];
   EXPECT_EQ(win.Operator, 2);
   EXPECT_EQ(win.Operand, 150_usd);
   EXPECT_EQ(win.Units, 1);
-  const SettleRule& lose = a.g.SettleRules[kAnn][kRuleModifyLose];
-  EXPECT_EQ(lose.Operator, 1);
-  EXPECT_EQ(lose.Operand, 5_usd);
-  EXPECT_EQ(lose.Units, 0);
+  ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet / 0\""}), 0);
+  EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operator, 3);
+  EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operand, Money{});
+  const SettleRule before = a.g.SettleRules[kAnn][kRuleModifyLose];
+  EXPECT_EQ(a.Run({"autohandle losing bets = \"same bet - $5\""}), 861);
+  EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyLose].Operand, before.Operand);
 }
 
 // ---- Faults: the code, and the store the statement would have changed, untouched.
@@ -276,7 +280,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{{"bankroll = 500"}, 870, [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); }, 1000,
                   [](Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }},
         FaultCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
-        FaultCase{{"autohandle winning bets = \"same bet / 0\""}, 860, WinMode, 0},
+        FaultCase{{"autohandle winning bets = \"same bet %\""}, 860, WinMode, 0},
         FaultCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0},
         FaultCase{{"rolls per hr = 0"}, 900, [](const Game& g) { return g.Rules.RollsPerTime; }, 120},
         FaultCase{{"odds allowed factor4 = 10000"}, 914,

@@ -304,3 +304,23 @@ INSTANTIATE_TEST_SUITE_P(
                   "Conditions were false, so next action block will be skipped.", "End of If/Then structure."}}));
 
 }  // namespace
+
+namespace {
+
+// Everything before the "=" of an assignment is written: a plural word, a list, a range.
+TEST(Cycle, AnAssignmentWritesEveryTargetBeforeItsEquals) {
+  ScriptRun run({"css = 5", "cs1, cs2 = 7", "cs3 thru cs4 = 9", "csns = \"x\"", "csn2 = \"y\""});
+  run.Cycle();
+  EXPECT_DOUBLE_EQ(run.Cs(0), 5);
+  EXPECT_DOUBLE_EQ(run.Cs(99), 5);
+  EXPECT_DOUBLE_EQ(run.Cs(1), 7);
+  EXPECT_DOUBLE_EQ(run.Cs(2), 7);
+  EXPECT_DOUBLE_EQ(run.Cs(3), 9);
+  EXPECT_DOUBLE_EQ(run.Cs(4), 9);
+  EXPECT_EQ(run.t.g.CheckStackName[1][0], "x");
+  EXPECT_EQ(run.t.g.CheckStackName[1][99], "x");
+  EXPECT_EQ(run.t.g.CheckStackName[1][2], "y");
+  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
+}
+
+}  // namespace
