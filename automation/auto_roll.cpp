@@ -17,6 +17,18 @@ void ToggleAutoRoll(Game& g) {
       LimitStop(g, g.Table.PendingStopSeat);
       return;
     }
+    // The button pressed while a script cycle runs (the cycle turns the event loop after
+    // each statement): the user may stop the scripts; nothing starts either way.
+    if (g.AutoBet.ScriptRunning) {
+      const int seat = g.AutoBet.Bettor;
+      const std::string name = seat > 0 && seat < kSeats ? g.PlayerName[seat] : std::string();
+      MessageRequest request;
+      request.Text = Text(g, 145) + "\n" + name + "'s script processing.";
+      request.Title = "Auto-Bet Active";
+      request.Flags = msg::kYesNoQuestion;
+      if (ShowMessage(g, std::move(request)).Button == kButtonYes) g.AutoBet.ScriptRunning = false;
+      return;
+    }
     g.Auto.AutoRollActive = true;
     if (g.Auto.AutoRollThrottle >= 12) {
       g.Auto.HyperDrive = false;

@@ -234,3 +234,25 @@ TEST(HyperDriveLimit, AStoppedTableStaysStoppedUntilANewSession) {
 }
 
 }  // namespace
+
+namespace {
+
+// The button pressed while a script cycle runs asks whether to stop the scripts; Yes ends
+// the cycle, No leaves everything as it was, and nothing starts either way.
+TEST(HyperDriveToggle, PressedDuringAScriptCycleOffersToStopIt) {
+  for (const int answer : {kButtonYes, kButtonNo}) {
+    TestTable t;
+    t.Seat(2, "Bob", Money::Dollars(100));
+    t.g.AutoBet.ScriptRunning = true;
+    t.g.AutoBet.Bettor = 2;
+    t.ui.replies.push_back({answer});
+    ToggleAutoRoll(t.g);
+    ASSERT_FALSE(t.ui.transcript.empty());
+    EXPECT_EQ(t.ui.transcript.back().request.Title, "Auto-Bet Active");
+    EXPECT_EQ(t.ui.transcript.back().request.Text, "Do you want to stop auto-betting?\nBob's script processing.");
+    EXPECT_EQ(t.g.AutoBet.ScriptRunning, answer == kButtonNo);
+    EXPECT_FALSE(t.g.Auto.AutoRollActive);
+  }
+}
+
+}  // namespace
