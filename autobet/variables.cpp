@@ -101,38 +101,6 @@ bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, doubl
   }
 }
 
-// Net (wins less losses) of a statistic.
-bool NetStatistic(Game& g, const BetRow& win, const BetRow& loss, const BetRow& all, int column, int y, double& v) {
-  const bool anyWin = win[0].raw > 0, anyLoss = loss[0].raw > 0;
-  switch (y) {
-    case 23:  // the best single result
-      if (!anyWin && !anyLoss) return Fault(g, 300);
-      v = anyWin ? Dollars(win[2]) : -Dollars(loss[3]);
-      return true;
-    case 24:  // the worst single result
-      if (!anyWin && !anyLoss) return Fault(g, 300);
-      v = anyLoss ? -Dollars(loss[2]) : Dollars(win[3]);
-      return true;
-    case 25:
-      if (all[0].raw <= 0) return Fault(g, 300);
-      v = (Dollars(win[1]) - Dollars(loss[1])) / Whole(all[0]);
-      return true;
-    case 26:  // the signed amount of the later of the last win and the last loss
-      if (!anyWin && !anyLoss) return Fault(g, 300);
-      v = anyWin && (!anyLoss || win[4] >= loss[4]) ? Dollars(win[5]) : -Dollars(loss[5]);
-      return true;
-    case 27: return RowStatistic(g, all, column, y, 300, v);
-    case 32: v = 0; return true;  // no house-advantage store yet
-    default: {
-      double w = 0, l = 0;
-      RowStatistic(g, win, column, y, 301, w);
-      RowStatistic(g, loss, column, y, 302, l);
-      v = w - l;
-      return true;
-    }
-  }
-}
-
 // Payoff ratio, numerator or denominator (k = 0, 1, 2) of the row the bet is paid by now.
 bool BetPayoffRead(Game& g, int bet, int k, double& v) {
   const RuleSet& r = g.Rules;
@@ -168,6 +136,115 @@ bool BetPayoffRead(Game& g, int bet, int k, double& v) {
   return true;
 }
 
+// The expected net of one unit wagered on `bet`, decision by decision: its payoff as the
+// table pays it now against the odds of the dice, less the vig where one is charged. The
+// bets whose payoff varies, or whose decision has more than two outcomes besides a push,
+// are refused as their payoff ratio is.
+bool BetEdge(Game& g, int bet, double& edge) {
+  const RuleSet& rules = g.Rules;
+  const int point = g.Table.Point;
+  const auto ways = [](int n) { return 6 - std::abs(7 - n); };
+  static constexpr std::array<int, 6> kNumbers = {4, 5, 6, 8, 9, 10};
+  double pWin = 0, pLose = 0;
+  double vigAlways = 0, vigOnWin = 0;  // parts of a unit
+  const auto number = [&](int n, bool right) {
+    const double w = ways(n);
+    pWin = right ? w / (w + 6) : 6 / (w + 6);
+    pLose = 1 - pWin;
+  };
+  if (bet >= bet::Lay4 && bet <= bet::DontCome10Odds) {
+    number(kNumbers[static_cast<std::size_t>((bet - bet::Lay4) % 6)], false);
+  } else if (bet >= bet::Come4 && bet <= bet::Buy10) {
+    number(kNumbers[static_cast<std::size_t>((bet - bet::Come4) % 6)], true);
+  } else if (bet == bet::PassLine || bet == bet::Come) {
+    // A line bet over its whole decision, from the come-out, whatever the point is now.
+    pWin = 244.0 / 495;
+    pLose = 251.0 / 495;
+  } else if (bet == bet::DontPass || bet == bet::DontCome) {
+    pWin = 949.0 / 1980;  // the barred craps number pushes
+    pLose = 244.0 / 495;
+  } else if (bet == bet::PassLineOdds || bet == bet::DontPassOdds) {
+    if (point == 0) return Fault(g, 915);
+    number(point, bet == bet::PassLineOdds);
+  } else if (bet == bet::Big6 || bet == bet::Big8) {
+    number(bet == bet::Big6 ? 6 : 8, true);
+  } else if (bet >= bet::Hard4 && bet <= bet::Hard10) {
+    pWin = 1.0 / (6 + ways(4 + 2 * (bet - bet::Hard4)));
+    pLose = 1 - pWin;
+  } else if (bet >= bet::Two && bet <= bet::Craps) {
+    static constexpr std::array<int, 6> kWays = {1, 2, 6, 2, 1, 4};  // 2, 3, 7, 11, 12, craps
+    pWin = kWays[static_cast<std::size_t>(bet - bet::Two)] / 36.0;
+    pLose = 1 - pWin;
+  } else if (bet >= bet::Hop13 && bet <= bet::Hop55) {
+    // The hop rows run 1-3 .. 5-5; the pairs among them come one way, the others two.
+    static constexpr std::array<bool, 17> kPair = {false, false, false, false, true,  false, false, false, false,
+                                                   true,  false, false, false, true,  false, false, true};
+    pWin = (kPair[static_cast<std::size_t>(bet - bet::Hop13)] ? 1 : 2) / 36.0;
+    pLose = 1 - pWin;
+  } else if (bet == bet::Over7 || bet == bet::Under7) {
+    pWin = 15.0 / 36;
+    pLose = 1 - pWin;
+  } else {
+    return Fault(g, 918);
+  }
+  double ratio = 0;
+  if (bet == bet::PassLine || bet == bet::Come || bet == bet::DontPass || bet == bet::DontCome) {
+    const PayoffRow& row = rules.BetPayoff[bet];
+    if (row.PayoffFor.raw == 0) return Fault(g, 9999);
+    ratio = Dollars(row.PayoffPay) / Dollars(row.PayoffFor);
+  } else if (!BetPayoffRead(g, bet, 0, ratio)) {
+    return false;
+  }
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
+    (rules.ChargeAllBuy ? vigAlways : vigOnWin) = Dollars(rules.BuyVigPct);
+  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
+    // The lay vig is a share of the win.
+    (rules.ChargeAllLay ? vigAlways : vigOnWin) = Dollars(rules.LayVigPct) * ratio;
+  }
+  edge = pWin * (ratio - vigOnWin) - pLose - vigAlways;
+  return true;
+}
+
+// Net (wins less losses) of a statistic.
+bool NetStatistic(Game& g, int bet, const BetRow& win, const BetRow& loss, const BetRow& all, int column, int y,
+                  double& v) {
+  const bool anyWin = win[0].raw > 0, anyLoss = loss[0].raw > 0;
+  switch (y) {
+    case 23:  // the best single result
+      if (!anyWin && !anyLoss) return Fault(g, 300);
+      v = anyWin ? Dollars(win[2]) : -Dollars(loss[3]);
+      return true;
+    case 24:  // the worst single result
+      if (!anyWin && !anyLoss) return Fault(g, 300);
+      v = anyLoss ? -Dollars(loss[2]) : Dollars(win[3]);
+      return true;
+    case 25:
+      if (all[0].raw <= 0) return Fault(g, 300);
+      v = (Dollars(win[1]) - Dollars(loss[1])) / Whole(all[0]);
+      return true;
+    case 26:  // the signed amount of the later of the last win and the last loss
+      if (!anyWin && !anyLoss) return Fault(g, 300);
+      v = anyWin && (!anyLoss || win[4] >= loss[4]) ? Dollars(win[5]) : -Dollars(loss[5]);
+      return true;
+    case 27: return RowStatistic(g, all, column, y, 300, v);
+    case 32: {  // what the house expects of the resolved wagers of the period
+      double edge = 0;
+      if (!BetEdge(g, bet, edge)) return false;
+      if (all[0].raw <= 0) return Fault(g, 300);
+      v = edge * Dollars(all[1]);
+      return true;
+    }
+    default: {
+      double w = 0, l = 0;
+      RowStatistic(g, win, column, y, 301, w);
+      RowStatistic(g, loss, column, y, 302, l);
+      v = w - l;
+      return true;
+    }
+  }
+}
+
+
 bool ReadBet(Game& g, const ReferencePieces& r, int seat, double& v) {
   const int bet = r.v;
   const int column = ScopeBase(r.time) + seat;
@@ -197,11 +274,16 @@ bool ReadBet(Game& g, const ReferencePieces& r, int seat, double& v) {
   switch (r.x) {
     case 2: return RowStatistic(g, win, column, r.y, 301, v);
     case 3: return RowStatistic(g, loss, column, r.y, 302, v);
-    case 4: return NetStatistic(g, win, loss, all, column, r.y, v);
+    case 4: return NetStatistic(g, bet, win, loss, all, column, r.y, v);
     case 5: {
-      if (r.y == 32) return NetStatistic(g, win, loss, all, column, r.y, v);
+      if (r.y == 32) {  // the expectation of a unit, as a percentage
+        double edge = 0;
+        if (!BetEdge(g, bet, edge)) return false;
+        v = edge * 100;
+        return true;
+      }
       double net = 0, wagered = 0;
-      if (!NetStatistic(g, win, loss, all, column, r.y, net)) return false;
+      if (!NetStatistic(g, bet, win, loss, all, column, r.y, net)) return false;
       // The same statistic of the resolved wagers is the base of the percentage.
       if (!RowStatistic(g, all, column, r.y, 300, wagered)) return false;
       if (wagered == 0) {

@@ -450,3 +450,48 @@ TEST(VariablesTest, RunErrorTexts) {
 }
 
 }  // namespace
+
+namespace {
+
+// Expected value: the payoff the table pays now against the odds of the dice, a unit's
+// share as net %, the resolved wagers' share as net.
+TEST(VariablesTest, ExpectedValueIsTheHousesShare) {
+  PlayedTable t;
+  const auto read = [&](const std::string& e) { return EvaluateExpression(t.g, kAnn, e); };
+  const auto ratio = [&](const std::string& bet) { return read("payoff ratio " + bet).number; };
+  struct Case {
+    const char* bet;
+    double pWin, pLose;
+  };
+  for (const Case& c : {Case{"passline", 244.0 / 495, 251.0 / 495}, Case{"dontpass", 949.0 / 1980, 976.0 / 1980},
+                        Case{"place4", 3.0 / 9, 6.0 / 9}, Case{"place6", 5.0 / 11, 6.0 / 11},
+                        Case{"comeodds5", 4.0 / 10, 6.0 / 10}, Case{"dontcomeodds9", 6.0 / 10, 4.0 / 10},
+                        Case{"hard8", 1.0 / 11, 10.0 / 11}, Case{"hard4", 1.0 / 9, 8.0 / 9},
+                        Case{"big6", 5.0 / 11, 6.0 / 11}, Case{"seven", 6.0 / 36, 30.0 / 36},
+                        Case{"craps", 4.0 / 36, 32.0 / 36}, Case{"hop33", 1.0 / 36, 35.0 / 36},
+                        Case{"hop16", 2.0 / 36, 34.0 / 36}, Case{"over7", 15.0 / 36, 21.0 / 36}}) {
+    const std::string bet = c.bet;
+    const double r = bet == "passline" || bet == "dontpass" ? 1.0 : ratio(bet);
+    const EvaluationResult ev = read("expected value net % " + bet);
+    ASSERT_TRUE(ev.ok) << bet << " " << ev.runError;
+    EXPECT_NEAR(ev.number, 100 * (c.pWin * r - c.pLose), 1e-9) << bet;
+  }
+  EXPECT_NEAR(read("expected value net % passline").number, -700.0 / 495, 1e-9);
+  // Three Pass Line decisions of $10 were resolved this session.
+  EXPECT_NEAR(read("expected value net passline").number, -7.0 / 495 * 30, 1e-9);
+  // The buy vig comes off every decision when it is charged up front.
+  const double buy = read("expected value net % buy4").number;
+  EXPECT_NEAR(buy, 100 * (3.0 / 9 * ratio("buy4") - 6.0 / 9 - t.g.Rules.BuyVigPct.ToDouble()), 1e-9);
+  struct Fault {
+    const char* expression;
+    int code;
+  };
+  for (const Fault& f : {Fault{"expected value net % field", 918}, Fault{"expected value net % passlineodds", 915},
+                         Fault{"expected value net hard6", 300}}) {
+    const EvaluationResult r = read(f.expression);
+    EXPECT_FALSE(r.ok) << f.expression;
+    EXPECT_EQ(r.runError, f.code) << f.expression;
+  }
+}
+
+}  // namespace
