@@ -15,6 +15,7 @@
 #include "autobet/interpreter.h"
 #include "engine/bet_limits.h"
 #include "engine/game_state.h"
+#include "engine/resolution.h"
 #include "stats/roll_totals.h"
 #include "storage/language_text.h"
 
@@ -145,6 +146,18 @@ bool BetEdge(Game& g, int bet, double& edge) {
   const int point = g.Table.Point;
   const auto ways = [](int n) { return 6 - std::abs(7 - n); };
   static constexpr std::array<int, 6> kNumbers = {4, 5, 6, 8, 9, 10};
+  if (bet == bet::Field) {
+    // A one-roll bet paid by the row of each pair of dice.
+    edge = 0;
+    for (int d1 = 1; d1 <= 6; ++d1) {
+      for (int d2 = 1; d2 <= 6; ++d2) {
+        const PayoffRow& row = rules.FieldPayoff[static_cast<std::size_t>(FieldRow(d1, d2))];
+        if (row.PayoffFor.raw == 0) return Fault(g, 9999);
+        edge += Dollars(row.PayoffPay) / Dollars(row.PayoffFor) / 36;
+      }
+    }
+    return true;
+  }
   double pWin = 0, pLose = 0;
   double vigAlways = 0, vigOnWin = 0;  // parts of a unit
   const auto number = [&](int n, bool right) {

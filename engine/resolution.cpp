@@ -5,9 +5,6 @@
 #include "engine/handling.h"
 #include "engine/placement.h"
 
-namespace {
-
-// Field rows by unordered dice pair, 1 (1-1) .. 21 (6-6).
 int FieldRow(int d1, int d2) {
   int lo = d1 < d2 ? d1 : d2, hi = d1 < d2 ? d2 : d1;
   static constexpr int kRow[7][7] = {
@@ -17,6 +14,9 @@ int FieldRow(int d1, int d2) {
   if (lo < 1 || hi > 6) return 0;
   return kRow[lo][hi];
 }
+
+namespace {
+
 
 bool IsHard(const TableState& t) { return t.Die1 == t.Die2; }
 

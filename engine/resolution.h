@@ -10,6 +10,10 @@ constexpr int kWin = 1, kWinOdds = 2, kLose = -1, kLoseOdds = -2;
 constexpr int kSettleSeat[9] = {0, 1, 8, 2, 7, 3, 6, 4, 5};
 
 // Settles `bet` for the seat at position i (1..8) of the settle order.
+// The Field's payoff row of a roll: 1 (1-1) .. 21 (6-6) by unordered dice pair, 0 for
+// dice outside 1..6.
+int FieldRow(int d1, int d2);
+
 void SettleBet(Game& g, int i, int result, int bet);
 // Settles `bet` for every seat, in the settle order.
 void SettleAll(Game& g, int result, int bet);

@@ -486,7 +486,9 @@ TEST(VariablesTest, ExpectedValueIsTheHousesShare) {
     const char* expression;
     int code;
   };
-  for (const Fault& f : {Fault{"expected value net % field", 918}, Fault{"expected value net % passlineodds", 915},
+  // The default Field pays double on 2 and 12: it keeps 2/36 of a unit.
+  EXPECT_NEAR(read("expected value net % field").number, -200.0 / 36, 1e-9);
+  for (const Fault& f : {Fault{"expected value net % midway", 918}, Fault{"expected value net % passlineodds", 915},
                          Fault{"expected value net hard6", 300}}) {
     const EvaluationResult r = read(f.expression);
     EXPECT_FALSE(r.ok) << f.expression;
