@@ -33,8 +33,7 @@ struct ActionCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const ActionCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 ActionCase Compiles(std::vector<std::string> lines, std::vector<TokenRecord> references) {
@@ -76,10 +75,7 @@ TEST_P(CompileConvertToActionTest, MarksWhatIsWrittenOrRefusesIt) {
     EXPECT_EQ(References(records), c.references);
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
 }
 
 const char* const kLabelInCondition =

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "autobet/compiler.h"
+#include "tests/autobet/records.h"
 
 namespace {
 
@@ -14,8 +15,7 @@ struct CheckCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const CheckCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 CheckCase Ok(std::vector<std::string> lines) { return {std::move(lines), ""}; }
@@ -38,10 +38,7 @@ TEST_P(CompileCheckTest, AcceptsWellFormedStatementsOrNamesTheFirstFault) {
     EXPECT_FALSE(program.ScriptRecords.empty());
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
   EXPECT_TRUE(program.ScriptRecords.empty());
 }
 

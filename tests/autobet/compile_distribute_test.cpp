@@ -55,8 +55,7 @@ struct DistributeCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const DistributeCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os << "corner " << c.cornerBet;
+  return records::PrintScript(os, c.lines) << "corner " << c.cornerBet;
 }
 
 class CompileVariablesDistributeTest : public testing::TestWithParam<DistributeCase> {};
@@ -75,10 +74,7 @@ TEST_P(CompileVariablesDistributeTest, PluralWordsBecomeListsOfReferences) {
     EXPECT_EQ(rest, c.records);
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
 }
 
 DistributeCase Bet(std::string words, std::vector<int> bets, int cornerBet = 1) {

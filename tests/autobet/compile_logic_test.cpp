@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "autobet/compiler.h"
+#include "tests/autobet/records.h"
 
 namespace {
 
@@ -45,8 +46,7 @@ struct LogicCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const LogicCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 LogicCase Linked(std::vector<std::string> lines, const char* links) { return {std::move(lines), links, ""}; }
@@ -68,10 +68,7 @@ TEST_P(CompileLogicTest, LinksBlocksAndJumpsOrStopsAtTheFirstFault) {
     EXPECT_EQ(Links(program.ScriptRecords), c.links);
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
   EXPECT_TRUE(program.ScriptRecords.empty());
 }
 

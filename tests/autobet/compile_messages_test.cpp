@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "autobet/compiler.h"
+#include "tests/autobet/records.h"
 
 namespace {
 
@@ -19,8 +20,7 @@ struct MessageCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const MessageCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 MessageCase Says(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn,
@@ -37,10 +37,7 @@ TEST_P(CompileMessageTest, GivesTheMessageOverItsRangeAndKeepsNothing) {
   const std::vector<std::string> names = {"Ann", "", "", "", "", "", "", ""};
   const CompileFault fault = CompileAutobets(program, c.seat, names);
   EXPECT_EQ(fault.message, c.message);
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
   EXPECT_TRUE(program.ScriptRecords.empty());
   EXPECT_TRUE(program.ScriptStrings.empty());
 }

@@ -28,8 +28,7 @@ struct OrganiseCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const OrganiseCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 class CompileVariablesOrganizeTest : public testing::TestWithParam<OrganiseCase> {};
@@ -48,10 +47,7 @@ TEST_P(CompileVariablesOrganizeTest, GroupsReferencesOrStopsAtTheFirstFault) {
     EXPECT_EQ(rest, c.records);
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
 }
 
 OrganiseCase Fault(std::string line, const char* message) {

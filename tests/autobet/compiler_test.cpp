@@ -1,4 +1,5 @@
 #include "autobet/compiler.h"
+#include "tests/autobet/records.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +15,7 @@ struct CompileCase {
 };
 
 std::ostream& operator<<(std::ostream& os, const CompileCase& c) {
-  for (const std::string& line : c.lines) os << line << " | ";
-  return os;
+  return records::PrintScript(os, c.lines);
 }
 
 CompileFault CompileSeat(AutoBetProgram& program, const std::vector<std::string>& lines,
@@ -38,10 +38,7 @@ TEST_P(CompileScriptTest, StopsAtTheFirstFaultWithItsRange) {
     EXPECT_EQ(program.ReturnStack.size(), 21u);
     return;
   }
-  EXPECT_EQ(fault.firstLine, c.firstLine);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastLine, c.lastLine);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  records::ExpectRange(fault, c);
   // Nothing of a failed compilation is kept.
   EXPECT_TRUE(program.ScriptRecords.empty());
   EXPECT_TRUE(program.ScriptStrings.empty());

@@ -1,8 +1,12 @@
 #pragma once
-// Compiled records written the short way the tests compare them: M(line, column) a
-// statement marker, V/F/P/H/X/Y/N the reference words and numbers, Op an operator.
+// What the compiler tests share: compiled records written the short way they are
+// compared (M(line, column) a statement marker, V/F/P/H/X/Y/N the reference words and
+// numbers, Op an operator), and the script and fault range of a table case.
+
+#include <gtest/gtest.h>
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "autobet/tokens.h"
@@ -29,6 +33,21 @@ using Records = std::vector<TokenRecord>;
 inline Records operator+(Records a, const Records& b) {
   a.insert(a.end(), b.begin(), b.end());
   return a;
+}
+
+// A table case's script on one line, for the name of a failing case.
+inline std::ostream& PrintScript(std::ostream& os, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) os << line << " | ";
+  return os;
+}
+
+// The fault covers the case's range (its firstLine, firstColumn, lastLine, lastColumn).
+template <class Case>
+void ExpectRange(const CompileFault& fault, const Case& c) {
+  EXPECT_EQ(fault.firstLine, c.firstLine);
+  EXPECT_EQ(fault.firstColumn, c.firstColumn);
+  EXPECT_EQ(fault.lastLine, c.lastLine);
+  EXPECT_EQ(fault.lastColumn, c.lastColumn);
 }
 
 }  // namespace records
