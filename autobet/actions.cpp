@@ -32,16 +32,33 @@ namespace {
 
 // Fault codes raised here (their texts are with the variables).
 enum : int {
-  kErrBuyNotPlace = 12, kErrNotBuy = 13, kErrNoPlayer = 851, kErrWinMode = 860, kErrLoseMode = 861,
-  kErrAlwaysWorks = 862, kErrBankrollLate = 870, kErrRollsPerHour = 900, kErrSeed = 905, kErrRngMissing = 910,
-  kErrRngRange = 911, kErrCompRate = 912, kErrOddsFactor = 914, kErrMessagesOff = 990, kErrRollFileClosed = 1003,
-  kErrOutputClosed = 1004, kErrFileNotFound = 1005, kErrBadPath = 1006, kErrNotRollFile = 1007,
-  kErrNotProbabilityFile = 1008, kErrNoValue = 1011, kErrNoString = 1012, kErrDivideByZero = 9999
+  kErrBuyNotPlace = 12,
+  kErrNotBuy = 13,
+  kErrNoPlayer = 851,
+  kErrWinMode = 860,
+  kErrLoseMode = 861,
+  kErrAlwaysWorks = 862,
+  kErrBankrollLate = 870,
+  kErrRollsPerHour = 900,
+  kErrSeed = 905,
+  kErrRngMissing = 910,
+  kErrRngRange = 911,
+  kErrCompRate = 912,
+  kErrOddsFactor = 914,
+  kErrMessagesOff = 990,
+  kErrRollFileClosed = 1003,
+  kErrOutputClosed = 1004,
+  kErrFileNotFound = 1005,
+  kErrBadPath = 1006,
+  kErrNotRollFile = 1007,
+  kErrNotProbabilityFile = 1008,
+  kErrNoValue = 1011,
+  kErrNoString = 1012,
+  kErrDivideByZero = 9999
 };
 
 constexpr int kLastCheckStackName = 899;
 constexpr int kLastAutoWorkBet = 87;  // autowork on the come-out is kept for bets up to World
-
 
 // A script's number as Money: not-a-number is 0, and anything beyond the largest
 // CheckStack is held at it, so that no conversion or rounding below can overflow.
@@ -104,7 +121,6 @@ struct HandlingMode {
   SettleRule rule;
 };
 
-
 // "same bet" followed by an operator and an amount or a percentage: "+ 5", "x 2",
 // "/ 2", "- 10%". `rest` is what follows "same bet".
 bool ParseRule(std::string_view rest, SettleRule& rule) {
@@ -146,23 +162,25 @@ bool ParseHandlingText(std::string_view text, bool winning, HandlingMode& mode) 
     const char* text;
     int action;
   };
-  static constexpr Spelling kWinning[] = {
-      {"manual", kAskByDialog},        {"take bet and winnings", kTakeDown},
-      {"same bet/take winnings", kSameBet}, {"same bet / take winnings", kSameBet},
-      {"same bet", kSameBet},          {"press 1 unit", kPressUnitOrRemainder},
-      {"press double", kPressDoubleOrUnit}, {"parlay", kParlayOrDouble}};
-  static constexpr Spelling kLosing[] = {
-      {"manual", kAskByDialog},
-      {"no bet/take remainder (if any)", kTakeDown},
-      {"no bet / take remainder (if any)", kTakeDown},
-      {"no bet", kTakeDown},
-      {"no bet/take remainder", kTakeDown},
-      {"no bet / take remainder", kTakeDown},
-      {"same bet", kSameBet},
-      {"bet remainder (if any)", kPressUnitOrRemainder},
-      {"bet remainder", kPressUnitOrRemainder},
-      {"same bet plus 1 unit", kPressDoubleOrUnit},
-      {"double bet", kParlayOrDouble}};
+  static constexpr Spelling kWinning[] = {{"manual", kAskByDialog},
+                                          {"take bet and winnings", kTakeDown},
+                                          {"same bet/take winnings", kSameBet},
+                                          {"same bet / take winnings", kSameBet},
+                                          {"same bet", kSameBet},
+                                          {"press 1 unit", kPressUnitOrRemainder},
+                                          {"press double", kPressDoubleOrUnit},
+                                          {"parlay", kParlayOrDouble}};
+  static constexpr Spelling kLosing[] = {{"manual", kAskByDialog},
+                                         {"no bet/take remainder (if any)", kTakeDown},
+                                         {"no bet / take remainder (if any)", kTakeDown},
+                                         {"no bet", kTakeDown},
+                                         {"no bet/take remainder", kTakeDown},
+                                         {"no bet / take remainder", kTakeDown},
+                                         {"same bet", kSameBet},
+                                         {"bet remainder (if any)", kPressUnitOrRemainder},
+                                         {"bet remainder", kPressUnitOrRemainder},
+                                         {"same bet plus 1 unit", kPressDoubleOrUnit},
+                                         {"double bet", kParlayOrDouble}};
   for (const Spelling& sp : winning ? std::span<const Spelling>(kWinning) : std::span<const Spelling>(kLosing)) {
     if (s == sp.text) {
       mode.action = sp.action;
@@ -171,7 +189,8 @@ bool ParseHandlingText(std::string_view text, bool winning, HandlingMode& mode) 
   }
   // Only winning bets have the rule forms: "same bet +", "-", "x", "*", "/" and an amount.
   constexpr std::string_view kSameBetWords = "same bet";
-  if (winning && s.starts_with(kSameBetWords) && ParseRule(std::string_view(s).substr(kSameBetWords.size()), mode.rule)) {
+  if (winning && s.starts_with(kSameBetWords) &&
+      ParseRule(std::string_view(s).substr(kSameBetWords.size()), mode.rule)) {
     mode.action = kModifyByRule;
     mode.byRule = true;
     return true;
@@ -221,9 +240,7 @@ double FromRollsPerHour(const RuleSet& r, double perHour) {
   }
 }
 
-bool SeedInRange(const Game& g, Money seed) {
-  return seed >= Money::Dollars(1) && seed <= Money::Dollars(MaxSeed(g));
-}
+bool SeedInRange(const Game& g, Money seed) { return seed >= Money::Dollars(1) && seed <= Money::Dollars(MaxSeed(g)); }
 
 // Whether generator `n` can be selected: 0, 910 or 911. Selecting changes nothing but
 // the number, which is put back.
@@ -474,8 +491,7 @@ void TargetVerb(Game& g, int action) {
     const Target t = ReadTarget(g, group);
     const int bet = t.v, seat = t.seat;
     switch (action) {
-      case 460:
-        return WriteTarget(g, group, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
+      case 460: return WriteTarget(g, group, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
       case 450:
       case 454: {
         const bool buying = action == 450;
@@ -726,22 +742,14 @@ void TakeAction(Game& g) {
     case 100:
     case 101:
     case 102:
-    case 103:
-      StartNewSession(g, action);
-      break;
-    case 114:
-      g.Percentage.PercentageDiceOn = false;
-      break;
+    case 103: StartNewSession(g, action); break;
+    case 114: g.Percentage.PercentageDiceOn = false; break;
     case 115:
       g.StopReason = "Stopped by Auto-Bet command.";
       if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
       break;
-    case 116:
-      p.ShowSteps = true;
-      break;
-    case 118:
-      PassDice(g, kPassAsked);
-      break;
+    case 116: p.ShowSteps = true; break;
+    case 118: PassDice(g, kPassAsked); break;
     case 119:
       // Playback and recording stop; the file stays open where it stands.
       g.Rolls.RecorderState = 0;
@@ -753,9 +761,7 @@ void TakeAction(Game& g) {
       SeedRng(g, true);
       break;
     case 210:
-    case 211:
-      ShowScriptMessage(g, bettor, action == 211);
-      break;
+    case 211: ShowScriptMessage(g, bettor, action == 211); break;
     case 212:
       if (!ActionText(g, text) || text.empty() || g.Auto.HyperDrive || g.Ui == nullptr) break;
       g.Ui->PlaySound(InProgramFolder(g.ProgramFolder, text), false);
@@ -771,12 +777,8 @@ void TakeAction(Game& g) {
       break;
     }
     case 220:
-    case 221:
-      OpenOutputFile(g, bettor, action == 221);
-      break;
-    case 223:
-      OutputToFile(g, bettor);
-      break;
+    case 221: OpenOutputFile(g, bettor, action == 221); break;
+    case 223: OutputToFile(g, bettor); break;
     case 225:
     case 226:
       if (!ActionNumber(g, x) || !CheckSeat(g, bettor)) break;
@@ -794,13 +796,8 @@ void TakeAction(Game& g) {
       if (!SeedRng(g, true)) Fault(g, kErrSeed);
       break;
     }
-    case 300:
-      Swap(g);
-      break;
-    case 310:
-      PlaybackRollFile(g);
-      break;
-    default:
-      break;
+    case 300: Swap(g); break;
+    case 310: PlaybackRollFile(g); break;
+    default: break;
   }
 }

@@ -5,7 +5,6 @@
 
 namespace {
 
-
 // Verbs whose operands are written, not read: the amount verbs (Bet, Multiply ... Round
 // up) take their targets after "on"/"to"/"from"; the other 450s take them straight after
 // the verb; Swap writes both of its operands back.
@@ -21,11 +20,20 @@ bool IsWritableVariable(int n) {
   if ((n >= 200 && n <= 299) || (n >= 800 && n <= 999)) return true;
   switch (n) {
     case 603:  // no word yields it, but scripts made by other means may hold it
-    case 670: case 671: case 700: case 701: case 702: case 703:
-    case 1300: case 1301: case 5006: case 5603: case 5655: case 5672: case 5691:
-      return true;
-    default:
-      return n >= 5612 && n <= 5617;
+    case 670:
+    case 671:
+    case 700:
+    case 701:
+    case 702:
+    case 703:
+    case 1300:
+    case 1301:
+    case 5006:
+    case 5603:
+    case 5655:
+    case 5672:
+    case 5691: return true;
+    default: return n >= 5612 && n <= 5617;
   }
 }
 
@@ -38,8 +46,7 @@ bool IsBet(const TokenRecord& r) {
 
 class Converter {
  public:
-  Converter(std::vector<TokenRecord>& records, std::span<const std::string> lines)
-      : records_(records), lines_(lines) {}
+  Converter(std::vector<TokenRecord>& records, std::span<const std::string> lines) : records_(records), lines_(lines) {}
 
   CompileFault Run() {
     bool inCondition = false;  // between IF or ELSEIF and THEN nothing is written

@@ -51,8 +51,8 @@ bool IsTextFunction(int f) { return (f >= 800 && f <= 899) || f == 132 || f == 1
 
 // Actions that stand alone: session starts, dice and file switches, steps, seeding.
 bool TakesNothing(int action) {
-  return (action >= 100 && action <= 103) || (action >= 114 && action <= 116) || action == 118 ||
-         action == 119 || action == 130;
+  return (action >= 100 && action <= 103) || (action >= 114 && action <= 116) || action == 118 || action == 119 ||
+         action == 130;
 }
 
 constexpr int kFirstListFunction = 126, kLastListFunction = 133;
@@ -70,8 +70,16 @@ ArgumentCount Arguments(int f) {
   if (IsListFunction(f)) return {1, SIZE_MAX};
   switch (f) {
     case kRound: return {1, 3};
-    case 137: case 801: case 802: case 803: case 804: case 813: return {2, 2};  // PValue, Left$ ...
-    case 203: case 805: case 806: case 809: return {3, 3};                        // InStr, Mid$ ...
+    case 137:
+    case 801:
+    case 802:
+    case 803:
+    case 804:
+    case 813: return {2, 2};  // PValue, Left$ ...
+    case 203:
+    case 805:
+    case 806:
+    case 809: return {3, 3};  // InStr, Mid$ ...
     default: return {1, 1};
   }
 }
@@ -200,7 +208,8 @@ class ShapeChecker {
       if (AtEnd() || Code() == kCodeOnTo || Code() == kCodeFrom) throw CheckStop{"Missing operand.", verb};
       const Kind amount = Additive();
       if (!IsValue(amount)) throw CheckStop{"Improper use of list.", verb};
-      if (Code() != kCodeOnTo && Code() != kCodeFrom) throw CheckStop{"Improper assignment or expression.", AtEnd() ? verb : pos_};
+      if (Code() != kCodeOnTo && Code() != kCodeFrom)
+        throw CheckStop{"Improper assignment or expression.", AtEnd() ? verb : pos_};
       const std::size_t to = pos_++;
       if (AtEnd()) throw CheckStop{"Missing operand.", to};
       Targets(true);
@@ -253,9 +262,9 @@ class ShapeChecker {
     for (std::size_t i = verb + 1; i < end_; ++i) {
       const TokenRecord& t = r_[i];
       const int n = static_cast<int>(t.value);
-      const bool isPlace = (t.code == kCodeVariable || t.code == kCodeVariableTarget) ? n >= 31 && n <= 36
+      const bool isPlace = (t.code == kCodeVariable || t.code == kCodeVariableTarget)   ? n >= 31 && n <= 36
                            : (t.code == kCodeFunction || t.code == kCodeFunctionTarget) ? n == 6
-                                                                                       : true;
+                                                                                        : true;
       if (!isPlace) throw CheckStop{kBuyPlaceMessage, i};
       if (t.code == kCodeTime && n != 1 && n != 3)
         throw CheckStop{"You can only buy bets in the current hand or current session.", i};
@@ -300,7 +309,8 @@ class ShapeChecker {
 
   Kind Negation() {
     const std::int32_t c = Code();
-    if (c == kAnd || c == kOr || c == kXor) throw CheckStop{"Missing expression before logical " + LogicalName(c), pos_};
+    if (c == kAnd || c == kOr || c == kXor)
+      throw CheckStop{"Missing expression before logical " + LogicalName(c), pos_};
     if (c != kNot) return Relation();
     const std::size_t op = pos_++;
     if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
@@ -328,7 +338,8 @@ class ShapeChecker {
     while (Code() == kConcatenate) {
       const std::size_t op = pos_++;
       if (!IsValue(left)) throw CheckStop{"Unable to concatenate elements.", op};
-      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
+        throw CheckStop{"Missing operand.", op};
       if (!IsValue(Additive())) throw CheckStop{"Unable to concatenate elements.", op};
       left = Kind::Text;
     }
@@ -358,7 +369,8 @@ class ShapeChecker {
   Kind Unary() {
     if (Code() == kMinus) {
       const std::size_t op = pos_++;
-      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket) throw CheckStop{"Missing operand.", op};
+      if (AtEnd() || Code() == kCodeListSeparator || Code() == kCodeCloseBracket)
+        throw CheckStop{"Missing operand.", op};
       if (!IsNumeric(Unary())) throw CheckStop{"Improper use of arithmetic operator.", op};
       lastWasPlain_ = false;
       return Kind::Number;
@@ -372,15 +384,9 @@ class ShapeChecker {
     if (AtEnd()) throw CheckStop{"Missing operand.", pos_ - 1};
     const TokenRecord& t = r_[pos_];
     switch (t.code) {
-      case kCodeNumber:
-        ++pos_;
-        return Kind::Number;
-      case kCodeString:
-        ++pos_;
-        return Kind::Text;
-      case kCodePlayer:
-        ++pos_;
-        return Kind::Number;
+      case kCodeNumber: ++pos_; return Kind::Number;
+      case kCodeString: ++pos_; return Kind::Text;
+      case kCodePlayer: ++pos_; return Kind::Number;
       case kCodeVariable:
       case kCodeVariableTarget: {
         const int n = static_cast<int>(t.value);
@@ -415,8 +421,7 @@ class ShapeChecker {
         const Kind k = Bracketed(pos_, false);
         return k;
       }
-      default:
-        throw CheckStop{"Unable to resolve expression.", pos_};
+      default: throw CheckStop{"Unable to resolve expression.", pos_};
     }
   }
 
@@ -501,8 +506,8 @@ class ShapeChecker {
       }
       qualifierPending = qualifier;
       ++arguments;
-      if (f >= 100 && f < 800 && !IsListFunction(f) && k == Kind::Text && f != 104 && f != 117 &&
-          f != 118 && f != 125 && f != 203)
+      if (f >= 100 && f < 800 && !IsListFunction(f) && k == Kind::Text && f != 104 && f != 117 && f != 118 &&
+          f != 125 && f != 203)
         throw CheckStop{"Improper argument.", call};
       if (Code() != kCodeListSeparator) break;
       ++pos_;
@@ -520,7 +525,7 @@ class ShapeChecker {
   std::size_t pos_ = 0;
   std::size_t end_ = 0;
   bool lastWasPlain_ = true;  // the last operand was a single element, not a computed number
-  std::string qualifierOf_;  // the function whose argument list is being read, if any
+  std::string qualifierOf_;   // the function whose argument list is being read, if any
 };
 
 }  // namespace
@@ -534,8 +539,7 @@ CompileFault CompileCheck(const std::vector<TokenRecord>& records, std::span<con
     for (std::size_t i = 0; i < records.size(); ++i) {
       if (!IsStatementMarker(records[i])) continue;
       std::size_t end = i + 1;
-      while (end < records.size() && !IsStatementMarker(records[end]) && records[end].code != kCodeScriptHeader)
-        ++end;
+      while (end < records.size() && !IsStatementMarker(records[end]) && records[end].code != kCodeScriptHeader) ++end;
       if (end == i + 1) continue;
       const std::int32_t code = records[i + 1].code;
       if (code == kCodeIf || code == kCodeElseIf) {

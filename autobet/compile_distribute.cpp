@@ -42,7 +42,6 @@ std::optional<Span> PluralSpan(int word) {
   }
 }
 
-
 }  // namespace
 
 void CompileVariablesDistribute(std::vector<TokenRecord>& records, bool bigBetsOffered) {

@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kIndentWidth = 3;
 
-
 // What the walk learns of one source line for the editor's indentation.
 struct LineShape {
   bool hasStatements = false;
@@ -55,8 +54,8 @@ class BlockLinker {
       }
       const LineShape& shape = it->second;
       const int code = shape.firstCode;
-      const bool stepsOut = code == kCodeThen || code == kCodeElse || code == kCodeElseIf || code == kCodeEndIf ||
-                            code == kCodeLoop;
+      const bool stepsOut =
+          code == kCodeThen || code == kCodeElse || code == kCodeElseIf || code == kCodeEndIf || code == kCodeLoop;
       depths[n - 1] = std::max(0, std::min(shape.startDepth - (stepsOut ? 1 : 0), shape.endDepth));
       carried = shape.endDepth;
     }
@@ -109,26 +108,21 @@ class BlockLinker {
         thens_.pop_back();
         elses_.push_back(i);
         return {};
-      case kCodeElseIf:
-        return ElseIf(i);
-      case kCodeEndIf:
-        return EndIf(i);
+      case kCodeElseIf: return ElseIf(i);
+      case kCodeEndIf: return EndIf(i);
       case kCodeDo:
         if (inCondition_) return Fault("DO statement out of position.", i);
         dos_.push_back(i);
         return {};
-      case kCodeLoop:
-        return Loop(i);
+      case kCodeLoop: return Loop(i);
       case kCodeExitDo:
         if (dos_.empty()) return Fault("EXIT DO statement outside of DO/LOOP.", i);
         if (inCondition_) return Fault("EXIT DO statement out of position.", i);
         exitDos_.push_back(i);
         return {};
       case kCodeGoto:
-      case kCodeGosub:
-        return Jump(i);
-      default:
-        return {};
+      case kCodeGosub: return Jump(i);
+      default: return {};
     }
   }
 
@@ -179,7 +173,8 @@ class BlockLinker {
   CompileFault Jump(std::size_t i) {
     const std::string keyword = records_[i].code == kCodeGoto ? "GOTO" : "GOSUB";
     if (inCondition_) return Fault(keyword + " out of position.", i);
-    if (i + 1 >= records_.size() || IsStatementMarker(records_[i + 1])) return Fault(keyword + " missing reference.", i);
+    if (i + 1 >= records_.size() || IsStatementMarker(records_[i + 1]))
+      return Fault(keyword + " missing reference.", i);
     TokenRecord& reference = records_[i + 1];
     if (reference.code != kCodeString && reference.code != kCodeNumber)
       return Fault("Improper reference after " + keyword, i);

@@ -17,7 +17,6 @@ bool IsNumericText(std::string_view s) {
   return ec == std::errc() && end == s.data() + s.size();
 }
 
-
 // The column of the statement's first bracket as typed, outside strings and comments.
 std::optional<int> FirstBracketColumn(const CompileFault& statement, std::span<const std::string> lines) {
   if (statement.firstLine < 1 || statement.firstLine > static_cast<int>(lines.size())) return std::nullopt;
@@ -79,9 +78,9 @@ CompileFault CheckFunctions(std::vector<TokenRecord>& records, std::span<const s
     if (records[i].code != kCodeFunction) continue;
     const int function = static_cast<int>(records[i].value);
     if (!OpenBracketAt(records, i + 1))
-      return StatementFault("Missing or inappropriate reference to " + FunctionDisplayName(function) +
-                                (function < 20 ? " bet." : "."),
-                            records, i, lines);
+      return StatementFault(
+          "Missing or inappropriate reference to " + FunctionDisplayName(function) + (function < 20 ? " bet." : "."),
+          records, i, lines);
     if (IsListFunction(function)) {
       const std::size_t close = MatchingClose(records, i + 1);
       records.insert(records.begin() + static_cast<std::ptrdiff_t>(close) + 1, TokenRecord{kCodeEndOfList, 0});
@@ -102,7 +101,8 @@ std::string ListKindMessage(bool any) {
 CompileFault CheckListKinds(std::vector<TokenRecord>& records, std::span<const std::string> lines) {
   for (std::size_t i = 0; i < records.size(); ++i) {
     if (records[i].code != kCodeListKind) continue;
-    if (!OpenBracketAt(records, i + 1)) return StatementFault(ListKindMessage(records[i].value == 2), records, i, lines);
+    if (!OpenBracketAt(records, i + 1))
+      return StatementFault(ListKindMessage(records[i].value == 2), records, i, lines);
     const std::size_t close = MatchingClose(records, i + 1);
     records.insert(records.begin() + static_cast<std::ptrdiff_t>(close) + 1, TokenRecord{kCodeEndOfList, 0});
   }
@@ -139,9 +139,9 @@ CompileFault CheckDuplicateLabels(const std::vector<TokenRecord>& records, const
       // Entry order is not source order (number labels are added last): report at the later one.
       const auto earlier = static_cast<std::size_t>(std::min(strings[a].value, strings[b].value));
       const auto later = static_cast<std::size_t>(std::max(strings[a].value, strings[b].value));
-      const std::string message = std::string(IsNumericText(first) ? "A duplicate line number exists "
-                                                                   : "A duplicate label exists ") +
-                                  "in line " + std::to_string(StatementLine(records, earlier));
+      const std::string message =
+          std::string(IsNumericText(first) ? "A duplicate line number exists " : "A duplicate label exists ") +
+          "in line " + std::to_string(StatementLine(records, earlier));
       return StatementFault(message, records, later, lines);
     }
   }
@@ -183,8 +183,8 @@ int ThruFamily(const TokenRecord& r) {
   struct Range {
     int low, high, family;
   };
-  static constexpr Range kFamilies[] = {{1, 6, 1},     {7, 12, 2},    {13, 18, 3},   {19, 24, 4},   {25, 30, 5},
-                                        {31, 36, 6},   {37, 42, 7},   {50, 51, 8},   {53, 56, 9},   {64, 80, 10},
+  static constexpr Range kFamilies[] = {{1, 6, 1},     {7, 12, 2},     {13, 18, 3},    {19, 24, 4}, {25, 30, 5},
+                                        {31, 36, 6},   {37, 42, 7},    {50, 51, 8},    {53, 56, 9}, {64, 80, 10},
                                         {98, 107, 11}, {200, 299, 21}, {800, 899, 800}};
   for (const Range& range : kFamilies)
     if (n >= range.low && n <= range.high) return range.family;

@@ -9,8 +9,8 @@ namespace {
 enum PieceBits : unsigned { kTakesPlayer = 1, kTakesTime = 2, kTakesCounted = 4, kTakesModifier = 8 };
 constexpr unsigned kTakesAll = kTakesPlayer | kTakesTime | kTakesCounted | kTakesModifier;
 
-constexpr int kRollsSinceLast = 4505;        // "# rolls since last" as a variable
-constexpr int kModifierRollsSinceLast = 27;  // ... and as the modifier it becomes on a bet
+constexpr int kRollsSinceLast = 4505;         // "# rolls since last" as a variable
+constexpr int kModifierRollsSinceLast = 27;   // ... and as the modifier it becomes on a bet
 constexpr int kFirstLoneSeatVariable = 5200;  // shooter, last shooter, original shooter, bettor, autobettor
 
 bool IsVariable(const TokenRecord& r) { return r.code == kCodeVariable; }
@@ -39,9 +39,7 @@ bool IsPointCount(const TokenRecord& r) {
   const int n = Number(r);
   return (IsFunction(r) && (n == 46 || n == 47)) || (IsVariable(r) && (n == 4606 || n == 4607));
 }
-bool IsDiceStatisticVariable(const TokenRecord& r) {
-  return IsVariable(r) && Number(r) >= 4501 && Number(r) <= 4512;
-}
+bool IsDiceStatisticVariable(const TokenRecord& r) { return IsVariable(r) && Number(r) >= 4501 && Number(r) <= 4512; }
 // X30..X34: the displays of the roll totals, which a written roll right after selects from.
 bool IsRollDisplay(const TokenRecord& r) { return r.code == kCodeCounted && Number(r) >= 30 && Number(r) <= 34; }
 
@@ -86,8 +84,8 @@ std::optional<std::string> ScopeRule(const TokenRecord& r, int time) {
 
 // One run of reference pieces between delimiters, as written.
 struct Reference {
-  std::optional<TokenRecord> target;     // the variable or function
-  std::vector<TokenRecord> argument;     // a function's bracket, already organised
+  std::optional<TokenRecord> target;  // the variable or function
+  std::vector<TokenRecord> argument;  // a function's bracket, already organised
   std::optional<int> player, time, counted, modifier;
   std::optional<double> selection;  // the total, combination or face after X30..X34
 };
@@ -220,10 +218,8 @@ class Organiser {
   bool LonePieces(const Reference& ref, std::vector<TokenRecord>& out) {
     if (ref.time || ref.counted || ref.modifier || !ref.player) return Fail("Ambiguous variable references");
     const int p = *ref.player;
-    if (p >= 10 && p <= 14)
-      out.push_back({kCodeVariable, static_cast<double>(kFirstLoneSeatVariable + p - 10)});
-    else
-      out.push_back({kCodeNumber, static_cast<double>(p)});
+    if (p >= 10 && p <= 14) out.push_back({kCodeVariable, static_cast<double>(kFirstLoneSeatVariable + p - 10)});
+    else out.push_back({kCodeNumber, static_cast<double>(p)});
     return true;
   }
 
@@ -263,7 +259,10 @@ class Organiser {
       const bool handOrSession = time == 1 || time == 3;
       const bool notLast = time == 1 || time == 3 || time == 5;
       switch (y) {
-        case 22: case 23: case 24: case 25:
+        case 22:
+        case 23:
+        case 24:
+        case 25:
           if (tendered) {
             static constexpr const char* kWords[] = {"'Total'", "'High'", "'Low'", "'Average'"};
             return Fail(std::string("Ambiguous variable references\n") + kWords[y - 22] +
@@ -279,21 +278,33 @@ class Organiser {
           if (counted != 4 && counted != 5)
             return Fail("Ambiguous variable references\n'Expected value' only available as net or net %");
           break;
-        case 37: if (!handOrSession) return Fail("'Working' only applies to current hand or session."); break;
-        case 38: if (!handOrSession) return Fail("'Called on' only applies to current hand or session."); break;
-        case 39: if (!handOrSession) return Fail("'Called off' only applies to current hand or session."); break;
-        case 40: if (!handOrSession) return Fail("'Vig' only applies to current hand or session."); break;
-        case 41: case 42: case 43:
+        case 37:
+          if (!handOrSession) return Fail("'Working' only applies to current hand or session.");
+          break;
+        case 38:
+          if (!handOrSession) return Fail("'Called on' only applies to current hand or session.");
+          break;
+        case 39:
+          if (!handOrSession) return Fail("'Called off' only applies to current hand or session.");
+          break;
+        case 40:
+          if (!handOrSession) return Fail("'Vig' only applies to current hand or session.");
+          break;
+        case 41:
+        case 42:
+        case 43:
           if (!handOrSession) return Fail("Ambiguous variable references");
           break;
         case 44:
           if (!handOrSession) return Fail("'Work on comeout roll' only applies to current hand or session.");
           break;
-        case 35: case 36:
+        case 35:
+        case 36:
           if (!tendered) return Fail("'Prior' only applies to tendered wagers.");
           if (!notLast) return Fail("'Prior' only applies to current hand, current session, or all sessions.");
           break;
-        case 33: case 34:
+        case 33:
+        case 34:
           if (!tendered) return Fail("'Current' only applies to tendered wagers.");
           if (!notLast) return Fail("'Current' only applies to\ncurrent hand, current session, or all sessions.");
           break;
@@ -304,8 +315,8 @@ class Organiser {
     if (ref.time)
       if (const auto rule = ScopeRule(target, *ref.time)) return Fail(*rule + "\nAmbiguous variable references.");
 
-    const bool betCounts = !ref.counted || !IsBetReference(target) ||
-                           (*ref.counted >= 0 && *ref.counted <= 5) || *ref.counted == 10;
+    const bool betCounts =
+        !ref.counted || !IsBetReference(target) || (*ref.counted >= 0 && *ref.counted <= 5) || *ref.counted == 10;
     if ((ref.player && !(shape & kTakesPlayer)) || (ref.time && !(shape & kTakesTime)) ||
         (ref.counted && !(shape & kTakesCounted)) || (ref.modifier && !(shape & kTakesModifier)) || !betCounts)
       return Fail("Ambiguous variable references");

@@ -248,8 +248,7 @@ CompileFault CompileAutobets(AutoBetProgram& program, int player, std::span<cons
   if (player < 0 || player > kPlayerSeats) player = 0;
   const std::vector<std::string>& lines = program.ScriptSource[player];
 
-  CompileFault fault =
-      TokeniseScript(player, lines, playerNames, program.ScriptRecords, program.ScriptStrings);
+  CompileFault fault = TokeniseScript(player, lines, playerNames, program.ScriptRecords, program.ScriptStrings);
   if (!fault.Failed()) fault = CompileMisc(program.ScriptRecords, program.ScriptStrings, lines);
   if (!fault.Failed())
     fault = CompileVariablesOrganize(program.ScriptRecords, lines, player ? player : program.SelectedSeat);

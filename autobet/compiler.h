@@ -19,8 +19,8 @@ struct AutoBetProgram {
   std::array<std::vector<std::string>, kPlayerSeats + 1> ScriptSource{};
   // The lines of the seat selected in the editor, copied back before each full compilation.
   std::vector<std::string> EditorLines;
-  std::vector<TokenRecord> ScriptRecords;  // the script being compiled
-  std::vector<StringEntry> ScriptStrings;  // its string pool, entry k at [k - 1]
+  std::vector<TokenRecord> ScriptRecords;   // the script being compiled
+  std::vector<StringEntry> ScriptStrings;   // its string pool, entry k at [k - 1]
   std::vector<TokenRecord> ProgramRecords;  // all active seats, joined
   std::vector<StringEntry> ProgramStrings;
   std::vector<std::int32_t> ReturnStack;  // [0] is the count
@@ -46,8 +46,8 @@ struct AutoBetProgram {
   bool StepPending = false;
   bool ShowSteps = false;
   bool InCondition = false, ConditionResult = false;
-  std::int32_t Answer = 0;            // the last Yes/No answer: 6 yes, 7 no
-  std::uint32_t RndSeed = 327680;     // the language's own generator (Rnd)
+  std::int32_t Answer = 0;         // the last Yes/No answer: 6 yes, 7 no
+  std::uint32_t RndSeed = 327680;  // the language's own generator (Rnd)
   // Per seat (0 unused): the output file of "Open ... file for output".
   std::array<std::string, kPlayerSeats + 1> OutputFile{};
   // Run-time faults per seat since the tally was cleared: the count, and the first few
@@ -101,8 +101,7 @@ CompileFault CompileMisc(std::vector<TokenRecord>& records, std::vector<StringEn
 
 // Free reference words into fixed groups (variable, then player, time, X, Y pieces with
 // their defaults); `owner` is the seat a reference without a player belongs to.
-CompileFault CompileVariablesOrganize(std::vector<TokenRecord>& records, std::span<const std::string> lines,
-                                      int owner);
+CompileFault CompileVariablesOrganize(std::vector<TokenRecord>& records, std::span<const std::string> lines, int owner);
 
 // Both sides of every `thru` are numbered bets of one family.
 CompileFault CompileThru(const std::vector<TokenRecord>& records, std::span<const std::string> lines);

@@ -19,14 +19,54 @@ namespace {
 
 // The function numbers of the token table.
 enum Function : int {
-  kLay = 1, kBuy = 7, kBig = 8, kHard = 9, kHop = 10, kRepeater = 11, kCheckStack = 21, kAverageBankroll = 22,
-  kFirstDiceStatistic = 25, kFirstDecision = 40, kFirstPointCount = 46, kLastDiceStatistic = 47,
-  kPlayerAt = 50, kSqr = 100, kInt = 101, kAbs = 102, kAsc = 104, kVal = 117, kLen = 118,
-  kInput = 125, kHighest = 126, kLowest = 127, kAverage = 128, kStdDev = 129, kSum = 130, kCount = 131,
-  kHighestText = 132, kLowestText = 133, kPvalue = 137, kRound = 139, kSister = 141, kDie = 190,
-  kOddsFactor = 191, kInstr = 203, kCheckStackName = 800, kLeft = 801, kRight = 802, kRemoveLeft = 803,
-  kRemoveRight = 804, kMid = 805, kRemoveMid = 806, kInsert = 809, kStr = 810, kChr = 811, kSpace = 812,
-  kStringOf = 813, kInputText = 825, kPlayerName = 850,
+  kLay = 1,
+  kBuy = 7,
+  kBig = 8,
+  kHard = 9,
+  kHop = 10,
+  kRepeater = 11,
+  kCheckStack = 21,
+  kAverageBankroll = 22,
+  kFirstDiceStatistic = 25,
+  kFirstDecision = 40,
+  kFirstPointCount = 46,
+  kLastDiceStatistic = 47,
+  kPlayerAt = 50,
+  kSqr = 100,
+  kInt = 101,
+  kAbs = 102,
+  kAsc = 104,
+  kVal = 117,
+  kLen = 118,
+  kInput = 125,
+  kHighest = 126,
+  kLowest = 127,
+  kAverage = 128,
+  kStdDev = 129,
+  kSum = 130,
+  kCount = 131,
+  kHighestText = 132,
+  kLowestText = 133,
+  kPvalue = 137,
+  kRound = 139,
+  kSister = 141,
+  kDie = 190,
+  kOddsFactor = 191,
+  kInstr = 203,
+  kCheckStackName = 800,
+  kLeft = 801,
+  kRight = 802,
+  kRemoveLeft = 803,
+  kRemoveRight = 804,
+  kMid = 805,
+  kRemoveMid = 806,
+  kInsert = 809,
+  kStr = 810,
+  kChr = 811,
+  kSpace = 812,
+  kStringOf = 813,
+  kInputText = 825,
+  kPlayerName = 850,
 };
 
 constexpr int kNoPlayerThere = 851;
@@ -34,7 +74,6 @@ constexpr int kUnexpected = 10000;
 constexpr std::size_t kLongestRunString = 256;
 constexpr int kFirstCheckStackNameVariable = 800;
 constexpr int kFirstOddsFactorVariable = 5612;  // odds allowed on 4; 5, 6, 8, 9, 10 follow
-
 
 // ---- The call in the buffer.
 
@@ -46,7 +85,6 @@ struct Call {
   std::array<int, 4> at{};
   int pieces = 0;
 };
-
 
 Call LocateCall(const AutoBetProgram& p, int position) {
   Call c;

@@ -27,9 +27,7 @@ bool Fault(Game& g, int code) {
   return false;
 }
 
-void PutNumber(AutoBetProgram& p, int position, double value) {
-  p.StatementBuffer[position] = {kCodeNumber, value};
-}
+void PutNumber(AutoBetProgram& p, int position, double value) { p.StatementBuffer[position] = {kCodeNumber, value}; }
 
 int NewRunString(AutoBetProgram& p, std::string text) {
   p.ProgramStrings.push_back({std::move(text), 0});
@@ -422,17 +420,19 @@ void ReduceRange(Game& g) {
   if (p.RunError == 0 && (has(kCodePlus) || has(kCodeMinus))) Arithmetic(g, {kCodePlus, kCodeMinus});
   if (p.RunError) return;
   // 9. Concatenation.
-  if (has(kCodeConcatenate)) BinaryPass(g, {kCodeConcatenate}, [&](int, TokenRecord& left, const TokenRecord& right) {
-    std::string text = TextOf(g, left);
-    text += TextOf(g, right);
-    left = {kCodeString, static_cast<double>(NewRunString(p, std::move(text)))};
-    return true;
-  });
+  if (has(kCodeConcatenate))
+    BinaryPass(g, {kCodeConcatenate}, [&](int, TokenRecord& left, const TokenRecord& right) {
+      std::string text = TextOf(g, left);
+      text += TextOf(g, right);
+      left = {kCodeString, static_cast<double>(NewRunString(p, std::move(text)))};
+      return true;
+    });
   // 10. Relational operators; a list on either side waits for 11.
-  if (ops & kRelational) BinaryPass(g, {50, 51, 52, 53, 54, 55}, [&](int code, TokenRecord& left, const TokenRecord& right) {
-    left = {kCodeNumber, CompareValues(g, left, code, right) ? -1.0 : 0.0};
-    return true;
-  });
+  if (ops & kRelational)
+    BinaryPass(g, {50, 51, 52, 53, 54, 55}, [&](int code, TokenRecord& left, const TokenRecord& right) {
+      left = {kCodeNumber, CompareValues(g, left, code, right) ? -1.0 : 0.0};
+      return true;
+    });
   // 11. any / all.
   if (lists) ListKinds(g);
   // 12. not; and; or; xor.
@@ -504,7 +504,7 @@ void ShowStepText(Game& g, const char* text, const std::string& detail) {
   const int seat = SelectedOr(g, p.Bettor);
   request.Seat = seat;
   request.Title = seat > 0 && seat < kSeats && SeatOccupied(g, seat) ? "Auto-Bet Steps (" + g.PlayerName[seat] + ")"
-                                                                       : "Auto-Bet Steps";
+                                                                     : "Auto-Bet Steps";
   const auto& records = p.ProgramRecords;
   // The statement runs from the marker before its first record to the next marker.
   int marker = p.StatementStart - 1;
@@ -630,9 +630,7 @@ void ExecuteStatement(Game& g) {
       Jump(p, first.value);
       Step(g, "End of If/Then structure.");
       return;
-    case kCodeEndIf:
-      Step(g, "End of If/Then structure.");
-      return;
+    case kCodeEndIf: Step(g, "End of If/Then structure."); return;
     case kCodeGosub:
       if (p.ReturnStack.empty()) p.ReturnStack.assign(21, 0);
       if (p.ReturnStack[0] + 1 >= static_cast<int>(p.ReturnStack.size())) {
@@ -652,9 +650,7 @@ void ExecuteStatement(Game& g) {
       Step(g, "Return to place where subroutine was initiated.");
       if (!p.ReturnStack.empty() && p.ReturnStack[0] > 0) p.InstructionPointer = p.ReturnStack[p.ReturnStack[0]--];
       return;
-    case kCodeDo:
-      Step(g, "Beginning of DO/LOOP structure.");
-      return;
+    case kCodeDo: Step(g, "Beginning of DO/LOOP structure."); return;
     case kCodeLoop:
       Step(g, "End of DO/LOOP structure.");
       Step(g, "A jump will be made back to the associated DO statement.");
@@ -664,14 +660,9 @@ void ExecuteStatement(Game& g) {
       Step(g, "Exit from DO/LOOP structure.");
       Jump(p, first.value);
       return;
-    case kCodeLabel:
-      Step(g, "Label.");
-      return;
-    case kCodeScriptHeader:
-      p.Bettor = SelectedOr(g, static_cast<int>(first.value));
-      return;
-    default:
-      break;
+    case kCodeLabel: Step(g, "Label."); return;
+    case kCodeScriptHeader: p.Bettor = SelectedOr(g, static_cast<int>(first.value)); return;
+    default: break;
   }
   try {
     Evaluate(g);
@@ -771,7 +762,8 @@ EvaluationResult EvaluateExpression(Game& g, int seat, std::string_view expressi
   p.ProgramStrings = p.ScriptStrings;
   int length = 0;
   for (; i < r.size() && r[i].code < kCodeStatement; ++i) {
-    if (length + 2 >= static_cast<int>(p.StatementBuffer.size())) p.StatementBuffer.resize(p.StatementBuffer.size() * 2);
+    if (length + 2 >= static_cast<int>(p.StatementBuffer.size()))
+      p.StatementBuffer.resize(p.StatementBuffer.size() * 2);
     p.StatementBuffer[++length] = r[i];
   }
   p.StatementLength = length;

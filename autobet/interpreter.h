@@ -92,10 +92,10 @@ int GroupSize(int v);
 // group leaves out keeps the default here.
 struct ReferencePieces {
   int v = 0;
-  int piece = 14;  // the Bettor
-  int time = 3;    // current session
-  int x = 1;       // wagered
-  int y = 34;      // current $
+  int piece = 14;          // the Bettor
+  int time = 3;            // current session
+  int x = 1;               // wagered
+  int y = 34;              // current $
   bool hasPlayer = false;  // a player piece was written
 };
 ReferencePieces ReadPieces(const TokenRecord* group);

@@ -362,26 +362,16 @@ bool IsStatementKeyword(int code) { return code >= 1 && code <= 19 && code != kC
 
 int ClassCode(char letter) {
   switch (letter) {
-    case 'F':
-      return kCodeFunction;
-    case 'V':
-      return kCodeVariable;
-    case 'P':
-      return kCodePlayer;
-    case 'H':
-      return kCodeTime;
-    case 'X':
-      return kCodeCounted;
-    case 'Y':
-      return kCodeModifier;
-    case 'I':
-      return kCodeListKind;
-    case 'A':
-      return kCodeAction;
-    case 'S':
-      return kCodeString;
-    default:
-      return 0;
+    case 'F': return kCodeFunction;
+    case 'V': return kCodeVariable;
+    case 'P': return kCodePlayer;
+    case 'H': return kCodeTime;
+    case 'X': return kCodeCounted;
+    case 'Y': return kCodeModifier;
+    case 'I': return kCodeListKind;
+    case 'A': return kCodeAction;
+    case 'S': return kCodeString;
+    default: return 0;
   }
 }
 

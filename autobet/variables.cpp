@@ -3,14 +3,14 @@
 // after every roll, so a number read touches a few array cells and allocates nothing;
 // only a string value builds text.
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
-
-#include <fmt/format.h>
 
 #include "autobet/interpreter.h"
 #include "engine/bet_limits.h"
@@ -25,7 +25,6 @@ double Truth(bool b) { return b ? -1.0 : 0.0; }
 double Dollars(Money m) { return m.ToDouble(); }
 // Counts and roll numbers in the bet statistics are kept as whole dollars of Money.
 double Whole(Money m) { return static_cast<double>(m.raw / Money::kScale); }
-
 
 // The roll rate as a number of rolls per hour, whatever unit the rules keep it in.
 double RollsPerHour(const RuleSet& r) {
@@ -119,8 +118,7 @@ bool BetPayoffRead(Game& g, int bet, int k, double& v) {
     case bet::Fire:
     case bet::HotRoller:
     case bet::SharpShooter:
-    case bet::RideTheLine:
-      return Fault(g, 918 + k);
+    case bet::RideTheLine: return Fault(g, 918 + k);
     case bet::PassLine:
       if (point != 0) row = &r.BetPayoff[PointRow(BetFamily::ComeNumber, point)];
       break;
@@ -190,8 +188,8 @@ bool BetEdge(Game& g, int bet, double& edge) {
     pLose = 1 - pWin;
   } else if (bet >= bet::Hop13 && bet <= bet::Hop55) {
     // The hop rows run 1-3 .. 5-5; the pairs among them come one way, the others two.
-    static constexpr std::array<bool, 17> kPair = {false, false, false, false, true,  false, false, false, false,
-                                                   true,  false, false, false, true,  false, false, true};
+    static constexpr std::array<bool, 17> kPair = {false, false, false, false, true, false, false, false, false,
+                                                   true,  false, false, false, true, false, false, true};
     pWin = (kPair[static_cast<std::size_t>(bet - bet::Hop13)] ? 1 : 2) / 36.0;
     pLose = 1 - pWin;
   } else if (bet == bet::Over7 || bet == bet::Under7) {
@@ -256,7 +254,6 @@ bool NetStatistic(Game& g, int bet, const BetRow& win, const BetRow& loss, const
     }
   }
 }
-
 
 bool ReadBet(Game& g, const ReferencePieces& r, int seat, double& v) {
   const int bet = r.v;
@@ -576,8 +573,7 @@ double RollCounter(const Game& g, int v, int column, int y, int total) {
     case 2600: return Decisions(s, column, 0, y, total);
     case 2601: {
       // Of all rolls; naturals, points and one total of the come-out rolls.
-      const double whole =
-          total != 0 || y == 14 || y == 15 ? Decisions(s, column, 0, 0, 0) : s.RollCount[column][0];
+      const double whole = total != 0 || y == 14 || y == 15 ? Decisions(s, column, 0, 0, 0) : s.RollCount[column][0];
       return Share(Decisions(s, column, 0, y, total), whole);
     }
     case 2602: return Decisions(s, column, 1, y, total);
@@ -593,8 +589,9 @@ double RollCounter(const Game& g, int v, int column, int y, int total) {
 double PointCounter(const Game& g, int v, int column, int x, int total) {
   const Statistics& s = g.Stats;
   const double established = Decisions(s, column, 0, 15, total);
-  const double n =
-      x == 7 ? Decisions(s, column, 1, 15, total) : x == 8 ? Decisions(s, column, 2, 15, total) : established;
+  const double n = x == 7   ? Decisions(s, column, 1, 15, total)
+                   : x == 8 ? Decisions(s, column, 2, 15, total)
+                            : established;
   if (v == 4606) return n;
   return Share(n, x == 7 || x == 8 ? established : Decisions(s, column, 0, 0, 0));
 }

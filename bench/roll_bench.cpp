@@ -25,7 +25,7 @@ struct Table {
     if (passLineSeats == 0) g.Rules.BetNeededToShoot = 0;
     for (int s = 1; s <= passLineSeats; ++s) {
       AddPlayer(g, s, "P" + std::to_string(s), Money::Dollars(-1));  // negative bankroll allowed
-      g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;                 // same bet
+      g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;                  // same bet
       ChangeBet(g, s, bet::PassLine, Money::Dollars(10));
     }
     g.SilentMode = true;

@@ -65,8 +65,7 @@ void GeneratorDice(DiceSources& d, int32_t sessionRolls, int& die1, int& die2) {
       die1 = static_cast<int>(x - 6.0 * hi) + 1;
       return;
     }
-    default:
-      return;
+    default: return;
   }
 }
 

@@ -14,9 +14,9 @@ struct DiceSources {
   bool seedByUser = false;
   bool reseedSessions = false;
   int32_t lastSeed = 0;
-  int32_t lcgState = 0;             // the running state of #3, saved with the game
-  Money pendingSeed;                // 0: choose the seed automatically
-  uint32_t missingRngLibraries = 0; // bit 0 the reference twister, bit 1 the Cokus form
+  int32_t lcgState = 0;              // the running state of #3, saved with the game
+  Money pendingSeed;                 // 0: choose the seed automatically
+  uint32_t missingRngLibraries = 0;  // bit 0 the reference twister, bit 1 the Cokus form
   // The four sources behind the eight generators; never saved. #1, #6 and #8 share the
   // reference twister, #2 and #7 the Cokus form, #5 and #6 Ran1, #4 and #7 Ran2.
   Mt19937 mt;

@@ -89,7 +89,10 @@ bool FitInDoubles(const Groups& g, const std::array<bool, 36>& fixed, std::array
       for (int k = 0; k < 36; ++k) {
         if (!InGroup(g, k, group)) continue;
         if (fixed[k]) fixedSum += v[k];
-        else { freeSum += v[k]; ++freeCount; }
+        else {
+          freeSum += v[k];
+          ++freeCount;
+        }
       }
       const double want = static_cast<double>(g.target[group]) - fixedSum;
       if (freeCount == 0) {
@@ -140,8 +143,14 @@ bool RoundToIntegers(const Groups& g, const std::array<bool, 36>& fixed, const s
       std::array<int64_t, kGroups> m = miss;
       int64_t total = 0;
       double s = 0;
-      if (dn >= 0) { total += gain(dn, -1, m); s += strain(dn, -1); }
-      if (u >= 0) { total += gain(u, +1, m); s += strain(u, +1); }
+      if (dn >= 0) {
+        total += gain(dn, -1, m);
+        s += strain(dn, -1);
+      }
+      if (u >= 0) {
+        total += gain(u, +1, m);
+        s += strain(u, +1);
+      }
       if (total > bestGain || (total == bestGain && total > 0 && s < bestStrain)) {
         bestGain = total;
         bestStrain = s;
@@ -160,11 +169,13 @@ bool RoundToIntegers(const Groups& g, const std::array<bool, 36>& fixed, const s
     if (bestGain <= 0) return false;
     if (down >= 0) {
       --v[down];
-      for (int group : g.of[down]) if (g.bound[group]) --miss[group];
+      for (int group : g.of[down])
+        if (g.bound[group]) --miss[group];
     }
     if (up >= 0) {
       ++v[up];
-      for (int group : g.of[up]) if (g.bound[group]) ++miss[group];
+      for (int group : g.of[up])
+        if (g.bound[group]) ++miss[group];
     }
   }
   return false;
@@ -203,7 +214,8 @@ bool Rebalance(ProbabilityTable& t) {
 void SetDefaultProbabilities(ProbabilityTable& t) {
   t = ProbabilityTable{};
   for (const DiamondCell& c : kDiamond) t.Value(c.x, c.y) = 2778;
-  for (int y = 1; y <= 11; ++y) t.Value(kSumColumn, y) = static_cast<int32_t>(std::lround(kWays[y + 1] * 100000.0 / 36));
+  for (int y = 1; y <= 11; ++y)
+    t.Value(kSumColumn, y) = static_cast<int32_t>(std::lround(kWays[y + 1] * 100000.0 / 36));
   for (int x = 2; x <= 7; ++x) t.Value(x, kDie1FaceRow) = t.Value(x, kDie2FaceRow) = 16667;
 }
 

@@ -41,8 +41,7 @@ constexpr std::array<DiamondCell, 36> MakeDiamond() {
     for (int y = x - 1; y <= 13 - x; ++y) {
       const int die1 = y < 7 ? x - 1 : x + y - 7;
       const int die2 = y < 7 ? y - x + 2 : 8 - x;
-      d[k++] = {static_cast<int8_t>(x), static_cast<int8_t>(y), static_cast<int8_t>(die1),
-                static_cast<int8_t>(die2)};
+      d[k++] = {static_cast<int8_t>(x), static_cast<int8_t>(y), static_cast<int8_t>(die1), static_cast<int8_t>(die2)};
     }
   return d;
 }
@@ -93,8 +92,7 @@ void UnlockAll(ProbabilityTable& t);
 
 enum class ProbabilityView { Percent = 0, PercentFromTrue = 1, RollsOutOf = 2, RollsFromTrue = 3 };
 inline constexpr std::array<const char*, 4> kProbabilityViewCaptions = {
-    "Show as percentage", "Show as +/- from true %", "Show as # rolls out of:",
-    "Show as +/- from true rolls out of:"};
+    "Show as percentage", "Show as +/- from true %", "Show as # rolls out of:", "Show as +/- from true rolls out of:"};
 
 // The fair value of a cell in thousandths of a percent, unrounded (2777.78 for a diamond
 // cell); 0 where the cell has no meaning.

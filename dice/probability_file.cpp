@@ -1,14 +1,13 @@
 #include "dice/probability_file.h"
 
-#include "storage/error_report.h"
-#include "storage/fixed_record.h"
-
 #include <array>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
+#include "storage/error_report.h"
+#include "storage/fixed_record.h"
 #include "storage/paths.h"
 
 namespace {

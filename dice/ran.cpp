@@ -26,9 +26,7 @@ inline int32_t Step2(int32_t idum) { return static_cast<int32_t>((int64_t{IA} * 
 
 }  // namespace
 
-float Ran1Entry(float ix1, float ix2) {
-  return static_cast<float>((static_cast<double>(ix1) + ix2 * RM2) * RM1);
-}
+float Ran1Entry(float ix1, float ix2) { return static_cast<float>((static_cast<double>(ix1) + ix2 * RM2) * RM1); }
 
 float Ran1(Ran1State& s, int32_t& idum, const char*& pendingError) {
   if (idum < 0 || !s.initialised) {

@@ -1,11 +1,10 @@
 #include "dice/roll_files.h"
 
-#include "storage/error_report.h"
-
 #include <cstdio>
 
 #include "automation/auto_roll.h"
 #include "engine/messages.h"
+#include "storage/error_report.h"
 #include "storage/paths.h"
 
 namespace {
@@ -105,8 +104,9 @@ bool ReadRollFromFile(Game& g, RollFiles& rf) {
   if (die1 < 1 || die1 > 6 || die2 < 1 || die2 > 6) {
     // The file stays open at this roll, so that the user can mend it and go on.
     rf.RecorderState = 0;
-    TellRollFileError(g, "Playback of this Dice Roll File has stopped so that "
-                         "you can check the file or continue without it.");
+    TellRollFileError(g,
+                      "Playback of this Dice Roll File has stopped so that "
+                      "you can check the file or continue without it.");
     StopPlay(g, kOutOfLimitsStop);
     return false;
   }

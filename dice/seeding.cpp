@@ -14,8 +14,8 @@ constexpr int kStalledReads = 100000;
 constexpr int kPromptRounds = 100;
 
 bool SameInstant(const LocalDateTime& a, const LocalDateTime& b) {
-  return a.hour == b.hour && a.minute == b.minute && a.second == b.second &&
-         a.millisecond == b.millisecond && a.weekday == b.weekday;
+  return a.hour == b.hour && a.minute == b.minute && a.second == b.second && a.millisecond == b.millisecond &&
+         a.weekday == b.weekday;
 }
 
 int64_t AutomaticSeed(const LocalDateTime& now, int32_t rng, int32_t max) {

@@ -17,7 +17,8 @@ void BuyIn(Game& g, int seat, Money amount) {
   }
   // 2. The host's bounds.
   if (g.HostMinBuyIn == g.HostMaxBuyIn && amount != g.HostMinBuyIn) {
-    Tell(g, "The required buy-in on this table is $" + MoneyText(g.HostMinBuyIn), "Bankroll", 180, msg::kOk | msg::kHelp);
+    Tell(g, "The required buy-in on this table is $" + MoneyText(g.HostMinBuyIn), "Bankroll", 180,
+         msg::kOk | msg::kHelp);
     amount = g.HostMinBuyIn;
   } else if (amount < g.HostMinBuyIn) {
     Tell(g, "The min buy-in on this table is $" + MoneyText(g.HostMinBuyIn), "Bankroll", 180, msg::kOk | msg::kHelp);
@@ -114,8 +115,10 @@ void LimitStop(Game& g, int seat) {
     if (g.SilentMode) {
       g.StopReason = "Stopped by exceeding the negative bankroll limit of -$9,999,999\n\n" + advice;
     } else {
-      Tell(g, "Sorry ... \n\n" + g.PlayerName[seat] + " has exceeded the negative bankroll limit of -$9,999,999\n\n" +
-                  advice, "DiceHall", 0, msg::kOk);
+      Tell(g,
+           "Sorry ... \n\n" + g.PlayerName[seat] + " has exceeded the negative bankroll limit of -$9,999,999\n\n" +
+               advice,
+           "DiceHall", 0, msg::kOk);
     }
   }
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);

@@ -7,9 +7,8 @@
 namespace {
 
 bool IsOddsBet(int b) {
-  return (b >= bet::DontCome4Odds && b <= bet::DontCome10Odds) ||
-         (b >= bet::Come4Odds && b <= bet::Come10Odds) || b == bet::PassLineOdds ||
-         b == bet::DontPassOdds;
+  return (b >= bet::DontCome4Odds && b <= bet::DontCome10Odds) || (b >= bet::Come4Odds && b <= bet::Come10Odds) ||
+         b == bet::PassLineOdds || b == bet::DontPassOdds;
 }
 
 // True when row a pays more per unit wagered than row b (x / y compared exactly).
@@ -22,8 +21,7 @@ template <size_t N>
 PayoffRow HighestRow(const std::array<PayoffRow, N>& table, size_t first) {
   PayoffRow best = table[first];
   for (size_t i = first + 1; i < N; ++i)
-    if (table[i].PayoffFor.raw > 0 && (best.PayoffFor.raw <= 0 || PaysMore(table[i], best)))
-      best = table[i];
+    if (table[i].PayoffFor.raw > 0 && (best.PayoffFor.raw <= 0 || PaysMore(table[i], best))) best = table[i];
   return best;
 }
 
@@ -59,7 +57,8 @@ Money RoundUpTo(Money y) {
 // Rules 1 and 4: m × B, floored to each check size d in turn and raised to the next
 // multiple of RoundUpTo(y) × d, so that the payoff comes out in whole checks of that size.
 // The raise is a rounding, not a further multiple: a candidate reaching (m + 1) × B is
-// passed over, and so is a check too big for the amount (floored to 0). The largest candidate left wins; with none the plain limit stands.
+// passed over, and so is a check too big for the amount (floored to 0). The largest candidate left wins; with none the
+// plain limit stands.
 Money XFlatSingleOdds(const RuleSet& r, Money limit, Money flat, Money m, Money y) {
   const Money bound = MulMoney(m + 1_usd, flat);
   const Money step = RoundUpTo(y);
@@ -92,9 +91,12 @@ Money FlatSingleOddsX(const RuleSet& r, Money limit, Money flat, Money m, Money 
 
 Money OddsMultiple(const RuleSet& r, int point) {
   switch (point) {
-    case 4: case 10: return r.OddsAllowed410;
-    case 5: case 9: return r.OddsAllowed59;
-    case 6: case 8: return r.OddsAllowed68;
+    case 4:
+    case 10: return r.OddsAllowed410;
+    case 5:
+    case 9: return r.OddsAllowed59;
+    case 6:
+    case 8: return r.OddsAllowed68;
     default: return Money{};
   }
 }
@@ -118,8 +120,8 @@ Money RuleMaximum(const RuleSet& r, int b) {
     if (PayoffLimit(r, HighestOfBets(r, {bet::Two, bet::Three, bet::Eleven, bet::Twelve}), 4, true, limited))
       maximum = limited;
   } else if (b == bet::World) {
-    if (PayoffLimit(r, HighestOfBets(r, {bet::Two, bet::Three, bet::Seven, bet::Eleven, bet::Twelve}), 5,
-                    true, limited))
+    if (PayoffLimit(r, HighestOfBets(r, {bet::Two, bet::Three, bet::Seven, bet::Eleven, bet::Twelve}), 5, true,
+                    limited))
       maximum = limited;
   } else if (b == bet::Midway) {
     if (PayoffLimit(r, HighestRow(r.MidwayPayoff, 1), 1, true, limited)) maximum = limited;

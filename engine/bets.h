@@ -5,9 +5,9 @@
 #include <array>
 #include <string_view>
 
-constexpr int kSeats = 9;          // 0 is the house, 1..8 the rail
-constexpr int kBets = 107;         // bets 1..107
-constexpr int kBetRows = 300;      // rows 200..299 are CheckStacks 0..99
+constexpr int kSeats = 9;      // 0 is the house, 1..8 the rail
+constexpr int kBets = 107;     // bets 1..107
+constexpr int kBetRows = 300;  // rows 200..299 are CheckStacks 0..99
 constexpr int kCheckStackRow = 200;
 constexpr int kScopeColumns = 45;  // five groups of nine
 
@@ -20,21 +20,38 @@ constexpr int Come4 = 19, Come10 = 24;
 constexpr int Come4Odds = 25, Come10Odds = 30;
 constexpr int Place4 = 31, Place10 = 36;
 constexpr int Buy4 = 37, Buy10 = 42;
-constexpr int PassLine = 43, PassLineOdds = 44, Come = 45, DontPass = 46, DontPassOdds = 47,
-              DontCome = 48, Field = 49, Big6 = 50, Big8 = 51, CAndE = 52;
+constexpr int PassLine = 43, PassLineOdds = 44, Come = 45, DontPass = 46, DontPassOdds = 47, DontCome = 48, Field = 49,
+              Big6 = 50, Big8 = 51, CAndE = 52;
 constexpr int Hard4 = 53, Hard6 = 54, Hard8 = 55, Hard10 = 56;
 constexpr int Two = 57, Three = 58, Seven = 59, Eleven = 60, Twelve = 61, Craps = 62, Horn = 63;
 constexpr int Hop13 = 64, Hop55 = 80;
-constexpr int Midway = 81, Over7 = 82, Under7 = 83, LeftField = 84, CenterField = 85,
-              RightField = 86, World = 87, AllSmall = 88, AllTall = 89, MakeAll = 90,
-              FourRollsNo7 = 91, SevenPoint7 = 92, Point7 = 93, Fire = 94, HotRoller = 95,
-              SharpShooter = 96, RideTheLine = 97;
+constexpr int Midway = 81, Over7 = 82, Under7 = 83, LeftField = 84, CenterField = 85, RightField = 86, World = 87,
+              AllSmall = 88, AllTall = 89, MakeAll = 90, FourRollsNo7 = 91, SevenPoint7 = 92, Point7 = 93, Fire = 94,
+              HotRoller = 95, SharpShooter = 96, RideTheLine = 97;
 constexpr int Repeater2 = 98, Repeater12 = 107;
 }  // namespace bet
 
 enum class BetFamily {
-  None, Lay, DontComeNumber, DontComeOdds, ComeNumber, ComeOdds, Place, Buy, Line, LineOdds,
-  ComeBox, OneRoll, MultiRoll, Hardway, CollectNumbers, Count, TwoStage, OneStage, Hand, Repeat
+  None,
+  Lay,
+  DontComeNumber,
+  DontComeOdds,
+  ComeNumber,
+  ComeOdds,
+  Place,
+  Buy,
+  Line,
+  LineOdds,
+  ComeBox,
+  OneRoll,
+  MultiRoll,
+  Hardway,
+  CollectNumbers,
+  Count,
+  TwoStage,
+  OneStage,
+  Hand,
+  Repeat
 };
 
 // The name as the catalogue has it; "" for a row that is no bet.

@@ -5,8 +5,7 @@
 
 uint32_t SystemClock::TickMs() {
   using namespace std::chrono;
-  return static_cast<uint32_t>(
-      duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+  return static_cast<uint32_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
 LocalDateTime SystemClock::Now() {

@@ -97,8 +97,8 @@ struct Game {
   AutomationState Auto;
 
   int32_t LanguageId = 0;
-  std::string ProgramFolder;  // the data folder; bare file names are taken in it
-  std::string CheckSound;  // the chosen "*.chp" file; "" plays none
+  std::string ProgramFolder;                           // the data folder; bare file names are taken in it
+  std::string CheckSound;                              // the chosen "*.chp" file; "" plays none
   std::string RollFormat = "Roll# (Die1.Die2) Total";  // roll-format text of dice-roll reports
   // Events log settings: off by default, every category selected once it's on.
   bool RecordEvents = false;
@@ -130,7 +130,7 @@ struct Game {
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};
-  ByBet<int32_t> BetWorking{};        // 0 off, 1 on, 2 called on, -1 called off
+  ByBet<int32_t> BetWorking{};  // 0 off, 1 on, 2 called on, -1 called off
   ByBet<int32_t> BetWorkingBeforeRoll{};
   ByBet<int32_t> DefaultWorking{};
   std::array<ByBet<int32_t>, 2> BetStreak{};  // the run, and its copy from the start of the roll
@@ -157,7 +157,7 @@ struct Game {
   BySeat<bool> ScriptActive{}, ScriptActiveCopy{};
   BySeat<std::string> ScriptFile{};
   BySeat<std::string> SessionsLogPath{};  // the seat's sessions log; "" for the player's default name
-  AutoBetProgram AutoBet;  // the seats' scripts, compiled and joined
+  AutoBetProgram AutoBet;                 // the seats' scripts, compiled and joined
 
   // Bankroll graph: index 1..1050, scale.
   int32_t BankrollGraphIndex = 0;
@@ -171,7 +171,7 @@ struct Game {
 
   // The working slots of the placement gate and of settling.
   int32_t BetInHand = 0;
-  Money Payoff;           // the rounded payoff of the result being handled
+  Money Payoff;  // the rounded payoff of the result being handled
   double PayoffUnrounded = 0;
   bool Returned = false;  // the bet may not stay on the table
   Money VigInHand;        // the vig a settled Buy or Lay gave up, for the dialog

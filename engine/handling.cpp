@@ -21,10 +21,8 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
   req.Labels.push_back(std::string(BetName(bet)) + " " + DollarText(g.BetAmount[seat][bet]));
   if (!notWorking) {
     std::string at = winner ? "Payoff at " : "Loss at ";
-    if (row.PayoffToFor.raw != 0)
-      at += MoneyText(row.PayoffPay) + " to " + MoneyText(row.PayoffFor);
-    else
-      at += MoneyText(row.PayoffPay + row.PayoffFor) + " for " + MoneyText(row.PayoffFor);
+    if (row.PayoffToFor.raw != 0) at += MoneyText(row.PayoffPay) + " to " + MoneyText(row.PayoffFor);
+    else at += MoneyText(row.PayoffPay + row.PayoffFor) + " for " + MoneyText(row.PayoffFor);
     req.Labels.push_back(at);
     const Money amount = g.BetAmount[seat][bet];
     // The split bets win one part and lose the rest.
@@ -282,7 +280,8 @@ void HandleNotWorking(Game& g, int seat) {
   int flat = 0;
   if (bet == bet::PassLineOdds) flat = bet::PassLine;
   else if (bet == bet::DontPassOdds) flat = bet::DontPass;
-  else if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds))
+  else if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
+           (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds))
     flat = bet - 6;
   g.Returned = flat == 0 || g.BetAmount[seat][flat].raw <= 0 || !g.Rules.AllowPutBets;
   g.Payoff = Money{};
@@ -296,7 +295,8 @@ void HandleNotWorking(Game& g, int seat) {
   switch (action) {
     case kSameBet: SameBet(g, seat); break;
     case kPressUnitOrRemainder: PressUnit(g, seat); break;
-    case kPressDoubleOrUnit: case kParlayOrDouble: PressDouble(g, seat); break;
+    case kPressDoubleOrUnit:
+    case kParlayOrDouble: PressDouble(g, seat); break;
     case kTakeMaxOdds: TakeMaximum(g, seat, g.BetInHand); break;
     case kModifyByRule: ApplyRule(g, seat, kRuleModifyLose); break;
     case kSetToAmount: SetAmount(g, seat, kRuleSetLose); break;

@@ -6,8 +6,14 @@
 
 // Actions for winning and losing bets (the same numbers mean different things).
 enum HandleActionValue {
-  kAskByDialog = 0, kTakeDown = 1, kSameBet = 2, kPressUnitOrRemainder = 3, kPressDoubleOrUnit = 4,
-  kParlayOrDouble = 5, kModifyByRule = 6, kSetToAmount = 7,
+  kAskByDialog = 0,
+  kTakeDown = 1,
+  kSameBet = 2,
+  kPressUnitOrRemainder = 3,
+  kPressDoubleOrUnit = 4,
+  kParlayOrDouble = 5,
+  kModifyByRule = 6,
+  kSetToAmount = 7,
   kTakeMaxOdds = 8  // only from the dialog of an odds bet that wasn't working
 };
 

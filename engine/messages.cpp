@@ -41,8 +41,7 @@ MessageReply Tell(Game& g, std::string text, std::string title, int helpId, int 
   return ShowMessage(g, std::move(request));
 }
 
-void TellOrStop(Game& g, const std::string& stopText, std::string text, std::string title,
-                int helpId, int flags) {
+void TellOrStop(Game& g, const std::string& stopText, std::string text, std::string title, int helpId, int flags) {
   if (g.SilentMode) {
     g.StopReason = stopText;
     return;

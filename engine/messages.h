@@ -14,9 +14,7 @@ bool NoticeClassOn(const Game& g, int flags);
 // A ticked "Hide" clears the message's class in Notices.
 MessageReply ShowMessage(Game& g, MessageRequest request);
 // ShowMessage with the record filled from the arguments.
-MessageReply Tell(Game& g, std::string text, std::string title, int helpId, int flags,
-                  std::string input = {});
+MessageReply Tell(Game& g, std::string text, std::string title, int helpId, int flags, std::string input = {});
 
 // Under SilentMode the text of a stop becomes the stop reason; otherwise it is shown.
-void TellOrStop(Game& g, const std::string& stopText, std::string text, std::string title,
-                int helpId, int flags);
+void TellOrStop(Game& g, const std::string& stopText, std::string text, std::string title, int helpId, int flags);

@@ -13,7 +13,10 @@ Money MulMoney(Money a, Money b) {
   __int128 p = static_cast<__int128>(a.raw) * b.raw;
   __int128 q = p / Money::kScale;
   __int128 r = p % Money::kScale;
-  if (r < 0) { r += Money::kScale; q -= 1; }
+  if (r < 0) {
+    r += Money::kScale;
+    q -= 1;
+  }
   if (2 * r > Money::kScale || (2 * r == Money::kScale && (q & 1))) q += 1;
   return Money::FromRaw(static_cast<int64_t>(q));
 }
@@ -96,9 +99,15 @@ bool ParseMoney(std::string_view text, Money& out, std::string& error) {
   };
   if (t.empty()) return refuse("it is empty.");
   bool neg = false;
-  if (t.front() == '-' || t.front() == '+') { neg = t.front() == '-'; t.remove_prefix(1); }
+  if (t.front() == '-' || t.front() == '+') {
+    neg = t.front() == '-';
+    t.remove_prefix(1);
+  }
   if (!t.empty() && t.front() == '$') t.remove_prefix(1);
-  if (!neg && !t.empty() && t.front() == '-') { neg = true; t.remove_prefix(1); }
+  if (!neg && !t.empty() && t.front() == '-') {
+    neg = true;
+    t.remove_prefix(1);
+  }
   if (t.empty()) return refuse("it has no digits.");
 
   const uint64_t limit = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
@@ -123,8 +132,7 @@ bool ParseMoney(std::string_view text, Money& out, std::string& error) {
     if (whole > limit / Money::kScale) return refuse("it is too large.");
     ++digits;
   }
-  if (lastComma || (sinceComma >= 0 && sinceComma != 3))
-    return refuse("a thousands separator is out of place.");
+  if (lastComma || (sinceComma >= 0 && sinceComma != 3)) return refuse("a thousands separator is out of place.");
   uint64_t frac = 0;
   int places = 0;
   if (i < t.size()) {

@@ -13,7 +13,11 @@ struct Money {
   int64_t raw = 0;
 
   constexpr Money() = default;
-  static constexpr Money FromRaw(int64_t r) { Money m; m.raw = r; return m; }
+  static constexpr Money FromRaw(int64_t r) {
+    Money m;
+    m.raw = r;
+    return m;
+  }
   static constexpr Money Dollars(int64_t d) { return FromRaw(d * kScale); }
   // Nearest ten-thousandth, ties to even.
   static Money FromDouble(double d);
@@ -24,8 +28,14 @@ struct Money {
   constexpr Money operator-() const { return FromRaw(-raw); }
   constexpr Money operator+(Money o) const { return FromRaw(raw + o.raw); }
   constexpr Money operator-(Money o) const { return FromRaw(raw - o.raw); }
-  constexpr Money& operator+=(Money o) { raw += o.raw; return *this; }
-  constexpr Money& operator-=(Money o) { raw -= o.raw; return *this; }
+  constexpr Money& operator+=(Money o) {
+    raw += o.raw;
+    return *this;
+  }
+  constexpr Money& operator-=(Money o) {
+    raw -= o.raw;
+    return *this;
+  }
   constexpr Money operator*(int64_t k) const { return FromRaw(raw * k); }
   constexpr auto operator<=>(const Money&) const = default;
 };

@@ -71,7 +71,8 @@ std::string DecreaseText(int bet, bool yours) {
   if (bet >= bet::Come4 && bet <= bet::Come10)
     return "You may not decrease or remove " + who + "Come bet which is established on a point.";
   if (bet == bet::SevenPoint7)
-    return "You may not decrease or remove " + who + std::string(BetName(bet)) + " bet which is established on a point.";
+    return "You may not decrease or remove " + who + std::string(BetName(bet)) +
+           " bet which is established on a point.";
   return "You may not decrease or remove " + who + std::string(BetName(bet)) + " bet while a point is established.";
 }
 
@@ -139,7 +140,8 @@ Money AdjustForPayoff(Game& g, int seat, int bet, Money amount, Money change, Mo
     if (target >= maximum)
       text += "\nThe maximum bet for proper odds payoff is: $" + MoneyText(FloorToUnit(maximum, step));
     else
-      text += "\nThe minimum bet for proper odds payoff is: $" + MoneyText(FloorToUnit(minimum + step - Money::FromRaw(1), step));
+      text += "\nThe minimum bet for proper odds payoff is: $" +
+              MoneyText(FloorToUnit(minimum + step - Money::FromRaw(1), step));
     p.Say(std::move(text), 510, kLimitClass);
   }
   return change;
@@ -189,83 +191,110 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   switch (bet) {
     case bet::PassLine:
       if (pointOn && exceeds && !r.AllowPutBets)
-        return refuse([&] {
-          return "You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote();
-        }, HelpTopic(bet));
+        return refuse(
+            [&] {
+              return "You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote();
+            },
+            HelpTopic(bet));
       return false;
     case bet::Come:
-      if (!pointOn) return refuse([] { return std::string("You may not make a Come bet \nuntil a point is established."); }, 45);
+      if (!pointOn)
+        return refuse([] { return std::string("You may not make a Come bet \nuntil a point is established."); }, 45);
       return false;
     case bet::DontPass:
       if (pointOn && exceeds)
-        return refuse([] { return std::string("You may not make or increase a Don't Pass bet while a point is established."); }, 46);
+        return refuse(
+            [] { return std::string("You may not make or increase a Don't Pass bet while a point is established."); },
+            46);
       return false;
     case bet::DontCome:
       if (!pointOn)
-        return refuse([] { return std::string("You may not make a Don't Come bet until a point is established."); }, 48);
+        return refuse([] { return std::string("You may not make a Don't Come bet until a point is established."); },
+                      48);
       return false;
     case bet::PassLineOdds:
       if (g.BetAmount[seat][bet::PassLine].raw <= 0 || !pointOn)
-        return refuse([] {
-          return std::string("You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is established.");
-        }, 43);
+        return refuse(
+            [] {
+              return std::string(
+                  "You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is "
+                  "established.");
+            },
+            43);
       return false;
     case bet::DontPassOdds:
       if (g.BetAmount[seat][bet::DontPass].raw <= 0 || !pointOn)
-        return refuse([] {
-          return std::string("You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is established.");
-        }, 46);
+        return refuse(
+            [] {
+              return std::string(
+                  "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
+                  "established.");
+            },
+            46);
       return false;
-    case bet::AllSmall: case bet::AllTall: case bet::MakeAll: {
+    case bet::AllSmall:
+    case bet::AllTall:
+    case bet::MakeAll: {
       const int marks = bet == bet::AllSmall ? 0x7C : bet == bet::AllTall ? 0x1F00 : 0x1F7C;
       if ((t.AllNumbersMask & marks) && exceeds)
-        return refuse([&] {
-          const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
-          const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
-          return "You may not make or increase " + std::string(kind) + name + " bet while any " + adjective +
-                 "numbers are marked.";
-        }, 510);
+        return refuse(
+            [&] {
+              const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
+              const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
+              return "You may not make or increase " + std::string(kind) + name + " bet while any " + adjective +
+                     "numbers are marked.";
+            },
+            510);
       return false;
     }
     case bet::FourRollsNo7:
       if (t.FourRollCount > 0 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet if the count is in progress."; }, 510);
+        return refuse([&] { return "You may not make or increase a " + name + " bet if the count is in progress."; },
+                      510);
       return false;
-    case bet::Point7: case bet::SevenPoint7:
+    case bet::Point7:
+    case bet::SevenPoint7:
       if (pointOn && exceeds)
-        return refuse([&] {
-          return "You may not make or increase a " + name + " bet unless the shooter is on a come-out roll.";
-        }, 510);
+        return refuse(
+            [&] { return "You may not make or increase a " + name + " bet unless the shooter is on a come-out roll."; },
+            510);
       return false;
     case bet::HotRoller:
       if (g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet until the next seven rolls."; }, 510);
+        return refuse([&] { return "You may not make or increase a " + name + " bet until the next seven rolls."; },
+                      510);
       return false;
-    case bet::SharpShooter: case bet::RideTheLine: case bet::Fire:
+    case bet::SharpShooter:
+    case bet::RideTheLine:
+    case bet::Fire:
       if (g.Stats.RollCount[kHandScope][0] > 0 && exceeds)
-        return refuse([&] {
-          return "You may not make or increase a " + name + " bet after the shooter has started a hand.";
-        }, 510);
+        return refuse(
+            [&] { return "You may not make or increase a " + name + " bet after the shooter has started a hand."; },
+            510);
       return false;
     default: break;
   }
   if (bet >= bet::Come4 && bet <= bet::Come10) {
     if (!g.Moving && exceeds && !r.AllowPutBets)
-      return refuse([&] {
-        return "You may not make or increase a Come bet directly on a point number.\n\n" + PutBetsNote();
-      }, 45);
+      return refuse(
+          [&] { return "You may not make or increase a Come bet directly on a point number.\n\n" + PutBetsNote(); },
+          45);
     return false;
   }
   if (bet >= bet::DontCome4 && bet <= bet::DontCome10) {
     if (!g.Moving && exceeds)
-      return refuse([] { return std::string("You may not make or increase a Don't Come bet directly on a point number."); }, 48);
+      return refuse(
+          [] { return std::string("You may not make or increase a Don't Come bet directly on a point number."); }, 48);
     return false;
   }
   if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds)) {
     if (g.BetAmount[seat][bet - 6].raw <= 0)
-      return refuse([&] {
-        return "You may not make a " + name + " bet until you've established a " + std::string(BetName(bet - 6)) + " bet.";
-      }, bet >= bet::Come4Odds ? 45 : 48);
+      return refuse(
+          [&] {
+            return "You may not make a " + name + " bet until you've established a " + std::string(BetName(bet - 6)) +
+                   " bet.";
+          },
+          bet >= bet::Come4Odds ? 45 : 48);
     return false;
   }
   if (bet >= bet::Repeater2 && bet <= bet::Repeater12) {
@@ -276,9 +305,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   return false;
 }
 
-std::string PutBetsNote() {
-  return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)";
-}
+std::string PutBetsNote() { return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)"; }
 
 Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
   static const Money kLimit = Money::FromRaw(999999999999999999LL);
@@ -288,11 +315,10 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
     Money bound = next > kLimit ? kLimit : -kLimit;
     change = bound - now;
     if (p.on) {
-      if (bound < Money{})
-        p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
+      if (bound < Money{}) p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
       else
-        p.Say("The maximum CheckStack #" + std::to_string(row - kCheckStackRow) + " value is:\n" +
-                  DollarText(bound), 510, kLimitClass);
+        p.Say("The maximum CheckStack #" + std::to_string(row - kCheckStackRow) + " value is:\n" + DollarText(bound),
+              510, kLimitClass);
       p.text += change.raw == 0 ? "\nwhich is already stacked." : "\nwhich is being stacked.";
     }
   }
@@ -349,8 +375,14 @@ Money GetMaximum(const Game& g, int seat, int bet) {
   int point = 0;
   Money flat;
   switch (bet) {
-    case bet::PassLineOdds: point = g.Table.Point; flat = g.BetAmount[seat][bet::PassLine]; break;
-    case bet::DontPassOdds: point = g.Table.Point; flat = g.BetAmount[seat][bet::DontPass]; break;
+    case bet::PassLineOdds:
+      point = g.Table.Point;
+      flat = g.BetAmount[seat][bet::PassLine];
+      break;
+    case bet::DontPassOdds:
+      point = g.Table.Point;
+      flat = g.BetAmount[seat][bet::DontPass];
+      break;
     default:
       if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
           (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds)) {
@@ -374,8 +406,7 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   // CheckStacks are no wagers: none of the table's stages, only their own limit.
   if (bet >= kCheckStackRow) {
     Money applied = CheckStackChange(g, seat, bet, change, p);
-    if (p.on && !p.text.empty())
-      Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+    if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
     return applied;
   }
 
@@ -447,9 +478,7 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     if (!g.AllowNegBankroll[seat]) {
       Money held = UpFrontHeld(g, seat, bet);
       Money bankroll = g.Bankroll[seat];
-      auto fits = [&](Money c) {
-        return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll;
-      };
+      auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
       if (!fits(change)) {
         bool hadOthers = g.OnTable[seat] - amount - held > Money{};
         change = bankroll - g.OnTable[seat];
@@ -474,12 +503,9 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   // After a cut by a limit, the tail tells what came of the request.
   if (p.on && (p.flags & kLimitClass)) {
     Money result = amount + change;
-    if (change.raw == 0)
-      p.text += "\n" + DollarText(result) + " which is already bet.";
-    else if (p.adjusted)
-      p.text += "\nwhich will be bet and auto-adjusted to " + DollarText(result) + ".";
-    else
-      p.text += "\n" + DollarText(result) + " which will be bet.";
+    if (change.raw == 0) p.text += "\n" + DollarText(result) + " which is already bet.";
+    else if (p.adjusted) p.text += "\nwhich will be bet and auto-adjusted to " + DollarText(result) + ".";
+    else p.text += "\n" + DollarText(result) + " which will be bet.";
   }
 
   // 8. Apply.
@@ -494,8 +520,7 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     g.Table.RepeaterCount[i < 5 ? i + 2 : i + 3] = 0;
   }
 
-  if (p.on && !p.text.empty())
-    Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+  if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
   // 11. The windows that show bets follow. (Online tables tell the other side here once
   // online play exists.)
   if (change.raw != 0 && p.on) g.Ui->Refresh({"frmBetResults", "frmCheckStacks"});

@@ -20,7 +20,8 @@ void PassDice(Game& g, int mode) {
   TableState& t = g.Table;
   if (t.NumberOfPlayers == 0) {
     if (mode == kPassAsked)
-      Tell(g, "Unable to pass the dice.\n\nThere are no players at the table.", "Pass the Dice", 205, msg::kOk | msg::kHelp);
+      Tell(g, "Unable to pass the dice.\n\nThere are no players at the table.", "Pass the Dice", 205,
+           msg::kOk | msg::kHelp);
     t.Shooter = 0;
     t.HandShooter = 0;
     return;
@@ -67,8 +68,9 @@ void PassDice(Game& g, int mode) {
         Tell(g, from + " is passing the dice back to " + g.PlayerName[chosen] + " who originally started this hand.",
              "Pass the Dice", 205, msg::kOk | msg::kHelp);
       else
-        Tell(g, from + " is passing the dice to " + g.PlayerName[chosen] +
-                    " who may finish the current hand and then roll his/her own hand.",
+        Tell(g,
+             from + " is passing the dice to " + g.PlayerName[chosen] +
+                 " who may finish the current hand and then roll his/her own hand.",
              "Pass the Dice", 205, msg::kOk | msg::kHelp);
       if (g.Ui && !g.SilentMode) g.Ui->Refresh({"frmHands", "frmRollTotals", "frmSummary"});
     }
@@ -84,11 +86,13 @@ void PassDice(Game& g, int mode) {
   if (mode == kPassAsked && !g.SilentMode) {
     std::string text = "Unable to pass the dice at this time.\n\n";
     if (wantingButBlocked > 0) {
-      text += wantingButBlocked == 1 ? "There's one other player who wants to shoot "
-                                     : "There are " + std::to_string(wantingButBlocked) + " other players who want to shoot ";
-      text += "but can't because a line bet is required and Put bets are not allowed.\n\n"
-              "Please wait for a come-out roll or check the 'Allow Put bets' option on the 'Bets tab' of the "
-              "configuration screen.";
+      text += wantingButBlocked == 1
+                  ? "There's one other player who wants to shoot "
+                  : "There are " + std::to_string(wantingButBlocked) + " other players who want to shoot ";
+      text +=
+          "but can't because a line bet is required and Put bets are not allowed.\n\n"
+          "Please wait for a come-out roll or check the 'Allow Put bets' option on the 'Bets tab' of the "
+          "configuration screen.";
     } else if (t.NumberOfPlayers == 2 && t.Shooter != 0) {
       text += g.PlayerName[next] + " doesn't want to shoot.";
     } else {
@@ -149,16 +153,21 @@ bool RemovePlayer(Game& g, int seat) {
   if (g.OnlineRole == 2) {
     // A client asks the host; only its own seat, and never as an observer.
     if (g.ClientObserver)
-      Tell(g, "You're currently connected to an online game as an observer and are not allowed to add, delete, or "
-              "control players.", "Online connection", 0, msg::kOk);
+      Tell(g,
+           "You're currently connected to an online game as an observer and are not allowed to add, delete, or "
+           "control players.",
+           "Online connection", 0, msg::kOk);
     else if (seat == g.ClientSeat)
-      Tell(g, "You're currently connected to an online game as " + name +
-                  ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
-                  "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
+      Tell(g,
+           "You're currently connected to an online game as " + name +
+               ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
+               "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
            "Remove online player", 0, msg::kYesNoQuestion);
     else
-      Tell(g, "You're currently connected to an online game and are not allowed to add, delete, or control other "
-              "players.", "Online connection", 0, msg::kOk);
+      Tell(g,
+           "You're currently connected to an online game and are not allowed to add, delete, or control other "
+           "players.",
+           "Online connection", 0, msg::kOk);
     return false;
   }
 
@@ -170,8 +179,8 @@ bool RemovePlayer(Game& g, int seat) {
     if (g.BetAmount[seat][b].raw > 0 && g.ContractBase[seat][b].raw > 0) contracts.push_back(b);
   for (int b : contracts) total += g.BetAmount[seat][b];
   if (!g.SilentMode && g.Ui) {
-    MessageReply reply = Tell(g, RemovalQuestion(g, seat, contracts, total), Piece(g, 26), 180,
-                              msg::kYes | msg::kNo | msg::kHelp);
+    MessageReply reply =
+        Tell(g, RemovalQuestion(g, seat, contracts, total), Piece(g, 26), 180, msg::kYes | msg::kNo | msg::kHelp);
     if (reply.Button != kButtonYes) return false;
   }
 
@@ -194,8 +203,8 @@ bool RemovePlayer(Game& g, int seat) {
   g.AutoBet.ScriptSource[seat].clear();
   g.AutoBet.ScriptsCompiled = false;
   ClearSeatStats(g.Stats, seat);
-  for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
-                      &g.BuyInTotal, &g.Comps})
+  for (auto* store :
+       {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum, &g.BuyInTotal, &g.Comps})
     for (int k = 0; k < kScopeColumns; k += kSeats) (*store)[k + seat] = Money{};
   g.BankrollHistory[seat] = {};
   g.PlayerName[seat].clear();
@@ -270,8 +279,8 @@ void MovePlayer(Game& g, int from, int to) {
   g.AutoBet.ScriptsCompiled = false;
   seat(g.CheckStackShortcuts);
   seat(g.BankrollHistory);
-  for (auto* store : {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum,
-                      &g.BuyInTotal, &g.Comps})
+  for (auto* store :
+       {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum, &g.BuyInTotal, &g.Comps})
     SwapScope(*store, from, to);
   for (auto& row : g.Rules.WorkOnComeOut) std::swap(row[from], row[to]);
   // The holders of each bet follow their seats.
@@ -323,8 +332,8 @@ bool AskToAddPlayer(Game& g, int seat) {
   std::string typed = MoneyText(amount);
   for (int tries = 0;; ++tries) {
     if (tries == kTries) return false;
-    MessageReply reply = Tell(g, Piece(g, 9, 0) + name + Piece(g, 9, 1), Piece(g, 5), 180,
-                              msg::kOk | msg::kCancel | msg::kInput, typed);
+    MessageReply reply =
+        Tell(g, Piece(g, 9, 0) + name + Piece(g, 9, 1), Piece(g, 5), 180, msg::kOk | msg::kCancel | msg::kInput, typed);
     if (reply.Button == kButtonCancel) return false;
     std::string error;
     if (ParseMoney(reply.Input, amount, error)) break;

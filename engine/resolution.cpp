@@ -7,16 +7,14 @@
 
 int FieldRow(int d1, int d2) {
   int lo = d1 < d2 ? d1 : d2, hi = d1 < d2 ? d2 : d1;
-  static constexpr int kRow[7][7] = {
-      {0, 0, 0, 0, 0, 0, 0},      {0, 1, 2, 3, 5, 7, 10},    {0, 2, 4, 6, 8, 11, 13},
-      {0, 3, 6, 9, 12, 14, 16},   {0, 5, 8, 12, 15, 17, 18}, {0, 7, 11, 14, 17, 19, 20},
-      {0, 10, 13, 16, 18, 20, 21}};
+  static constexpr int kRow[7][7] = {{0, 0, 0, 0, 0, 0, 0},      {0, 1, 2, 3, 5, 7, 10},    {0, 2, 4, 6, 8, 11, 13},
+                                     {0, 3, 6, 9, 12, 14, 16},   {0, 5, 8, 12, 15, 17, 18}, {0, 7, 11, 14, 17, 19, 20},
+                                     {0, 10, 13, 16, 18, 20, 21}};
   if (lo < 1 || hi > 6) return 0;
   return kRow[lo][hi];
 }
 
 namespace {
-
 
 bool IsHard(const TableState& t) { return t.Die1 == t.Die2; }
 
@@ -42,28 +40,30 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
       case bet::PassLine:
         if (P != 0) row = &r.BetPayoff[PointRow(BetFamily::ComeNumber, P)];
         break;
-      case bet::PassLineOdds:
-        row = &r.BetPayoff[PointRow(BetFamily::ComeOdds, P)];
-        break;
+      case bet::PassLineOdds: row = &r.BetPayoff[PointRow(BetFamily::ComeOdds, P)]; break;
       case bet::DontPass:
         if (P != 0) row = &r.BetPayoff[PointRow(BetFamily::DontComeNumber, P)];
         break;
-      case bet::DontPassOdds:
-        row = &r.BetPayoff[PointRow(BetFamily::DontComeOdds, P)];
-        break;
+      case bet::DontPassOdds: row = &r.BetPayoff[PointRow(BetFamily::DontComeOdds, P)]; break;
       case bet::CAndE:
         row = &r.BetPayoff[t.DiceTotal == 11 ? bet::Eleven : bet::Craps];
         parts = 2;
         break;
       case bet::Horn: {
-        int b = t.DiceTotal == 2 ? bet::Two : t.DiceTotal == 3 ? bet::Three : t.DiceTotal == 11 ? bet::Eleven : bet::Twelve;
+        int b = t.DiceTotal == 2    ? bet::Two
+                : t.DiceTotal == 3  ? bet::Three
+                : t.DiceTotal == 11 ? bet::Eleven
+                                    : bet::Twelve;
         row = &r.BetPayoff[b];
         parts = 4;
         break;
       }
       case bet::World: {
-        int b = t.DiceTotal == 2 ? bet::Two : t.DiceTotal == 3 ? bet::Three : t.DiceTotal == 7 ? bet::Seven
-              : t.DiceTotal == 11 ? bet::Eleven : bet::Twelve;
+        int b = t.DiceTotal == 2    ? bet::Two
+                : t.DiceTotal == 3  ? bet::Three
+                : t.DiceTotal == 7  ? bet::Seven
+                : t.DiceTotal == 11 ? bet::Eleven
+                                    : bet::Twelve;
         row = &r.BetPayoff[b];
         parts = 5;
         break;
@@ -90,7 +90,8 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
 
   // The row in use, for the settle dialog.
   g.Rules.BetPayoff[0] = *row;
-  Money raw = parts ? Money::FromDouble(Split(amount, *row, parts)) : MulDivMoney(amount, row->PayoffPay, row->PayoffFor);
+  Money raw =
+      parts ? Money::FromDouble(Split(amount, *row, parts)) : MulDivMoney(amount, row->PayoffPay, row->PayoffFor);
   if (bet >= bet::Lay4 && bet <= bet::Lay10) {
     if (raw.raw > 0 || r.ChargeAllLay) raw -= g.LayVigHeld[seat][bet - bet::Lay4];
   } else if (bet >= bet::Buy4 && bet <= bet::Buy10) {
@@ -218,7 +219,9 @@ void StepA(Game& g) {
     if (hardBet && !hard) SettleAll(g, kLose, hardBet);
   };
   switch (total) {
-    case 2: case 3: case 12:
+    case 2:
+    case 3:
+    case 12:
       if (P == 0) SettleAll(g, kLose, bet::PassLine);
       SettleAll(g, kLose, bet::Come);
       break;
@@ -351,14 +354,15 @@ void StepC(Game& g) {
       break;
     case 3:
       if (P == 0) SettleAll(g, kWin, bet::DontPass);
-      for (int b : {bet::Three, bet::Craps, bet::CAndE, bet::Horn, bet::World, bet::DontCome})
-        SettleAll(g, kWin, b);
+      for (int b : {bet::Three, bet::Craps, bet::CAndE, bet::Horn, bet::World, bet::DontCome}) SettleAll(g, kWin, b);
       RepeaterWin(g, 3, 3);
       break;
     case 4:
       NumberWinners(g, 4);
-      if (hard) { SettleAll(g, kWin, bet::Hard4); SettleAll(g, kWin, bet::Hop13 + 4); }
-      else SettleAll(g, kWin, bet::Hop13);
+      if (hard) {
+        SettleAll(g, kWin, bet::Hard4);
+        SettleAll(g, kWin, bet::Hop13 + 4);
+      } else SettleAll(g, kWin, bet::Hop13);
       RepeaterWin(g, 4, 4);
       MoveAll(g, 4);
       break;
@@ -372,8 +376,10 @@ void StepC(Game& g) {
       NumberWinners(g, 6);
       SettleAll(g, kWin, bet::Big6);
       SettleAll(g, kWin, bet::Midway);
-      if (hard) { SettleAll(g, kWin, bet::Hard6); SettleAll(g, kWin, bet::Hop13 + 9); }
-      else if (lo == 1) SettleAll(g, kWin, bet::Hop13 + 2);
+      if (hard) {
+        SettleAll(g, kWin, bet::Hard6);
+        SettleAll(g, kWin, bet::Hop13 + 9);
+      } else if (lo == 1) SettleAll(g, kWin, bet::Hop13 + 2);
       else SettleAll(g, kWin, bet::Hop13 + 6);
       RepeaterWin(g, 6, 6);
       MoveAll(g, 6);
@@ -417,8 +423,10 @@ void StepC(Game& g) {
       NumberWinners(g, 8);
       SettleAll(g, kWin, bet::Big8);
       SettleAll(g, kWin, bet::Midway);
-      if (hard) { SettleAll(g, kWin, bet::Hard8); SettleAll(g, kWin, bet::Hop13 + 13); }
-      else if (lo == 2) SettleAll(g, kWin, bet::Hop13 + 8);
+      if (hard) {
+        SettleAll(g, kWin, bet::Hard8);
+        SettleAll(g, kWin, bet::Hop13 + 13);
+      } else if (lo == 2) SettleAll(g, kWin, bet::Hop13 + 8);
       else SettleAll(g, kWin, bet::Hop13 + 11);
       RepeaterWin(g, 8, 6);
       MoveAll(g, 8);
@@ -431,8 +439,10 @@ void StepC(Game& g) {
       break;
     case 10:
       NumberWinners(g, 10);
-      if (hard) { SettleAll(g, kWin, bet::Hard10); SettleAll(g, kWin, bet::Hop55); }
-      else SettleAll(g, kWin, bet::Hop13 + 15);
+      if (hard) {
+        SettleAll(g, kWin, bet::Hard10);
+        SettleAll(g, kWin, bet::Hop55);
+      } else SettleAll(g, kWin, bet::Hop13 + 15);
       RepeaterWin(g, 10, 4);
       MoveAll(g, 10);
       break;

@@ -243,10 +243,10 @@ void RestWorkingStates(Game& g) {
 
 namespace {
 
-constexpr int kHotRollerBit[7][7] = {
-    {0, 0, 0, 0, 0, 0, 0},        {0, 0, 0, 1, 4, 16, 0},        {0, 0, 2, 8, 32, 0, 128},
-    {0, 1, 8, 64, 0, 256, 1024},  {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
-    {0, 0, 128, 1024, 4096, 0, 0}};
+constexpr int kHotRollerBit[7][7] = {{0, 0, 0, 0, 0, 0, 0},          {0, 0, 0, 1, 4, 16, 0},
+                                     {0, 0, 2, 8, 32, 0, 128},       {0, 1, 8, 64, 0, 256, 1024},
+                                     {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
+                                     {0, 0, 128, 1024, 4096, 0, 0}};
 
 // Calls f(row) for every bet held now or at the last copy (`since`), then takes the
 // present set as the new `since`.
@@ -288,7 +288,8 @@ bool ShooterMayRoll(Game& g) {
   if (setting == 0) return true;
   if (t.NumberOfPlayers == 0) {
     if (g.SilentMode) g.StopReason = "No players are available to bet.";
-    else Tell(g, std::string(LanguageText(g.LanguageId, 110)), std::string(LanguageText(g.LanguageId, 111)), 0, msg::kOk);
+    else
+      Tell(g, std::string(LanguageText(g.LanguageId, 110)), std::string(LanguageText(g.LanguageId, 111)), 0, msg::kOk);
     return false;
   }
   const int s = t.Shooter;
@@ -314,7 +315,9 @@ bool ShooterMayRoll(Game& g) {
   if (g.SilentMode) {
     g.StopReason = "Shooter has no bet.";
   } else {
-    Tell(g, "A bet is required to shoot.\n\n" + g.PlayerName[s] + " must make any bet or pass the dice.\n\n" + std::string(note),
+    Tell(g,
+         "A bet is required to shoot.\n\n" + g.PlayerName[s] + " must make any bet or pass the dice.\n\n" +
+             std::string(note),
          "Any Bet Required", 130, msg::kOk | msg::kHelp);
   }
   return false;
@@ -347,9 +350,17 @@ void CountPointStateMachine(Game& g) {
     return;
   }
   switch (total) {
-    case 7: case 11: pass(total); break;
-    case 4: case 5: case 6: case 8: case 9: case 10: t.Point = total; break;
-    case 2: case 3: case 12: miss(total); break;  // on the bar total Don't Pass stands
+    case 7:
+    case 11: pass(total); break;
+    case 4:
+    case 5:
+    case 6:
+    case 8:
+    case 9:
+    case 10: t.Point = total; break;
+    case 2:
+    case 3:
+    case 12: miss(total); break;  // on the bar total Don't Pass stands
     default: break;
   }
   ++t.ComeOutRollsInHand;

@@ -17,11 +17,9 @@ MessageReply HeadlessUi::ShowMessage(const MessageRequest& request) {
   if (!replies.empty()) {
     MessageReply scripted = replies.front();
     replies.pop_front();
-    bool offered = scripted.Button >= 0 && scripted.Button <= kButtonCancel &&
-                   (request.Flags & (1 << scripted.Button));
+    bool offered = scripted.Button >= 0 && scripted.Button <= kButtonCancel && (request.Flags & (1 << scripted.Button));
     if (!offered) {
-      faults.push_back("button " + std::to_string(scripted.Button) + " is not offered by \"" +
-                       request.Title + "\"");
+      faults.push_back("button " + std::to_string(scripted.Button) + " is not offered by \"" + request.Title + "\"");
     } else {
       reply.Button = scripted.Button;
       if (request.Flags & msg::kInput) reply.Input = scripted.Input;

@@ -28,8 +28,8 @@ struct MessageRequest {
   std::string Title;
   int HelpId = 0;
   int Flags = msg::kPlainOk;
-  double Scale = 1.0;              // the text width factor
-  int Width = 0;                   // a fixed width in pixels, where a box has one
+  double Scale = 1.0;             // the text width factor
+  int Width = 0;                  // a fixed width in pixels, where a box has one
   std::string Input;              // the input field's starting text
   std::vector<std::string> List;  // the items of the list
 };

@@ -1,8 +1,8 @@
 // The lines of the events log, each built only when the log is on and its kind chosen.
 
-#include <filesystem>
-
 #include <fmt/format.h>
+
+#include <filesystem>
 
 #include "engine/game_state.h"
 #include "stats/events_log.h"
@@ -174,9 +174,9 @@ void LogChangesSinceLastRoll(Game& g) {
 void LogRollLine(Game& g, RollSource source) {
   if (!Chosen(g, events::kRolls)) return;
   const TableState& t = g.Table;
-  std::string line = " Roll #" + std::to_string(static_cast<int64_t>(g.Stats.RollCount[kSessionScope][0]) + 1) +
-                     ":  " + std::to_string(t.Die1 + t.Die2) + " (" + std::to_string(t.Die1) + "." +
-                     std::to_string(t.Die2) + ")";
+  std::string line = " Roll #" + std::to_string(static_cast<int64_t>(g.Stats.RollCount[kSessionScope][0]) + 1) + ":  " +
+                     std::to_string(t.Die1 + t.Die2) + " (" + std::to_string(t.Die1) + "." + std::to_string(t.Die2) +
+                     ")";
   switch (source) {
     case RollSource::OnlineHost: line += " from online host"; break;
     case RollSource::ManualPad: line += " from manual roll pad"; break;

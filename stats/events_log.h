@@ -34,8 +34,8 @@ struct EventsLog {
   std::string FindText;              // what Find looked for last
 
   // Working values between the writers of one roll and the next.
-  bool ResultHeaderWritten = false;  // "    Wins/losses:" once per roll
-  bool FailureReported = false;      // a failing file is told once, until a line goes in again
+  bool ResultHeaderWritten = false;    // "    Wins/losses:" once per roll
+  bool FailureReported = false;        // a failing file is told once, until a line goes in again
   std::array<Money, kSeats> AtmNet{};  // ATM since the last roll's log: + withdrawal, - deposit
   // Come and Don't Come flats that travelled to their numbers at the last roll: the bets
   // section counts that as no change. 0..5 Come 4..10, 6..11 Don't Come 4..10.

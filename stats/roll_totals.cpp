@@ -1,7 +1,8 @@
 #include "stats/roll_totals.h"
 
-#include <cmath>
 #include <fmt/format.h>
+
+#include <cmath>
 
 namespace {
 
@@ -86,8 +87,7 @@ int PairKind(int die1, int die2, bool eitherOrder) {
   if (die1 < 1 || die1 > 6 || die2 < 1 || die2 > 6) return 0;
   const int ways = eitherOrder && die1 != die2 ? 2 : 1;
   for (int k = 2; k < kRollKinds; ++k)
-    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!eitherOrder || KindHasPair(k, die2, die1)))
-      return k;
+    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!eitherOrder || KindHasPair(k, die2, die1))) return k;
   return 0;
 }
 
@@ -104,7 +104,8 @@ double KindPercent(int kind, bool skewed, const ProbabilityPlane& plane) {
 std::string FormatPrecision(double value, int decimals) {
   const double scale = std::pow(10.0, decimals);
   const double r = std::floor(scale * value + 0.5) / scale;
-  if (decimals > 0 && r == 0) return value <= 0 ? "0" : "<0." + std::string(static_cast<size_t>(decimals - 1), '0') + "1";
+  if (decimals > 0 && r == 0)
+    return value <= 0 ? "0" : "<0." + std::string(static_cast<size_t>(decimals - 1), '0') + "1";
   if (r == 0) return "0";
   const std::string sign = r < 0 ? "-" : "";
   if (r == std::floor(r)) return sign + FormatDecimals(std::fabs(r), 0, 0);

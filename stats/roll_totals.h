@@ -5,8 +5,8 @@
 // only draw them.
 
 #include <array>
-#include <span>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -64,24 +64,24 @@ struct RollTotalsItem {
 };
 
 struct RollTotalsRequest {
-  int Display = 0;               // 0 totals, 1 the 21 combinations, 2 the 36, 3 dice faces
+  int Display = 0;                // 0 totals, 1 the 21 combinations, 2 the 36, 3 dice faces
   int ScopeBase = kSessionScope;  // cmbHand's ListIndex x 9
   bool PlayerList = false;        // lstPlayer has entries; else the table's column
   std::array<bool, kSeats> Selected{};
-  bool Skewed = false;            // UseSkewedProbs with percentage dice on
+  bool Skewed = false;  // UseSkewedProbs with percentage dice on
   const ProbabilityPlane* Plane = nullptr;
   bool LastHandShooterGone = false;
 };
 
 struct RollTotalsView {
-  std::string Heading;      // "DICE TOTALS", "COMBINATIONS", or "" for the faces
-  std::string ScopeNote;    // lblExplain
-  std::string PlayerNote;   // lblPlayer: "No players selected" or ""
+  std::string Heading;     // "DICE TOTALS", "COMBINATIONS", or "" for the faces
+  std::string ScopeNote;   // lblExplain
+  std::string PlayerNote;  // lblPlayer: "No players selected" or ""
   double TotalRolls = 0;
   std::vector<RollTotalsItem> Items;
-  ChiSquareTest Chi;        // lblChi2: all items, or die 2 of the faces
+  ChiSquareTest Chi;  // lblChi2: all items, or die 2 of the faces
   bool HasDie1Test = false;
-  ChiSquareTest Die1Chi;    // lblChi2Die1
+  ChiSquareTest Die1Chi;  // lblChi2Die1
 };
 
 RollTotalsView ComputeRollTotals(const Statistics& s, const RollTotalsRequest& r);
@@ -101,7 +101,7 @@ struct RollFreqsView {
   double ActualPercent = 0;      // "Actual % rolled:"
   std::string ProbableCaption;   // "True probable %:" or "Skewed probable %:"
   double ProbablePercent = 0;
-  double AverageRolls = 0;       // "Average # of rolls:", 0 for a kind of no chance
+  double AverageRolls = 0;  // "Average # of rolls:", 0 for a kind of no chance
   // Bars for gaps 1..199 at [g] and 200 or more at [200]; [0] unused. As counts and
   // as percentages of the kind's filed gaps.
   std::array<int32_t, kLongGap + 1> GapCount{};

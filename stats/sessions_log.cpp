@@ -45,11 +45,12 @@ SessionRecord SessionRecordOf(const Game& g, int seat) {
   r[slg::AmountLost] = amountLost;
   r[slg::AmountNet] = amountWon - amountLost;
   if (handle.raw != 0)
-    r[slg::PercentWonLost] = Money::FromDouble(100.0 * static_cast<double>(r[slg::AmountNet].raw) /
-                                               static_cast<double>(handle.raw));
+    r[slg::PercentWonLost] =
+        Money::FromDouble(100.0 * static_cast<double>(r[slg::AmountNet].raw) / static_cast<double>(handle.raw));
   r[slg::Invested] = g.BuyInTotal[c];
   r[slg::Ending] = g.Bankroll[seat];
-  for (int k = 0; k < kSessionStacks; ++k) r[static_cast<size_t>(slg::FirstStack + k)] = g.BetAmount[seat][kCheckStackRow + k];
+  for (int k = 0; k < kSessionStacks; ++k)
+    r[static_cast<size_t>(slg::FirstStack + k)] = g.BetAmount[seat][kCheckStackRow + k];
   return r;
 }
 
@@ -86,8 +87,9 @@ bool StartSessionsLog(Game& g, int seat, std::string& path, bool online) {
     }
     if (online) {
       const MessageReply reply =
-          Tell(g, g.PlayerName[seat] + " has an older Sessions Log available.  Would you like to resume this log?\n\n" +
-                      "If not, then a new log will be created and the old one deleted.",
+          Tell(g,
+               g.PlayerName[seat] + " has an older Sessions Log available.  Would you like to resume this log?\n\n" +
+                   "If not, then a new log will be created and the old one deleted.",
                "DiceHall", 0, msg::kYes | msg::kNo);
       if (reply.Button == kButtonYes) {
         path = target;
@@ -154,8 +156,7 @@ std::string SessionsStatsErrorText(const std::string& player, const std::string&
          "You should be able to view the actual data by selecting the " + dataCaption + " option button.";
 }
 
-bool UpdateSessionsLog(Game& g, int seat, const std::string& path, const SessionsFilter& filter,
-                       SessionsStats& out) {
+bool UpdateSessionsLog(Game& g, int seat, const std::string& path, const SessionsFilter& filter, SessionsStats& out) {
   SessionsLogFile log;
   std::string error;
   if (!ReadSessionsLog(path, log, error, "UpdateSessionsLog")) {

@@ -52,5 +52,4 @@ std::string SessionsStatsErrorText(const std::string& player, const std::string&
 // Reads the seat's log and computes the statistics for frmSessions. A file fault is
 // reported with the label "UpdateSessionsLog"; a fault of the calculation shows
 // SessionsStatsErrorText under "Sessions Log Error" (the records can still be shown).
-bool UpdateSessionsLog(Game& g, int seat, const std::string& path, const SessionsFilter& filter,
-                       SessionsStats& out);
+bool UpdateSessionsLog(Game& g, int seat, const std::string& path, const SessionsFilter& filter, SessionsStats& out);

@@ -1,12 +1,12 @@
 #include "stats/sessions_log_file.h"
 
-#include "storage/error_report.h"
-#include "storage/fixed_record.h"
-
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+
+#include "storage/error_report.h"
+#include "storage/fixed_record.h"
 
 namespace {
 
@@ -124,8 +124,7 @@ bool ReadSessionRecord(const std::string& path, int32_t index, SessionRecord& ou
   return true;
 }
 
-bool AppendSessionRecord(const std::string& path, const SessionRecord& record, std::string& error,
-                         const char* label) {
+bool AppendSessionRecord(const std::string& path, const SessionRecord& record, std::string& error, const char* label) {
   std::fstream f;
   Bytes header;
   int32_t count = 0;
@@ -147,8 +146,7 @@ bool AppendSessionRecord(const std::string& path, const SessionRecord& record, s
 
 bool WriteSessionsLog(const std::string& path, const SessionsLogFile& log, std::string& error, const char* label) {
   if (path.empty()) return Fail(error, ErrorReport("Bad file name or number", 52, label));
-  if (log.Records.size() > static_cast<size_t>(kMaxSessions))
-    return Fail(error, ErrorReport("Overflow", 6, label));
+  if (log.Records.size() > static_cast<size_t>(kMaxSessions)) return Fail(error, ErrorReport("Overflow", 6, label));
   const fs::path file(path);
   std::error_code ec;
   if (fs::is_directory(file, ec)) return Fail(error, ErrorReport("Path/File access error", 75, label));

@@ -34,19 +34,18 @@ constexpr int Rolls = 0, BetsDecided = 1, BetsWon = 2, BetsLost = 3, BetsNet = 4
 }
 
 // The cmbStat entries of fields 0..11; fields 12..31 take the stack's name.
-inline constexpr std::array<const char*, slg::FirstStack> kSessionFieldNames = {
-    "# Rolls",
-    "# Bets Decided",
-    "# Bets Won",
-    "# Bets Lost",
-    "# Bets Won/Lost (Net)",
-    "$ Bets Decided (Handle)",
-    "$ Bets Won",
-    "$ Bets Lost",
-    "$ Bets Won/Lost (Net)",
-    "% Won or Lost (HA)",
-    "Invested bankroll",
-    "Ending bankroll"};
+inline constexpr std::array<const char*, slg::FirstStack> kSessionFieldNames = {"# Rolls",
+                                                                                "# Bets Decided",
+                                                                                "# Bets Won",
+                                                                                "# Bets Lost",
+                                                                                "# Bets Won/Lost (Net)",
+                                                                                "$ Bets Decided (Handle)",
+                                                                                "$ Bets Won",
+                                                                                "$ Bets Lost",
+                                                                                "$ Bets Won/Lost (Net)",
+                                                                                "% Won or Lost (HA)",
+                                                                                "Invested bankroll",
+                                                                                "Ending bankroll"};
 
 struct SessionsLogFile {
   std::array<unsigned char, kSessionRecordBytes - 96> Unused{};  // header bytes 96..255
@@ -55,8 +54,7 @@ struct SessionsLogFile {
 
 // Writes a header with count 0, replacing whatever the file held. `label` names the
 // procedure in the error report.
-bool CreateNewSessionsLog(const std::string& path, std::string& error,
-                          const char* label = "CreateNewSessionsLog");
+bool CreateNewSessionsLog(const std::string& path, std::string& error, const char* label = "CreateNewSessionsLog");
 // Reads the header and the records it counts. A wrong header, a count below 0 or a file
 // shorter than the count are refused with kNotASessionsLog; `out` is then untouched.
 bool ReadSessionsLog(const std::string& path, SessionsLogFile& out, std::string& error, const char* label);

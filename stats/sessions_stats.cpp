@@ -54,8 +54,7 @@ SessionOutcome OutcomeOf(Money outcome, const BreakPoint& bp) {
   return kSessionEven;
 }
 
-bool ComputeSessionsStats(const std::vector<SessionRecord>& records, const SessionsFilter& filter,
-                          SessionsStats& out) {
+bool ComputeSessionsStats(const std::vector<SessionRecord>& records, const SessionsFilter& filter, SessionsStats& out) {
   out = SessionsStats{};
   const auto field = static_cast<size_t>(std::clamp(filter.Field, 0, kSessionFields - 1));
   const auto outcomeField = static_cast<size_t>(std::clamp(filter.OutcomeField, 0, kSessionFields - 1));

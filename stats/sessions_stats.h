@@ -45,5 +45,4 @@ struct SessionsStats {
 // power past its range, or a standard deviation of 0 (a single session, or all alike)
 // under Skew and Kurtosis, is the calculation's fault and returns false, with `out`
 // complete up to the fault. No sessions included leaves every statistic 0.
-bool ComputeSessionsStats(const std::vector<SessionRecord>& records, const SessionsFilter& filter,
-                          SessionsStats& out);
+bool ComputeSessionsStats(const std::vector<SessionRecord>& records, const SessionsFilter& filter, SessionsStats& out);

@@ -10,11 +10,10 @@
 #include "engine/bets.h"
 #include "engine/money.h"
 
-constexpr int kHandScope = 0, kLastHandScope = 9, kSessionScope = 18, kLastSessionScope = 27,
-              kAllScope = 36;
+constexpr int kHandScope = 0, kLastHandScope = 9, kSessionScope = 18, kLastSessionScope = 27, kAllScope = 36;
 constexpr int kRollKinds = 91;
 constexpr int kStatBetRows = 200;
-constexpr int kLongGap = 200;  // the gap histogram's last bin: gaps of 200 or more
+constexpr int kLongGap = 200;                  // the gap histogram's last bin: gaps of 200 or more
 constexpr int kDie1Kind = 77, kDie2Kind = 83;  // + face: the die-face kinds 78..83, 84..89
 
 // Something overflowed 32 bits. The roll cycle reports it as a fault of the procedure

@@ -27,8 +27,9 @@ constexpr TextRow kEnglishRows[] = {
     {5, {"Add new player"}},
     {6, {"There's already a player named "}},
     {7, {"A player's name can't be all numeric because it can't be used in auto-betting."}},
-    {8, {" can't be used as a player's name because it contains a word, phrase, or symbol used "
-         "in auto-betting."}},
+    {8,
+     {" can't be used as a player's name because it contains a word, phrase, or symbol used "
+      "in auto-betting."}},
     {9, {"How much would ", " like to buy-in for?"}},
     {10, {"The maximum player bankroll is "}},
     {11, {"The minimum player bankroll is "}},
@@ -58,8 +59,9 @@ constexpr TextRow kEnglishRows[] = {
     {35, {"Won"}},
     {36, {"Lost"}},
     {37, {"Error"}},
-    {39, {"Please enter a whole number between 1 and ", " to seed the random number generator:",
-          "Random Number Generator"}},
+    {39,
+     {"Please enter a whole number between 1 and ",
+      " to seed the random number generator:", "Random Number Generator"}},
     {40, {"Your seed value is out of limits."}},
     {41, {" bet"}},
     {42, {" increased by $"}},
@@ -91,8 +93,9 @@ constexpr TextRow kEnglishRows[] = {
     {103, {"players selected"}},
     {104, {"All players selected"}},
     {105, {"No players available"}},
-    {110, {"No players are available to bet.\n\nPlease enter a player or change the requirement to "
-           "make a bet on the 'Bets tab' of the configuration screen."}},
+    {110,
+     {"No players are available to bet.\n\nPlease enter a player or change the requirement to "
+      "make a bet on the 'Bets tab' of the configuration screen."}},
     {111, {"Bet required"}},
     {112, {"Start &Hyper-Drive"}},
     {113, {"Stop &Hyper-Drive"}},
@@ -136,9 +139,10 @@ constexpr TextRow kEnglishRows[] = {
     {152, {"Red"}},
     {153, {"Green"}},
     {154, {"Blue"}},
-    {155, {"How many seconds would you like between rolls?\n\n"
-           "(min 0, max 300, fractional amounts allowed)",
-           "Set Auto-Roll Time Delay"}},
+    {155,
+     {"How many seconds would you like between rolls?\n\n"
+      "(min 0, max 300, fractional amounts allowed)",
+      "Set Auto-Roll Time Delay"}},
     {156, {"Auto-Bet"}},
     {157, {"&Active"}},
     {158, {"In&active"}},
@@ -151,8 +155,9 @@ constexpr TextRow kEnglishRows[] = {
     {165, {"Skewed % probable:"}},
     {166, {"Total hands"}},
     {167, {"Total rolls"}},
-    {186, {" can't be used as a player's name because it won't work with the required game "
-           "files."}},
+    {186,
+     {" can't be used as a player's name because it won't work with the required game "
+      "files."}},
 };
 
 constexpr int kHighestNumber = 186;
@@ -161,8 +166,7 @@ constexpr int kHighestNumber = 186;
 constexpr std::array<int, kHighestNumber + 1> MakeRowIndex() {
   std::array<int, kHighestNumber + 1> index{};
   index.fill(-1);
-  for (std::size_t i = 0; i < std::size(kEnglishRows); ++i)
-    index[kEnglishRows[i].number] = static_cast<int>(i);
+  for (std::size_t i = 0; i < std::size(kEnglishRows); ++i) index[kEnglishRows[i].number] = static_cast<int>(i);
   return index;
 }
 constexpr auto kRowIndex = MakeRowIndex();
@@ -184,8 +188,7 @@ constexpr TranslatedRow kTranslatedRows[] = {
       "Fare clic su una posizione aperta sul binario per aggiungere un giocatore."}},
     {35, {"Ganado", "Gewonnen", "Gagné", "Kazandi", "Vinto"}},
     {45, {"Apuesta", "Wette", "Pari", "Bahis", "Scommessa"}},
-    {111, {"Apuesta requerida", "Wette erforderlich", "Pari requis", "Bahis gerekli",
-           "Scommessa richiesta"}},
+    {111, {"Apuesta requerida", "Wette erforderlich", "Pari requis", "Bahis gerekli", "Scommessa richiesta"}},
 };
 
 constexpr std::array<std::array<std::string_view, 5>, kLanguages> kScopeNames = {{
@@ -238,16 +241,14 @@ int LanguageTextPieces(int language, int number) {
 std::string_view ScopeName(int language, int scope) {
   if (!ValidLanguage(language)) return {};
   int group = -1;
-  if (scope >= 0 && scope < 5)
-    group = scope;
-  else if (scope > 0 && scope % kColumnsPerScope == 0 && scope / kColumnsPerScope < 5)
-    group = scope / kColumnsPerScope;
+  if (scope >= 0 && scope < 5) group = scope;
+  else if (scope > 0 && scope % kColumnsPerScope == 0 && scope / kColumnsPerScope < 5) group = scope / kColumnsPerScope;
   return group < 0 ? std::string_view{} : kScopeNames[language][group];
 }
 
 const std::vector<LanguageItem>& LanguageList() {
   static const std::vector<LanguageItem> list = {
-      {"English", kEnglish}, {"Español", kSpanish}, {"Deutsch", kGerman},
+      {"English", kEnglish}, {"Español", kSpanish},  {"Deutsch", kGerman},
       {"Français", kFrench}, {"Italiano", kItalian}, {"Türk", kTurkish},
   };
   return list;

@@ -21,10 +21,9 @@ std::string InProgramFolder(const std::string& programFolder, const std::string&
 namespace {
 
 // 0x80..0x9F of Windows-1252; 0 where the code page has no character.
-constexpr uint16_t kHigh[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
-                                0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+constexpr uint16_t kHigh[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+                                0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+                                0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
 void AppendUtf8(std::string& out, uint32_t cp) {
   if (cp < 0x80) {
@@ -59,12 +58,27 @@ std::string Utf8ToWindows1252(std::string_view text) {
     unsigned char c = static_cast<unsigned char>(text[i]);
     uint32_t cp;
     int len;
-    if (c < 0x80) { cp = c; len = 1; }
-    else if ((c & 0xE0) == 0xC0) { cp = c & 0x1F; len = 2; }
-    else if ((c & 0xF0) == 0xE0) { cp = c & 0x0F; len = 3; }
-    else if ((c & 0xF8) == 0xF0) { cp = c & 0x07; len = 4; }
-    else { out += '?'; ++i; continue; }
-    if (i + static_cast<size_t>(len) > text.size()) { out += '?'; break; }
+    if (c < 0x80) {
+      cp = c;
+      len = 1;
+    } else if ((c & 0xE0) == 0xC0) {
+      cp = c & 0x1F;
+      len = 2;
+    } else if ((c & 0xF0) == 0xE0) {
+      cp = c & 0x0F;
+      len = 3;
+    } else if ((c & 0xF8) == 0xF0) {
+      cp = c & 0x07;
+      len = 4;
+    } else {
+      out += '?';
+      ++i;
+      continue;
+    }
+    if (i + static_cast<size_t>(len) > text.size()) {
+      out += '?';
+      break;
+    }
     bool ok = true;
     for (int k = 1; k < len; ++k) {
       unsigned char cc = static_cast<unsigned char>(text[i + static_cast<size_t>(k)]);
@@ -72,8 +86,14 @@ std::string Utf8ToWindows1252(std::string_view text) {
       cp = (cp << 6) | (cc & 0x3F);
     }
     i += ok ? static_cast<size_t>(len) : 1;
-    if (!ok) { out += '?'; continue; }
-    if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) { out += static_cast<char>(cp); continue; }
+    if (!ok) {
+      out += '?';
+      continue;
+    }
+    if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) {
+      out += static_cast<char>(cp);
+      continue;
+    }
     char mapped = '?';
     for (int k = 0; k < 32; ++k)
       if (kHigh[k] == cp) mapped = static_cast<char>(0x80 + k);

@@ -24,8 +24,7 @@ PayoffRow Row(int64_t x, int64_t y, bool forWord = false) {
 }
 
 // The dice total of each row of FieldPayoff, one row per unordered pair.
-constexpr std::array<int, 22> kFieldRowTotal = {0, 2, 3, 4, 4, 5, 5, 6, 6, 6, 7, 7,
-                                                7, 8, 8, 8, 9, 9, 10, 10, 11, 12};
+constexpr std::array<int, 22> kFieldRowTotal = {0, 2, 3, 4, 4, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 10, 10, 11, 12};
 // Rows of a pair of equal dice: 1-1, 2-2, 3-3, 4-4, 5-5, 6-6.
 constexpr bool IsHardFieldRow(int row) {
   return row == 1 || row == 4 || row == 9 || row == 15 || row == 19 || row == 21;
@@ -54,8 +53,8 @@ void SetTable(std::array<PayoffRow, N>& table, size_t first, std::initializer_li
   for (int64_t x : pays) table[i++] = Row(x, 1);
 }
 
-void SetPointFamily(RuleSet& r, int firstBet, int64_t x410, int64_t y410, int64_t x59, int64_t y59,
-                    int64_t x68, int64_t y68) {
+void SetPointFamily(RuleSet& r, int firstBet, int64_t x410, int64_t y410, int64_t x59, int64_t y59, int64_t x68,
+                    int64_t y68) {
   // Families of six run 4, 5, 6, 8, 9, 10.
   const int64_t xs[6] = {x410, x59, x68, x68, x59, x410};
   const int64_t ys[6] = {y410, y59, y68, y68, y59, y410};
@@ -124,13 +123,13 @@ RuleCheck Fail(std::string message, std::string control, int index = 0) {
 // A minimum of at least one smallest check and a whole number of them.
 RuleCheck CheckMinimum(Money minimum, Money u, std::string_view which, const char* control) {
   if (minimum < u)
-    return Fail("The minimum " + std::string(which) +
-                    " cannot be less than the smallest check denomination of " + MoneyText(u),
-                control);
+    return Fail(
+        "The minimum " + std::string(which) + " cannot be less than the smallest check denomination of " + MoneyText(u),
+        control);
   if (!IsMultipleOf(minimum, u))
     return Fail("The minimum " + std::string(which) +
-                    " must be a multiple of the smallest check denomination, such as " +
-                    MoneyText(u) + ",  " + MoneyText(u * 2) + ",  " + MoneyText(u * 3) + " ...",
+                    " must be a multiple of the smallest check denomination, such as " + MoneyText(u) + ",  " +
+                    MoneyText(u * 2) + ",  " + MoneyText(u * 3) + " ...",
                 control);
   return {};
 }
@@ -139,8 +138,7 @@ RuleCheck CheckMinimum(Money minimum, Money u, std::string_view which, const cha
 std::string_view CombinedRowName(int b) {
   static constexpr std::string_view kPassCome[6] = {"Pass/Come 4", "Pass/Come 5", "Pass/Come 6",
                                                     "Pass/Come 8", "Pass/Come 9", "Pass/Come 10"};
-  static constexpr std::string_view kDpDc[6] = {"DP/DC 4", "DP/DC 5", "DP/DC 6",
-                                                "DP/DC 8", "DP/DC 9", "DP/DC 10"};
+  static constexpr std::string_view kDpDc[6] = {"DP/DC 4", "DP/DC 5", "DP/DC 6", "DP/DC 8", "DP/DC 9", "DP/DC 10"};
   if (b >= bet::DontCome4Odds && b <= bet::DontCome10Odds) return kDpDc[b - bet::DontCome4Odds];
   if (b >= bet::Come4Odds && b <= bet::Come10Odds) return kPassCome[b - bet::Come4Odds];
   if (b == bet::PassLine) return "Passline/Come (c.o.)";
@@ -159,13 +157,21 @@ std::string_view CombinedRowName(int b) {
 //   0 there changes nothing at the table, so refusing it would only get in the user's way.
 bool IsSkippedInPayoffCheck(int b) {
   switch (b) {
-    case bet::PassLineOdds: case bet::DontPassOdds: case bet::Come: case bet::DontCome:
-    case bet::Field: case bet::CAndE: case bet::Horn: case bet::World: case bet::Midway:
-    case bet::SevenPoint7: case bet::Fire: case bet::HotRoller: case bet::SharpShooter:
-    case bet::RideTheLine:
-      return true;
-    default:
-      return false;
+    case bet::PassLineOdds:
+    case bet::DontPassOdds:
+    case bet::Come:
+    case bet::DontCome:
+    case bet::Field:
+    case bet::CAndE:
+    case bet::Horn:
+    case bet::World:
+    case bet::Midway:
+    case bet::SevenPoint7:
+    case bet::Fire:
+    case bet::HotRoller:
+    case bet::SharpShooter:
+    case bet::RideTheLine: return true;
+    default: return false;
   }
 }
 
@@ -216,8 +222,7 @@ void SetDefaultRules(RuleSet& rules) {
   for (int b = 1; b <= kBets; ++b) {
     // The odds bets carry no house edge, so they earn no comps.
     bool odds = (b >= bet::DontCome4Odds && b <= bet::DontCome10Odds) ||
-                (b >= bet::Come4Odds && b <= bet::Come10Odds) || b == bet::PassLineOdds ||
-                b == bet::DontPassOdds;
+                (b >= bet::Come4Odds && b <= bet::Come10Odds) || b == bet::PassLineOdds || b == bet::DontPassOdds;
     rules.CompBets[b] = !odds;
     for (int s = 0; s < kSeats; ++s) rules.WorkOnComeOut[b][s] = DefaultWorksOnComeOut(b);
   }
@@ -255,8 +260,7 @@ void SetDefaultPayoffs(RuleSet& r) {
   r.BetPayoff[bet::Craps] = Row(7, 1);
   r.BetPayoff[bet::Horn] = Row(1, 4);
   for (int b = bet::Hop13; b <= bet::Hop55; ++b) r.BetPayoff[b] = Row(15, 1);
-  for (std::string_view hard : {"Hop 22", "Hop 33", "Hop 44", "Hop 55"})
-    r.BetPayoff[FindBetByName(hard)] = Row(30, 1);
+  for (std::string_view hard : {"Hop 22", "Hop 33", "Hop 44", "Hop 55"}) r.BetPayoff[FindBetByName(hard)] = Row(30, 1);
   r.BetPayoff[bet::LeftField] = r.BetPayoff[bet::RightField] = Row(4, 1);
   r.BetPayoff[bet::CenterField] = Row(2, 1);
   r.BetPayoff[bet::World] = Row(1, 5);
@@ -298,9 +302,7 @@ void ComputeBetUnits(RuleSet& r) {
   unit(r.FirePayoff);
 }
 
-Money PayoffUnit(const RuleSet& rules) {
-  return rules.AllowPennyPayoffs ? kPenny : rules.CheckDenom[1];
-}
+Money PayoffUnit(const RuleSet& rules) { return rules.AllowPennyPayoffs ? kPenny : rules.CheckDenom[1]; }
 
 double RoundToUnit(double value, double unit, int mode) {
   if (unit == 0) return 0;
@@ -330,15 +332,13 @@ Money RoundVig(const RuleSet& r, double base, int mode) {
 }  // namespace
 
 Money ComputeBuyVig(const RuleSet& rules, int betId, Money amount) {
-  if (rules.BuyVigPct.raw == 0 || amount.raw == 0 || betId < bet::Buy4 || betId > bet::Buy10)
-    return Money{};
+  if (rules.BuyVigPct.raw == 0 || amount.raw == 0 || betId < bet::Buy4 || betId > bet::Buy10) return Money{};
   double base = amount.ToDouble() * rules.BuyVigPct.ToDouble();
   return RoundVig(rules, base, rules.RoundBuyVig);
 }
 
 Money ComputeLayVig(const RuleSet& rules, int betId, Money amount) {
-  if (rules.LayVigPct.raw == 0 || amount.raw == 0 || betId < bet::Lay4 || betId > bet::Lay10)
-    return Money{};
+  if (rules.LayVigPct.raw == 0 || amount.raw == 0 || betId < bet::Lay4 || betId > bet::Lay10) return Money{};
   const PayoffRow& row = rules.BetPayoff[betId];
   double y = row.PayoffFor.ToDouble();
   // The vig is on the win, not on the wager.
@@ -440,8 +440,10 @@ bool PayoffWordKey(PayoffRow& row, char key) {
   bool isFor = row.PayoffToFor.raw == 0;
   bool wantFor;
   switch (key) {
-    case 't': case 'T': wantFor = false; break;
-    case 'f': case 'F': wantFor = true; break;
+    case 't':
+    case 'T': wantFor = false; break;
+    case 'f':
+    case 'F': wantFor = true; break;
     case ' ': wantFor = !isFor; break;
     default: return false;
   }
@@ -484,8 +486,7 @@ RuleCheck ValidateRules(RuleSet& r, bool rollRateEdited) {
 
   // 2, 3. The minimums.
   if (RuleCheck c = CheckMinimum(r.MinPlacardBet, u, "bet", "txtMinPlacardBet"); !c.ok) return c;
-  if (RuleCheck c = CheckMinimum(r.MinPlacardPropBet, u, "prop bet", "txtMinPlacardPropBet"); !c.ok)
-    return c;
+  if (RuleCheck c = CheckMinimum(r.MinPlacardPropBet, u, "prop bet", "txtMinPlacardPropBet"); !c.ok) return c;
 
   // 4.
   if (r.MaxPlacardBet < r.MinPlacardBet)
@@ -493,11 +494,10 @@ RuleCheck ValidateRules(RuleSet& r, bool rollRateEdited) {
 
   // 5. The simulated roll rate, only when it was touched.
   if (rollRateEdited) {
-    if (!(r.RollsPerTime > 0))
-      return Fail("The simulated roll rate must be greater than zero.", "txtRollsPerTime");
+    if (!(r.RollsPerTime > 0)) return Fail("The simulated roll rate must be greater than zero.", "txtRollsPerTime");
     if (r.RollsPerTime > RollRateLimit(r.RollRateUnit))
-      return Fail("The maximum simulated " + std::string(RollRateUnitName(r.RollRateUnit)) +
-                      " rate is " + RollRateLimitText(r.RollRateUnit),
+      return Fail("The maximum simulated " + std::string(RollRateUnitName(r.RollRateUnit)) + " rate is " +
+                      RollRateLimitText(r.RollRateUnit),
                   "txtRollsPerTime");
   }
 
@@ -522,28 +522,24 @@ RuleCheck ValidateRules(RuleSet& r, bool rollRateEdited) {
   // The two tables whose every row is a win; the message names the bet.
   for (int i = 1; i <= 2; ++i)
     if (r.SevenPointSevenPayoff[i].PayoffPay.raw <= 0)
-      return Fail("The payoff on " + std::string(BetName(bet::SevenPoint7)) + " must be positive.",
-                  "txtPayoffs", PayoffCheckIndex(kPayoffTableSevenPointSeven, i));
+      return Fail("The payoff on " + std::string(BetName(bet::SevenPoint7)) + " must be positive.", "txtPayoffs",
+                  PayoffCheckIndex(kPayoffTableSevenPointSeven, i));
   for (int i = 1; i <= 5; ++i)
     if (r.MidwayPayoff[i].PayoffPay.raw <= 0)
-      return Fail("The payoff on " + std::string(BetName(bet::Midway)) + " must be positive.",
-                  "txtPayoffs", PayoffCheckIndex(kPayoffTableMidway, i));
+      return Fail("The payoff on " + std::string(BetName(bet::Midway)) + " must be positive.", "txtPayoffs",
+                  PayoffCheckIndex(kPayoffTableMidway, i));
 
   // 7. The hand bets: a row may lose, but never more than the wager, and one must win.
-  if (RuleCheck c = CheckHandTable(r.HotRollerPayoff, 1, bet::HotRoller, kPayoffTableHotRoller); !c.ok)
+  if (RuleCheck c = CheckHandTable(r.HotRollerPayoff, 1, bet::HotRoller, kPayoffTableHotRoller); !c.ok) return c;
+  if (RuleCheck c = CheckHandTable(r.SharpShooterPayoff, 1, bet::SharpShooter, kPayoffTableSharpShooter); !c.ok)
     return c;
-  if (RuleCheck c = CheckHandTable(r.SharpShooterPayoff, 1, bet::SharpShooter, kPayoffTableSharpShooter);
-      !c.ok)
-    return c;
-  if (RuleCheck c = CheckHandTable(r.RideLinePayoff, 1, bet::RideTheLine, kPayoffTableRideLine); !c.ok)
-    return c;
+  if (RuleCheck c = CheckHandTable(r.RideLinePayoff, 1, bet::RideTheLine, kPayoffTableRideLine); !c.ok) return c;
   if (RuleCheck c = CheckHandTable(r.FirePayoff, 0, bet::Fire, kPayoffTableFire); !c.ok) return c;
 
   // 8. The Field: the loss test only; it may well have no winning row.
   for (int i = 1; i <= 21; ++i)
     if (r.FieldPayoff[i].PayoffPay < -r.FieldPayoff[i].PayoffFor)
-      return Fail("Any loss on the " + std::string(BetName(bet::Field)) +
-                      " bet cannot exceed the amount wagered.",
+      return Fail("Any loss on the " + std::string(BetName(bet::Field)) + " bet cannot exceed the amount wagered.",
                   "txtPayoffs", PayoffCheckIndex(kPayoffTableField, i));
 
   // 9. Every prop must take at least the prop minimum under the payoff limit.
@@ -551,8 +547,7 @@ RuleCheck ValidateRules(RuleSet& r, bool rollRateEdited) {
     Money maximum = RuleMaximum(r, b);
     if (maximum < r.MinPlacardPropBet) {
       const std::string name(BetName(b));
-      return Fail("Based on the selected payoffs, the maximum " + name + " bet is " +
-                      TwoPlaceText(maximum) + ".\n" +
+      return Fail("Based on the selected payoffs, the maximum " + name + " bet is " + TwoPlaceText(maximum) + ".\n" +
                       "This is less than the minimum prop bet and must be adjusted.\n"
                       "Please do one or more of the following:\n"
                       "-- lower the minimum prop bet\n"

@@ -67,14 +67,14 @@ struct RuleSet {
   double RollsPerTime = 120;
   int RollRateUnit = kPerHour;
 
-  std::array<PayoffRow, kBets + 1> BetPayoff{};  // row 0: scratch row of the bet being settled
-  std::array<PayoffRow, 22> FieldPayoff{};        // 1..21 by unordered dice pair
-  std::array<PayoffRow, 6> MidwayPayoff{};        // 1..5
+  std::array<PayoffRow, kBets + 1> BetPayoff{};      // row 0: scratch row of the bet being settled
+  std::array<PayoffRow, 22> FieldPayoff{};           // 1..21 by unordered dice pair
+  std::array<PayoffRow, 6> MidwayPayoff{};           // 1..5
   std::array<PayoffRow, 3> SevenPointSevenPayoff{};  // 1..2
-  std::array<PayoffRow, 8> HotRollerPayoff{};     // 1..7
-  std::array<PayoffRow, 12> SharpShooterPayoff{}; // 1..11
-  std::array<PayoffRow, 13> RideLinePayoff{};     // 1..12
-  std::array<PayoffRow, 7> FirePayoff{};          // 0..6
+  std::array<PayoffRow, 8> HotRollerPayoff{};        // 1..7
+  std::array<PayoffRow, 12> SharpShooterPayoff{};    // 1..11
+  std::array<PayoffRow, 13> RideLinePayoff{};        // 1..12
+  std::array<PayoffRow, 7> FirePayoff{};             // 0..6
 };
 
 // Every field to its default, the payoff tables and the denominations included.
@@ -112,8 +112,14 @@ bool DefaultWorksOnComeOut(int bet);
 // Which payoff table a failing row of validation is in. RuleCheck.index of a "txtPayoffs"
 // failure is PayoffCheckIndex(table, row): for BetPayoff simply the bet number.
 enum PayoffTable {
-  kPayoffTableBet = 0, kPayoffTableField, kPayoffTableSevenPointSeven, kPayoffTableMidway,
-  kPayoffTableHotRoller, kPayoffTableSharpShooter, kPayoffTableRideLine, kPayoffTableFire
+  kPayoffTableBet = 0,
+  kPayoffTableField,
+  kPayoffTableSevenPointSeven,
+  kPayoffTableMidway,
+  kPayoffTableHotRoller,
+  kPayoffTableSharpShooter,
+  kPayoffTableRideLine,
+  kPayoffTableFire
 };
 constexpr int PayoffCheckIndex(int table, int row) { return table * 1000 + row; }
 

@@ -2,8 +2,9 @@
 // the stores they leave, so that a change meant to be pure speed can show it changed
 // no result.
 
-#include <chrono>
 #include <fmt/format.h>
+
+#include <chrono>
 #include <memory>
 #include <ostream>
 
@@ -18,14 +19,15 @@ namespace {
 
 struct Scenario {
   const char* name;
-  int seats;          // players on the Pass Line; 0 for an empty table
+  int seats;  // players on the Pass Line; 0 for an empty table
   int64_t rolls;
 };
 
 void Rebet(Game& g, void*) {
   if (!IsComeOut(g)) return;
   for (int s = 1; s < kSeats; ++s)
-    if (SeatOccupied(g, s) && g.BetAmount[s][bet::PassLine].raw == 0) ChangeBet(g, s, bet::PassLine, Money::Dollars(10));
+    if (SeatOccupied(g, s) && g.BetAmount[s][bet::PassLine].raw == 0)
+      ChangeBet(g, s, bet::PassLine, Money::Dollars(10));
 }
 
 uint64_t Fnv(uint64_t h, const void* data, size_t n) {
@@ -68,7 +70,7 @@ int RunSimBench(std::ostream& out) {
     if (sc.seats == 0) g.Rules.BetNeededToShoot = 0;
     static const char* kNames[] = {"", "Ann", "Bob", "Cat", "Dan", "Eve", "Fay", "Gus", "Hal"};
     for (int s = 1; s <= sc.seats; ++s) AddPlayer(g, s, kNames[s], Money::Dollars(-1));  // negative bankroll allowed
-    for (int s = 1; s <= sc.seats; ++s) g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;  // same bet
+    for (int s = 1; s <= sc.seats; ++s) g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;    // same bet
     g.Auto.AfterRoll = &Rebet;
     g.Auto.AutoStopRolls = Money::Dollars(sc.rolls);
     g.Auto.AutoRollThrottle = 0;

@@ -58,7 +58,8 @@ std::string RecordText(const TokenRecord& r) {
     case kCodeListKind: return fmt::format("I{:03}", v);
     default: break;
   }
-  if (r.code > 0) return r.value != 0 ? fmt::format("L{:03} -> {}", r.code, Number(r.value)) : fmt::format("L{:03}", r.code);
+  if (r.code > 0)
+    return r.value != 0 ? fmt::format("L{:03} -> {}", r.code, Number(r.value)) : fmt::format("L{:03}", r.code);
   return fmt::format("code {} value {}", r.code, Number(r.value));
 }
 

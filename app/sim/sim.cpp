@@ -1,16 +1,16 @@
 #include "app/sim/sim.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fmt/format.h>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <vector>
 #include <ostream>
+#include <vector>
 
 #include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
@@ -124,16 +124,16 @@ ChiSquareTest DiceTest(const Game& g) {
   return ComputeRollTotals(g.Stats, request).Chi;
 }
 
-std::string Percent(double part, double whole) { return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole); }
+std::string Percent(double part, double whole) {
+  return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole);
+}
 
 // The run-time faults of a seat's script: the count and the first few different ones.
 struct ScriptFaults {
   int64_t count = 0;
   std::vector<AutoBetProgram::RunFault> first;
 };
-ScriptFaults FaultsOf(const Game& g, int seat) {
-  return {g.AutoBet.FaultCount[seat], g.AutoBet.FirstFaults[seat]};
-}
+ScriptFaults FaultsOf(const Game& g, int seat) { return {g.AutoBet.FaultCount[seat], g.AutoBet.FirstFaults[seat]}; }
 
 std::string OneLineText(std::string text) {
   for (char& c : text)
@@ -150,7 +150,8 @@ void WriteTextReport(const Game& g, const std::string& stopped, std::ostream& ou
   out << fmt::format("Passes:       {}\n", SumDecisions(st, kSessionScope, 1, false));
   out << fmt::format("Misses:       {}\n", SumDecisions(st, kSessionScope, 2, false));
   out << fmt::format("Points made:  {}\n", SumDecisions(st, kSessionScope, 1, true));
-  if (hands > 0) out << fmt::format("Rolls a hand: {:.2f} (longest {})\n", double(rolls) / hands, st.MostRollsInHand[kSessionScope]);
+  if (hands > 0)
+    out << fmt::format("Rolls a hand: {:.2f} (longest {})\n", double(rolls) / hands, st.MostRollsInHand[kSessionScope]);
   if (rolls > 0) {
     const ChiSquareTest chi = DiceTest(g);
     out << fmt::format("Dice:         chi-square {} on {} degrees of freedom, {}\n", chi.SumText, chi.Df, chi.PText);
@@ -207,16 +208,21 @@ void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stop
     p["low"] = money(g.LowBankroll[kSessionScope + s]);
     json bets = json::array();
     for (const BetLine& l : BetLines(g, s))
-      bets.push_back({{"bet", std::string(BetName(l.bet))}, {"decisions", l.decisions}, {"won", l.won},
-                      {"lost", l.lost}, {"wagered", money(l.wagered)}, {"amount_won", money(l.amountWon)},
-                      {"amount_lost", money(l.amountLost)}, {"net", money(l.amountWon - l.amountLost)}});
+      bets.push_back({{"bet", std::string(BetName(l.bet))},
+                      {"decisions", l.decisions},
+                      {"won", l.won},
+                      {"lost", l.lost},
+                      {"wagered", money(l.wagered)},
+                      {"amount_won", money(l.amountWon)},
+                      {"amount_lost", money(l.amountLost)},
+                      {"net", money(l.amountWon - l.amountLost)}});
     p["bets"] = std::move(bets);
     if (!g.ScriptFile[s].empty()) {
       const ScriptFaults f = FaultsOf(g, s);
       json first = json::array();
       for (const auto& fault : f.first)
-        first.push_back({{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)},
-                         {"count", fault.count}});
+        first.push_back(
+            {{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)}, {"count", fault.count}});
       p["script"] = {{"file", g.ScriptFile[s]}, {"faults", f.count}, {"first_faults", std::move(first)}};
     }
     players.push_back(std::move(p));
@@ -242,7 +248,6 @@ void RunHyperDrive(Game& g, int64_t rolls) {
   if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
   RollDice(g);
 }
-
 
 void SetUpGame(Game& g, UserInterface& ui, const std::string& folder, bool seeded, uint32_t seed) {
   g.Ui = &ui;
@@ -272,9 +277,8 @@ bool ParseHandling(const std::string& text, SimHandling& h, std::string& error) 
     int win, lose;  // the action number, 0 where the word doesn't apply
   };
   static const Named kActions[] = {
-      {"take-down", 1, 1}, {"same-bet", 2, 2},     {"press-unit", 3, 4}, {"press-double", 4, 0},
-      {"parlay", 5, 0},    {"remainder", 0, 3},    {"double", 0, 5},     {"modify", 6, 6},
-      {"set", 7, 7},       {"ask", 0, 0}};
+      {"take-down", 1, 1}, {"same-bet", 2, 2}, {"press-unit", 3, 4}, {"press-double", 4, 0}, {"parlay", 5, 0},
+      {"remainder", 0, 3}, {"double", 0, 5},   {"modify", 6, 6},     {"set", 7, 7},          {"ask", 0, 0}};
   h.action = -1;
   if (word.size() == 1 && word[0] >= '0' && word[0] <= '7') h.action = word[0] - '0';
   for (const Named& n : kActions)
@@ -502,7 +506,8 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
       return 1;
     }
     for (const TokenRecord& r : program.ScriptRecords)
-      makesLineBets[i] = makesLineBets[i] || (r.code == kCodeVariableTarget && (r.value == bet::PassLine || r.value == bet::DontPass));
+      makesLineBets[i] =
+          makesLineBets[i] || (r.code == kCodeVariableTarget && (r.value == bet::PassLine || r.value == bet::DontPass));
   }
   auto game = std::make_unique<Game>();
   Game& g = *game;
@@ -564,7 +569,7 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
       if (!SeatOccupied(g, s) || (!h.player.empty() && g.PlayerName[s] != h.player)) continue;
       (h.winning ? g.AutoHandleWin : g.AutoHandleLose)[s] = h.action;
       SettleRule& rule = g.SettleRules[s][h.winning ? (h.action == 7 ? kRuleSetWin : kRuleModifyWin)
-                                                     : (h.action == 7 ? kRuleSetLose : kRuleModifyLose)];
+                                                    : (h.action == 7 ? kRuleSetLose : kRuleModifyLose)];
       rule.Operator = h.op;
       rule.Operand = h.operand;
       rule.Units = h.units;

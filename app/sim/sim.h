@@ -27,9 +27,9 @@ struct SimHandling {
   std::string player;  // "" for every player
   bool winning = true;
   int action = 1;
-  int op = 0;          // 0 add, 1 subtract, 2 multiply, 3 divide
+  int op = 0;  // 0 add, 1 subtract, 2 multiply, 3 divide
   Money operand;
-  int units = 0;       // 0 dollars, 1 percent, k + 1 for check size k
+  int units = 0;  // 0 dollars, 1 percent, k + 1 for check size k
 };
 
 struct SimOptions {

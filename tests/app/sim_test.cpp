@@ -1,20 +1,21 @@
 // The headless program as a user runs it: options, exit codes, the summary and its
 // reproducibility.
 
+#include "app/sim/sim.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "app/sim/sim.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -102,17 +103,21 @@ TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
   EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Actions, SimHandlingOptions,
-    testing::Values(HandlingCase{"--on-win", "press-unit", 3, 0, 0, 0}, HandlingCase{"--on-lose", "press-unit", 4, 0, 0, 0},
-                    HandlingCase{"--on-win", "Ann=parlay", 5, 0, 0, 0}, HandlingCase{"--on-lose", "remainder", 3, 0, 0, 0},
-                    HandlingCase{"--on-lose", "double", 5, 0, 0, 0}, HandlingCase{"--on-win", "2", 2, 0, 0, 0},
-                    HandlingCase{"--on-win", "modify:-50%", 6, 1, 1, 50}, HandlingCase{"--on-lose", "modify:*2", 6, 2, 0, 2},
-                    HandlingCase{"--on-win", "modify:+1c2", 6, 0, 3, 1}, HandlingCase{"--on-lose", "set:25", 7, 0, 0, 25}));
+INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,
+                         testing::Values(HandlingCase{"--on-win", "press-unit", 3, 0, 0, 0},
+                                         HandlingCase{"--on-lose", "press-unit", 4, 0, 0, 0},
+                                         HandlingCase{"--on-win", "Ann=parlay", 5, 0, 0, 0},
+                                         HandlingCase{"--on-lose", "remainder", 3, 0, 0, 0},
+                                         HandlingCase{"--on-lose", "double", 5, 0, 0, 0},
+                                         HandlingCase{"--on-win", "2", 2, 0, 0, 0},
+                                         HandlingCase{"--on-win", "modify:-50%", 6, 1, 1, 50},
+                                         HandlingCase{"--on-lose", "modify:*2", 6, 2, 0, 2},
+                                         HandlingCase{"--on-win", "modify:+1c2", 6, 0, 3, 1},
+                                         HandlingCase{"--on-lose", "set:25", 7, 0, 0, 25}));
 
 TEST(SimProgram, PressingOnWinsWagersMoreThanFlatBetting) {
-  std::vector<std::string> base{"--rolls", "50000", "--seed", "9", "--player", "Ann:-1", "--bet", "Pass Line=5",
-                                "--bet", "Place 6=12"};
+  std::vector<std::string> base{"--rolls", "50000", "--seed",      "9",     "--player",
+                                "Ann:-1",  "--bet", "Pass Line=5", "--bet", "Place 6=12"};
   auto wagered = [](const std::string& out) {
     std::smatch m;
     EXPECT_TRUE(std::regex_search(out, m, std::regex(R"(Place 6: (\d+) decisions, wagered \$(\d+))")));
@@ -166,10 +171,14 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
   SimRun r = Sim({"--rolls", "500", "--seed", "11", "--player", "Ann:5000:" + line, "--player", "Bob:100:" + faulty});
   ASSERT_EQ(r.code, 0) << r.err;
   EXPECT_EQ(Field(r.out, "Rolls"), 500);
-  EXPECT_TRUE(std::regex_search(r.out, std::regex(R"(Ann \(4L\)[^\n]*\n[^\n]*\n  script [^\n]*line\.bet: 0 run-time faults\n  Pass Line: \d+ decisions)")))
+  EXPECT_TRUE(std::regex_search(
+      r.out,
+      std::regex(
+          R"(Ann \(4L\)[^\n]*\n[^\n]*\n  script [^\n]*line\.bet: 0 run-time faults\n  Pass Line: \d+ decisions)")))
       << r.out;
   // The activation's cycle and one cycle after each roll, every one a division by zero.
-  EXPECT_NE(r.out.find("faulty.bet: 501 run-time faults\n    line 2: Division by zero. (9999), 501 times\n"), std::string::npos)
+  EXPECT_NE(r.out.find("faulty.bet: 501 run-time faults\n    line 2: Division by zero. (9999), 501 times\n"),
+            std::string::npos)
       << r.out;
 
   r = Sim({"--rolls", "50", "--seed", "11", "--json", "--player", "Bob:100:" + faulty});
@@ -179,8 +188,8 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
 }
 
 TEST(SimProgram, SameSeedSameOutputAndDecisionsAddUp) {
-  std::vector<std::string> args{"--rolls", "200000", "--seed", "7", "--player", "Ann:100000", "--bet",
-                                "Ann:Pass Line=10"};
+  std::vector<std::string> args{"--rolls",  "200000",     "--seed", "7",
+                                "--player", "Ann:100000", "--bet",  "Ann:Pass Line=10"};
   SimRun a = Sim(args), b = Sim(args);
   ASSERT_EQ(a.code, 0) << a.err;
   EXPECT_EQ(a.out, b.out);
@@ -236,8 +245,8 @@ namespace {
 TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   TempDir dir;
   const std::filesystem::path data = dir.path / "data";
-  SimRun r = Sim({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet",
-                  "Pass Line=5"});
+  SimRun r =
+      Sim({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
   ASSERT_EQ(r.code, 0) << r.err;
   // One byte a roll, in the folder made for it, and nothing else beside it.
   EXPECT_EQ(std::filesystem::file_size(data / "current roll history.rol"), 1234u);
@@ -253,8 +262,8 @@ TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
 namespace {
 
 TEST(SimProgram, JsonReportAgreesWithTheText) {
-  std::vector<std::string> args{"--rolls", "20000", "--seed", "12", "--player", "Ann:-1", "--bet", "Pass Line=10",
-                                "--bet", "Hard 8=5"};
+  std::vector<std::string> args{"--rolls", "20000", "--seed",       "12",    "--player",
+                                "Ann:-1",  "--bet", "Pass Line=10", "--bet", "Hard 8=5"};
   SimRun text = Sim(args);
   args.push_back("--json");
   SimRun json = Sim(args);

@@ -61,8 +61,8 @@ struct ActionTable {
 
 // Ann's bet as a target group: V, P, H3, X1, Y34.
 std::vector<TokenRecord> BetTarget(int bet) {
-  return {{kCodeVariableTarget, double(bet)}, {kCodePlayer, kAnn}, {kCodeTime, 3}, {kCodeCounted, 1},
-          {kCodeModifier, 34}};
+  return {
+      {kCodeVariableTarget, double(bet)}, {kCodePlayer, kAnn}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
 }
 
 std::vector<TokenRecord> Join(std::initializer_list<std::vector<TokenRecord>> parts) {
@@ -91,29 +91,26 @@ TEST_P(VerbTest, LeavesTheCheckstacks) {
 
 INSTANTIATE_TEST_SUITE_P(
     Checkstacks, VerbTest,
-    testing::Values(
-        VerbCase{{"cs1 = 10", "multiply by 3 on cs1"}, 30, 0, 0},
-        VerbCase{{"cs1 = 10", "divide by 4 on cs1"}, 2.5, 0, 0},
-        VerbCase{{"cs1 = 10", "add 5 to cs1"}, 15, 0, 0},
-        VerbCase{{"cs1 = 10", "subtract 15 from cs1"}, -5, 0, 0},
-        VerbCase{{"cs1 = 10", "bet 7 on cs1, cs2"}, 7, 7, 0},
-        VerbCase{{"cs1 = 10", "clear cs1"}, 0, 0, 0},
-        VerbCase{{"cs1 = 10", "round to the nearest 4 on cs1"}, 12, 0, 0},
-        VerbCase{{"cs1 = 10", "round down to the nearest 4 on cs1"}, 8, 0, 0},
-        VerbCase{{"cs1 = 10", "round up to the nearest 4 on cs1"}, 12, 0, 0},
-        VerbCase{{"cs1 = 10", "round up to the nearest 5 on cs1"}, 10, 0, 0},
-        VerbCase{{"cs1 = 10", "round to the nearest 0 on cs1"}, 10, 0, 0},
-        VerbCase{{"cs1 = -10", "round to the nearest 4 on cs1"}, -8, 0, 0},
-        VerbCase{{"cs1 = -10", "round down to the nearest 4 on cs1"}, -12, 0, 0},
-        // 0.35 / 0.1 in doubles falls just short of 3.5; in Money it is exact.
-        VerbCase{{"cs1 = 0.35", "round to the nearest 0.1 on cs1"}, 0.4, 0, 0},
-        VerbCase{{"cs2 = 4", "add cs2 * 2 to cs1"}, 8, 4, 0},
-        VerbCase{{"cs1 = 2", "cs2 = 3", "swap cs1, cs2"}, 3, 2, 0},
-        VerbCase{{"cs1 thru cs3 = 4"}, 4, 4, 4},
-        // A qualifier holds until the next one; targets before any are always taken.
-        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to > 10, cs1, cs2, cs3"}, 5, 16, 26},
-        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to cs1, > 10, cs2, < 20, cs3"}, 6, 16, 25},
-        VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "clear = 15, cs1, cs2, cs3"}, 5, 0, 25}));
+    testing::Values(VerbCase{{"cs1 = 10", "multiply by 3 on cs1"}, 30, 0, 0},
+                    VerbCase{{"cs1 = 10", "divide by 4 on cs1"}, 2.5, 0, 0},
+                    VerbCase{{"cs1 = 10", "add 5 to cs1"}, 15, 0, 0},
+                    VerbCase{{"cs1 = 10", "subtract 15 from cs1"}, -5, 0, 0},
+                    VerbCase{{"cs1 = 10", "bet 7 on cs1, cs2"}, 7, 7, 0}, VerbCase{{"cs1 = 10", "clear cs1"}, 0, 0, 0},
+                    VerbCase{{"cs1 = 10", "round to the nearest 4 on cs1"}, 12, 0, 0},
+                    VerbCase{{"cs1 = 10", "round down to the nearest 4 on cs1"}, 8, 0, 0},
+                    VerbCase{{"cs1 = 10", "round up to the nearest 4 on cs1"}, 12, 0, 0},
+                    VerbCase{{"cs1 = 10", "round up to the nearest 5 on cs1"}, 10, 0, 0},
+                    VerbCase{{"cs1 = 10", "round to the nearest 0 on cs1"}, 10, 0, 0},
+                    VerbCase{{"cs1 = -10", "round to the nearest 4 on cs1"}, -8, 0, 0},
+                    VerbCase{{"cs1 = -10", "round down to the nearest 4 on cs1"}, -12, 0, 0},
+                    // 0.35 / 0.1 in doubles falls just short of 3.5; in Money it is exact.
+                    VerbCase{{"cs1 = 0.35", "round to the nearest 0.1 on cs1"}, 0.4, 0, 0},
+                    VerbCase{{"cs2 = 4", "add cs2 * 2 to cs1"}, 8, 4, 0},
+                    VerbCase{{"cs1 = 2", "cs2 = 3", "swap cs1, cs2"}, 3, 2, 0}, VerbCase{{"cs1 thru cs3 = 4"}, 4, 4, 4},
+                    // A qualifier holds until the next one; targets before any are always taken.
+                    VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to > 10, cs1, cs2, cs3"}, 5, 16, 26},
+                    VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to cs1, > 10, cs2, < 20, cs3"}, 6, 16, 25},
+                    VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "clear = 15, cs1, cs2, cs3"}, 5, 0, 25}));
 
 TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
   ActionTable a;
@@ -148,23 +145,23 @@ TEST_P(BetVerbTest, LeavesTheBet) {
 
 INSTANTIATE_TEST_SUITE_P(
     Bets, BetVerbTest,
-    testing::Values(BetCase{{"bet 6 on place6"}, kAnn, kPlace6, 6},
-                    BetCase{{"bet 6 on place6", "add 6 to place6"}, kAnn, kPlace6, 12},
-                    BetCase{{"bet 5 on field", "bet 0 on field"}, kAnn, bet::Field, 0},
-                    BetCase{{"bet 5 on field", "clear field"}, kAnn, bet::Field, 0},
-                    BetCase{{"bet 5 on place6 player2"}, kBob, kPlace6, 5},
-                    // The table's rules cut a bet; the script goes on without a fault.
-                    BetCase{{"bet 10 on come"}, kAnn, bet::Come, 0},
-                    BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kBuy6, 6},
-                    BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kPlace6, 0},
-                    BetCase{{"bet 6 on buy6", "remove buy button from buy6"}, kAnn, kPlace6, 6},
-                    BetCase{{"bet 6 on place6", "call off place6", "buy the place bet on place6"}, kAnn, kBuy6, 6, -1},
-                    BetCase{{"bet 6 on place6", "call on place6"}, kAnn, kPlace6, 6, 2},
-                    BetCase{{"bet 6 on place6", "call off place6"}, kAnn, kPlace6, 6, -1},
-                    BetCase{{"bet 6 on place6", "call off place6", "remove on/off button from place6"}, kAnn, kPlace6,
-                            6, 0},
-                    BetCase{{"place6 autowork on comeout = true"}, kAnn, kPlace6, 0, 1},
-                    BetCase{{"field autowork on comeout = false"}, kAnn, bet::Field, 0, 0}));
+    testing::Values(
+        BetCase{{"bet 6 on place6"}, kAnn, kPlace6, 6},
+        BetCase{{"bet 6 on place6", "add 6 to place6"}, kAnn, kPlace6, 12},
+        BetCase{{"bet 5 on field", "bet 0 on field"}, kAnn, bet::Field, 0},
+        BetCase{{"bet 5 on field", "clear field"}, kAnn, bet::Field, 0},
+        BetCase{{"bet 5 on place6 player2"}, kBob, kPlace6, 5},
+        // The table's rules cut a bet; the script goes on without a fault.
+        BetCase{{"bet 10 on come"}, kAnn, bet::Come, 0},
+        BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kBuy6, 6},
+        BetCase{{"bet 6 on place6", "buy the place bet on place6"}, kAnn, kPlace6, 0},
+        BetCase{{"bet 6 on buy6", "remove buy button from buy6"}, kAnn, kPlace6, 6},
+        BetCase{{"bet 6 on place6", "call off place6", "buy the place bet on place6"}, kAnn, kBuy6, 6, -1},
+        BetCase{{"bet 6 on place6", "call on place6"}, kAnn, kPlace6, 6, 2},
+        BetCase{{"bet 6 on place6", "call off place6"}, kAnn, kPlace6, 6, -1},
+        BetCase{{"bet 6 on place6", "call off place6", "remove on/off button from place6"}, kAnn, kPlace6, 6, 0},
+        BetCase{{"place6 autowork on comeout = true"}, kAnn, kPlace6, 0, 1},
+        BetCase{{"field autowork on comeout = false"}, kAnn, bet::Field, 0, 0}));
 
 TEST(ActionBets, ComeOutWorkingFollowsAutowork) {
   ActionTable a;
@@ -273,40 +270,61 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         // The walk is checked whole before anything is written.
         FaultCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
-        FaultCase{{"bet 6 on place6", "call off place6, passline"}, 862,
-                  [](const Game& g) { return double(g.BetWorking[kAnn][kPlace6]); }, 0},
-        FaultCase{{"hotroller autowork on comeout = true"}, 862,
-                  [](const Game& g) { return double(g.DefaultWorking[kAnn][bet::HotRoller]); }, 1},
-        FaultCase{{"bankroll = 500"}, 870, [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); }, 1000,
+        FaultCase{{"bet 6 on place6", "call off place6, passline"},
+                  862,
+                  [](const Game& g) { return double(g.BetWorking[kAnn][kPlace6]); },
+                  0},
+        FaultCase{{"hotroller autowork on comeout = true"},
+                  862,
+                  [](const Game& g) { return double(g.DefaultWorking[kAnn][bet::HotRoller]); },
+                  1},
+        FaultCase{{"bankroll = 500"},
+                  870,
+                  [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); },
+                  1000,
                   [](Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }},
         FaultCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
         FaultCase{{"autohandle winning bets = \"same bet %\""}, 860, WinMode, 0},
         FaultCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0},
         FaultCase{{"rolls per hr = 0"}, 900, [](const Game& g) { return g.Rules.RollsPerTime; }, 120},
-        FaultCase{{"odds allowed factor4 = 10000"}, 914,
-                  [](const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }, 3},
+        FaultCase{
+            {"odds allowed factor4 = 10000"}, 914, [](const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }, 3},
         FaultCase{{"seed rng with 0"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
         FaultCase{{"seed = 2147483648"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
-        FaultCase{{"select rng 3", "seed rng with 1000000"}, 905,
-                  [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
+        FaultCase{{"select rng 3", "seed rng with 1000000"},
+                  905,
+                  [](const Game& g) { return double(g.Dice.lastSeed); },
+                  12345},
         FaultCase{{"select rng 9"}, 911, [](const Game& g) { return double(g.Dice.rngNumber); }, 1},
-        FaultCase{{"select rng 6"}, 910, [](const Game& g) { return double(g.Dice.rngNumber); }, 1,
+        FaultCase{{"select rng 6"},
+                  910,
+                  [](const Game& g) { return double(g.Dice.rngNumber); },
+                  1,
                   [](Game& g) { g.Dice.missingRngLibraries = 1; }},
         FaultCase{{"comp rate = -1"}, 912, [](const Game& g) { return g.Rules.CompRate.ToDouble(); }, 30},
         FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }},
         FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Auto.HyperDrive = true; }},
-        FaultCase{{"dice roll file next roll = 3"}, 1003,
-                  [](const Game& g) { return double(g.Rolls.NextRollPosition); }, 1},
+        FaultCase{
+            {"dice roll file next roll = 3"}, 1003, [](const Game& g) { return double(g.Rolls.NextRollPosition); }, 1},
         FaultCase{{"output to file \"x\""}, 1004, Cs1, 0},
-        FaultCase{{"playback dice roll file \"missing.rol\""}, 1005,
-                  [](const Game& g) { return double(g.Rolls.RecorderState); }, 0},
-        FaultCase{{"playback dice roll file \"bad.rol\""}, 1007,
-                  [](const Game& g) { return double(g.Rolls.RecorderState); }, 0,
-                  [](Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }},
-        FaultCase{{"open/append file for output \"no such folder/out.txt\""}, 1006,
-                  [](const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }, 0},
-        FaultCase{{"activate probability file \"missing.prb\""}, 1008,
-                  [](const Game& g) { return double(g.Percentage.PercentageDiceOn); }, 0},
+        FaultCase{{"playback dice roll file \"missing.rol\""},
+                  1005,
+                  [](const Game& g) { return double(g.Rolls.RecorderState); },
+                  0},
+        FaultCase{
+            {"playback dice roll file \"bad.rol\""},
+            1007,
+            [](const Game& g) { return double(g.Rolls.RecorderState); },
+            0,
+            [](Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }},
+        FaultCase{{"open/append file for output \"no such folder/out.txt\""},
+                  1006,
+                  [](const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); },
+                  0},
+        FaultCase{{"activate probability file \"missing.prb\""},
+                  1008,
+                  [](const Game& g) { return double(g.Percentage.PercentageDiceOn); },
+                  0},
         FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4}));
 
 TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {

@@ -32,9 +32,7 @@ struct ActionCase {
   int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
 };
 
-std::ostream& operator<<(std::ostream& os, const ActionCase& c) {
-  return records::PrintScript(os, c.lines);
-}
+std::ostream& operator<<(std::ostream& os, const ActionCase& c) { return records::PrintScript(os, c.lines); }
 
 ActionCase Compiles(std::vector<std::string> lines, std::vector<TokenRecord> references) {
   return {std::move(lines), std::move(references)};
@@ -46,8 +44,8 @@ ActionCase Refused(std::string line, const char* message) {
   return {{std::move(line)}, {}, message, 1, 0, 1, end};
 }
 
-ActionCase Refused(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn,
-                   int lastLine, int lastColumn) {
+ActionCase Refused(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn, int lastLine,
+                   int lastColumn) {
   return {std::move(lines), {}, message, firstLine, firstColumn, lastLine, lastColumn};
 }
 
@@ -87,8 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
         // Only the head of an assignment is written; the right side is read.
         Compiles({"cs1 = 5"}, {Vt(201)}), Compiles({"cs1 = cs2 + passline"}, {Vt(201), V(202), V(43)}),
         Compiles({"passline = passline + 5"}, {Vt(43), V(43)}),
-        Compiles({"passline player4 current hand = 10"}, {Vt(43)}),
-        Compiles({"passline current # = 10"}, {Vt(43)}),
+        Compiles({"passline player4 current hand = 10"}, {Vt(43)}), Compiles({"passline current # = 10"}, {Vt(43)}),
         // Written functions: checkstacks and their names by number, and bets in numbered form.
         Compiles({"cs(2) = cs(3)"}, {Ft(21), F(21)}), Compiles({"csn(2) = \"Reserve\""}, {Ft(800)}),
         Compiles({"place(6) = 12"}, {Ft(6)}), Compiles({"csn5 = \"x\""}, {Vt(805)}),
@@ -112,29 +109,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     CompileActionTargets, CompileConvertToActionTest,
-    testing::Values(
-        Compiles({"bet 5 on field"}, {Vt(49)}), Compiles({"bet cs1 on passline"}, {V(201), Vt(43)}),
-        // The amount may hold brackets and commas of its own.
-        Compiles({"bet sum(cs1, cs2) on field"}, {F(130), V(201), V(202), Vt(49)}),
-        Compiles({"add cs1 to cs2"}, {V(201), Vt(202)}), Compiles({"subtract 5 from cs3"}, {Vt(203)}),
-        Compiles({"multiply by 2 on hard6"}, {Vt(54)}),
-        Compiles({"round up to the nearest 5 on cs1"}, {Vt(201)}),
-        // A plural word writes each bet of its list.
-        Compiles({"bet 5 on inside place bets"}, {Vt(32), Vt(33), Vt(34), Vt(35)}),
-        // A qualifier is read; only the references after it are written.
-        Compiles({"bet 5 on > 10, place4, place5"}, {Vt(31), Vt(32)}),
-        Compiles({"bet 5 on = cs1 + 4, place(cs2)"}, {V(201), Ft(6), V(202)}),
-        Compiles({"bet 5 on (field, passline)"}, {Vt(49), Vt(43)}),
-        // A range writes from its left end; the right end only says how far.
-        Compiles({"bet 5 on place4 thru place6"}, {Vt(31), V(33)}),
-        // The verbs without an amount write from their first operand on.
-        Compiles({"clear field, cs1"}, {Vt(49), Vt(201)}), Compiles({"call off place6"}, {Vt(33)}),
-        Compiles({"buy the place bet on place4, place5"}, {Vt(31), Vt(32)}),
-        // Buying outside the current scope has its own message, from the shape check.
-        Compiles({"buy the place bet on place6 last hand"}, {Vt(33)}),
-        Compiles({"swap cs1, cs2"}, {Vt(201), Vt(202)}),
-        // Other statements write nothing.
-        Compiles({"cs1 + 5"}, {V(201)}), Compiles({"bet 5 field"}, {V(49)})));
+    testing::Values(Compiles({"bet 5 on field"}, {Vt(49)}), Compiles({"bet cs1 on passline"}, {V(201), Vt(43)}),
+                    // The amount may hold brackets and commas of its own.
+                    Compiles({"bet sum(cs1, cs2) on field"}, {F(130), V(201), V(202), Vt(49)}),
+                    Compiles({"add cs1 to cs2"}, {V(201), Vt(202)}), Compiles({"subtract 5 from cs3"}, {Vt(203)}),
+                    Compiles({"multiply by 2 on hard6"}, {Vt(54)}),
+                    Compiles({"round up to the nearest 5 on cs1"}, {Vt(201)}),
+                    // A plural word writes each bet of its list.
+                    Compiles({"bet 5 on inside place bets"}, {Vt(32), Vt(33), Vt(34), Vt(35)}),
+                    // A qualifier is read; only the references after it are written.
+                    Compiles({"bet 5 on > 10, place4, place5"}, {Vt(31), Vt(32)}),
+                    Compiles({"bet 5 on = cs1 + 4, place(cs2)"}, {V(201), Ft(6), V(202)}),
+                    Compiles({"bet 5 on (field, passline)"}, {Vt(49), Vt(43)}),
+                    // A range writes from its left end; the right end only says how far.
+                    Compiles({"bet 5 on place4 thru place6"}, {Vt(31), V(33)}),
+                    // The verbs without an amount write from their first operand on.
+                    Compiles({"clear field, cs1"}, {Vt(49), Vt(201)}), Compiles({"call off place6"}, {Vt(33)}),
+                    Compiles({"buy the place bet on place4, place5"}, {Vt(31), Vt(32)}),
+                    // Buying outside the current scope has its own message, from the shape check.
+                    Compiles({"buy the place bet on place6 last hand"}, {Vt(33)}),
+                    Compiles({"swap cs1, cs2"}, {Vt(201), Vt(202)}),
+                    // Other statements write nothing.
+                    Compiles({"cs1 + 5"}, {V(201)}), Compiles({"bet 5 field"}, {V(49)})));
 
 // One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(
@@ -142,7 +138,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Refused("point is established on 6", "Point is a read-only variable and cannot be assigned a value."),
         Refused("available bankroll = 5", "Available bankroll is a read-only variable and cannot be assigned a value."),
-        Refused("# rolls since last = 2", "# of rolls since last is a read-only variable and cannot be assigned a value."),
+        Refused("# rolls since last = 2",
+                "# of rolls since last is a read-only variable and cannot be assigned a value."),
         Refused("shooter = 2", "Shooter is a read-only variable and cannot be assigned a value."),
         Refused("high bankroll = 2", "High bankroll is a read-only variable and cannot be assigned a value."),
         Refused("script active = 0", "Script active is a read-only variable and cannot be assigned a value."),
@@ -150,12 +147,15 @@ INSTANTIATE_TEST_SUITE_P(
         Refused("odds allowed factor(6) = 3",
                 "Odds allowed factor is a read-only function and cannot be assigned a value."),
         // A bet is only written as its amount now.
-        Refused("passline all sessions = 5", "Unable to set the value of a bet that's not in the current hand or session."),
-        Refused("place(6) last hand = 5", "Unable to set the value of a bet that's not in the current hand or session."),
+        Refused("passline all sessions = 5",
+                "Unable to set the value of a bet that's not in the current hand or session."),
+        Refused("place(6) last hand = 5",
+                "Unable to set the value of a bet that's not in the current hand or session."),
         Refused("net place(6) = 5", "Only able to set the value of current wagers."),
         Refused("prior roll passline = 5", "Only able to set the current $ value of a bet."),
         // Target verbs refuse the same.
-        Refused("bet 5 on passline last hand", "Unable to set the value of a bet that's not in the current hand or session."),
+        Refused("bet 5 on passline last hand",
+                "Unable to set the value of a bet that's not in the current hand or session."),
         Refused("add 5 to point", "Point is a read-only variable and cannot be assigned a value."),
         Refused("clear bankroll, # hands", "# hands is a read-only variable and cannot be assigned a value."),
         Refused("swap cs1, dice total", "Dice total is a read-only variable and cannot be assigned a value."),

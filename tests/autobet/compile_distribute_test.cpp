@@ -36,9 +36,7 @@ std::vector<int> Range(int first, int last, std::vector<int> without = {}) {
 // The owner's current wagers this session: what a bet word means with no pieces written.
 const Records kOwnWagers = {P(kSeat), H(3), X(1), Y(34)};
 
-Records Targets(const std::vector<int>& bets, const Records& pieces) {
-  return List(bets, pieces, kCodeVariableTarget);
-}
+Records Targets(const std::vector<int>& bets, const Records& pieces) { return List(bets, pieces, kCodeVariableTarget); }
 
 // "bet 5 on " before the list.
 Records BetFiveOn(const Records& list) { return Records{M(1, 0), kBet, N(5), kOn} + list; }
@@ -85,20 +83,16 @@ INSTANTIATE_TEST_SUITE_P(
     Families, CompileVariablesDistributeTest,
     testing::Values(
         // All six numbers, then inside (5, 6, 8, 9), then outside (4 and 10), of each family.
-        Bet("lay bets", {1, 2, 3, 4, 5, 6}), Bet("inside lay bets", {2, 3, 4, 5}),
-        Bet("outside lay bets", {1, 6}),
+        Bet("lay bets", {1, 2, 3, 4, 5, 6}), Bet("inside lay bets", {2, 3, 4, 5}), Bet("outside lay bets", {1, 6}),
         Bet("dontcome bets", {7, 8, 9, 10, 11, 12}), Bet("inside dontcome bets", {8, 9, 10, 11}),
-        Bet("outside dontcome bets", {7, 12}),
-        Bet("dontcomeodds bets", {13, 14, 15, 16, 17, 18}), Bet("inside dontcomeodds bets", {14, 15, 16, 17}),
-        Bet("outside dontcomeodds bets", {13, 18}),
+        Bet("outside dontcome bets", {7, 12}), Bet("dontcomeodds bets", {13, 14, 15, 16, 17, 18}),
+        Bet("inside dontcomeodds bets", {14, 15, 16, 17}), Bet("outside dontcomeodds bets", {13, 18}),
         Bet("come bets", {19, 20, 21, 22, 23, 24}), Bet("inside come bets", {20, 21, 22, 23}),
-        Bet("outside come bets", {19, 24}),
-        Bet("comeodds bets", {25, 26, 27, 28, 29, 30}), Bet("inside comeodds bets", {26, 27, 28, 29}),
-        Bet("outside comeodds bets", {25, 30}),
+        Bet("outside come bets", {19, 24}), Bet("comeodds bets", {25, 26, 27, 28, 29, 30}),
+        Bet("inside comeodds bets", {26, 27, 28, 29}), Bet("outside comeodds bets", {25, 30}),
         Bet("place bets", {31, 32, 33, 34, 35, 36}), Bet("inside place bets", {32, 33, 34, 35}),
-        Bet("outside place bets", {31, 36}),
-        Bet("buy bets", {37, 38, 39, 40, 41, 42}), Bet("inside buy bets", {38, 39, 40, 41}),
-        Bet("outside buy bets", {37, 42}),
+        Bet("outside place bets", {31, 36}), Bet("buy bets", {37, 38, 39, 40, 41, 42}),
+        Bet("inside buy bets", {38, 39, 40, 41}), Bet("outside buy bets", {37, 42}),
         // The families without inside or outside forms.
         Bet("big bets", {50, 51}), Bet("hard bets", {53, 54, 55, 56}), Bet("hardway bets", {53, 54, 55, 56}),
         Bet("hop bets", Range(64, 80)), Bet("repeater bets", Range(98, 107)),
@@ -112,36 +106,37 @@ INSTANTIATE_TEST_SUITE_P(
     Pieces, CompileVariablesDistributeTest,
     testing::Values(
         // Written pieces go with every bet of the list.
-        DistributeCase{{"bet 5 on outside place bets player4"}, BetFiveOn(Targets({31, 36}, {P(4), H(3), X(1), Y(34)}))},
+        DistributeCase{{"bet 5 on outside place bets player4"},
+                       BetFiveOn(Targets({31, 36}, {P(4), H(3), X(1), Y(34)}))},
         DistributeCase{{"cs1 = sum(wins last hand hard bets)"},
                        kCs1Is + Records{{kCodeFunction, 130}, kOpen} +
                            List({53, 54, 55, 56}, {P(kSeat), H(2), X(2), Y(29)}) + Records{kClose, kEnd}},
         // Checkstacks and their names carry only the player.
-        DistributeCase{{"cs1 = sum(checkstacks)"},
-                       kCs1Is + Records{{kCodeFunction, 130}, kOpen} +
-                           List(Range(200, 299), {P(kSeat)}) + Records{kClose, kEnd}},
-        DistributeCase{{"cs1 = count(checkstack names player3)"},
-                       kCs1Is + Records{{kCodeFunction, 131}, kOpen} +
-                           List(Range(800, 899), {P(3)}) + Records{kClose, kEnd}},
+        DistributeCase{
+            {"cs1 = sum(checkstacks)"},
+            kCs1Is + Records{{kCodeFunction, 130}, kOpen} + List(Range(200, 299), {P(kSeat)}) + Records{kClose, kEnd}},
+        DistributeCase{
+            {"cs1 = count(checkstack names player3)"},
+            kCs1Is + Records{{kCodeFunction, 131}, kOpen} + List(Range(800, 899), {P(3)}) + Records{kClose, kEnd}},
         // Single bets and other group words are left as they are, next to a list.
         DistributeCase{{"bet 5 on field, inside place bets, hard6"},
                        BetFiveOn(Targets({49}, kOwnWagers) + Records{kComma} + Targets({32, 33, 34, 35}, kOwnWagers) +
                                  Records{kComma} + Targets({54}, kOwnWagers))},
         DistributeCase{{"cs1 = # points"}, kCs1Is + Records{V(4606), P(0), H(3), X(6), Y(0)}},
         // Two plural words in one statement, and one in each of two statements.
-        DistributeCase{{"bet 5 on big bets player1, outside lay bets"},
-                       BetFiveOn(Targets({50, 51}, {P(1), H(3), X(1), Y(34)}) + Records{kComma} +
-                                 Targets({1, 6}, kOwnWagers))},
+        DistributeCase{
+            {"bet 5 on big bets player1, outside lay bets"},
+            BetFiveOn(Targets({50, 51}, {P(1), H(3), X(1), Y(34)}) + Records{kComma} + Targets({1, 6}, kOwnWagers))},
         DistributeCase{{"bet 5 on big bets : remove outside buy bets"},
-                       BetFiveOn(Targets({50, 51}, kOwnWagers)) +
-                           Records{M(1, 20), {kCodeAction, 460}} + Targets({37, 42}, kOwnWagers)},
+                       BetFiveOn(Targets({50, 51}, kOwnWagers)) + Records{M(1, 20), {kCodeAction, 460}} +
+                           Targets({37, 42}, kOwnWagers)},
         // A jump reaches its label where the longer list has put it.
         DistributeCase{{"goto \"x\"", "bet 5 on inside come bets", "\"x\""},
                        Records{M(1, 0), {kCodeGoto, 0}, {kCodeString, 32}, M(2, 0), kBet, N(5), kOn} +
                            Targets({20, 21, 22, 23}, kOwnWagers) + Records{M(3, 0), {kCodeLabel, 2}}},
         // The range check still sees the plural word: distributing comes after it.
-        DistributeCase{{"bet 5 on place bets thru place10"}, {}, 1, "Incompatible operand preceding 'thru'.", 1, 0,
-                       1, 32}));
+        DistributeCase{
+            {"bet 5 on place bets thru place10"}, {}, 1, "Incompatible operand preceding 'thru'.", 1, 0, 1, 32}));
 
 // The pass alone, on organised records: the corner decides only for "bets".
 TEST(CompileVariablesDistribute, LeavesBigBetsOutOfBetsOnlyWhenAsked) {
@@ -156,8 +151,22 @@ TEST(CompileVariablesDistribute, LeavesBigBetsOutOfBetsOnlyWhenAsked) {
 }
 
 TEST(CompileVariablesDistribute, ScriptWithoutPluralWordsIsUnchanged) {
-  const Records records = {{kCodeScriptHeader, 1}, M(1, 0), V(201), P(1), Op(50), V(50), P(1), H(3), X(1), Y(34),
-                           Op(65), V(4505), P(1), H(3), X(0), Y(0)};
+  const Records records = {{kCodeScriptHeader, 1},
+                           M(1, 0),
+                           V(201),
+                           P(1),
+                           Op(50),
+                           V(50),
+                           P(1),
+                           H(3),
+                           X(1),
+                           Y(34),
+                           Op(65),
+                           V(4505),
+                           P(1),
+                           H(3),
+                           X(0),
+                           Y(0)};
   Records copy = records;
   CompileVariablesDistribute(copy, false);
   EXPECT_EQ(copy, records);

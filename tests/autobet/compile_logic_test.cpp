@@ -25,8 +25,8 @@ std::string Links(const std::vector<TokenRecord>& records) {
   for (std::size_t i : marks) {
     const TokenRecord& r = records[i];
     static const std::map<int, const char*> names = {
-        {1, "IF"},     {9, "THEN"}, {10, "ELSE"}, {11, "ELSEIF"}, {12, "ENDIF"},  {13, "RETURN"},
-        {14, "GOTO"},  {15, "GOSUB"}, {16, "DO"}, {17, "LOOP"},   {18, "EXITDO"}, {kCodeLabel, "LABEL"}};
+        {1, "IF"},    {9, "THEN"},   {10, "ELSE"}, {11, "ELSEIF"}, {12, "ENDIF"},  {13, "RETURN"},
+        {14, "GOTO"}, {15, "GOSUB"}, {16, "DO"},   {17, "LOOP"},   {18, "EXITDO"}, {kCodeLabel, "LABEL"}};
     if (!out.empty()) out += ' ';
     out += names.count(r.code) ? names.at(r.code) : std::to_string(r.code);
     if (r.code == kCodeGoto || r.code == kCodeGosub) {
@@ -45,9 +45,7 @@ struct LogicCase {
   int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
 };
 
-std::ostream& operator<<(std::ostream& os, const LogicCase& c) {
-  return records::PrintScript(os, c.lines);
-}
+std::ostream& operator<<(std::ostream& os, const LogicCase& c) { return records::PrintScript(os, c.lines); }
 
 LogicCase Linked(std::vector<std::string> lines, const char* links) { return {std::move(lines), links, ""}; }
 
@@ -72,7 +70,8 @@ TEST_P(CompileLogicTest, LinksBlocksAndJumpsOrStopsAtTheFirstFault) {
   EXPECT_TRUE(program.ScriptRecords.empty());
 }
 
-const char* const kAfterElse = "ELSEIF out of position.\nCannot be placed after ELSE within the same IF/THEN statement.";
+const char* const kAfterElse =
+    "ELSEIF out of position.\nCannot be placed after ELSE within the same IF/THEN statement.";
 
 INSTANTIATE_TEST_SUITE_P(
     Blocks, CompileLogicTest,
@@ -98,35 +97,34 @@ INSTANTIATE_TEST_SUITE_P(
         Linked({"100", "GoTo 100.0 : GoSub 100", "1.5", "GoTo 1.50"}, "LABEL GOTO>0 GOSUB>0 LABEL GOTO>3"),
         Linked({"If 2 > 1 Then GoTo \"x\" : Else GoTo \"x\"", "EndIf", "\"x\""},
                "IF THEN>3 GOTO>6 ELSE>5 GOTO>6 ENDIF LABEL"),
-        Linked({"cs1 = 1 : GoTo \"x\"", "\"x\""}, "GOTO>1 LABEL"),
-        Linked({"bet 5 on field"}, "")));
+        Linked({"cs1 = 1 : GoTo \"x\"", "\"x\""}, "GOTO>1 LABEL"), Linked({"bet 5 on field"}, "")));
 
 // One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(
     Faults, CompileLogicTest,
-    testing::Values(
-        Faulty({"If 2 > 1 Then Then", "EndIf"}, "THEN out of position.", 1, 14, 1, 18),
-        Faulty({"If 2 > 1 Else"}, "Expected THEN before ELSE.", 1, 9, 1, 13),
-        Faulty({"If 2 > 1 Then", "Else", "Else", "EndIf"}, "Expected THEN before ELSE.", 3, 0, 3, 4),
-        // The outer IF's THEN is not this IF's: a second ELSE is refused even when nested.
-        Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "Else", "EndIf", "EndIf"}, "Expected THEN before ELSE.", 4,
-               0, 4, 4),
-        Faulty({"If 2 > 1 ElseIf 3 > 1 Then"}, "ELSEIF out of position.", 1, 9, 1, 15),
-        Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "ElseIf 3 > 1 Then"}, kAfterElse, 4, 0, 4, 6),
-        Faulty({"If 2 > 1 Then : EndIf : EndIf"}, "Unassociated ENDIF.", 1, 24, 1, 29),
-        Faulty({"Do : Loop : Loop"}, "Missing DO statement or LOOP statement out of position.", 1, 12, 1, 16),
-        Faulty({"Do : Loop : ExitDo"}, "EXIT DO statement outside of DO/LOOP.", 1, 12, 1, 18),
-        // GOTO and GOSUB.
-        Faulty({"If 2 > 1 GoSub 100", "100"}, "GOSUB out of position.", 1, 3, 1, 18),
-        Faulty({"GoSub : cs1 = 1"}, "GOSUB missing reference.", 1, 0, 1, 5),
-        Faulty({"100", "GoTo 200"}, "Label \"200\" not found.", 2, 0, 2, 8),
-        Faulty({"GoTo \"\""}, "Label \"\" not found.", 1, 0, 1, 7),
-        // A string with company is no label, even with the right text.
-        Faulty({"GoTo \"x\" : cs1 = \"x\""}, "Label \"x\" not found.", 1, 0, 1, 8),
-        // What is still open at the end, at the keyword that opened it.
-        Faulty({"If 2 > 1 Then", "ElseIf 3 > 1"}, "Missing THEN statement.", 2, 0, 2, 6),
-        Faulty({"Do", "If 2 > 1 Then", "Else"}, "Missing ENDIF statement.", 2, 0, 2, 2),
-        Faulty({"Do", "If 2 > 1 Then", "EndIf"}, "Missing LOOP statement.", 1, 0, 1, 2)));
+    testing::Values(Faulty({"If 2 > 1 Then Then", "EndIf"}, "THEN out of position.", 1, 14, 1, 18),
+                    Faulty({"If 2 > 1 Else"}, "Expected THEN before ELSE.", 1, 9, 1, 13),
+                    Faulty({"If 2 > 1 Then", "Else", "Else", "EndIf"}, "Expected THEN before ELSE.", 3, 0, 3, 4),
+                    // The outer IF's THEN is not this IF's: a second ELSE is refused even when nested.
+                    Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "Else", "EndIf", "EndIf"},
+                           "Expected THEN before ELSE.", 4, 0, 4, 4),
+                    Faulty({"If 2 > 1 ElseIf 3 > 1 Then"}, "ELSEIF out of position.", 1, 9, 1, 15),
+                    Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "ElseIf 3 > 1 Then"}, kAfterElse, 4, 0, 4, 6),
+                    Faulty({"If 2 > 1 Then : EndIf : EndIf"}, "Unassociated ENDIF.", 1, 24, 1, 29),
+                    Faulty({"Do : Loop : Loop"}, "Missing DO statement or LOOP statement out of position.", 1, 12, 1,
+                           16),
+                    Faulty({"Do : Loop : ExitDo"}, "EXIT DO statement outside of DO/LOOP.", 1, 12, 1, 18),
+                    // GOTO and GOSUB.
+                    Faulty({"If 2 > 1 GoSub 100", "100"}, "GOSUB out of position.", 1, 3, 1, 18),
+                    Faulty({"GoSub : cs1 = 1"}, "GOSUB missing reference.", 1, 0, 1, 5),
+                    Faulty({"100", "GoTo 200"}, "Label \"200\" not found.", 2, 0, 2, 8),
+                    Faulty({"GoTo \"\""}, "Label \"\" not found.", 1, 0, 1, 7),
+                    // A string with company is no label, even with the right text.
+                    Faulty({"GoTo \"x\" : cs1 = \"x\""}, "Label \"x\" not found.", 1, 0, 1, 8),
+                    // What is still open at the end, at the keyword that opened it.
+                    Faulty({"If 2 > 1 Then", "ElseIf 3 > 1"}, "Missing THEN statement.", 2, 0, 2, 6),
+                    Faulty({"Do", "If 2 > 1 Then", "Else"}, "Missing ENDIF statement.", 2, 0, 2, 2),
+                    Faulty({"Do", "If 2 > 1 Then", "EndIf"}, "Missing LOOP statement.", 1, 0, 1, 2)));
 
 // ---- The records as the interpreter reads them ----
 
@@ -134,8 +132,8 @@ TEST(CompileLogicRecords, JumpTargetsAreRecordIndices) {
   AutoBetProgram program;
   program.ScriptSource[1] = {"Do : GoTo \"x\"", "Loop", "\"x\""};
   ASSERT_FALSE(CompileAutobets(program, 1, {}).Failed());
-  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1}, {101, 0}, {16, 7},  {101, 5}, {kCodeGoto, 0},
-                                             {kCodeString, 9},      {102, 0}, {17, 2},  {103, 0}, {kCodeLabel, 2}};
+  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1}, {101, 0}, {16, 7}, {101, 5}, {kCodeGoto, 0},
+                                             {kCodeString, 9},       {102, 0}, {17, 2}, {103, 0}, {kCodeLabel, 2}};
   EXPECT_EQ(program.ScriptRecords, expected);
   const std::vector<StringEntry> strings = {{"x", 0}, {"x", 9}};
   EXPECT_EQ(program.ScriptStrings, strings);
@@ -143,9 +141,10 @@ TEST(CompileLogicRecords, JumpTargetsAreRecordIndices) {
 
 TEST(CompileLogicRecords, LabelsAreFoundWhereTheirRecordsStandNow) {
   // As left by passes that inserted records after the labels were marked at 2 and 4.
-  std::vector<TokenRecord> records = {{kCodeScriptHeader, 1}, {101, 0}, {kCodeVariable, 201}, {kCodePlayer, 1},
-                                      {102, 0}, {kCodeLabel, 1}, {103, 0}, {kCodeGosub, 0}, {kCodeString, 3},
-                                      {104, 0}, {kCodeLabel, 2}};
+  std::vector<TokenRecord> records = {
+      {kCodeScriptHeader, 1}, {101, 0}, {kCodeVariable, 201}, {kCodePlayer, 1}, {102, 0},
+      {kCodeLabel, 1},        {103, 0}, {kCodeGosub, 0},      {kCodeString, 3}, {104, 0},
+      {kCodeLabel, 2}};
   std::vector<StringEntry> strings = {{"a", 2}, {"b", 4}, {"A", 0}};
   const std::vector<std::string> lines = {"cs1", "\"a\"", "gosub \"A\"", "\"b\""};
   ASSERT_FALSE(CompileLogic(records, strings, lines).Failed());
@@ -199,12 +198,12 @@ TEST_P(CompileLogicIndent, ThreeBlanksPerBlockDepth) {
 INSTANTIATE_TEST_SUITE_P(
     Editor, CompileLogicIndent,
     testing::Values(
-        IndentCase{{"If 2 > 1 Then", "cs1 = 1", "   ElseIf 3 > 1 Then", "cs1 = 2", "Else", "Do", "' count up",
-                    "cs1 = cs1 + 1", "If cs1 > 5 Then ExitDo", "EndIf", "Loop", "  ", "EndIf", "cs2 = 1"},
-                   {"If 2 > 1 Then", "   cs1 = 1", "ElseIf 3 > 1 Then", "   cs1 = 2", "Else", "   Do",
-                    "      ' count up", "      cs1 = cs1 + 1", "      If cs1 > 5 Then ExitDo", "      EndIf", "   Loop",
-                    "", "EndIf", "cs2 = 1"},
-                   {0, 1, 0, 1, 0, 1, 2, 2, 2, 2, 1, 1, 0, 0}},
+        IndentCase{
+            {"If 2 > 1 Then", "cs1 = 1", "   ElseIf 3 > 1 Then", "cs1 = 2", "Else", "Do", "' count up", "cs1 = cs1 + 1",
+             "If cs1 > 5 Then ExitDo", "EndIf", "Loop", "  ", "EndIf", "cs2 = 1"},
+            {"If 2 > 1 Then", "   cs1 = 1", "ElseIf 3 > 1 Then", "   cs1 = 2", "Else", "   Do", "      ' count up",
+             "      cs1 = cs1 + 1", "      If cs1 > 5 Then ExitDo", "      EndIf", "   Loop", "", "EndIf", "cs2 = 1"},
+            {0, 1, 0, 1, 0, 1, 2, 2, 2, 2, 1, 1, 0, 0}},
         // Keywords alone on their lines stand one level out of what they open.
         IndentCase{{"If", "2 > 1", "Then", "cs1 = 1", "EndIf"},
                    {"If", "   2 > 1", "Then", "   cs1 = 1", "EndIf"},
@@ -213,7 +212,8 @@ INSTANTIATE_TEST_SUITE_P(
         IndentCase{{"  If 2 > 1 Then cs1 = 1 : EndIf", "Do : Loop", "If 2 > 1 Then", "cs1 = 1 : EndIf"},
                    {"If 2 > 1 Then cs1 = 1 : EndIf", "Do : Loop", "If 2 > 1 Then", "cs1 = 1 : EndIf"},
                    {0, 0, 0, 0}},
-        IndentCase{{"Do", "      Do", "Loop : Loop", "cs1 = 1"}, {"Do", "   Do", "Loop : Loop", "cs1 = 1"}, {0, 1, 0, 0}}));
+        IndentCase{
+            {"Do", "      Do", "Loop : Loop", "cs1 = 1"}, {"Do", "   Do", "Loop : Loop", "cs1 = 1"}, {0, 1, 0, 0}}));
 
 TEST(CompileLogicIndentColumns, StatementColumnsFollowTheIndentedText) {
   std::vector<std::string> lines = {"If 2 > 1 Then", "      cs1 = 1 : cs2 = 2", "EndIf"};

@@ -16,15 +16,13 @@ struct MessageCase {
   std::vector<std::string> lines;
   const char* message;
   int firstLine, firstColumn, lastLine, lastColumn;  // as CompileFault holds them
-  int seat = 1;  // 0: the scratch script of the editor, with no seat selected
+  int seat = 1;                                      // 0: the scratch script of the editor, with no seat selected
 };
 
-std::ostream& operator<<(std::ostream& os, const MessageCase& c) {
-  return records::PrintScript(os, c.lines);
-}
+std::ostream& operator<<(std::ostream& os, const MessageCase& c) { return records::PrintScript(os, c.lines); }
 
-MessageCase Says(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn,
-                 int lastLine, int lastColumn) {
+MessageCase Says(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn, int lastLine,
+                 int lastColumn) {
   return {std::move(lines), message, firstLine, firstColumn, lastLine, lastColumn};
 }
 
@@ -48,10 +46,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Says({"x = \"a\" & \"b"}, "Missing quotation mark.", 1, 10, 1, 12),
         Says({"", "Bet 5 on the Feild"}, "Unknown or misplaced element:\nFeild", 2, 13, 2, 18),
-        Says({"if wins session field > 0 then"}, "Please specify:\ncurrent session, last session, or all sessions.",
-             1, 8, 1, 15),
-        Says({"if wins hand field > 0 then"}, "Please specify:\ncurrent hand, last hand, or all hands.", 1, 8, 1,
-             12),
+        Says({"if wins session field > 0 then"}, "Please specify:\ncurrent session, last session, or all sessions.", 1,
+             8, 1, 15),
+        Says({"if wins hand field > 0 then"}, "Please specify:\ncurrent hand, last hand, or all hands.", 1, 8, 1, 12),
         Says({"bet 5 on field playername"},
              "Unknown player\nPlease enter actual name of player or refer to player's position such as player1, "
              "player2, etc.",
@@ -59,20 +56,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Misc, CompileMessageTest,
-    testing::Values(
-        Says({"bet 5 on (field"}, "Missing or improperly placed parenthesis.", 1, 9, 1, 15),
-        Says({"bet 5 on lay"}, "Missing or inappropriate reference to Lay bet.", 1, 0, 1, 12),
-        Says({"cs1 = sum"}, "Missing or inappropriate reference to Sum.", 1, 0, 1, 9),
-        Says({"if any field then", "endif"},
-             "Lists defined by \"Any\" must be enclosed in brackets.\nFor example:\n"
-             "      Any(Big6, Field, Checkstacks)\n      Any[4,5,6,8,9,10]",
-             1, 3, 1, 12),
-        Says({"if all [field] and all place6 then", "endif"},
-             "Lists defined by \"All\" must be enclosed in brackets.\nFor example:\n"
-             "      All(inside place bets)\n      All[Field, PassLine, Hard4]",
-             1, 3, 1, 29),
-        Says({"\"Start\"", "bet 5 on field", "\"start \""}, "A duplicate label exists in line 1", 3, 0, 3, 8),
-        Says({"100", "bet 5 on field", "100.0"}, "A duplicate line number exists in line 1", 3, 0, 3, 5)));
+    testing::Values(Says({"bet 5 on (field"}, "Missing or improperly placed parenthesis.", 1, 9, 1, 15),
+                    Says({"bet 5 on lay"}, "Missing or inappropriate reference to Lay bet.", 1, 0, 1, 12),
+                    Says({"cs1 = sum"}, "Missing or inappropriate reference to Sum.", 1, 0, 1, 9),
+                    Says({"if any field then", "endif"},
+                         "Lists defined by \"Any\" must be enclosed in brackets.\nFor example:\n"
+                         "      Any(Big6, Field, Checkstacks)\n      Any[4,5,6,8,9,10]",
+                         1, 3, 1, 12),
+                    Says({"if all [field] and all place6 then", "endif"},
+                         "Lists defined by \"All\" must be enclosed in brackets.\nFor example:\n"
+                         "      All(inside place bets)\n      All[Field, PassLine, Hard4]",
+                         1, 3, 1, 29),
+                    Says({"\"Start\"", "bet 5 on field", "\"start \""}, "A duplicate label exists in line 1", 3, 0, 3,
+                         8),
+                    Says({"100", "bet 5 on field", "100.0"}, "A duplicate line number exists in line 1", 3, 0, 3, 5)));
 
 INSTANTIATE_TEST_SUITE_P(
     VariablesOrganize, CompileMessageTest,
@@ -86,11 +83,15 @@ INSTANTIATE_TEST_SUITE_P(
                     "separate players in an expression or function.  For example, \n"
                     "Expression: passline player1 + passline player2\n"
                     "Function: sum(passline player4, passline player6)",
-                    1, 0, 1, 14, 0},
+                    1,
+                    0,
+                    1,
+                    14,
+                    0},
         Says({"cs1 = total $ wagers field"}, "Ambiguous variable references\n'Total' only applies to resolved wagers.",
              1, 0, 1, 26),
-        Says({"cs1 = high passline"}, "Ambiguous variable references\n'High' only applies to resolved wagers.", 1, 0,
-             1, 19),
+        Says({"cs1 = high passline"}, "Ambiguous variable references\n'High' only applies to resolved wagers.", 1, 0, 1,
+             19),
         Says({"cs1 = low $ field"}, "Ambiguous variable references\n'Low' only applies to resolved wagers.", 1, 0, 1,
              17),
         Says({"cs1 = avg $ passline"}, "Ambiguous variable references\n'Average' only applies to resolved wagers.", 1,
@@ -102,10 +103,9 @@ INSTANTIATE_TEST_SUITE_P(
              "Ambiguous variable references\n'Expected value' only available as net or net %", 1, 0, 1, 34),
         Says({"cs1 = working passline last session"}, "'Working' only applies to current hand or session.", 1, 0, 1,
              35),
-        Says({"cs1 = called on place6 last hand"}, "'Called on' only applies to current hand or session.", 1, 0, 1,
-             32),
-        Says({"cs1 = called off place6 all sessions"}, "'Called off' only applies to current hand or session.", 1, 0,
-             1, 36),
+        Says({"cs1 = called on place6 last hand"}, "'Called on' only applies to current hand or session.", 1, 0, 1, 32),
+        Says({"cs1 = called off place6 all sessions"}, "'Called off' only applies to current hand or session.", 1, 0, 1,
+             36),
         Says({"cs1 = vig buy4 last hand"}, "'Vig' only applies to current hand or session.", 1, 0, 1, 24),
         Says({"cs1 = autowork on comeout roll place6 last session"},
              "'Work on comeout roll' only applies to current hand or session.", 1, 0, 1, 50),
@@ -144,8 +144,8 @@ INSTANTIATE_TEST_SUITE_P(
     ConvertToAction, CompileMessageTest,
     testing::Values(
         Says({"If \"abc\" Then", "EndIf"},
-             "Improper placement of label.\nLabels cannot appear within condition statements (between If and Then).",
-             1, 3, 1, 8),
+             "Improper placement of label.\nLabels cannot appear within condition statements (between If and Then).", 1,
+             3, 1, 8),
         Says({"passline last session = 5"},
              "Unable to set the value of a bet that's not in the current hand or session.", 1, 0, 1, 25),
         Says({"wins passline = 5"}, "Only able to set the value of current wagers.", 1, 0, 1, 17),
@@ -155,30 +155,30 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Logic, CompileMessageTest,
-    testing::Values(
-        Says({"If 2 > 1 If"}, "IF out of position.", 1, 9, 1, 11),
-        Says({"cs1 = 1 Then"}, "THEN out of position.", 1, 8, 1, 12),
-        Says({"Else"}, "Expected THEN before ELSE.", 1, 0, 1, 4),
-        Says({"ElseIf 2 > 1 Then"}, "ELSEIF out of position.", 1, 0, 1, 6),
-        Says({"If 2 > 1 Then", "Else", "ElseIf 3 > 1 Then", "EndIf"},
-             "ELSEIF out of position.\nCannot be placed after ELSE within the same IF/THEN statement.", 3, 0, 3, 6),
-        Says({"If 2 > 1 EndIf"}, "Missing THEN between IF and ENDIF.", 1, 9, 1, 14),
-        Says({"If 2 > 1 Then", "Do", "EndIf"}, "Missing or out of position LOOP statement.", 3, 0, 3, 5),
-        Says({"EndIf"}, "Unassociated ENDIF.", 1, 0, 1, 5),
-        Says({"If 2 > 1 Do"}, "DO statement out of position.", 1, 9, 1, 11),
-        Says({"Loop"}, "Missing DO statement or LOOP statement out of position.", 1, 0, 1, 4),
-        Says({"Do : If 2 > 1 Then", "Loop"}, "ENDIF missing or out of position, or \nLOOP statement out of position.",
-             2, 0, 2, 4),
-        Says({"ExitDo"}, "EXIT DO statement outside of DO/LOOP.", 1, 0, 1, 6),
-        Says({"Do", "If 2 > 1 ExitDo"}, "EXIT DO statement out of position.", 2, 9, 2, 15),
-        Says({"If 2 > 1 GoTo \"x\"", "\"x\""}, "GOTO out of position.", 1, 3, 1, 17),
-        Says({"GoTo"}, "GOTO missing reference.", 1, 0, 1, 4),
-        Says({"GoTo cs1"}, "Improper reference after GOTO", 1, 0, 1, 8),
-        Says({"cs1 = 1 GoTo \"x\"", "\"x\""}, "GOTO here should be preceded with a colon :", 1, 0, 1, 16),
-        Says({"\"x\"", "GoSub \"nowhere\""}, "Label \"nowhere\" not found.", 2, 0, 2, 15),
-        Says({"If 2 > 1"}, "Missing THEN statement.", 1, 0, 1, 2),
-        Says({"If 1 < 2 Then", "If 2 > 1 Then", "EndIf"}, "Missing ENDIF statement.", 1, 0, 1, 2),
-        Says({"Do", "Do : Loop"}, "Missing LOOP statement.", 1, 0, 1, 2)));
+    testing::Values(Says({"If 2 > 1 If"}, "IF out of position.", 1, 9, 1, 11),
+                    Says({"cs1 = 1 Then"}, "THEN out of position.", 1, 8, 1, 12),
+                    Says({"Else"}, "Expected THEN before ELSE.", 1, 0, 1, 4),
+                    Says({"ElseIf 2 > 1 Then"}, "ELSEIF out of position.", 1, 0, 1, 6),
+                    Says({"If 2 > 1 Then", "Else", "ElseIf 3 > 1 Then", "EndIf"},
+                         "ELSEIF out of position.\nCannot be placed after ELSE within the same IF/THEN statement.", 3,
+                         0, 3, 6),
+                    Says({"If 2 > 1 EndIf"}, "Missing THEN between IF and ENDIF.", 1, 9, 1, 14),
+                    Says({"If 2 > 1 Then", "Do", "EndIf"}, "Missing or out of position LOOP statement.", 3, 0, 3, 5),
+                    Says({"EndIf"}, "Unassociated ENDIF.", 1, 0, 1, 5),
+                    Says({"If 2 > 1 Do"}, "DO statement out of position.", 1, 9, 1, 11),
+                    Says({"Loop"}, "Missing DO statement or LOOP statement out of position.", 1, 0, 1, 4),
+                    Says({"Do : If 2 > 1 Then", "Loop"},
+                         "ENDIF missing or out of position, or \nLOOP statement out of position.", 2, 0, 2, 4),
+                    Says({"ExitDo"}, "EXIT DO statement outside of DO/LOOP.", 1, 0, 1, 6),
+                    Says({"Do", "If 2 > 1 ExitDo"}, "EXIT DO statement out of position.", 2, 9, 2, 15),
+                    Says({"If 2 > 1 GoTo \"x\"", "\"x\""}, "GOTO out of position.", 1, 3, 1, 17),
+                    Says({"GoTo"}, "GOTO missing reference.", 1, 0, 1, 4),
+                    Says({"GoTo cs1"}, "Improper reference after GOTO", 1, 0, 1, 8),
+                    Says({"cs1 = 1 GoTo \"x\"", "\"x\""}, "GOTO here should be preceded with a colon :", 1, 0, 1, 16),
+                    Says({"\"x\"", "GoSub \"nowhere\""}, "Label \"nowhere\" not found.", 2, 0, 2, 15),
+                    Says({"If 2 > 1"}, "Missing THEN statement.", 1, 0, 1, 2),
+                    Says({"If 1 < 2 Then", "If 2 > 1 Then", "EndIf"}, "Missing ENDIF statement.", 1, 0, 1, 2),
+                    Says({"Do", "Do : Loop"}, "Missing LOOP statement.", 1, 0, 1, 2)));
 
 // The shape check, family by family.
 INSTANTIATE_TEST_SUITE_P(
@@ -203,10 +203,10 @@ INSTANTIATE_TEST_SUITE_P(
         // Logic.
         Says({"If and cs1 > 1 Then : EndIf"}, "Missing expression before logical AND", 1, 3, 1, 14),
         Says({"If cs1 > 1 or Then : EndIf"}, "Missing expression after logical OR", 1, 3, 1, 13),
-        Says({"If (cs1, cs2) xor cs1 Then : EndIf"}, "Missing or inappropriate expression before logical XOR", 1, 3,
-             1, 21),
-        Says({"If cs1 > 1 and (cs1, cs2) Then : EndIf"}, "Missing or inappropriate expression after logical AND", 1,
-             3, 1, 25),
+        Says({"If (cs1, cs2) xor cs1 Then : EndIf"}, "Missing or inappropriate expression before logical XOR", 1, 3, 1,
+             21),
+        Says({"If cs1 > 1 and (cs1, cs2) Then : EndIf"}, "Missing or inappropriate expression after logical AND", 1, 3,
+             1, 25),
         // Functions.
         Says({"cs1 = sqr()"}, "Missing argument.", 1, 0, 1, 11),
         Says({"cs1 = sqr(\"a\")"}, "Improper argument.", 1, 0, 1, 14),
@@ -239,7 +239,7 @@ INSTANTIATE_TEST_SUITE_P(
              "     Buy the Place bet on Place4, Place5\n     Buy the Place bet on Place(cs1) player2\n"
              "     Buy the Place bet on > 10, Place bets",
              1, 0, 1, 26),
-        Says({"buy the place bet on place6 last hand"},
-             "You can only buy bets in the current hand or current session.", 1, 0, 1, 37)));
+        Says({"buy the place bet on place6 last hand"}, "You can only buy bets in the current hand or current session.",
+             1, 0, 1, 37)));
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "autobet/compiler.h"
-#include "tests/autobet/records.h"
 #include "stats/statistics.h"
+#include "tests/autobet/records.h"
 
 namespace {
 
@@ -27,9 +27,7 @@ struct OrganiseCase {
   int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
 };
 
-std::ostream& operator<<(std::ostream& os, const OrganiseCase& c) {
-  return records::PrintScript(os, c.lines);
-}
+std::ostream& operator<<(std::ostream& os, const OrganiseCase& c) { return records::PrintScript(os, c.lines); }
 
 class CompileVariablesOrganizeTest : public testing::TestWithParam<OrganiseCase> {};
 
@@ -87,69 +85,114 @@ INSTANTIATE_TEST_SUITE_P(
         OrganiseCase{{"cs1 = answer"}, Cs1Is({V(5697)})},
         // Functions carry their pieces after the argument; the argument is organised first.
         OrganiseCase{{"bet 5 on place(cs1) player2"},
-                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeFunctionTarget, 6}, kOpen, V(201), P(kSeat), kClose, P(2), H(3),
-                      X(1), Y(34)}},
+                     {M(1, 0),
+                      {kCodeAction, 481},
+                      N(5),
+                      Op(57),
+                      {kCodeFunctionTarget, 6},
+                      kOpen,
+                      V(201),
+                      P(kSeat),
+                      kClose,
+                      P(2),
+                      H(3),
+                      X(1),
+                      Y(34)}},
         OrganiseCase{{"cs1 = # rolls(12) 11 dice totals"},
                      Cs1Is({F(28), kOpen, N(12), kClose, P(0), H(3), X(30), Y(29)})},
         OrganiseCase{{"cs1 = # rolls(8)"}, Cs1Is({F(28), kOpen, N(8), kClose, P(0), H(3), X(0), Y(34)})},
         OrganiseCase{{"cs1 = % points(6)"}, Cs1Is({F(47), kOpen, N(6), kClose, P(0), H(3), X(6), Y(0)})},
         OrganiseCase{{"cs1 = cs(2) player4"}, Cs1Is({F(21), kOpen, N(2), kClose, P(4)})},
         OrganiseCase{{"cs1 = sum(passline, field shooter)"},
-                     Cs1Is({F(130), kOpen, V(43), P(kSeat), H(3), X(1), Y(34), kComma, V(49), P(10), H(3), X(1),
-                            Y(34), kClose, kEnd})},
+                     Cs1Is({F(130), kOpen, V(43), P(kSeat), H(3), X(1), Y(34), kComma, V(49), P(10), H(3), X(1), Y(34),
+                            kClose, kEnd})},
         // A player word standing alone is a value: a seat, or who holds a role now.
         OrganiseCase{{"cs1 = player2 + ann"}, Cs1Is({N(2), Op(65), N(2)})},
         OrganiseCase{{"cs1 = shooter * autobettor"}, Cs1Is({V(5200), Op(61), V(5204)})},
         OrganiseCase{{"cs1 = original shooter"}, Cs1Is({V(5202)})},
         // Every statement is organised on its own.
         OrganiseCase{{"cs1 = passline : cs2 = field player1", "", "bet 5 on hard6 shooter"},
-                     {M(1, 0), {kCodeVariableTarget, 201}, P(kSeat), kEq, V(43), P(kSeat), H(3), X(1), Y(34), M(1, 17),
-                      {kCodeVariableTarget, 202}, P(kSeat),
-                      kEq, V(49), P(1), H(3), X(1), Y(34), M(3, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeVariableTarget, 54}, P(10),
-                      H(3), X(1), Y(34)}},
+                     {M(1, 0),
+                      {kCodeVariableTarget, 201},
+                      P(kSeat),
+                      kEq,
+                      V(43),
+                      P(kSeat),
+                      H(3),
+                      X(1),
+                      Y(34),
+                      M(1, 17),
+                      {kCodeVariableTarget, 202},
+                      P(kSeat),
+                      kEq,
+                      V(49),
+                      P(1),
+                      H(3),
+                      X(1),
+                      Y(34),
+                      M(3, 0),
+                      {kCodeAction, 481},
+                      N(5),
+                      Op(57),
+                      {kCodeVariableTarget, 54},
+                      P(10),
+                      H(3),
+                      X(1),
+                      Y(34)}},
         // Ranges keep every member's pieces.
         OrganiseCase{{"bet 5 on place4 thru place10 last hand"},
-                     {M(1, 0), {kCodeAction, 481}, N(5), Op(57), {kCodeVariableTarget, 31}, P(kSeat), H(3), X(1), Y(34),
+                     {M(1, 0),
+                      {kCodeAction, 481},
+                      N(5),
+                      Op(57),
+                      {kCodeVariableTarget, 31},
+                      P(kSeat),
+                      H(3),
+                      X(1),
+                      Y(34),
                       Op(kCodeThru),
-                      V(36), P(kSeat), H(2), X(1), Y(34)}}));
+                      V(36),
+                      P(kSeat),
+                      H(2),
+                      X(1),
+                      Y(34)}}));
 
 // One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(
     Faults, CompileVariablesOrganizeTest,
-    testing::Values(
-        Fault("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
-        Fault("cs1 = total high wins passline", "Ambiguous variable modifiers"),
-        Fault("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
-        // Inside brackets too.
-        Fault("bet 5 on place(cs1 cs2)", "Ambiguous variable references"),
-        Fault("cs1 = sum(field, passline player1 shooter)", "Ambiguous player references"),
-        // Counters of whole hands, and rolls since a total, exist only over longer scopes.
-        Fault("cs1 = most rolls in a hand last hand",
-              "'Most rolls in a hand' only applies to\ncurrent session, last session, or all sessions.\n"
-              "Ambiguous variable references."),
-        Fault("cs1 = # rolls since last(6) last session",
-              "'# of rolls since last' only applies to\ncurrent session or all sessions.\n"
-              "Ambiguous variable references."),
-        // Pieces the variable does not take, and pieces with no variable.
-        Fault("cs1 = cs2 last session", "Ambiguous variable references"),
-        Fault("cs1 = answer player2", "Ambiguous variable references"),
-        Fault("cs1 = # passes wins", "Ambiguous variable references"),
-        Fault("cs1 = passline 11 dice totals", "Ambiguous variable references"),
-        Fault("cs1 = abs(cs2) player2", "Ambiguous variable references"),
-        Fault("cs1 = player2 last session", "Ambiguous variable references"),
-        Fault("cs1 = wins", "Ambiguous variable references"),
-        // Written rolls outside what the statistic counts.
-        Fault("cs1 = # rolls(6.7) 21 combo", "Reference to rolls out of limits."),
-        Fault("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
-        Fault("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
-        // The range is the statement, not the line.
-        OrganiseCase{{"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"},
-                     {},
-                     "Ambiguous variable references",
-                     2,
-                     10,
-                     2,
-                     30}));
+    testing::Values(Fault("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
+                    Fault("cs1 = total high wins passline", "Ambiguous variable modifiers"),
+                    Fault("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
+                    // Inside brackets too.
+                    Fault("bet 5 on place(cs1 cs2)", "Ambiguous variable references"),
+                    Fault("cs1 = sum(field, passline player1 shooter)", "Ambiguous player references"),
+                    // Counters of whole hands, and rolls since a total, exist only over longer scopes.
+                    Fault("cs1 = most rolls in a hand last hand",
+                          "'Most rolls in a hand' only applies to\ncurrent session, last session, or all sessions.\n"
+                          "Ambiguous variable references."),
+                    Fault("cs1 = # rolls since last(6) last session",
+                          "'# of rolls since last' only applies to\ncurrent session or all sessions.\n"
+                          "Ambiguous variable references."),
+                    // Pieces the variable does not take, and pieces with no variable.
+                    Fault("cs1 = cs2 last session", "Ambiguous variable references"),
+                    Fault("cs1 = answer player2", "Ambiguous variable references"),
+                    Fault("cs1 = # passes wins", "Ambiguous variable references"),
+                    Fault("cs1 = passline 11 dice totals", "Ambiguous variable references"),
+                    Fault("cs1 = abs(cs2) player2", "Ambiguous variable references"),
+                    Fault("cs1 = player2 last session", "Ambiguous variable references"),
+                    Fault("cs1 = wins", "Ambiguous variable references"),
+                    // Written rolls outside what the statistic counts.
+                    Fault("cs1 = # rolls(6.7) 21 combo", "Reference to rolls out of limits."),
+                    Fault("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
+                    Fault("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
+                    // The range is the statement, not the line.
+                    OrganiseCase{{"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"},
+                                 {},
+                                 "Ambiguous variable references",
+                                 2,
+                                 10,
+                                 2,
+                                 30}));
 
 // A scratch script belongs to the seat selected in the editor; with none, a wager has no owner.
 // A number right after X30..X34 selects a total, combination or face: the Y piece of the
@@ -215,12 +258,25 @@ TEST(CompileVariablesOrganizeScratch, WagersWithNoSingleOwnerAreRefused) {
 
 // Called directly, the pass leaves the header and everything between references alone.
 TEST(CompileVariablesOrganizeDirect, KeepsDelimitersAndBracketValues) {
-  std::vector<TokenRecord> records = {{kCodeScriptHeader, 2}, M(1, 0), {kCodeListKind, 2}, kOpen, N(4),
-                                      kComma, V(33), kClose, kEnd, Op(71), {kCodeString, 1}};
+  std::vector<TokenRecord> records = {
+      {kCodeScriptHeader, 2}, M(1, 0), {kCodeListKind, 2}, kOpen, N(4), kComma, V(33), kClose, kEnd, Op(71),
+      {kCodeString, 1}};
   const std::vector<std::string> lines = {"any(4, place6) and \"x\""};
   ASSERT_FALSE(CompileVariablesOrganize(records, lines, 2).Failed());
-  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 2}, M(1, 0), {kCodeListKind, 2}, kOpen, N(4),
-                                             kComma, V(33), P(2), H(3), X(1), Y(34), kClose, kEnd, Op(71),
+  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 2},
+                                             M(1, 0),
+                                             {kCodeListKind, 2},
+                                             kOpen,
+                                             N(4),
+                                             kComma,
+                                             V(33),
+                                             P(2),
+                                             H(3),
+                                             X(1),
+                                             Y(34),
+                                             kClose,
+                                             kEnd,
+                                             Op(71),
                                              {kCodeString, 1}};
   EXPECT_EQ(records, expected);
 }

@@ -1,10 +1,11 @@
 #include "autobet/compiler.h"
-#include "tests/autobet/records.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include "tests/autobet/records.h"
 
 namespace {
 
@@ -14,9 +15,7 @@ struct CompileCase {
   int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
 };
 
-std::ostream& operator<<(std::ostream& os, const CompileCase& c) {
-  return records::PrintScript(os, c.lines);
-}
+std::ostream& operator<<(std::ostream& os, const CompileCase& c) { return records::PrintScript(os, c.lines); }
 
 CompileFault CompileSeat(AutoBetProgram& program, const std::vector<std::string>& lines,
                          std::vector<std::string> names = {}) {
@@ -54,8 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
     CompileMiscAndThru, CompileScriptTest,
     testing::Values(
         // Scripts that pass every pass in the chain.
-        CompileCase{{"Bet 5 on Field"}, ""},
-        CompileCase{{"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}, ""},
+        CompileCase{{"Bet 5 on Field"}, ""}, CompileCase{{"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}, ""},
         CompileCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
         CompileCase{{"if any(big6, field) and all[place6, place8] then", "endif"}, ""},
         CompileCase{{"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}, ""},
@@ -63,12 +61,8 @@ INSTANTIATE_TEST_SUITE_P(
         CompileCase{{"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}, ""},
         CompileCase{{"show message \"(\" & \")\""}, ""},  // brackets in strings are text
         // Bracket balance: from the statement's first bracket to its end.
-        CompileCase{{"bet 5 on field", "cs1 = 5 : bet 5 on field)"},
-                    "Missing or improperly placed parenthesis.",
-                    2,
-                    24,
-                    2,
-                    25},
+        CompileCase{
+            {"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2, 25},
         CompileCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
         CompileCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
         CompileCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
@@ -82,20 +76,11 @@ INSTANTIATE_TEST_SUITE_P(
         CompileCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
         // Duplicate labels, reported at the later one with the line of the earlier.
         CompileCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
-        CompileCase{{"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""},
-                    "A duplicate label exists in line 2",
-                    3,
-                    10,
-                    3,
-                    13},
+        CompileCase{
+            {"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3, 13},
         // Thru.
         CompileCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
-        CompileCase{{"bet 5 on place4 thru player2"},
-                    "Missing or incompatible operand following 'thru'.",
-                    1,
-                    0,
-                    1,
-                    28},
+        CompileCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
         CompileCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
         CompileCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
         CompileCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
@@ -109,14 +94,35 @@ std::vector<TokenRecord> Records(const AutoBetProgram& program) { return program
 TEST(CompileMiscRecords, ListFunctionsAndListKindsEndTheirListsAfterTheClosingBracket) {
   AutoBetProgram program;
   ASSERT_FALSE(CompileSeat(program, {"cs1 = sum(highest(field, 2)) + abs(any[1])"}).Failed());
-  const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 1}, {101, 0},         {kCodeVariableTarget, 201}, {kCodePlayer, 1}, {50, 0},
-      {kCodeFunction, 130},   {20, 0},          {kCodeFunction, 126}, {20, 0},
-      {kCodeVariable, 49},    {kCodePlayer, 1}, {kCodeTime, 3},       {kCodeCounted, 1}, {kCodeModifier, 34},
-      {75, 0},                {kCodeNumber, 2}, {21, 0},
-      {kCodeEndOfList, 0},    {21, 0},          {kCodeEndOfList, 0},  {65, 0},
-      {kCodeFunction, 102},   {20, 0},          {kCodeListKind, 2},   {20, 0},
-      {kCodeNumber, 1},       {21, 0},          {kCodeEndOfList, 0},  {21, 0}};
+  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1},
+                                             {101, 0},
+                                             {kCodeVariableTarget, 201},
+                                             {kCodePlayer, 1},
+                                             {50, 0},
+                                             {kCodeFunction, 130},
+                                             {20, 0},
+                                             {kCodeFunction, 126},
+                                             {20, 0},
+                                             {kCodeVariable, 49},
+                                             {kCodePlayer, 1},
+                                             {kCodeTime, 3},
+                                             {kCodeCounted, 1},
+                                             {kCodeModifier, 34},
+                                             {75, 0},
+                                             {kCodeNumber, 2},
+                                             {21, 0},
+                                             {kCodeEndOfList, 0},
+                                             {21, 0},
+                                             {kCodeEndOfList, 0},
+                                             {65, 0},
+                                             {kCodeFunction, 102},
+                                             {20, 0},
+                                             {kCodeListKind, 2},
+                                             {20, 0},
+                                             {kCodeNumber, 1},
+                                             {21, 0},
+                                             {kCodeEndOfList, 0},
+                                             {21, 0}};
   EXPECT_EQ(Records(program), expected);
 }
 
@@ -156,19 +162,47 @@ TEST(CompileMiscRecords, FractionalNumberLabelsKeepTheirDigits) {
 TEST(CompileJoin, ShiftsRecordIndicesAndPoolIndicesPastWhatIsJoined) {
   std::vector<TokenRecord> program = {{kCodeScriptHeader, 1}, {101, 0}, {kCodeLabel, 1}};
   std::vector<StringEntry> strings = {{"a", 2}};
-  const std::vector<TokenRecord> script = {
-      {kCodeScriptHeader, 2}, {101, 0},         {kCodeLabel, 1},     {102, 0},          {kCodeIf, 0},
-      {102, 5},               {kCodeThen, 9},   {kCodeGoto, 0},      {kCodeString, 2},  {kCodeNumber, 7},
-      {kCodeString, 3},       {kCodeString, 0}, {kCodeString, -15},  {kCodeGosub, 0},   {kCodeString, 2},
-      {kCodeFunction, 130},   {17, 4},          {kCodeEndOfList, 0}};
+  const std::vector<TokenRecord> script = {{kCodeScriptHeader, 2},
+                                           {101, 0},
+                                           {kCodeLabel, 1},
+                                           {102, 0},
+                                           {kCodeIf, 0},
+                                           {102, 5},
+                                           {kCodeThen, 9},
+                                           {kCodeGoto, 0},
+                                           {kCodeString, 2},
+                                           {kCodeNumber, 7},
+                                           {kCodeString, 3},
+                                           {kCodeString, 0},
+                                           {kCodeString, -15},
+                                           {kCodeGosub, 0},
+                                           {kCodeString, 2},
+                                           {kCodeFunction, 130},
+                                           {17, 4},
+                                           {kCodeEndOfList, 0}};
   const std::vector<StringEntry> scriptStrings = {{"b", 2}, {"", 0}, {"x", 0}};
   JoinScript(program, strings, script, scriptStrings);
-  const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 1}, {101, 0},       {kCodeLabel, 1},    {kCodeScriptHeader, 2}, {101, 0},
-      {kCodeLabel, 2},        {102, 0},       {kCodeIf, 0},       {102, 5},               {kCodeThen, 12},
-      {kCodeGoto, 0},         {kCodeString, 5}, {kCodeNumber, 7},  {kCodeString, 4},       {kCodeString, 0},
-      {kCodeString, -15},     {kCodeGosub, 0}, {kCodeString, 5},  {kCodeFunction, 130},   {17, 7},
-      {kCodeEndOfList, 0}};
+  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1},
+                                             {101, 0},
+                                             {kCodeLabel, 1},
+                                             {kCodeScriptHeader, 2},
+                                             {101, 0},
+                                             {kCodeLabel, 2},
+                                             {102, 0},
+                                             {kCodeIf, 0},
+                                             {102, 5},
+                                             {kCodeThen, 12},
+                                             {kCodeGoto, 0},
+                                             {kCodeString, 5},
+                                             {kCodeNumber, 7},
+                                             {kCodeString, 4},
+                                             {kCodeString, 0},
+                                             {kCodeString, -15},
+                                             {kCodeGosub, 0},
+                                             {kCodeString, 5},
+                                             {kCodeFunction, 130},
+                                             {17, 7},
+                                             {kCodeEndOfList, 0}};
   EXPECT_EQ(program, expected);
   const std::vector<StringEntry> joined = {{"a", 2}, {"b", 5}, {"", 0}, {"x", 0}};
   EXPECT_EQ(strings, joined);
@@ -192,21 +226,42 @@ constexpr TokenRecord kP14{kCodePlayer, 14}, kH3{kCodeTime, 3}, kX1{kCodeCounted
 
 INSTANTIATE_TEST_SUITE_P(
     OrganisedReferences, CompileThruShapes,
-    testing::Values(
-        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 31}, kP14, kH3, kX1, kY34, kThru, {kCodeVariable, 36}, kP14,
-                       kH3, kX1, kY34},
-                      ""},
-        ThruShapeCase{{kHead, kLine1, {kCodeFunction, 6}, {20, 0}, {kCodeNumber, 4}, {21, 0}, kP14, kH3, kX1, kY34,
-                       kThru, {kCodeVariable, 36}, kP14},
-                      ""},
-        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kP14, kThru, {kCodeVariable, 31}, kP14},
-                      kSurroundingMessage},
-        ThruShapeCase{{kHead, kLine1, {20, 0}, {kCodeVariable, 205}, {21, 0}, kThru, {kCodeVariable, 210}},
-                      "Missing or incompatible operand preceding 'thru'."},
-        ThruShapeCase{{kHead, kLine1, kP14, kThru, {kCodeVariable, 210}},
-                      "Missing or incompatible operand preceding 'thru'."},
-        ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kThru, {102, 0}, {kCodeVariable, 210}},
-                      "Missing operand following 'thru'."}));
+    testing::Values(ThruShapeCase{{kHead,
+                                   kLine1,
+                                   {kCodeVariable, 31},
+                                   kP14,
+                                   kH3,
+                                   kX1,
+                                   kY34,
+                                   kThru,
+                                   {kCodeVariable, 36},
+                                   kP14,
+                                   kH3,
+                                   kX1,
+                                   kY34},
+                                  ""},
+                    ThruShapeCase{{kHead,
+                                   kLine1,
+                                   {kCodeFunction, 6},
+                                   {20, 0},
+                                   {kCodeNumber, 4},
+                                   {21, 0},
+                                   kP14,
+                                   kH3,
+                                   kX1,
+                                   kY34,
+                                   kThru,
+                                   {kCodeVariable, 36},
+                                   kP14},
+                                  ""},
+                    ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kP14, kThru, {kCodeVariable, 31}, kP14},
+                                  kSurroundingMessage},
+                    ThruShapeCase{{kHead, kLine1, {20, 0}, {kCodeVariable, 205}, {21, 0}, kThru, {kCodeVariable, 210}},
+                                  "Missing or incompatible operand preceding 'thru'."},
+                    ThruShapeCase{{kHead, kLine1, kP14, kThru, {kCodeVariable, 210}},
+                                  "Missing or incompatible operand preceding 'thru'."},
+                    ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kThru, {102, 0}, {kCodeVariable, 210}},
+                                  "Missing operand following 'thru'."}));
 
 SeatFacts Seats(std::initializer_list<int> active) {
   SeatFacts seats;
@@ -220,16 +275,17 @@ TEST(CompileAll, JoinsTheActiveSeatsInSeatOrder) {
   AutoBetProgram program;
   program.ScriptSource[2] = {"\"top\"", "bet 5 on field"};
   program.ScriptSource[5] = {"\"top\"", "bet 5 on field ann"};  // labels of different seats never clash
-  program.ScriptSource[3] = {"this is no script"};      // inactive: not compiled
+  program.ScriptSource[3] = {"this is no script"};              // inactive: not compiled
   const CompileAllResult result = CompileALLAutobets(program, 0, Seats({2, 5}));
   ASSERT_FALSE(result.Failed()) << result.fault.message;
   EXPECT_TRUE(program.ScriptsCompiled);
   const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 2}, {101, 0}, {kCodeLabel, 1}, {102, 0},       {kCodeAction, 481}, {kCodeNumber, 5},
-      {57, 0},                {kCodeVariableTarget, 49}, {kCodePlayer, 2},                {kCodeTime, 3},
-      {kCodeCounted, 1},      {kCodeModifier, 34},       {kCodeScriptHeader, 5},          {101, 0},
-      {kCodeLabel, 2},        {102, 0}, {kCodeAction, 481}, {kCodeNumber, 5}, {57, 0},
-      {kCodeVariableTarget, 49}, {kCodePlayer, 2},       {kCodeTime, 3},      {kCodeCounted, 1}, {kCodeModifier, 34}};
+      {kCodeScriptHeader, 2}, {101, 0},         {kCodeLabel, 1},   {102, 0},
+      {kCodeAction, 481},     {kCodeNumber, 5}, {57, 0},           {kCodeVariableTarget, 49},
+      {kCodePlayer, 2},       {kCodeTime, 3},   {kCodeCounted, 1}, {kCodeModifier, 34},
+      {kCodeScriptHeader, 5}, {101, 0},         {kCodeLabel, 2},   {102, 0},
+      {kCodeAction, 481},     {kCodeNumber, 5}, {57, 0},           {kCodeVariableTarget, 49},
+      {kCodePlayer, 2},       {kCodeTime, 3},   {kCodeCounted, 1}, {kCodeModifier, 34}};
   EXPECT_EQ(program.ProgramRecords, expected);
   const std::vector<StringEntry> strings = {{"top", 2}, {"top", 14}};
   EXPECT_EQ(program.ProgramStrings, strings);

@@ -35,18 +35,25 @@ inline std::vector<std::vector<std::string>> ExampleScripts() {
 // or replaced, a line dropped or repeated, a word of the language dropped in.
 inline void Mutate(std::vector<std::string>& lines, std::mt19937& rng) {
   static const char kChars[] = "()[]{}\",:=<>+-*/\\^&$%#!?.;' \t0123456789abcxyz";
-  static const char* kWords[] = {"if ", " then", "else", "endif", "do", "loop", "exitdo", "goto ", "gosub ",
-                                 "return", " thru ", " any(", " all[", "\"", "bet 5 on ", " player3 ", " cs1 ",
-                                 "(", ")", " = ", " and ", "last session ", " place bets ", "left$(", "#"};
+  static const char* kWords[] = {"if ",           " then",        "else",   "endif",  "do",    "loop",  "exitdo",
+                                 "goto ",         "gosub ",       "return", " thru ", " any(", " all[", "\"",
+                                 "bet 5 on ",     " player3 ",    " cs1 ",  "(",      ")",     " = ",   " and ",
+                                 "last session ", " place bets ", "left$(", "#"};
   if (lines.empty()) lines.push_back("");
   std::uniform_int_distribution<size_t> pickLine(0, lines.size() - 1);
   std::string& line = lines[pickLine(rng)];
   const int kind = static_cast<int>(rng() % 7);
   const size_t at = line.empty() ? 0 : rng() % (line.size() + 1);
   switch (kind) {
-    case 0: if (!line.empty() && at < line.size()) line.erase(at, 1); break;
-    case 1: if (at < line.size()) line.insert(at, 1, line[at]); break;
-    case 2: if (at + 1 < line.size()) std::swap(line[at], line[at + 1]); break;
+    case 0:
+      if (!line.empty() && at < line.size()) line.erase(at, 1);
+      break;
+    case 1:
+      if (at < line.size()) line.insert(at, 1, line[at]);
+      break;
+    case 2:
+      if (at + 1 < line.size()) std::swap(line[at], line[at + 1]);
+      break;
     case 3: line.insert(at, 1, kChars[rng() % (sizeof kChars - 1)]); break;
     case 4: lines.erase(lines.begin() + static_cast<long>(pickLine(rng))); break;
     case 5: lines.insert(lines.begin() + static_cast<long>(pickLine(rng)), line); break;

@@ -45,11 +45,17 @@ struct Working {
 struct Step {
   Step(const char* promise, int die1, int die2, int times, std::vector<Amount> bets, std::vector<Stack> stacks,
        double bankroll, std::vector<Working> working = {})
-      : promise(promise), die1(die1), die2(die2), times(times), bets(std::move(bets)), stacks(std::move(stacks)),
-        bankroll(bankroll), working(std::move(working)) {}
-  const char* promise;  // what the system's comments say should now be so
-  int die1, die2;       // 0 for no roll
-  int times;            // the same dice this many times; the checks follow the last
+      : promise(promise),
+        die1(die1),
+        die2(die2),
+        times(times),
+        bets(std::move(bets)),
+        stacks(std::move(stacks)),
+        bankroll(bankroll),
+        working(std::move(working)) {}
+  const char* promise;        // what the system's comments say should now be so
+  int die1, die2;             // 0 for no roll
+  int times;                  // the same dice this many times; the checks follow the last
   std::vector<Amount> bets;   // every bet of the seat: any bet not listed must be empty
   std::vector<Stack> stacks;  // chosen checkstacks
   double bankroll;
@@ -59,8 +65,13 @@ struct Step {
 struct SystemCase {
   SystemCase(const char* name, const char* file, double bankroll, std::vector<Stack> memory, std::vector<Step> steps,
              const char* logFile = nullptr, std::vector<std::string> log = {})
-      : name(name), file(file), bankroll(bankroll), memory(std::move(memory)), steps(std::move(steps)),
-        logFile(logFile), log(std::move(log)) {}
+      : name(name),
+        file(file),
+        bankroll(bankroll),
+        memory(std::move(memory)),
+        steps(std::move(steps)),
+        logFile(logFile),
+        log(std::move(log)) {}
   const char* name;
   const char* file;
   double bankroll;
@@ -112,7 +123,8 @@ struct SystemTable {
     for (const Stack& s : step.stacks)
       EXPECT_DOUBLE_EQ(g.BetAmount[kSeat][kCheckStackRow + s.number].ToDouble(), s.dollars) << "cs" << s.number;
     EXPECT_DOUBLE_EQ(g.Bankroll[kSessionScope + kSeat].ToDouble(), step.bankroll) << "bankroll";
-    for (const Working& w : step.working) EXPECT_EQ(g.BetWorking[kSeat][w.bet], w.state) << BetName(w.bet) << " working";
+    for (const Working& w : step.working)
+      EXPECT_EQ(g.BetWorking[kSeat][w.bet], w.state) << BetName(w.bet) << " working";
   }
 
   std::string Faults() const {
@@ -220,15 +232,20 @@ const SystemCase kFibonacci{
         {"a win on the first step stays there", 5, 5, 1, {{bet::Field, 5}}, {{2, 10}}, 1015},
     }};
 
-const SystemCase kFibonacciTop{
-    "FibonacciStartsOverAtTheTopOfItsTable",
-    "fibonacci_field.bet",
-    10000,
-    {{2, 28}},
-    {
-        {"the last step, 6765 units, as far as the table's maximum goes", 2, 5, 1, {{bet::Field, 1000}}, {{2, 29}}, 9995},
-        {"a loss at the last step starts over", 2, 5, 1, {{bet::Field, 5}}, {{2, 10}}, 8995},
-    }};
+const SystemCase kFibonacciTop{"FibonacciStartsOverAtTheTopOfItsTable",
+                               "fibonacci_field.bet",
+                               10000,
+                               {{2, 28}},
+                               {
+                                   {"the last step, 6765 units, as far as the table's maximum goes",
+                                    2,
+                                    5,
+                                    1,
+                                    {{bet::Field, 1000}},
+                                    {{2, 29}},
+                                    9995},
+                                   {"a loss at the last step starts over", 2, 5, 1, {{bet::Field, 5}}, {{2, 10}}, 8995},
+                               }};
 
 const SystemCase kIronCross{
     "IronCrossCoversEveryTotalButSevenWhileThePointIsOn",
@@ -284,7 +301,14 @@ const SystemCase kPlacePress{
         {"first hit collected", 3, 3, 1, {{kPlace6, 6}, {kPlace8, 6}}, {{3, 1}}, 1007},
         {"second hit collected", 4, 4, 1, {{kPlace6, 6}, {kPlace8, 6}}, {{3, 2}}, 1014},
         {"third hit: the 6 pressed one unit", 3, 3, 1, {{kPlace6, 12}, {kPlace8, 6}}, {{3, 3}}, 1021},
-        {"fourth hit: the 8 pressed", 4, 4, 1, {{kPlace6, 12}, {kPlace8, 12}}, {{3, 4}}, 1028, {{kPlace6, 1}, {kPlace8, 1}}},
+        {"fourth hit: the 8 pressed",
+         4,
+         4,
+         1,
+         {{kPlace6, 12}, {kPlace8, 12}},
+         {{3, 4}},
+         1028,
+         {{kPlace6, 1}, {kPlace8, 1}}},
         {"the hand nets $42: pressed, then both called off",
          3,
          3,
@@ -304,7 +328,14 @@ const SystemCase kPlacePress{
          1042,
          {{kPlace6, -1}, {kPlace8, -1}}},
         {"the seven out takes them down unharmed", 3, 4, 1, {}, {}, 1042},
-        {"a new hand starts afresh", 3, 3, 1, {{kPlace6, 6}, {kPlace8, 6}}, {{3, 0}}, 1042, {{kPlace6, 1}, {kPlace8, 1}}},
+        {"a new hand starts afresh",
+         3,
+         3,
+         1,
+         {{kPlace6, 6}, {kPlace8, 6}},
+         {{3, 0}},
+         1042,
+         {{kPlace6, 1}, {kPlace8, 1}}},
     }};
 
 const SystemCase kPlacePressLimit{
@@ -446,7 +477,8 @@ const SystemCase kHardways{
     "hardway_hunter.txt",
     // 1 seven in 43 rolls, rounded to a tenth, reads as 2.3 whatever binary value the
     // rounding leaves behind.
-    {"Hand log of Ann from 1/1/2000 12:00:00 AM", "Hand 1\tnet 4\tsevens 2.3%", "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"}};
+    {"Hand log of Ann from 1/1/2000 12:00:00 AM", "Hand 1\tnet 4\tsevens 2.3%",
+     "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"}};
 
 const SystemCase kInside{
     "InsideRegressionCutsAfterTheFirstHitAndPressesFromTheThird",

@@ -53,9 +53,8 @@ TEST(ExampleScripts, EveryScriptCompilesAsSeatOnePlayedByAnn) {
     std::vector<std::string> names(kPlayerSeats);
     names[0] = "Ann";
     const CompileFault fault = CompileAutobets(program, 1, names);
-    EXPECT_FALSE(fault.Failed()) << script.filename().string() << ":" << fault.firstLine << ":"
-                                 << fault.firstColumn + 1 << "-" << fault.lastLine << ":" << fault.lastColumn
-                                 << ": " << OneLine(fault.message);
+    EXPECT_FALSE(fault.Failed()) << script.filename().string() << ":" << fault.firstLine << ":" << fault.firstColumn + 1
+                                 << "-" << fault.lastLine << ":" << fault.lastColumn << ": " << OneLine(fault.message);
     if (!fault.Failed()) {
       ASSERT_FALSE(program.ScriptRecords.empty()) << script.filename().string();
       EXPECT_EQ(program.ScriptRecords[0], (TokenRecord{kCodeScriptHeader, 1})) << script.filename().string();

@@ -33,15 +33,13 @@ TEST_P(ExpressionTest, ReducesToTheValue) {
 
 INSTANTIATE_TEST_SUITE_P(
     Operators, ExpressionTest,
-    ::testing::Values(ExpressionCase{"1 + 2 * 3", 7}, ExpressionCase{"(1 + 2) * 3", 9},
-                      ExpressionCase{"2 ^ 3 ^ 2", 64}, ExpressionCase{"-2 ^ 2", -4}, ExpressionCase{"2 ^ -1", 0.5},
-                      ExpressionCase{"10 - 4 - 3", 3}, ExpressionCase{"12 / 4 / 3", 1},
-                      ExpressionCase{"7 \\ 2", 3}, ExpressionCase{"-7 \\ 2", -3}, ExpressionCase{"7 mod 3", 1},
-                      ExpressionCase{"-7 mod 3", -1}, ExpressionCase{"7.6 \\ 2.4", 4},
-                      ExpressionCase{"2 + 7 mod 4 * 2", 9}, ExpressionCase{"2 * 3 \\ 4", 1},
-                      ExpressionCase{"- - 5", 5}, ExpressionCase{"3 - -2", 5}, ExpressionCase{"50%", 0.5},
-                      ExpressionCase{"1 + 2 = 3", -1}, ExpressionCase{"2 < 1", 0}, ExpressionCase{"2 >= 2", -1},
-                      ExpressionCase{"5 = \"5\"", -1},
+    ::testing::Values(ExpressionCase{"1 + 2 * 3", 7}, ExpressionCase{"(1 + 2) * 3", 9}, ExpressionCase{"2 ^ 3 ^ 2", 64},
+                      ExpressionCase{"-2 ^ 2", -4}, ExpressionCase{"2 ^ -1", 0.5}, ExpressionCase{"10 - 4 - 3", 3},
+                      ExpressionCase{"12 / 4 / 3", 1}, ExpressionCase{"7 \\ 2", 3}, ExpressionCase{"-7 \\ 2", -3},
+                      ExpressionCase{"7 mod 3", 1}, ExpressionCase{"-7 mod 3", -1}, ExpressionCase{"7.6 \\ 2.4", 4},
+                      ExpressionCase{"2 + 7 mod 4 * 2", 9}, ExpressionCase{"2 * 3 \\ 4", 1}, ExpressionCase{"- - 5", 5},
+                      ExpressionCase{"3 - -2", 5}, ExpressionCase{"50%", 0.5}, ExpressionCase{"1 + 2 = 3", -1},
+                      ExpressionCase{"2 < 1", 0}, ExpressionCase{"2 >= 2", -1}, ExpressionCase{"5 = \"5\"", -1},
                       ExpressionCase{"\"b\" > \"a\"", -1}, ExpressionCase{"\"B\" > \"a\"", 0},
                       ExpressionCase{"\"10\" < \"9\"", -1}, ExpressionCase{"10 < \"9\"", 0},
                       ExpressionCase{"not 0", -1}, ExpressionCase{"not -1", 0}, ExpressionCase{"not 5", -6},
@@ -74,8 +72,7 @@ TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
   for (const Fault& f : {Fault{"1 / cs9", 9999}, Fault{"1 \\ cs9", 9999}, Fault{"5 mod cs9", 9999},
                          Fault{"(3 + 1 / cs9) * 2", 9999}, Fault{"sqr(2 / cs9)", 9999},
                          // Both ends of a range name the same player, period and measure.
-                         Fault{"sum(cs1 thru cs3 player2)", 51},
-                         Fault{"sum(place4 current hand thru place6)", 52},
+                         Fault{"sum(cs1 thru cs3 player2)", 51}, Fault{"sum(place4 current hand thru place6)", 52},
                          Fault{"sum(wins place4 thru place6)", 53}}) {
     r = EvaluateExpression(t.g, 1, f.expression);
     EXPECT_FALSE(r.ok) << f.expression;
@@ -162,15 +159,14 @@ INSTANTIATE_TEST_SUITE_P(
         FlowCase{{"Do", "cs1 = cs1 + 1", "If cs1 = 3 Then GoTo \"out\"", "EndIf", "Loop", "\"out\""}, 3},
         FlowCase{{"GoTo \"in\"", "If 1 = 2 Then", "cs1 = 9", "\"in\"", "cs1 = cs1 + 1", "EndIf"}, 1},
         FlowCase{{"Do", "cs1 = cs1 + 1", "If cs1 >= 5 Then ExitDo", "EndIf", "Loop", "cs1 = cs1 * 10"}, 50},
-        FlowCase{{"Do", "cs1 = cs1 + 1", "Do", "cs2 = cs2 + 1", "If cs2 >= 2 Then ExitDo", "EndIf", "Loop",
-                  "cs2 = 0", "If cs1 >= 3 Then ExitDo", "EndIf", "Loop"},
+        FlowCase{{"Do", "cs1 = cs1 + 1", "Do", "cs2 = cs2 + 1", "If cs2 >= 2 Then ExitDo", "EndIf", "Loop", "cs2 = 0",
+                  "If cs1 >= 3 Then ExitDo", "EndIf", "Loop"},
                  3},
         // GoSub nesting, and a Return with nothing to return to is ignored.
         FlowCase{{"GoSub \"a\"", "cs1 = cs1 * 10", "GoTo \"end\"", "\"a\"", "cs1 = cs1 + 1", "GoSub \"b\"",
                   "cs1 = cs1 + 100", "Return", "\"b\"", "cs1 = cs1 + 1000", "Return", "\"end\""},
                  11010},
-        FlowCase{{"Return", "cs1 = 4"}, 4},
-        FlowCase{{"cs1 = 1 : cs1 = cs1 + 1 : cs1 = cs1 * 3"}, 6}));
+        FlowCase{{"Return", "cs1 = 4"}, 4}, FlowCase{{"cs1 = 1 : cs1 = cs1 + 1 : cs1 = cs1 * 3"}, 6}));
 
 TEST(Cycle, EachScriptRunsForItsOwnSeatAndJumpsStayInIt) {
   ScriptRun run({"GoTo \"x\"", "cs1 = 99", "\"x\"", "cs1 = cs1 + 1"},
@@ -212,14 +208,13 @@ TEST(Cycle, StepModeShowsEachStepAndStopEndsTheCycle) {
   run.Cycle();
   std::vector<std::string> texts;
   for (const StepRequest& s : run.t.ui.steps) texts.push_back(s.Text);
-  const std::vector<std::string> expected = {
-      "Beginning of condition block.",
-      "End of condition block and beginning of action block.",
-      "Conditions were false, so next action block will be skipped.",
-      "Beginning of last action block.",
-      "No action taken.\nDivision by zero.",
-      "End of If/Then structure.",
-      "Action taken."};
+  const std::vector<std::string> expected = {"Beginning of condition block.",
+                                             "End of condition block and beginning of action block.",
+                                             "Conditions were false, so next action block will be skipped.",
+                                             "Beginning of last action block.",
+                                             "No action taken.\nDivision by zero.",
+                                             "End of If/Then structure.",
+                                             "Action taken."};
   EXPECT_EQ(texts, expected);
   ASSERT_FALSE(run.t.ui.steps.empty());
   EXPECT_EQ(run.t.ui.steps[0].Title, "Auto-Bet Steps (Ann)");
@@ -282,16 +277,15 @@ INSTANTIATE_TEST_SUITE_P(
                  {"A jump will be made to the designated subroutine.", "Label.",
                   "Return to place where subroutine was initiated.", "A jump will be made to the designated label.",
                   "Label."}},
-        StepCase{{"Do", "ExitDo", "Loop"},
-                 {"Beginning of DO/LOOP structure.", "Exit from DO/LOOP structure."}},
-        StepCase{{"Do", "cs1 = cs1 + 1", "If cs1 = 2 Then ExitDo", "EndIf", "Loop"},
-                 {"Beginning of DO/LOOP structure.", "Action taken.", "Beginning of condition block.",
-                  "End of condition block and beginning of action block.",
-                  "Conditions were false, so next action block will be skipped.", "End of If/Then structure.",
-                  "End of DO/LOOP structure.", "A jump will be made back to the associated DO statement.",
-                  "Action taken.", "Beginning of condition block.",
-                  "End of condition block and beginning of action block.",
-                  "Conditions were true, so next action block will be performed.", "Exit from DO/LOOP structure."}},
+        StepCase{{"Do", "ExitDo", "Loop"}, {"Beginning of DO/LOOP structure.", "Exit from DO/LOOP structure."}},
+        StepCase{
+            {"Do", "cs1 = cs1 + 1", "If cs1 = 2 Then ExitDo", "EndIf", "Loop"},
+            {"Beginning of DO/LOOP structure.", "Action taken.", "Beginning of condition block.",
+             "End of condition block and beginning of action block.",
+             "Conditions were false, so next action block will be skipped.", "End of If/Then structure.",
+             "End of DO/LOOP structure.", "A jump will be made back to the associated DO statement.", "Action taken.",
+             "Beginning of condition block.", "End of condition block and beginning of action block.",
+             "Conditions were true, so next action block will be performed.", "Exit from DO/LOOP structure."}},
         StepCase{{"If 1 = 2 Then", "ElseIf 1 = 1 Then", "cs1 = 1", "Else", "EndIf"},
                  {"Beginning of condition block.", "End of condition block and beginning of action block.",
                   "Conditions were false, so next action block will be skipped.", "Beginning of condition block.",

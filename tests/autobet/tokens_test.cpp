@@ -173,10 +173,9 @@ TEST_P(TokeniseFaultTest, StopsAtTheFirstFaultWithItsRange) {
 // One case of each message is in compile_messages_test.cpp.
 INSTANTIATE_TEST_SUITE_P(
     TokenFaults, TokeniseFaultTest,
-    testing::Values(
-        FaultCase{{"bet 5 on field", "show message \"Hi there"}, "Missing quotation mark.", 2, 13, 22},
-        FaultCase{{"x = \"a\" ' \"b"}, "Unknown or misplaced element:\nx", 1, 0, 1},
-        FaultCase{{"bet 5 on field:bet 5 on hardd6"}, "Unknown or misplaced element:\nhardd6", 1, 24, 30}));
+    testing::Values(FaultCase{{"bet 5 on field", "show message \"Hi there"}, "Missing quotation mark.", 2, 13, 22},
+                    FaultCase{{"x = \"a\" ' \"b"}, "Unknown or misplaced element:\nx", 1, 0, 1},
+                    FaultCase{{"bet 5 on field:bet 5 on hardd6"}, "Unknown or misplaced element:\nhardd6", 1, 24, 30}));
 
 TEST(TokeniseScript, PlayerNamesGiveTheirSeats) {
   const std::vector<std::string> names = {"Alice", "", "Mary Ann", "", "", "", "", "Zed"};
@@ -212,10 +211,8 @@ TEST_P(ReservedWordProbeTest, RefusesNamesTheScriptsCouldNotTellApart) {
       continue;
     }
     EXPECT_EQ(probe, kReservedWordMark);
-    if (c.text == 7)
-      EXPECT_EQ(message, LanguageText(language, 7));
-    else
-      EXPECT_EQ(message, "\"" + std::string(c.name) + "\"" + std::string(LanguageText(language, 8)));
+    if (c.text == 7) EXPECT_EQ(message, LanguageText(language, 7));
+    else EXPECT_EQ(message, "\"" + std::string(c.name) + "\"" + std::string(LanguageText(language, 8)));
   }
 }
 

@@ -116,11 +116,10 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"wins passline", 0}, Case{"losses passline", 10}, Case{"last roll # losses place6", 1},
         Case{"total # wins passline", 2}, Case{"total $ wins passline", 20}, Case{"total $ resolved passline", 30},
         Case{"total # losses field", 4}, Case{"avg $ wins field", 5}, Case{"high $ wins place6", 14},
-        Case{"low $ losses place6", 12}, Case{"last $ wins passline", 10},
-        Case{"# rolls since last wins passline", 2}, Case{"# rolls since last losses field", 0},
-        Case{"total $ net field", -10}, Case{"total $ net % field", -100.0 / 3}, Case{"last $ net place6", -12},
-        Case{"high $ net field", 5}, Case{"low $ net field", -5}, Case{"avg $/hour wins field", 200},
-        Case{"avg #/hour losses field", 80},
+        Case{"low $ losses place6", 12}, Case{"last $ wins passline", 10}, Case{"# rolls since last wins passline", 2},
+        Case{"# rolls since last losses field", 0}, Case{"total $ net field", -10},
+        Case{"total $ net % field", -100.0 / 3}, Case{"last $ net place6", -12}, Case{"high $ net field", 5},
+        Case{"low $ net field", -5}, Case{"avg $/hour wins field", 200}, Case{"avg #/hour losses field", 80},
         // Scopes: the seven-out moved the hand to "last hand".
         Case{"total $ wins passline last hand", 20}, Case{"total # wins passline current hand", 0},
         Case{"total $ wins passline all sessions", 20}, Case{"total # resolved passline last session", 0},
@@ -146,17 +145,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Counters, PlayedReadTest,
-    testing::Values(
-        Case{"# hands", 1}, Case{"# hands player2", 0}, Case{"most rolls in a hand", 6},
-        Case{"avg rolls per hand", 6}, Case{"most comeout rolls in a hand", 3}, Case{"avg passes per hand", 2},
-        Case{"most misses in a hand", 1}, Case{"# comeout rolls", 3}, Case{"% comeout rolls", 50},
-        Case{"# passes", 2}, Case{"# misses", 1}, Case{"% passes", 200.0 / 3}, Case{"# seven outs", 1},
-        Case{"# passes naturals", 1}, Case{"% comeout rolls points", 200.0 / 3}, Case{"# comeout rolls last hand", 3},
-        Case{"# comeout rolls current hand", 0}, Case{"# points", 2}, Case{"# points passed", 1},
-        Case{"% points missed", 50}, Case{"% points", 200.0 / 3},
-        // Ann shot all six rolls: totals 7, 4, 6, 4, 6, 7; die 1 showed 3, 2, 3, 1, 2, 4.
-        Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
-        Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4}, Case{"degrees of freedom 21 combo", 20}));
+    testing::Values(Case{"# hands", 1}, Case{"# hands player2", 0}, Case{"most rolls in a hand", 6},
+                    Case{"avg rolls per hand", 6}, Case{"most comeout rolls in a hand", 3},
+                    Case{"avg passes per hand", 2}, Case{"most misses in a hand", 1}, Case{"# comeout rolls", 3},
+                    Case{"% comeout rolls", 50}, Case{"# passes", 2}, Case{"# misses", 1}, Case{"% passes", 200.0 / 3},
+                    Case{"# seven outs", 1}, Case{"# passes naturals", 1}, Case{"% comeout rolls points", 200.0 / 3},
+                    Case{"# comeout rolls last hand", 3}, Case{"# comeout rolls current hand", 0}, Case{"# points", 2},
+                    Case{"# points passed", 1}, Case{"% points missed", 50}, Case{"% points", 200.0 / 3},
+                    // Ann shot all six rolls: totals 7, 4, 6, 4, 6, 7; die 1 showed 3, 2, 3, 1, 2, 4.
+                    Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
+                    Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4},
+                    Case{"degrees of freedom 21 combo", 20}));
 
 // A total, combination or face written after the display selects the rolls counted, as
 // the numbered function forms do (the same values in functions_test.cpp).
@@ -173,18 +172,17 @@ TEST_P(DiceSelectionTest, CountsTheSelectedRollsOnly) {
 // Dice: 3-4, 2-2, 3-3, 1-3, 2-4, 4-3.
 INSTANTIATE_TEST_SUITE_P(
     Selections, DiceSelectionTest,
-    testing::Values(
-        Case{"# rolls die1 face3", 2}, Case{"# rolls die1 face5", 0}, Case{"# rolls die2 face4", 2},
-        // The phrase for die 2's face 3 names face 5.
-        Case{"# rolls die2 face3", 0}, Case{"# rolls die2 faces 3", 3}, Case{"# rolls 11 dice totals 7", 2},
-        Case{"% rolls 11 dice totals 6", 100.0 / 3}, Case{"# rolls 21 combo 4.3", 2}, Case{"# rolls 36 combo 4.3", 1},
-        Case{"# rolls 36 combo 1.3", 1}, Case{"# rolls 36 combo 3.1", 0}, Case{"% prob 11 dice totals 7", 100.0 / 6},
-        Case{"# rolls since last die1 face1", 2},
-        // The other pieces still count: the hand rolled over at the seven-out, Bob rolled nothing.
-        Case{"# rolls die1 face3 last hand", 2}, Case{"# rolls die1 face3 current hand", 0},
-        Case{"player2 # rolls die1 face3", 0},
-        // Without a selection every roll counts.
-        Case{"# rolls 11 dice totals", 6}, Case{"# rolls die1 faces", 6}));
+    testing::Values(Case{"# rolls die1 face3", 2}, Case{"# rolls die1 face5", 0}, Case{"# rolls die2 face4", 2},
+                    // The phrase for die 2's face 3 names face 5.
+                    Case{"# rolls die2 face3", 0}, Case{"# rolls die2 faces 3", 3}, Case{"# rolls 11 dice totals 7", 2},
+                    Case{"% rolls 11 dice totals 6", 100.0 / 3}, Case{"# rolls 21 combo 4.3", 2},
+                    Case{"# rolls 36 combo 4.3", 1}, Case{"# rolls 36 combo 1.3", 1}, Case{"# rolls 36 combo 3.1", 0},
+                    Case{"% prob 11 dice totals 7", 100.0 / 6}, Case{"# rolls since last die1 face1", 2},
+                    // The other pieces still count: the hand rolled over at the seven-out, Bob rolled nothing.
+                    Case{"# rolls die1 face3 last hand", 2}, Case{"# rolls die1 face3 current hand", 0},
+                    Case{"player2 # rolls die1 face3", 0},
+                    // Without a selection every roll counts.
+                    Case{"# rolls 11 dice totals", 6}, Case{"# rolls die1 faces", 6}));
 
 TEST(VariablesTest, PvalueIsTheTailOfTheTotalsTest) {
   PlayedTable t;
@@ -219,39 +217,38 @@ TEST_P(TableFactTest, ReadsTheTable) {
 
 INSTANTIATE_TEST_SUITE_P(
     AfterASevenOut, TableFactTest,
-    testing::Values(
-        FactCase{"dice total", 7}, FactCase{"dice combo", 3.4}, FactCase{"dice perm", 4.3}, FactCase{"die1", 4},
-        FactCase{"die2", 3}, FactCase{"point", 0}, FactCase{"last point", 6}, FactCase{"seven out", -1},
-        FactCase{"shooter misses", -1}, FactCase{"shooter passes", 0}, FactCase{"point is decided", -1},
-        FactCase{"point is established", 0}, FactCase{"next roll is a comeout roll", -1},
-        FactCase{"last roll was a comeout roll", 0}, FactCase{"last roll was not a comeout roll", -1},
-        FactCase{"beginning new hand", -1}, FactCase{"beginning new session", 0}, FactCase{"initializing script", 0},
-        FactCase{"initializing script", -1, [](Game& g) { g.AutoBet.InitializingScript = true; }},
-        FactCase{"shooter", kBob}, FactCase{"last shooter", kAnn}, FactCase{"autobettor", kAnn},
-        FactCase{"bettor", 4, [](Game& g) { g.AutoBet.SelectedSeat = 4; }},
-        FactCase{"dice roll file end reached", 0}, FactCase{"dice roll file next roll", 1},
-        FactCase{"dice roll file length", 0}, FactCase{"online", 0},
-        FactCase{"online", -1, [](Game& g) { g.OnlineRole = 1; }}));
+    testing::Values(FactCase{"dice total", 7}, FactCase{"dice combo", 3.4}, FactCase{"dice perm", 4.3},
+                    FactCase{"die1", 4}, FactCase{"die2", 3}, FactCase{"point", 0}, FactCase{"last point", 6},
+                    FactCase{"seven out", -1}, FactCase{"shooter misses", -1}, FactCase{"shooter passes", 0},
+                    FactCase{"point is decided", -1}, FactCase{"point is established", 0},
+                    FactCase{"next roll is a comeout roll", -1}, FactCase{"last roll was a comeout roll", 0},
+                    FactCase{"last roll was not a comeout roll", -1}, FactCase{"beginning new hand", -1},
+                    FactCase{"beginning new session", 0}, FactCase{"initializing script", 0},
+                    FactCase{"initializing script", -1, [](Game& g) { g.AutoBet.InitializingScript = true; }},
+                    FactCase{"shooter", kBob}, FactCase{"last shooter", kAnn}, FactCase{"autobettor", kAnn},
+                    FactCase{"bettor", 4, [](Game& g) { g.AutoBet.SelectedSeat = 4; }},
+                    FactCase{"dice roll file end reached", 0}, FactCase{"dice roll file next roll", 1},
+                    FactCase{"dice roll file length", 0}, FactCase{"online", 0},
+                    FactCase{"online", -1, [](Game& g) { g.OnlineRole = 1; }}));
 
 INSTANTIATE_TEST_SUITE_P(
     RulesAndClock, TableFactTest,
-    testing::Values(
-        FactCase{"rolls per hr", 120},
-        FactCase{"rolls per hr", 150,
-                 [](Game& g) {
-                   g.Rules.RollsPerTime = 2.5;
-                   g.Rules.RollRateUnit = kPerMinute;
-                 }},
-        FactCase{"minimum bet", 7, [](Game& g) { g.Rules.MinPlacardBet = 7_usd; }},
-        FactCase{"maximum bet", 3000, [](Game& g) { g.Rules.MaxPlacardBet = 3000_usd; }},
-        FactCase{"odds allowed factor5", 4, [](Game& g) { g.Rules.OddsAllowed59 = 4_usd; }},
-        FactCase{"odds allowed factor10", 3, [](Game& g) { g.Rules.OddsAllowed410 = 3_usd; }},
-        FactCase{"odds allowed factor8", 5, [](Game& g) { g.Rules.OddsAllowed68 = 5_usd; }},
-        FactCase{"bar", 2, [](Game& g) { g.Rules.BarNumber = 2; }}, FactCase{"seed", 12345},
-        FactCase{"rng", 5, [](Game& g) { g.Dice.rngNumber = 5; }},
-        FactCase{"comp rate", 0.25, [](Game& g) { g.Rules.CompRate = Money::FromDouble(0.25); }},
-        FactCase{"date/time", 46090 + 50707.5 / 86400}, FactCase{"timer", 50707.5},
-        FactCase{"answer", 7, [](Game& g) { g.AutoBet.Answer = 7; }}));
+    testing::Values(FactCase{"rolls per hr", 120},
+                    FactCase{"rolls per hr", 150,
+                             [](Game& g) {
+                               g.Rules.RollsPerTime = 2.5;
+                               g.Rules.RollRateUnit = kPerMinute;
+                             }},
+                    FactCase{"minimum bet", 7, [](Game& g) { g.Rules.MinPlacardBet = 7_usd; }},
+                    FactCase{"maximum bet", 3000, [](Game& g) { g.Rules.MaxPlacardBet = 3000_usd; }},
+                    FactCase{"odds allowed factor5", 4, [](Game& g) { g.Rules.OddsAllowed59 = 4_usd; }},
+                    FactCase{"odds allowed factor10", 3, [](Game& g) { g.Rules.OddsAllowed410 = 3_usd; }},
+                    FactCase{"odds allowed factor8", 5, [](Game& g) { g.Rules.OddsAllowed68 = 5_usd; }},
+                    FactCase{"bar", 2, [](Game& g) { g.Rules.BarNumber = 2; }}, FactCase{"seed", 12345},
+                    FactCase{"rng", 5, [](Game& g) { g.Dice.rngNumber = 5; }},
+                    FactCase{"comp rate", 0.25, [](Game& g) { g.Rules.CompRate = Money::FromDouble(0.25); }},
+                    FactCase{"date/time", 46090 + 50707.5 / 86400}, FactCase{"timer", 50707.5},
+                    FactCase{"answer", 7, [](Game& g) { g.AutoBet.Answer = 7; }}));
 
 TEST(VariablesTest, PointFactsWhileAPointIsOn) {
   PlayedTable t;
@@ -290,7 +287,7 @@ TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
       "If seven out and shooter misses Then cs3 = dice perm",
       "EndIf",
       "cs4 = high $ wins passline current hand",  // no win in the new hand: fault 301
-      "If csn5 = \"\" Then cs5 = cs5 + 1",  // an unnamed stack: every roll
+      "If csn5 = \"\" Then cs5 = cs5 + 1",        // an unnamed stack: every roll
       "EndIf",
   });
   const Game& g = t.g;
@@ -340,8 +337,8 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
   PlayedTable t;
-  const TokenRecord group[] = {{kCodeVariable, 43}, {kCodePlayer, 9}, {kCodeTime, 3}, {kCodeCounted, 1},
-                               {kCodeModifier, 34}};
+  const TokenRecord group[] = {
+      {kCodeVariable, 43}, {kCodePlayer, 9}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
   TokenRecord out;
   EXPECT_FALSE(ReadVariable(t.g, group, out));
   EXPECT_EQ(t.g.AutoBet.RunError, 50);
@@ -372,8 +369,18 @@ TEST(VariablesTest, SeatOfPieceFollowsTheTable) {
 }
 
 TEST(VariablesTest, GroupSizeByVariableNumber) {
-  for (auto [v, size] : {std::pair{1, 4}, {107, 4}, {205, 1}, {651, 1}, {899, 1}, {1100, 2}, {1508, 2}, {2600, 3},
-                         {4501, 4}, {4607, 4}, {5000, 0}, {5698, 0}})
+  for (auto [v, size] : {std::pair{1, 4},
+                         {107, 4},
+                         {205, 1},
+                         {651, 1},
+                         {899, 1},
+                         {1100, 2},
+                         {1508, 2},
+                         {2600, 3},
+                         {4501, 4},
+                         {4607, 4},
+                         {5000, 0},
+                         {5698, 0}})
     EXPECT_EQ(GroupSize(v), size) << v;
 }
 
@@ -463,13 +470,12 @@ TEST(VariablesTest, ExpectedValueIsTheHousesShare) {
     const char* bet;
     double pWin, pLose;
   };
-  for (const Case& c : {Case{"passline", 244.0 / 495, 251.0 / 495}, Case{"dontpass", 949.0 / 1980, 976.0 / 1980},
-                        Case{"place4", 3.0 / 9, 6.0 / 9}, Case{"place6", 5.0 / 11, 6.0 / 11},
-                        Case{"comeodds5", 4.0 / 10, 6.0 / 10}, Case{"dontcomeodds9", 6.0 / 10, 4.0 / 10},
-                        Case{"hard8", 1.0 / 11, 10.0 / 11}, Case{"hard4", 1.0 / 9, 8.0 / 9},
-                        Case{"big6", 5.0 / 11, 6.0 / 11}, Case{"seven", 6.0 / 36, 30.0 / 36},
-                        Case{"craps", 4.0 / 36, 32.0 / 36}, Case{"hop33", 1.0 / 36, 35.0 / 36},
-                        Case{"hop16", 2.0 / 36, 34.0 / 36}, Case{"over7", 15.0 / 36, 21.0 / 36}}) {
+  for (const Case& c :
+       {Case{"passline", 244.0 / 495, 251.0 / 495}, Case{"dontpass", 949.0 / 1980, 976.0 / 1980},
+        Case{"place4", 3.0 / 9, 6.0 / 9}, Case{"place6", 5.0 / 11, 6.0 / 11}, Case{"comeodds5", 4.0 / 10, 6.0 / 10},
+        Case{"dontcomeodds9", 6.0 / 10, 4.0 / 10}, Case{"hard8", 1.0 / 11, 10.0 / 11}, Case{"hard4", 1.0 / 9, 8.0 / 9},
+        Case{"big6", 5.0 / 11, 6.0 / 11}, Case{"seven", 6.0 / 36, 30.0 / 36}, Case{"craps", 4.0 / 36, 32.0 / 36},
+        Case{"hop33", 1.0 / 36, 35.0 / 36}, Case{"hop16", 2.0 / 36, 34.0 / 36}, Case{"over7", 15.0 / 36, 21.0 / 36}}) {
     const std::string bet = c.bet;
     const double r = bet == "passline" || bet == "dontpass" ? 1.0 : ratio(bet);
     const EvaluationResult ev = read("expected value net % " + bet);

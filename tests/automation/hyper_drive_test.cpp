@@ -200,15 +200,15 @@ TEST_P(HyperDriveLimitTest, StopsBeyondTheLimitOnly) {
 
 INSTANTIATE_TEST_SUITE_P(
     HyperDrive, HyperDriveLimitTest,
-    ::testing::Values(
-        LimitCase{"exactly the limit", 9999999_usd, 3, "Stopped by Auto-Stop.", false},
-        LimitCase{"a cent above", 9999999_usd + Money::FromRaw(100), 1,
-                  "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
-        LimitCase{"far above", 12000000_usd, 1,
-                  "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
-        LimitCase{"exactly the negative limit", -9999999_usd, 3, "Stopped by Auto-Stop.", false},
-        LimitCase{"a cent below", -9999999_usd - Money::FromRaw(100), 1,
-                  "Stopped by exceeding the negative bankroll limit of -$9,999,999\n\n" + kSelectNew, true}));
+    ::testing::Values(LimitCase{"exactly the limit", 9999999_usd, 3, "Stopped by Auto-Stop.", false},
+                      LimitCase{"a cent above", 9999999_usd + Money::FromRaw(100), 1,
+                                "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
+                      LimitCase{"far above", 12000000_usd, 1,
+                                "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
+                      LimitCase{"exactly the negative limit", -9999999_usd, 3, "Stopped by Auto-Stop.", false},
+                      LimitCase{"a cent below", -9999999_usd - Money::FromRaw(100), 1,
+                                "Stopped by exceeding the negative bankroll limit of -$9,999,999\n\n" + kSelectNew,
+                                true}));
 
 TEST(HyperDriveLimit, AStoppedTableStaysStoppedUntilANewSession) {
   HyperTable t;

@@ -1,5 +1,7 @@
 // Dice and percentage-dice cells from each of the eight generators.
 
+#include "dice/generators.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -7,7 +9,6 @@
 #include <set>
 #include <utility>
 
-#include "dice/generators.h"
 #include "dice/seeding.h"
 #include "tests/dice/crafted_state.h"
 #include "tests/test_support.h"
@@ -23,8 +24,8 @@ void Seed(Game& g, int rng, int32_t seed) {
 bool SameSources(const DiceSources& a, const DiceSources& b) {
   return a.mt.mt == b.mt.mt && a.mt.mti == b.mt.mti && a.cokus.state.mt == b.cokus.state.mt &&
          a.cokus.state.mti == b.cokus.state.mti && a.ran1.r == b.ran1.r && a.ran1.ix1 == b.ran1.ix1 &&
-         a.ran1.ix2 == b.ran1.ix2 && a.ran1.ix3 == b.ran1.ix3 && a.ran2.ir == b.ran2.ir &&
-         a.ran2.iy == b.ran2.iy && a.ran2.idum == b.ran2.idum && a.lcgState == b.lcgState;
+         a.ran1.ix2 == b.ran1.ix2 && a.ran1.ix3 == b.ran1.ix3 && a.ran2.ir == b.ran2.ir && a.ran2.iy == b.ran2.iy &&
+         a.ran2.idum == b.ran2.idum && a.lcgState == b.lcgState;
 }
 
 // ---- Uniformity -------------------------------------------------------------------------
@@ -116,12 +117,11 @@ TEST_P(DiceSourceTest, DrawsFromItsSourceAlone) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    DiceByGeneratorAndRollParity, DiceSourceTest,
-    ::testing::Values(SourceCase{1, 0, kMt}, SourceCase{2, 0, kCokus}, SourceCase{3, 0, kLcg},
-                      SourceCase{4, 0, kRan2}, SourceCase{5, 0, kRan1}, SourceCase{6, 0, kRan1},
-                      SourceCase{6, 1, kMt}, SourceCase{6, 1000, kRan1}, SourceCase{7, 0, kRan2},
-                      SourceCase{7, 1, kCokus}, SourceCase{7, 999, kCokus}));
+INSTANTIATE_TEST_SUITE_P(DiceByGeneratorAndRollParity, DiceSourceTest,
+                         ::testing::Values(SourceCase{1, 0, kMt}, SourceCase{2, 0, kCokus}, SourceCase{3, 0, kLcg},
+                                           SourceCase{4, 0, kRan2}, SourceCase{5, 0, kRan1}, SourceCase{6, 0, kRan1},
+                                           SourceCase{6, 1, kMt}, SourceCase{6, 1000, kRan1}, SourceCase{7, 0, kRan2},
+                                           SourceCase{7, 1, kCokus}, SourceCase{7, 999, kCokus}));
 
 // ---- #8: both dice from one call -------------------------------------------------------
 

@@ -1,6 +1,8 @@
 // Percentage dice: the draw, probability files, the edit with rebalancing, the display
 // modes and the axis computation.
 
+#include "dice/probability.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -11,7 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include "dice/probability.h"
 #include "dice/probability_file.h"
 #include "tests/test_support.h"
 
@@ -35,7 +36,9 @@ std::string ReadBytes(const std::filesystem::path& p) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
+void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
+  std::ofstream(p, std::ios::binary) << bytes;
+}
 
 // The 36 cells make 100000, none is negative, and the sum column and face rows agree.
 void ExpectBalanced(const ProbabilityTable& t) {
@@ -119,12 +122,13 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   EXPECT_EQ(bytes.substr(200, 56), std::string(56, '\0'));
   auto at = [&](int i) {
     uint32_t u = 0;
-    for (int b = 0; b < 4; ++b) u |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[256 + 4 * i + b])) << (8 * b);
+    for (int b = 0; b < 4; ++b)
+      u |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[256 + 4 * i + b])) << (8 * b);
     return static_cast<int32_t>(u);
   };
   EXPECT_EQ(at(0), -7);
-  EXPECT_EQ(at(3 * 14 + 5), 128);               // plane 0, x 3, y 5
-  EXPECT_EQ(at(112 + 3 * 14 + 5), 9000);        // plane 1
+  EXPECT_EQ(at(3 * 14 + 5), 128);         // plane 0, x 3, y 5
+  EXPECT_EQ(at(112 + 3 * 14 + 5), 9000);  // plane 1
   EXPECT_EQ(at(112 + 7 * 14 + 13), p.Table.Value(7, 13));
   EXPECT_EQ(bytes.substr(1152, 128), bytes.substr(896, 128));  // record 5's tail repeats record 4's
 
@@ -173,8 +177,8 @@ TEST(ProbabilityFile, ShortFileGivesZerosForMissingValues) {
   TempDir dir;
   std::string bytes(256 + 6, '\0');
   bytes.replace(0, 42, kProbabilityFileHeader);
-  bytes[256] = 5;      // value 0
-  bytes[260] = 1;      // value 1, whose upper bytes are missing
+  bytes[256] = 5;  // value 0
+  bytes[260] = 1;  // value 1, whose upper bytes are missing
   bytes[261] = 1;
   WriteBytes(dir.path / "short.prb", bytes);
   ProbabilityTable t = Default();
@@ -195,8 +199,8 @@ TEST(ProbabilityEdit, KeepsWholeSumsAndLocks) {
     int x, y;
     int32_t value;
   };
-  for (const Case& c : {Case{2, 1, 10000}, Case{3, 3, 6000}, Case{2, 7, -500}, Case{1, 6, 30000},
-                        Case{4, 12, 25000}, Case{7, 13, 0}}) {
+  for (const Case& c :
+       {Case{2, 1, 10000}, Case{3, 3, 6000}, Case{2, 7, -500}, Case{1, 6, 30000}, Case{4, 12, 25000}, Case{7, 13, 0}}) {
     SCOPED_TRACE(testing::Message() << c.x << "," << c.y);
     ProbabilityTable t = Default();
     std::string error;
@@ -259,10 +263,10 @@ TEST(ProbabilityView, ConvertsBothWays) {
     double shown;
   };
   for (const Case& c : {Case{ProbabilityView::Percent, 2, 1, 2778, 2.778},
-                         Case{ProbabilityView::PercentFromTrue, 1, 6, 20000, 20.0 - 600.0 / 36},
-                         Case{ProbabilityView::PercentFromTrue, 3, 12, 0, -100.0 / 6},
-                         Case{ProbabilityView::RollsOutOf, 2, 1, 2778, 1.00008},
-                         Case{ProbabilityView::RollsFromTrue, 1, 1, 5556, 1.00016}}) {
+                        Case{ProbabilityView::PercentFromTrue, 1, 6, 20000, 20.0 - 600.0 / 36},
+                        Case{ProbabilityView::PercentFromTrue, 3, 12, 0, -100.0 / 6},
+                        Case{ProbabilityView::RollsOutOf, 2, 1, 2778, 1.00008},
+                        Case{ProbabilityView::RollsFromTrue, 1, 1, 5556, 1.00016}}) {
     EXPECT_NEAR(ShownValue(c.stored, c.x, c.y, c.view, 36.0), c.shown, 1e-9) << c.stored;
     int32_t back = -1;
     ASSERT_TRUE(StoredValue(c.shown, c.x, c.y, c.view, 36.0, back));

@@ -1,5 +1,7 @@
 // The congruential generator of #3 and the shuffled generators Ran1 and Ran2.
 
+#include "dice/ran.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -7,7 +9,6 @@
 #include <set>
 #include <vector>
 
-#include "dice/ran.h"
 #include "tests/dice/crafted_state.h"
 
 namespace {

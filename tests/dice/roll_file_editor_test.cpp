@@ -1,5 +1,7 @@
 // The editor's operations on a small roll file, and the copy to a text file.
 
+#include "dice/roll_file_editor.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include <iterator>
 #include <string>
 
-#include "dice/roll_file_editor.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -61,13 +62,15 @@ TEST_P(RollFileEditorTest, ChangesTheFileOrLeavesItAsItWas) {
 INSTANTIATE_TEST_SUITE_P(
     RollFileOperations, RollFileEditorTest,
     ::testing::Values(
-        EditCase{"replace", [](EditorTable& t) { return EnterRoll(t.rf, 2, 6, 5, false); }, Rolls({11, 65, 33, 44, 55})},
+        EditCase{"replace", [](EditorTable& t) { return EnterRoll(t.rf, 2, 6, 5, false); },
+                 Rolls({11, 65, 33, 44, 55})},
         EditCase{"replace_after_last", [](EditorTable& t) { return EnterRoll(t.rf, 6, 1, 2, false); },
                  Rolls({11, 22, 33, 44, 55, 12})},
         EditCase{"insert_first", [](EditorTable& t) { return EnterRoll(t.rf, 1, 3, 1, true); },
                  Rolls({31, 11, 22, 33, 44, 55})},
         EditCase{"delete_range", [](EditorTable& t) { return DeleteRolls(t.rf, 2, 4); }, Rolls({11, 55})},
-        EditCase{"cut_paste", [](EditorTable& t) { return CutRolls(t.g, t.rf, 4, 5) && PasteRolls(t.g, t.rf, 1, true); },
+        EditCase{"cut_paste",
+                 [](EditorTable& t) { return CutRolls(t.g, t.rf, 4, 5) && PasteRolls(t.g, t.rf, 1, true); },
                  Rolls({44, 55, 11, 22, 33})},
         EditCase{"copy_paste_over",
                  [](EditorTable& t) { return CopyRolls(t.g, t.rf, 1, 2) && PasteRolls(t.g, t.rf, 5, false); },
@@ -119,8 +122,9 @@ TEST_P(RollFileTextTest, WordsReplacedAndRenumberingOffered) {
   EXPECT_EQ(ReadFile(t.dir.path / "out.txt"), c.text);
   ASSERT_EQ(t.ui.transcript.size(), c.reply < 0 ? 0u : 1u);
   if (c.reply >= 0) {
-    EXPECT_EQ(t.ui.LastText(), "The rolls you've selected do not begin with roll #1.  Would you like to renumber "
-                               "them in the output starting with #1?");
+    EXPECT_EQ(t.ui.LastText(),
+              "The rolls you've selected do not begin with roll #1.  Would you like to renumber "
+              "them in the output starting with #1?");
   }
 }
 

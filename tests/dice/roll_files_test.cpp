@@ -1,6 +1,8 @@
 // Dice roll files in the roll cycle: playback, the pop-up file, recording with marks and
 // the roll history.
 
+#include "dice/roll_files.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,7 +12,6 @@
 #include <vector>
 
 #include "automation/auto_roll.h"
-#include "dice/roll_files.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -99,8 +100,9 @@ TEST_P(RollFileLimitTest, StopsWithoutRollingAndKeepsTheFileAtTheRoll) {
   } else {
     EXPECT_EQ(box.Title, "Dice roll file error");
     EXPECT_EQ(box.HelpId, 210);
-    EXPECT_EQ(box.Text, "A dice roll value has been found to be out of limits. \n\nPlayback of this Dice Roll File "
-                        "has stopped so that you can check the file or continue without it.");
+    EXPECT_EQ(box.Text,
+              "A dice roll value has been found to be out of limits. \n\nPlayback of this Dice Roll File "
+              "has stopped so that you can check the file or continue without it.");
   }
 }
 
@@ -130,17 +132,18 @@ TEST_P(RollFilePopupTest, FirstTwoDigitsOneToSixAreTheDice) {
   EXPECT_EQ(t.g.Table.Die1 * 10 + t.g.Table.Die2, c.dice ? c.dice : 34);
   EXPECT_EQ(fs::exists(t.File("popup.txt")), c.dice == 0 && c.content) << "a bad file stays to be checked";
   if (c.dice) return;
-  EXPECT_EQ(t.ui.LastText(), "A dice roll value has been found to be out of limits. \n\n"
-                             "Play has stopped so that you can check the pop-up file or continue without it.");
+  EXPECT_EQ(t.ui.LastText(),
+            "A dice roll value has been found to be out of limits. \n\n"
+            "Play has stopped so that you can check the pop-up file or continue without it.");
   EXPECT_EQ(t.ui.transcript.back().request.Title, "Dice roll file error");
   EXPECT_EQ(t.g.StopReason, kOutOfLimitsStop);
 }
 
 INSTANTIATE_TEST_SUITE_P(RollFileContents, RollFilePopupTest,
                          ::testing::Values(PopupCase{"blank", "5 2", 52}, PopupCase{"letters", "die a:5,b:2.", 52},
-                                           PopupCase{"skipped", "7 8 9 0 3,1", 31}, PopupCase{"more", "1\r\n6\r\n4", 16},
-                                           PopupCase{"one", "x4y", 0}, PopupCase{"outside", "77 0 9", 0},
-                                           PopupCase{"missing", nullptr, 0}),
+                                           PopupCase{"skipped", "7 8 9 0 3,1", 31},
+                                           PopupCase{"more", "1\r\n6\r\n4", 16}, PopupCase{"one", "x4y", 0},
+                                           PopupCase{"outside", "77 0 9", 0}, PopupCase{"missing", nullptr, 0}),
                          [](const auto& info) { return std::string(info.param.what); });
 
 // An event loop in which time passes, and the file appears or Auto-Roll is stopped.
@@ -197,10 +200,9 @@ TEST(RollFileRecord, RecordedRollsCarryTheirMarksAndPlayBackTheSameDice) {
   struct Roll {
     int die1, die2, priorPoint, mark;
   };
-  const std::vector<Roll> rolls = {
-      {2, 2, 0, 2}, {3, 3, 4, 0}, {1, 3, 4, 1},   // point 4 established, then made
-      {5, 6, 0, 0}, {6, 4, 0, 2}, {4, 3, 10, 1},  // come-out 11; point 10, seven-out
-      {1, 1, 0, 0}, {6, 6, 0, 0}, {3, 4, 0, 0}};
+  const std::vector<Roll> rolls = {{2, 2, 0, 2}, {3, 3, 4, 0}, {1, 3, 4, 1},   // point 4 established, then made
+                                   {5, 6, 0, 0}, {6, 4, 0, 2}, {4, 3, 10, 1},  // come-out 11; point 10, seven-out
+                                   {1, 1, 0, 0}, {6, 6, 0, 0}, {3, 4, 0, 0}};
   RollFileTable t;
   WriteFile(t.File("current roll history.rol"), "old");
   ASSERT_TRUE(ReopenRollHistory(t.g, t.rf));

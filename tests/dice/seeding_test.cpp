@@ -1,10 +1,11 @@
 // Selecting generators, the automatic seed from the time of day, the seed prompt, and
 // start-up seeding.
 
+#include "dice/seeding.h"
+
 #include <gtest/gtest.h>
 
 #include "dice/rng_texts.h"
-#include "dice/seeding.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -30,13 +31,12 @@ TEST_P(SeedSelectTest, LibraryChecksComeBeforeTheRange) {
   EXPECT_EQ(t.g.Dice.lastSeed, 12345) << "selecting does not seed";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    SeedCodes, SeedSelectTest,
-    ::testing::Values(SelectCase{0, 8, 0, 8}, SelectCase{0, 9, -2, 5}, SelectCase{0, -1, -2, 5},
-                      SelectCase{0, 0, 0, 0},  // zero passes the range as it stands
-                      SelectCase{1, 1, -1, 5}, SelectCase{1, 6, -1, 5}, SelectCase{1, 8, -1, 5},
-                      SelectCase{1, 2, 0, 2}, SelectCase{2, 2, -1, 5}, SelectCase{2, 7, -1, 5},
-                      SelectCase{2, 1, 0, 1}, SelectCase{3, 3, 0, 3}, SelectCase{3, 9, -2, 5}));
+INSTANTIATE_TEST_SUITE_P(SeedCodes, SeedSelectTest,
+                         ::testing::Values(SelectCase{0, 8, 0, 8}, SelectCase{0, 9, -2, 5}, SelectCase{0, -1, -2, 5},
+                                           SelectCase{0, 0, 0, 0},  // zero passes the range as it stands
+                                           SelectCase{1, 1, -1, 5}, SelectCase{1, 6, -1, 5}, SelectCase{1, 8, -1, 5},
+                                           SelectCase{1, 2, 0, 2}, SelectCase{2, 2, -1, 5}, SelectCase{2, 7, -1, 5},
+                                           SelectCase{2, 1, 0, 1}, SelectCase{3, 3, 0, 3}, SelectCase{3, 9, -2, 5}));
 
 struct RemapCase {
   uint32_t mask;
@@ -79,14 +79,13 @@ TEST_P(SeedAutomaticTest, ComesFromTheTimeOfDayAndWeekday) {
   EXPECT_EQ(t.g.Dice.pendingSeed, Money::Dollars(c.seed));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    SeedClock, SeedAutomaticTest,
-    ::testing::Values(AutoCase{3, 12, 34, 56, 789, 3, 452967},        // 45,296,789 ms
-                      AutoCase{1, 12, 34, 56, 789, 3, 345296789},     // + 100,000,000 × Tuesday
-                      AutoCase{7, 23, 59, 59, 999, 7, 786399999},     // Saturday, last millisecond
-                      AutoCase{3, 23, 59, 59, 999, 7, 863999},        // no weekday for #3
-                      AutoCase{3, 0, 0, 1, 0, 1, 1000},               // short enough to stay whole
-                      AutoCase{2, 0, 0, 0, 0, 1, 100000000}));
+INSTANTIATE_TEST_SUITE_P(SeedClock, SeedAutomaticTest,
+                         ::testing::Values(AutoCase{3, 12, 34, 56, 789, 3, 452967},     // 45,296,789 ms
+                                           AutoCase{1, 12, 34, 56, 789, 3, 345296789},  // + 100,000,000 × Tuesday
+                                           AutoCase{7, 23, 59, 59, 999, 7, 786399999},  // Saturday, last millisecond
+                                           AutoCase{3, 23, 59, 59, 999, 7, 863999},     // no weekday for #3
+                                           AutoCase{3, 0, 0, 1, 0, 1, 1000},            // short enough to stay whole
+                                           AutoCase{2, 0, 0, 0, 0, 1, 100000000}));
 
 TEST(SeedRngTest, MidnightForThreeFailsAndLeavesTheGenerator) {
   TestTable t;
@@ -146,8 +145,7 @@ TEST(SeedRngTest, ThePromptAsksAgainUntilTheNumberFits) {
   EXPECT_EQ(t.g.Dice.lastSeed, 4242);
   ASSERT_EQ(t.ui.transcript.size(), 4u);
   const MessageRequest& first = t.ui.transcript[0].request;
-  EXPECT_EQ(first.Text,
-            "Please enter a whole number between 1 and 2,147,483,647 to seed the random number generator:");
+  EXPECT_EQ(first.Text, "Please enter a whole number between 1 and 2,147,483,647 to seed the random number generator:");
   EXPECT_EQ(first.Title, "Random Number Generator");
   EXPECT_EQ(first.Input, "12345");
   EXPECT_TRUE(first.Flags & msg::kCancel);
@@ -237,8 +235,7 @@ INSTANTIATE_TEST_SUITE_P(SeedMasks, SeedStartUpTest,
 
 TEST(SeedTextsTest, MissingLibrariesNoticeJoinsItsPartsByMask) {
   EXPECT_EQ(MissingLibrariesNotice(0), "");
-  const std::string mt = MissingLibrariesNotice(1), cokus = MissingLibrariesNotice(2),
-                    both = MissingLibrariesNotice(3);
+  const std::string mt = MissingLibrariesNotice(1), cokus = MissingLibrariesNotice(2), both = MissingLibrariesNotice(3);
   EXPECT_EQ(mt.rfind("Unable to locate a support file called MT19937AR.DLL\nThis file is needed to "
                      "operate random number generators #1, #6, and #8.\n\nThis problem usually",
                      0),

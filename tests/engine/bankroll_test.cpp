@@ -1,8 +1,9 @@
 // Money entering and leaving a seat outside of bets: the ATM's cuts and the buy-in bounds.
 
+#include "engine/bankroll.h"
+
 #include <gtest/gtest.h>
 
-#include "engine/bankroll.h"
 #include "tests/engine/line_table.h"
 
 namespace {
@@ -88,12 +89,11 @@ TEST_P(BankrollBuyInTest, HostBoundsHold) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Bounds, BankrollBuyInTest,
-    testing::Values(BuyInCase{500, 500, 300, 500, "The required buy-in on this table is $500"},
-                    BuyInCase{200, 1000, 100, 200, "The min buy-in on this table is $200"},
-                    BuyInCase{200, 1000, 5000, 1000, "The max buy-in on this table is $1000"},
-                    BuyInCase{-9999999, 9999999, 2500, 2500, ""}));
+INSTANTIATE_TEST_SUITE_P(Bounds, BankrollBuyInTest,
+                         testing::Values(BuyInCase{500, 500, 300, 500, "The required buy-in on this table is $500"},
+                                         BuyInCase{200, 1000, 100, 200, "The min buy-in on this table is $200"},
+                                         BuyInCase{200, 1000, 5000, 1000, "The max buy-in on this table is $1000"},
+                                         BuyInCase{-9999999, 9999999, 2500, 2500, ""}));
 
 TEST(BankrollBuyIn, ANegativeBuyInAllowsANegativeBankroll) {
   LineTable t;

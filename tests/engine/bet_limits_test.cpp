@@ -44,9 +44,9 @@ INSTANTIATE_TEST_SUITE_P(
                       MaximumCase{bet::Hop13, 333 * D}, MaximumCase{bet::Hop55, 166 * D},
                       MaximumCase{bet::AllSmall, 147 * D}, MaximumCase{bet::MakeAll, 28 * D},
                       MaximumCase{bet::Point7, 714 * D},
-                      MaximumCase{bet::CAndE, 666 * D},  // Eleven at 15: 5000 / 15 × 2 = 666.67
-                      MaximumCase{bet::Horn, 666 * D},   // Two at 30: 5000 / 30 × 4
-                      MaximumCase{bet::World, 833 * D},  // Two at 30: 5000 / 30 × 5
+                      MaximumCase{bet::CAndE, 666 * D},         // Eleven at 15: 5000 / 15 × 2 = 666.67
+                      MaximumCase{bet::Horn, 666 * D},          // Two at 30: 5000 / 30 × 4
+                      MaximumCase{bet::World, 833 * D},         // Two at 30: 5000 / 30 × 5
                       MaximumCase{bet::Midway, 1000 * D},       // best row 2:1 gives 2500
                       MaximumCase{bet::SevenPoint7, 1000 * D},  // best row 3:1 gives 1666
                       MaximumCase{bet::HotRoller, 25 * D},      // 200:1
@@ -56,7 +56,6 @@ INSTANTIATE_TEST_SUITE_P(
                       MaximumCase{bet::Repeater2, 128 * D},     // 5000 / 39 = 128.2051..., in whole checks
                       MaximumCase{102, 56 * D},                 // Repeater 6: 5000 / 89 = 56.18
                       MaximumCase{bet::PassLineOdds, 1000 * D}, MaximumCase{27, 1000 * D}));
-
 
 TEST(BetLimitsTest, TableMaximumIsWholeChecksAndCapsEveryPayoffLimit) {
   RuleSet r = DefaultRules();
@@ -105,8 +104,8 @@ TEST(BetLimitsTest, PayoffLimitsFollowTheBestRow) {
 struct OddsCase {
   int method;
   int oddsBet;
-  int point;     // for the line odds
-  int64_t flat;  // dollars
+  int point;                   // for the line odds
+  int64_t flat;                // dollars
   int64_t multipleHundredths;  // the multiple on this number, 0: the default
   int64_t expectedCents;
   const char* why;
@@ -122,8 +121,7 @@ TEST_P(BetLimitsOddsTest, Limit) {
     Money m = Money::FromRaw(c.multipleHundredths * 100);
     r.OddsAllowed410 = r.OddsAllowed59 = r.OddsAllowed68 = m;
   }
-  EXPECT_EQ(OddsLimit(r, c.oddsBet, c.point, Money::Dollars(c.flat)), Money::FromRaw(c.expectedCents * 100))
-      << c.why;
+  EXPECT_EQ(OddsLimit(r, c.oddsBet, c.point, Money::Dollars(c.flat)), Money::FromRaw(c.expectedCents * 100)) << c.why;
 }
 
 constexpr int kComeOdds5 = 26, kComeOdds6 = 27, kDcOdds5 = 14, kDcOdds6 = 15;

@@ -36,8 +36,7 @@ TEST_P(HandlingActions, LeaveTheStakeAsTheActionSays) {
 INSTANTIATE_TEST_SUITE_P(
     Actions, HandlingActions,
     testing::Values(
-        ActionCase{"win, take down", true, kTakeDown, {}, 0},
-        ActionCase{"win, same bet", true, kSameBet, {}, 12},
+        ActionCase{"win, take down", true, kTakeDown, {}, 0}, ActionCase{"win, same bet", true, kSameBet, {}, 12},
         ActionCase{"win, press one unit of 6", true, kPressUnitOrRemainder, {}, 18},
         ActionCase{"win, press to double", true, kPressDoubleOrUnit, {}, 24},
         // Parlay adds the 14 won and adjusts to the nearer whole payoff: 26 → 24.
@@ -46,8 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
         ActionCase{"win, modify x150 percent", true, kModifyByRule, {2, Money::Dollars(150), 1}, 18},
         ActionCase{"win, modify -1 unit of the smallest check", true, kModifyByRule, {1, Money::Dollars(1), 2}, 6},
         ActionCase{"win, set to 30 dollars", true, kSetToAmount, {0, Money::Dollars(30), 0}, 30},
-        ActionCase{"loss, take down", false, kTakeDown, {}, 0},
-        ActionCase{"loss, same bet", false, kSameBet, {}, 12},
+        ActionCase{"loss, take down", false, kTakeDown, {}, 0}, ActionCase{"loss, same bet", false, kSameBet, {}, 12},
         ActionCase{"loss, bet the remainder: nothing is left of a lost bet", false, kPressUnitOrRemainder, {}, 0},
         ActionCase{"loss, press one unit", false, kPressDoubleOrUnit, {}, 18},
         ActionCase{"loss, double", false, kParlayOrDouble, {}, 24},

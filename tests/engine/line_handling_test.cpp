@@ -23,7 +23,7 @@ using ::testing::StartsWith;
 struct ActionCase {
   const char* what;
   std::vector<int> totals;  // the rolls that decide the $10 line bet
-  int action;  // the seat's action for this result
+  int action;               // the seat's action for this result
   bool silent;
   std::vector<int> dialogReply;  // the action chosen in the settle dialog
   int dialogs;
@@ -74,9 +74,9 @@ TEST(LineSettleDialog, AWinnersDialog) {
   ASSERT_EQ(t.ui.settles.size(), 1u);
   const SettleRequest& d = t.ui.settles[0];
   EXPECT_EQ(d.Title, "WINNER");
-  EXPECT_THAT(d.Buttons, ElementsAre("Take Bet and Winnings", "&Same Bet - Take Winnings",
-                                     "Press 1 &Unit - Add $5 to Bet", "Press - Add Winnings to &Double Bet",
-                                     "Parlay - Add &All Winnings to Bet"));
+  EXPECT_THAT(d.Buttons,
+              ElementsAre("Take Bet and Winnings", "&Same Bet - Take Winnings", "Press 1 &Unit - Add $5 to Bet",
+                          "Press - Add Winnings to &Double Bet", "Parlay - Add &All Winnings to Bet"));
   EXPECT_THAT(d.Labels, Contains("Payoff at 1 to 1"));
   EXPECT_THAT(d.Labels, Contains("Net payoff: $10"));
   // Nothing chosen: the first button answers.

@@ -16,7 +16,10 @@ static inline void PrintTo(const Money& m, std::ostream* os) { *os << DollarText
 // A pair of dice for a total, never a pair that makes a hardway unless it must.
 inline std::pair<int, int> DiceFor(int total) {
   int d1 = total / 2, d2 = total - total / 2;
-  if (d1 == d2 && total > 2 && total < 12) { --d1; ++d2; }
+  if (d1 == d2 && total > 2 && total < 12) {
+    --d1;
+    ++d2;
+  }
   return {d1, d2};
 }
 

@@ -22,15 +22,16 @@ TEST_P(MoneyTextTest, ShowsWholeTwoOrFourDecimals) {
   EXPECT_EQ(DollarText(M(c.value)), c.dollars);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Amounts, MoneyTextTest,
-    testing::Values(TextCase{10, "10", "10", "$10"}, TextCase{12.5, "12.50", "12.50", "$12.50"},
-                    TextCase{0.0125, "0.0125", "0.0125", "$0.0125"}, TextCase{0.05, "0.05", "0.05", "$0.05"},
-                    TextCase{0, "0", "0", "$0"}, TextCase{-12.5, "-12.50", "-12.50", "-$12.50"},
-                    TextCase{-0.0001, "-0.0001", "-0.0001", "-$0.0001"},
-                    TextCase{9999999, "9999999", "9,999,999", "$9999999"},
-                    TextCase{2000000000, "2000000000", "2,000,000,000", "$2000000000"},
-                    TextCase{1234.56, "1234.56", "1,234.56", "$1234.56"}, TextCase{100, "100", "100", "$100"}));
+INSTANTIATE_TEST_SUITE_P(Amounts, MoneyTextTest,
+                         testing::Values(TextCase{10, "10", "10", "$10"}, TextCase{12.5, "12.50", "12.50", "$12.50"},
+                                         TextCase{0.0125, "0.0125", "0.0125", "$0.0125"},
+                                         TextCase{0.05, "0.05", "0.05", "$0.05"}, TextCase{0, "0", "0", "$0"},
+                                         TextCase{-12.5, "-12.50", "-12.50", "-$12.50"},
+                                         TextCase{-0.0001, "-0.0001", "-0.0001", "-$0.0001"},
+                                         TextCase{9999999, "9999999", "9,999,999", "$9999999"},
+                                         TextCase{2000000000, "2000000000", "2,000,000,000", "$2000000000"},
+                                         TextCase{1234.56, "1234.56", "1,234.56", "$1234.56"},
+                                         TextCase{100, "100", "100", "$100"}));
 
 TEST(MoneyArithmetic, ProductsAreExactAndRoundHalfToEven) {
   EXPECT_EQ(MulMoney(M(1.5), M(2)), M(3));
@@ -88,14 +89,15 @@ TEST_P(MoneyParseTest, AcceptsTypedAmountsAndRefusesGarbage) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, MoneyParseTest,
-    testing::Values(ParseCase{"10", true, 10}, ParseCase{" 12.5 ", true, 12.5}, ParseCase{"$1,000.25", true, 1000.25},
-                    ParseCase{"-3", true, -3}, ParseCase{"-$3.10", true, -3.1}, ParseCase{"0.0125", true, 0.0125},
-                    ParseCase{".5", true, 0.5}, ParseCase{"1.50000", true, 1.5}, ParseCase{"", false, 0},
-                    ParseCase{"abc", false, 0}, ParseCase{"12abc", false, 0}, ParseCase{"1.2.3", false, 0},
-                    ParseCase{"0.00001", false, 0}, ParseCase{"1,00", false, 0}, ParseCase{"$", false, 0},
-                    ParseCase{"-", false, 0}, ParseCase{"99999999999999999999", false, 0},
-                    ParseCase{"1 000", false, 0}));
+INSTANTIATE_TEST_SUITE_P(Texts, MoneyParseTest,
+                         testing::Values(ParseCase{"10", true, 10}, ParseCase{" 12.5 ", true, 12.5},
+                                         ParseCase{"$1,000.25", true, 1000.25}, ParseCase{"-3", true, -3},
+                                         ParseCase{"-$3.10", true, -3.1}, ParseCase{"0.0125", true, 0.0125},
+                                         ParseCase{".5", true, 0.5}, ParseCase{"1.50000", true, 1.5},
+                                         ParseCase{"", false, 0}, ParseCase{"abc", false, 0},
+                                         ParseCase{"12abc", false, 0}, ParseCase{"1.2.3", false, 0},
+                                         ParseCase{"0.00001", false, 0}, ParseCase{"1,00", false, 0},
+                                         ParseCase{"$", false, 0}, ParseCase{"-", false, 0},
+                                         ParseCase{"99999999999999999999", false, 0}, ParseCase{"1 000", false, 0}));
 
 }  // namespace

@@ -61,8 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         PayoffCase{"3 to 2 on 7 in pennies", 0, kWin, 7_usd, 3, 2, 0, 0, 1_usd, true, Cents(1050)},
         PayoffCase{"3 to 2 on 9 floors to the $5 check", 0, kWin, 9_usd, 3, 2, 0, 0, 5_usd, false, 10_usd},
         PayoffCase{"made 6 reads Come 6 at 7 to 6", 6, kWin, 10_usd, 1, 1, 7, 6, 1_usd, false, 11_usd},
-        PayoffCase{"made 6 at 7 to 6 in pennies floors", 6, kWin, 10_usd, 1, 1, 7, 6, 1_usd, true,
-                   Cents(1166)},
+        PayoffCase{"made 6 at 7 to 6 in pennies floors", 6, kWin, 10_usd, 1, 1, 7, 6, 1_usd, true, Cents(1166)},
         PayoffCase{"made 4 ignores its own 3 to 1 row", 4, kWin, 10_usd, 3, 1, 1, 1, 1_usd, false, 10_usd},
         PayoffCase{"made 10 reads Come 10 at 2 to 1", 10, kWin, 25_usd, 1, 1, 2, 1, 5_usd, false, 50_usd},
         PayoffCase{"negative row floors away from zero", 0, kWin, 7_usd, -3, 2, 0, 0, 1_usd, false, -11_usd},
@@ -102,15 +101,13 @@ TEST_P(PassLineRollPayoffTest, NetOverTheRolls) {
   EXPECT_EQ(t.g.OnTable[1], Money{});
 }
 
-INSTANTIATE_TEST_SUITE_P(PassLine, PassLineRollPayoffTest,
-                         ::testing::Values(RollPayoffCase{"come-out 7", {7}, 24_usd},
-                                           RollPayoffCase{"come-out 11", {11}, 24_usd},
-                                           RollPayoffCase{"come-out 2", {2}, -12_usd},
-                                           RollPayoffCase{"come-out 3", {3}, -12_usd},
-                                           RollPayoffCase{"come-out 12", {12}, -12_usd},
-                                           RollPayoffCase{"6 made", {6, 5, 6}, 14_usd},
-                                           RollPayoffCase{"8 made", {8, 11, 2, 8}, 36_usd},
-                                           RollPayoffCase{"seven-out on 6", {6, 7}, -12_usd},
-                                           RollPayoffCase{"seven-out on 8", {8, 12, 7}, -12_usd}));
+INSTANTIATE_TEST_SUITE_P(
+    PassLine, PassLineRollPayoffTest,
+    ::testing::Values(RollPayoffCase{"come-out 7", {7}, 24_usd}, RollPayoffCase{"come-out 11", {11}, 24_usd},
+                      RollPayoffCase{"come-out 2", {2}, -12_usd}, RollPayoffCase{"come-out 3", {3}, -12_usd},
+                      RollPayoffCase{"come-out 12", {12}, -12_usd}, RollPayoffCase{"6 made", {6, 5, 6}, 14_usd},
+                      RollPayoffCase{"8 made", {8, 11, 2, 8}, 36_usd},
+                      RollPayoffCase{"seven-out on 6", {6, 7}, -12_usd},
+                      RollPayoffCase{"seven-out on 8", {8, 12, 7}, -12_usd}));
 
 }  // namespace

@@ -52,29 +52,29 @@ INSTANTIATE_TEST_SUITE_P(
                  "You may not make or increase a Don't Pass bet while a point is established.", 46},
         RuleCase{"Pass Line Odds without a point", nullptr, bet::PassLineOdds,
                  "You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is "
-                 "established.", 43},
+                 "established.",
+                 43},
         RuleCase{"Don't Pass Odds without the bet", PointOnSix, bet::DontPassOdds,
                  "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
-                 "established.", 46},
+                 "established.",
+                 46},
         RuleCase{"Come odds without the flat bet", PointOnSix, bet::Come4Odds + 2,
                  "You may not make a Come 6 Odds bet until you've established a Come 6 bet.", 45},
         RuleCase{"Don't Come odds without the flat bet", PointOnSix, bet::DontCome4Odds,
                  "You may not make a Don't Come 4 Odds bet until you've established a Don't Come 4 bet.", 48},
-        RuleCase{"Come on a number without Put bets",
-                 [](LineTable& t) { t.g.Rules.AllowPutBets = false; }, bet::Come4,
+        RuleCase{"Come on a number without Put bets", [](LineTable& t) { t.g.Rules.AllowPutBets = false; }, bet::Come4,
                  "You may not make or increase a Come bet directly on a point number.\n\n(Unless you check "
-                 "\"Allow Put Bets\" on the Configuration screen.)", 45},
+                 "\"Allow Put Bets\" on the Configuration screen.)",
+                 45},
         RuleCase{"Don't Come on a number", nullptr, bet::DontCome4,
                  "You may not make or increase a Don't Come bet directly on a point number.", 48},
-        RuleCase{"All Small with a small number marked",
-                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 4; }, bet::AllSmall,
-                 "You may not make or increase an All Small bet while any small numbers are marked.", 510},
-        RuleCase{"All Tall with a tall number marked",
-                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 9; }, bet::AllTall,
-                 "You may not make or increase an All Tall bet while any tall numbers are marked.", 510},
-        RuleCase{"Make All with any number marked",
-                 [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 3; }, bet::MakeAll,
-                 "You may not make or increase a Make All bet while any numbers are marked.", 510},
+        RuleCase{"All Small with a small number marked", [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 4; },
+                 bet::AllSmall, "You may not make or increase an All Small bet while any small numbers are marked.",
+                 510},
+        RuleCase{"All Tall with a tall number marked", [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 9; },
+                 bet::AllTall, "You may not make or increase an All Tall bet while any tall numbers are marked.", 510},
+        RuleCase{"Make All with any number marked", [](LineTable& t) { t.g.Table.AllNumbersMask = 1 << 3; },
+                 bet::MakeAll, "You may not make or increase a Make All bet while any numbers are marked.", 510},
         RuleCase{"4 Rolls No 7 counting", [](LineTable& t) { t.g.Table.FourRollCount = 2; }, bet::FourRollsNo7,
                  "You may not make or increase a 4 Rolls No 7 bet if the count is in progress.", 510},
         RuleCase{"Point 7 with a point on", PointOnSix, bet::Point7,
@@ -87,9 +87,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "You may not make or increase a Fire bet after the shooter has started a hand.", 510},
         RuleCase{"Ride The Line once the hand has rolls", PointOnSix, bet::RideTheLine,
                  "You may not make or increase a Ride The Line bet after the shooter has started a hand.", 510},
-        RuleCase{"Repeater with hits marked", [](LineTable& t) { t.g.Table.RepeaterCount[8] = 1; },
-                 bet::Repeater2 + 5, "You may not make or increase a Repeater 8 bet while any hits are marked.",
-                 510}));
+        RuleCase{"Repeater with hits marked", [](LineTable& t) { t.g.Table.RepeaterCount[8] = 1; }, bet::Repeater2 + 5,
+                 "You may not make or increase a Repeater 8 bet while any hits are marked.", 510}));
 
 TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
   LineTable t;
@@ -218,15 +217,15 @@ TEST_P(PlacementAdjustTest, MovesToAWholePayoff) {
 
 INSTANTIATE_TEST_SUITE_P(
     Settings, PlacementAdjustTest,
-    testing::Values(AdjustCase{bet::Place4 + 2, 0, 10, 10},   // off: as asked
-                    AdjustCase{bet::Place4 + 2, 1, 10, 6},    // 7:6 pays whole on multiples of 6: lower
-                    AdjustCase{bet::Place4 + 2, 2, 10, 12},   // nearer
-                    AdjustCase{bet::Place4 + 2, 2, 8, 6},     // nearer, downward
-                    AdjustCase{bet::Place4 + 2, 1, 12, 12},   // already whole
-                    AdjustCase{bet::Place4 + 2, 0, 2000, 996}, // reached the maximum: the lower multiple
-                    AdjustCase{bet::Place4 + 1, 1, 12, 10},   // Place 5 at 7:5
-                    AdjustCase{bet::PassLineOdds, 1, 15, 14}, // odds on 5 pay 3:2
-                    AdjustCase{bet::Place4 + 2, 1, 3, 3}));   // nothing lower is a bet: left as asked, and told
+    testing::Values(AdjustCase{bet::Place4 + 2, 0, 10, 10},     // off: as asked
+                    AdjustCase{bet::Place4 + 2, 1, 10, 6},      // 7:6 pays whole on multiples of 6: lower
+                    AdjustCase{bet::Place4 + 2, 2, 10, 12},     // nearer
+                    AdjustCase{bet::Place4 + 2, 2, 8, 6},       // nearer, downward
+                    AdjustCase{bet::Place4 + 2, 1, 12, 12},     // already whole
+                    AdjustCase{bet::Place4 + 2, 0, 2000, 996},  // reached the maximum: the lower multiple
+                    AdjustCase{bet::Place4 + 1, 1, 12, 10},     // Place 5 at 7:5
+                    AdjustCase{bet::PassLineOdds, 1, 15, 14},   // odds on 5 pay 3:2
+                    AdjustCase{bet::Place4 + 2, 1, 3, 3}));     // nothing lower is a bet: left as asked, and told
 
 }  // namespace
 

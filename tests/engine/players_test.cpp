@@ -1,8 +1,9 @@
 // Players who leave and move, and the dice between them.
 
+#include "engine/players.h"
+
 #include <gtest/gtest.h>
 
-#include "engine/players.h"
 #include "stats/sessions_log_file.h"
 #include "tests/engine/line_table.h"
 
@@ -14,9 +15,9 @@ struct Leaving : LineTable {
     Seat(2, "Bob", Money::Dollars(1000));
     Bet(1, bet::PassLine, Money::Dollars(10));
     Bet(2, bet::PassLine, Money::Dollars(10));
-    RollTotal(6);                                  // point on: the Pass Line is a contract
+    RollTotal(6);  // point on: the Pass Line is a contract
     Bet(1, bet::Come, Money::Dollars(5));
-    RollTotal(4);                                  // the Come bet travels to 4
+    RollTotal(4);                                 // the Come bet travels to 4
     Bet(1, bet::Place4 + 3, Money::Dollars(12));  // Place 8 may come down any time
   }
 };
@@ -142,7 +143,8 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, PlayersPassDice,
     testing::Values(
         PassCase{"alone", 1, false, false, "Unable to pass the dice.\n\nThere are no other players at the table."},
-        PassCase{"the other passes", 2, true, false, "Unable to pass the dice at this time.\n\nBob doesn't want to shoot."},
+        PassCase{"the other passes", 2, true, false,
+                 "Unable to pass the dice at this time.\n\nBob doesn't want to shoot."},
         PassCase{"all others pass", 3, true, false,
                  "Unable to pass the dice at this time.\n\nNone of the other players want to shoot."},
         PassCase{"two blocked by the line rule", 3, false, true,
@@ -169,13 +171,12 @@ namespace {
 TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
   LineTable t;
   t.Seat(1, "Bob", Money::Dollars(100));
-  t.ui.replies = {{kButtonYes, "", false},        // add a player here?
-                  {kButtonOk, "Bob", false},      // taken
-                  {kButtonOk, "1234", false},     // all numeric
-                  {kButtonOk, "Ann/Lee", false},  // no file name
-                  {kButtonOk, " Ann ", false},
-                  {kButtonOk, "ten", false},      // not an amount
-                  {kButtonOk, "", false},         // the box that says so
+  t.ui.replies = {{kButtonYes, "", false},                                   // add a player here?
+                  {kButtonOk, "Bob", false},                                 // taken
+                  {kButtonOk, "1234", false},                                // all numeric
+                  {kButtonOk, "Ann/Lee", false},                             // no file name
+                  {kButtonOk, " Ann ", false},   {kButtonOk, "ten", false},  // not an amount
+                  {kButtonOk, "", false},                                    // the box that says so
                   {kButtonOk, "250", false}};
   ASSERT_TRUE(AskToAddPlayer(t.g, 5));
   EXPECT_EQ(t.g.PlayerName[5], "Ann");

@@ -45,13 +45,13 @@ TEST_P(ResolutionHotRollerBitTest, BitOfThePair) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Pairs, ResolutionHotRollerBitTest,
-    ::testing::Values(PairBit{1, 3, 1}, PairBit{2, 2, 2}, PairBit{1, 4, 4}, PairBit{2, 3, 8}, PairBit{1, 5, 16},
-                      PairBit{2, 4, 32}, PairBit{3, 3, 64}, PairBit{2, 6, 128}, PairBit{3, 5, 256},
-                      PairBit{4, 4, 512}, PairBit{3, 6, 1024}, PairBit{4, 5, 2048}, PairBit{4, 6, 4096},
-                      PairBit{5, 5, 8192}, PairBit{1, 1, 0}, PairBit{1, 2, 0}, PairBit{1, 6, 0}, PairBit{2, 5, 0},
-                      PairBit{3, 4, 0}, PairBit{5, 6, 0}, PairBit{6, 6, 0}));
+INSTANTIATE_TEST_SUITE_P(Pairs, ResolutionHotRollerBitTest,
+                         ::testing::Values(PairBit{1, 3, 1}, PairBit{2, 2, 2}, PairBit{1, 4, 4}, PairBit{2, 3, 8},
+                                           PairBit{1, 5, 16}, PairBit{2, 4, 32}, PairBit{3, 3, 64}, PairBit{2, 6, 128},
+                                           PairBit{3, 5, 256}, PairBit{4, 4, 512}, PairBit{3, 6, 1024},
+                                           PairBit{4, 5, 2048}, PairBit{4, 6, 4096}, PairBit{5, 5, 8192},
+                                           PairBit{1, 1, 0}, PairBit{1, 2, 0}, PairBit{1, 6, 0}, PairBit{2, 5, 0},
+                                           PairBit{3, 4, 0}, PairBit{5, 6, 0}, PairBit{6, 6, 0}));
 
 // ---- Counters kept only while somebody holds the bet ------------------------------------
 
@@ -81,17 +81,17 @@ TEST_P(ResolutionCountTest, AfterTheRolls) {
 
 INSTANTIATE_TEST_SUITE_P(
     Counts, ResolutionCountTest,
-    ::testing::Values(
-        CountCase{"nothing held", 0, {{1, 1}, {6, 6}, {1, 1}}, 0, 0, 2, 0},
-        CountCase{"all small marks small", bet::AllSmall, {{1, 1}, {1, 2}, {6, 6}}, 4 | 8, 0, 0, 0},
-        CountCase{"all tall marks tall", bet::AllTall, {{1, 1}, {6, 6}, {5, 6}}, 4096 | 2048, 0, 0, 0},
-        CountCase{"make all marks both", bet::MakeAll, {{1, 1}, {6, 6}, {3, 5}}, 4 | 4096 | 256, 0, 0, 0},
-        CountCase{"a 7 clears the marks", bet::MakeAll, {{1, 1}, {6, 6}, {3, 4}}, 0, 0, 0, 0},
-        CountCase{"four rolls counts", bet::FourRollsNo7, {{1, 1}, {6, 6}, {1, 3}}, 0, 3, 0, 0},
-        CountCase{"four rolls back to 0 on 4", bet::FourRollsNo7, {{1, 1}, {6, 6}, {1, 3}, {1, 4}}, 0, 0, 0, 0},
-        CountCase{"repeater counts its total", kRepeater5, {{1, 4}, {2, 3}, {1, 3}}, 0, 0, 5, 2},
-        CountCase{"repeater not other totals", kRepeater5, {{1, 4}, {2, 4}}, 0, 0, 6, 0},
-        CountCase{"repeater count cleared on 7", kRepeater5, {{1, 4}, {2, 3}, {3, 4}}, 0, 0, 5, 0}));
+    ::testing::Values(CountCase{"nothing held", 0, {{1, 1}, {6, 6}, {1, 1}}, 0, 0, 2, 0},
+                      CountCase{"all small marks small", bet::AllSmall, {{1, 1}, {1, 2}, {6, 6}}, 4 | 8, 0, 0, 0},
+                      CountCase{"all tall marks tall", bet::AllTall, {{1, 1}, {6, 6}, {5, 6}}, 4096 | 2048, 0, 0, 0},
+                      CountCase{"make all marks both", bet::MakeAll, {{1, 1}, {6, 6}, {3, 5}}, 4 | 4096 | 256, 0, 0, 0},
+                      CountCase{"a 7 clears the marks", bet::MakeAll, {{1, 1}, {6, 6}, {3, 4}}, 0, 0, 0, 0},
+                      CountCase{"four rolls counts", bet::FourRollsNo7, {{1, 1}, {6, 6}, {1, 3}}, 0, 3, 0, 0},
+                      CountCase{
+                          "four rolls back to 0 on 4", bet::FourRollsNo7, {{1, 1}, {6, 6}, {1, 3}, {1, 4}}, 0, 0, 0, 0},
+                      CountCase{"repeater counts its total", kRepeater5, {{1, 4}, {2, 3}, {1, 3}}, 0, 0, 5, 2},
+                      CountCase{"repeater not other totals", kRepeater5, {{1, 4}, {2, 4}}, 0, 0, 6, 0},
+                      CountCase{"repeater count cleared on 7", kRepeater5, {{1, 4}, {2, 3}, {3, 4}}, 0, 0, 5, 0}));
 
 // A Repeater's count goes back to 0 when its condition is met, even with nobody on it.
 TEST(ResolutionRepeater, CountClearedWhenMetWithNobodyOnIt) {

@@ -3,6 +3,8 @@
 // seat's bankroll change (a win shows its net payoff, a loss its stake, a stand 0) and
 // what is left on the table. The figures are worked out by hand from the house rules.
 
+#include "engine/resolution.h"
+
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -13,7 +15,6 @@
 #include <vector>
 
 #include "engine/handling.h"
-#include "engine/resolution.h"
 #include "tests/engine/line_table.h"
 
 namespace {
@@ -42,7 +43,10 @@ void BuyVigOnWin(Game& g) { g.Rules.ChargeAllBuy = false; }
 void LayVigOnWin(Game& g) { g.Rules.ChargeAllLay = false; }
 void KeepWinners(Game& g) { g.AutoHandleWin[kSeat] = kSameBet; }
 void KeepLosers(Game& g) { g.AutoHandleLose[kSeat] = kSameBet; }
-void KeepAll(Game& g) { KeepWinners(g); KeepLosers(g); }
+void KeepAll(Game& g) {
+  KeepWinners(g);
+  KeepLosers(g);
+}
 PayoffRow Pays(int64_t x, int64_t y) {
   return PayoffRow{Money{}, Money::Dollars(x), Money::Dollars(-1), Money::Dollars(y)};
 }
@@ -57,9 +61,18 @@ void FieldHard4Pays3(Game& g) { g.Rules.FieldPayoff[4] = Pays(3, 1); }  // row 4
 void FireTwoPays(Game& g) { g.Rules.FirePayoff[2] = Pays(3, 1); }
 void FieldTwoPushes(Game& g) { g.Rules.FieldPayoff[1] = Pays(0, 1); }
 void FieldFiveLosesThird(Game& g) { g.Rules.FieldPayoff[5] = Pays(-1, 3); }  // row 5 is the pair 1-4
-void FieldFiveLosesThirdPennies(Game& g) { FieldFiveLosesThird(g); Pennies(g); }
-void NoPutKeepWinners(Game& g) { g.Rules.AllowPutBets = false; KeepWinners(g); }
-void AutoDownKeepWinners(Game& g) { g.AutoDownPlace[kSeat] = true; KeepWinners(g); }
+void FieldFiveLosesThirdPennies(Game& g) {
+  FieldFiveLosesThird(g);
+  Pennies(g);
+}
+void NoPutKeepWinners(Game& g) {
+  g.Rules.AllowPutBets = false;
+  KeepWinners(g);
+}
+void AutoDownKeepWinners(Game& g) {
+  g.AutoDownPlace[kSeat] = true;
+  KeepWinners(g);
+}
 // A Horn whose Two pays even money loses on the 2: half of it, and the remainder is bet.
 void HornRemainder(Game& g) {
   g.Rules.BetPayoff[bet::Two] = Pays(1, 1);
@@ -533,12 +546,11 @@ const Case kCases[] = {
     {"make all wins", "Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5, 2-6, 3-6, 4-6, 5-6, 6-6", 1750},
     {"make all stands on small", "Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5", 0, "Make All $10"},
     {"make all loses 7", "Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5, 3-4", -10},
-    {"all small then make all",
-     "All Small $10, Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5, 2-6, 3-6, 4-6, 5-6, 6-6", 2090},
+    {"all small then make all", "All Small $10, Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5, 2-6, 3-6, 4-6, 5-6, 6-6", 2090},
 
     {"all small kept", "All Small $10, 1-1, 1-2, 1-3, 1-4, 1-5", 340, "All Small $10", KeepWinners},
-    {"all small returned under make all", "All Small $10, Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5", 340,
-     "Make All $10", KeepWinners},
+    {"all small returned under make all", "All Small $10, Make All $10, 1-1, 1-2, 1-3, 1-4, 1-5", 340, "Make All $10",
+     KeepWinners},
 
     // ---- Hand bets
     {"hot roller 2 numbers", "Hot Roller $10, 1-3, 2-2, 1-4, 2-3, 3-4", 50},
@@ -565,10 +577,12 @@ const Case kCases[] = {
     {"fire 6 points", "Fire $5, 1-3, 1-3, 1-4, 1-4, 1-5, 1-5, 2-6, 2-6, 3-6, 3-6, 4-6, 4-6, 1-3, 3-4", 4995},
     {"sharp shooter 9 points",
      "Sharp Shooter $10, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, "
-     "1-4, 3-4", 1990},
+     "1-4, 3-4",
+     1990},
     {"sharp shooter 11 points",
      "Sharp Shooter $10, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, 1-3, "
-     "1-3, 1-3, 1-3, 1-3, 1-4, 3-4", 2990},
+     "1-3, 1-3, 1-3, 1-3, 1-4, 3-4",
+     2990},
     {"ride the line 10 passes", "Ride The Line $10, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 1-4, 3-4", 400},
     {"ride the line 12 passes",
      "Ride The Line $10, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 3-4, 5-6, 5-6, 1-4, 3-4", 1000},
@@ -584,7 +598,7 @@ const Case kCases[] = {
     {"repeater 10", "Repeater 10 $10, 4-6, 5-5, 6-4, 5-5", 640},
     {"repeater 11", "Repeater 11 $10, 5-6, 6-5, 5-6", 490},
     {"repeater 12", "Repeater 12 $10, 6-6, 6-6", 390},
-{"repeater 2 one hit stands", "Repeater 2 $10, 1-1", 0, "Repeater 2 $10"},
+    {"repeater 2 one hit stands", "Repeater 2 $10, 1-1", 0, "Repeater 2 $10"},
     {"repeater 2 loses 7", "Repeater 2 $10, 1-1, 3-4", -10},
     {"repeater 3 one hit stands", "Repeater 3 $10, 1-2", 0, "Repeater 3 $10"},
     {"repeater 3 loses 7", "Repeater 3 $10, 1-2, 3-4", -10},

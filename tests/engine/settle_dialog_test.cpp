@@ -9,7 +9,9 @@
 
 namespace {
 
-bool Has(const std::vector<std::string>& v, const std::string& s) { return std::find(v.begin(), v.end(), s) != v.end(); }
+bool Has(const std::vector<std::string>& v, const std::string& s) {
+  return std::find(v.begin(), v.end(), s) != v.end();
+}
 
 const SettleRequest* DialogFor(const LineTable& t, const std::string& betLabel) {
   for (const SettleRequest& r : t.ui.settles)

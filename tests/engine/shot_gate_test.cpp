@@ -24,13 +24,13 @@ const std::string kNote = "Note: This requirement can be changed on the 'Bets ta
 struct ShotCase {
   const char* what;
   int setting;
-  int players;    // Ann (seat 3, the shooter), then Bob (seat 7)
-  bool pointOn;   // a point is set first with the requirement off
-  int shooterBet; // 0 none, else the bet Ann has
+  int players;     // Ann (seat 3, the shooter), then Bob (seat 7)
+  bool pointOn;    // a point is set first with the requirement off
+  int shooterBet;  // 0 none, else the bet Ann has
   bool rolls;
   std::string title;  // of the box when refused
   std::string text;
-  std::string stop;   // the stop text under SilentMode
+  std::string stop;  // the stop text under SilentMode
 };
 
 std::ostream& operator<<(std::ostream& os, const ShotCase& c) { return os << c.what; }
@@ -101,9 +101,8 @@ INSTANTIATE_TEST_SUITE_P(
         ShotCase{"line bet, Don't Pass", 1, 2, false, bet::DontPass, true, "", "", ""},
         ShotCase{"line bet, alone", 1, 1, false, 0, false, "Line Bet Required",
                  kLine + "Ann must make a Pass Line bet or a Don't Pass bet.\n\n" + kNote, "Shooter has no line bet."},
-        ShotCase{"line bet, only a Place bet", 1, 1, false, PointRow(BetFamily::Place, 6), false,
-                 "Line Bet Required", kLine + "Ann must make a Pass Line bet or a Don't Pass bet.\n\n" + kNote,
-                 "Shooter has no line bet."},
+        ShotCase{"line bet, only a Place bet", 1, 1, false, PointRow(BetFamily::Place, 6), false, "Line Bet Required",
+                 kLine + "Ann must make a Pass Line bet or a Don't Pass bet.\n\n" + kNote, "Shooter has no line bet."},
         ShotCase{"line bet, two players on the come-out", 1, 2, false, 0, false, "Line Bet Required",
                  kLine + "Ann must make a Pass Line bet, a Don't Pass bet, or pass the dice.\n\n" + kNote,
                  "Shooter has no line bet."},

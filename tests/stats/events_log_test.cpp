@@ -1,6 +1,8 @@
 // The events log: every line at its place in a played session, the kinds of event each
 // dropped on its own, the index and Find, and a file that can't be written.
 
+#include "stats/events_log.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -14,7 +16,6 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
-#include "stats/events_log.h"
 #include "tests/test_support.h"
 
 namespace {

@@ -42,7 +42,10 @@ TEST(StatsRollKinds, EveryPairCountsExactlyTheKindsItsNamesSay) {
 
 // A die of 7: only the other die's face and the kinds of a total 2..12 count.
 TEST(StatsRollKinds, DieOfSevenCountsNothingThatDoesNotExist) {
-  struct Case { int d1, d2; std::vector<int> kinds; };
+  struct Case {
+    int d1, d2;
+    std::vector<int> kinds;
+  };
   const Case cases[] = {
       {7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
       {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
@@ -79,7 +82,9 @@ TEST(StatsRollCounting, RollsSinceAndGaps) {
   for (int i = 0; i < 5; ++i) CountRoll(*s, 0, 1, 1);
   for (int kind : {0, 1, 7, 90}) EXPECT_EQ(s->RollsSince[kind], 5) << kind;  // never came up
   EXPECT_EQ(s->RollGapHistogram[2][1], 5);  // a gap of 1 since clearing, then consecutive rolls
-  struct Case { int between, bin, longSum; };
+  struct Case {
+    int between, bin, longSum;
+  };
   for (const Case& c : {Case{198, 199, 0}, Case{199, 200, 200}, Case{250, 200, 251}}) {
     s->RollGapHistogram[2] = {};
     for (int i = 0; i < c.between; ++i) CountRoll(*s, 0, 3, 4);

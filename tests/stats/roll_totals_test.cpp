@@ -1,12 +1,12 @@
 // Expected shares, the chi-square test and its texts, and the two screens' data.
 
+#include "stats/roll_totals.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <memory>
 #include <string>
-
-#include "stats/roll_totals.h"
 
 namespace {
 
@@ -22,7 +22,10 @@ TEST(RollTotalsKinds, FairAndSkewedPercentages) {
   EXPECT_EQ(KindWays(17), 24);
   EXPECT_EQ(KindWays(21), 16);
   const ProbabilityPlane numbered = NumberedPlane();
-  struct Case { int kind; double fair, skewed; };
+  struct Case {
+    int kind;
+    double fair, skewed;
+  };
   for (const Case& c : {Case{7, 100.0 / 6, 0.231}, Case{22, 100.0 / 36, 0.012}, Case{40, 100.0 / 36, 0.061},
                         Case{12, 100.0 / 36, 0.066}, Case{78, 100.0 / 6, 0.081}, Case{90, 100, 100}}) {
     EXPECT_NEAR(KindPercent(c.kind, false, numbered), c.fair, 1e-12) << c.kind;
@@ -31,11 +34,20 @@ TEST(RollTotalsKinds, FairAndSkewedPercentages) {
 }
 
 TEST(RollTotalsChi, PValueOnKnownValues) {
-  struct Case { double x; int df; double p, tol; };
+  struct Case {
+    double x;
+    int df;
+    double p, tol;
+  };
   const Case cases[] = {
-      {3.841, 1, 0.05, 1e-4},   {6.635, 1, 0.01, 1e-4},  {11.070, 5, 0.05, 1e-4}, {18.307, 10, 0.05, 1e-4},
-      {2, 2, std::exp(-1.0), 1e-12}, {6, 4, 4 * std::exp(-3.0), 1e-12},
-      {0, 5, 1, 0},  {5, 0, 1, 0},
+      {3.841, 1, 0.05, 1e-4},
+      {6.635, 1, 0.01, 1e-4},
+      {11.070, 5, 0.05, 1e-4},
+      {18.307, 10, 0.05, 1e-4},
+      {2, 2, std::exp(-1.0), 1e-12},
+      {6, 4, 4 * std::exp(-3.0), 1e-12},
+      {0, 5, 1, 0},
+      {5, 0, 1, 0},
       {200, 10, 0, 1e-15},   // far below what the series can resolve
       {1440, 1, 1e-18, 0},   // a series past the largest double still ends
       {2000, 10, 0.001, 0},  // a vanishing term: the odd branch
@@ -44,12 +56,19 @@ TEST(RollTotalsChi, PValueOnKnownValues) {
 }
 
 TEST(RollTotalsChi, Texts) {
-  struct Case { double p; const char* text; };
-  for (const Case& c : {Case{1, "p=100%"}, Case{0.005, "p<0.01%"}, Case{1e-18, "p<0.01%"}, Case{0.001, "p<0.01%"},
-                        Case{0.01, "p=1.0%"}, Case{0.05, "p=5.0%"}, Case{0.1234, "p=12.34%"},
-                        Case{0.99999, "p=100.0%"}})
+  struct Case {
+    double p;
+    const char* text;
+  };
+  for (const Case& c :
+       {Case{1, "p=100%"}, Case{0.005, "p<0.01%"}, Case{1e-18, "p<0.01%"}, Case{0.001, "p<0.01%"}, Case{0.01, "p=1.0%"},
+        Case{0.05, "p=5.0%"}, Case{0.1234, "p=12.34%"}, Case{0.99999, "p=100.0%"}})
     EXPECT_EQ(PValueText(c.p), c.text) << c.p;
-  struct Fp { double v; int d; const char* text; };
+  struct Fp {
+    double v;
+    int d;
+    const char* text;
+  };
   for (const Fp& c : {Fp{3.14159, 2, "3.14"}, Fp{2, 2, "2"}, Fp{1234567.891, 2, "1,234,567.89"},
                       Fp{-1234.5, 1, "-1,234.5"}, Fp{0.00004, 4, "<0.0001"}, Fp{0, 4, "0"}, Fp{-0.00001, 4, "0"},
                       Fp{2.5, 0, "3"}, Fp{-2.5, 0, "-2"}, Fp{0.4, 0, "0"}, Fp{999.99996, 4, "1,000"}})
@@ -75,7 +94,14 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
   auto s = SevensHeavy();
   ProbabilityPlane plane = NumberedPlane();
   plane[2][1] = 0;  // 1.1 never comes
-  struct Case { int display, scope; bool players, skewed; size_t items; double sum; int df; const char* p; };
+  struct Case {
+    int display, scope;
+    bool players, skewed;
+    size_t items;
+    double sum;
+    int df;
+    const char* p;
+  };
   const Case cases[] = {
       {0, kSessionScope, false, false, 11, 90, 10, "p<0.01%"},  // 75 for the seven, w / 2 for the rest
       {3, kSessionScope, false, false, 12, 90, 5, "p<0.01%"},   // die 2: 75 and five faces at 3
@@ -109,7 +135,7 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
   faces.Display = 2;
   EXPECT_EQ(ComputeRollTotals(*s, faces).Items[1].Kind, 22);  // 1.2 alone
   faces.Display = 1;
-  EXPECT_EQ(ComputeRollTotals(*s, faces).Items[1].Kind, 3);   // 1.2 either way round
+  EXPECT_EQ(ComputeRollTotals(*s, faces).Items[1].Kind, 3);  // 1.2 either way round
   faces.PlayerList = true;
   EXPECT_EQ(ComputeRollTotals(*s, faces).PlayerNote, "No players selected");
 }

@@ -1,6 +1,8 @@
 // The sessions log: the file byte for byte, refusal of files that are no true log, the
 // record made from a seat's session, the statistics, merge and delete.
 
+#include "stats/sessions_log.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "stats/sessions_log.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -18,7 +19,9 @@ std::string ReadBytes(const std::filesystem::path& p) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
+void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
+  std::ofstream(p, std::ios::binary) << bytes;
+}
 
 std::string Le(uint64_t v, int n) {
   std::string s;
@@ -152,8 +155,9 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
   ASSERT_EQ(log.Records.size(), 1u);
   // Rolls, bets decided / won / lost / net, handle, won, lost, net, -51.5 %, invested,
   // ending, stack 0; stack 19 is the last one kept.
-  SessionRecord want = {40_usd,  4_usd,  1_usd,    3_usd,    -2_usd,  200_usd, 50_usd,
-                        153_usd, -103_usd, Money::FromRaw(-515000), 600_usd, 397_usd, 11_usd};
+  SessionRecord want = {40_usd,  4_usd,   1_usd,   3_usd,    -2_usd,
+                        200_usd, 50_usd,  153_usd, -103_usd, Money::FromRaw(-515000),
+                        600_usd, 397_usd, 11_usd};
   want[31] = 19_usd;
   EXPECT_EQ(log.Records[0], want);
 }
@@ -248,13 +252,12 @@ TEST_P(SessionsBreakPoint, SortsAndFilters) {
   EXPECT_EQ(s.Sum, c.sum);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    SessionsLog, SessionsBreakPoint,
-    ::testing::Values(BreakCase{"0", {true, true, true}, {2, 2, 1}, 5, 15_usd},
-                      BreakCase{"$5 to -10", {true, true, true}, {1, 4, 0}, 5, 15_usd},
-                      BreakCase{"0", {true, true, false}, {2, 2, 1}, 4, 25_usd},
-                      BreakCase{"-1", {false, true, true}, {4, 0, 1}, 1, -10_usd},
-                      BreakCase{"20", {false, true, false}, {0, 1, 4}, 1, 20_usd}));
+INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsBreakPoint,
+                         ::testing::Values(BreakCase{"0", {true, true, true}, {2, 2, 1}, 5, 15_usd},
+                                           BreakCase{"$5 to -10", {true, true, true}, {1, 4, 0}, 5, 15_usd},
+                                           BreakCase{"0", {true, true, false}, {2, 2, 1}, 4, 25_usd},
+                                           BreakCase{"-1", {false, true, true}, {4, 0, 1}, 1, -10_usd},
+                                           BreakCase{"20", {false, true, false}, {0, 1, 4}, 1, 20_usd}));
 
 TEST(SessionsLogStats, OneSessionFailsWithTheSystemsWords) {
   TempDir d;

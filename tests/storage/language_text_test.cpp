@@ -26,30 +26,29 @@ TEST_P(LanguageTextPiecesTest, SplitsWhereTheCallerInsertsText) {
 
 INSTANTIATE_TEST_SUITE_P(
     LanguageText, LanguageTextPiecesTest,
-    ::testing::Values(
-        PiecesCase{9, {"How much would ", " like to buy-in for?"}},
-        PiecesCase{15, {" joined the game at stick ", "-left with $"}},
-        PiecesCase{16, {" joined the game at stick ", "-right with $"}},
-        PiecesCase{20, {"an active ", " bet "}},
-        PiecesCase{39,
-                   {"Please enter a whole number between 1 and ",
-                    " to seed the random number generator:", "Random Number Generator"}},
-        // Line breaks inside one block stay in the piece; a separate title is its own piece.
-        PiecesCase{60, {"An error occurred with your system's clipboard.\nPlease try again."}},
-        PiecesCase{110,
-                   {"No players are available to bet.\n\nPlease enter a player or change the "
-                    "requirement to make a bet on the 'Bets tab' of the configuration screen."}},
-        PiecesCase{155,
-                   {"How many seconds would you like between rolls?\n\n(min 0, max 300, "
-                    "fractional amounts allowed)",
-                    "Set Auto-Roll Time Delay"}},
-        // A leading blank matters: the name stands in front.
-        PiecesCase{8,
-                   {" can't be used as a player's name because it contains a word, phrase, or "
-                    "symbol used in auto-betting."}},
-        PiecesCase{186,
-                   {" can't be used as a player's name because it won't work with the required "
-                    "game files."}}));
+    ::testing::Values(PiecesCase{9, {"How much would ", " like to buy-in for?"}},
+                      PiecesCase{15, {" joined the game at stick ", "-left with $"}},
+                      PiecesCase{16, {" joined the game at stick ", "-right with $"}},
+                      PiecesCase{20, {"an active ", " bet "}},
+                      PiecesCase{39,
+                                 {"Please enter a whole number between 1 and ",
+                                  " to seed the random number generator:", "Random Number Generator"}},
+                      // Line breaks inside one block stay in the piece; a separate title is its own piece.
+                      PiecesCase{60, {"An error occurred with your system's clipboard.\nPlease try again."}},
+                      PiecesCase{110,
+                                 {"No players are available to bet.\n\nPlease enter a player or change the "
+                                  "requirement to make a bet on the 'Bets tab' of the configuration screen."}},
+                      PiecesCase{155,
+                                 {"How many seconds would you like between rolls?\n\n(min 0, max 300, "
+                                  "fractional amounts allowed)",
+                                  "Set Auto-Roll Time Delay"}},
+                      // A leading blank matters: the name stands in front.
+                      PiecesCase{8,
+                                 {" can't be used as a player's name because it contains a word, phrase, or "
+                                  "symbol used in auto-betting."}},
+                      PiecesCase{186,
+                                 {" can't be used as a player's name because it won't work with the required "
+                                  "game files."}}));
 
 TEST(LanguageTextTable, NumbersOutsideTheTableAreEmptyInEveryLanguage) {
   const int outside[] = {INT_MIN, -1, 0, 38, 62, 80, 96, 106, 109, 151, 168, 185, 187, 200, INT_MAX};
@@ -99,27 +98,20 @@ INSTANTIATE_TEST_SUITE_P(
     LanguageText, LanguageTextTellingTest,
     ::testing::Values(
         TellingCase{kEnglish, 1, "Click an open position on the rail to add a player."},
-        TellingCase{kSpanish, 1,
-                    "Haga clic en una posición abierta en el riel para agregar un jugador."},
+        TellingCase{kSpanish, 1, "Haga clic en una posición abierta en el riel para agregar un jugador."},
         TellingCase{kGerman, 1,
                     "Klicken Sie auf eine offene position auf der schiene, um einen player "
                     "hinzuzufügen."},
-        TellingCase{kFrench, 1,
-                    "Cliquez sur une position ouverte sur le rail pour ajouter un lecteur."},
+        TellingCase{kFrench, 1, "Cliquez sur une position ouverte sur le rail pour ajouter un lecteur."},
         TellingCase{kTurkish, 1, "Bir oyuncu eklemek için raydaki açik bir pozisyona tiklayin."},
-        TellingCase{kItalian, 1,
-                    "Fare clic su una posizione aperta sul binario per aggiungere un giocatore."},
-        TellingCase{kEnglish, 35, "Won"}, TellingCase{kSpanish, 35, "Ganado"},
-        TellingCase{kGerman, 35, "Gewonnen"}, TellingCase{kFrench, 35, "Gagné"},
-        TellingCase{kTurkish, 35, "Kazandi"}, TellingCase{kItalian, 35, "Vinto"},
-        TellingCase{kEnglish, 45, "Bet"}, TellingCase{kSpanish, 45, "Apuesta"},
-        TellingCase{kGerman, 45, "Wette"}, TellingCase{kFrench, 45, "Pari"},
-        TellingCase{kTurkish, 45, "Bahis"}, TellingCase{kItalian, 45, "Scommessa"},
-        TellingCase{kEnglish, 111, "Bet required"},
-        TellingCase{kSpanish, 111, "Apuesta requerida"},
-        TellingCase{kGerman, 111, "Wette erforderlich"},
-        TellingCase{kFrench, 111, "Pari requis"}, TellingCase{kTurkish, 111, "Bahis gerekli"},
-        TellingCase{kItalian, 111, "Scommessa richiesta"}));
+        TellingCase{kItalian, 1, "Fare clic su una posizione aperta sul binario per aggiungere un giocatore."},
+        TellingCase{kEnglish, 35, "Won"}, TellingCase{kSpanish, 35, "Ganado"}, TellingCase{kGerman, 35, "Gewonnen"},
+        TellingCase{kFrench, 35, "Gagné"}, TellingCase{kTurkish, 35, "Kazandi"}, TellingCase{kItalian, 35, "Vinto"},
+        TellingCase{kEnglish, 45, "Bet"}, TellingCase{kSpanish, 45, "Apuesta"}, TellingCase{kGerman, 45, "Wette"},
+        TellingCase{kFrench, 45, "Pari"}, TellingCase{kTurkish, 45, "Bahis"}, TellingCase{kItalian, 45, "Scommessa"},
+        TellingCase{kEnglish, 111, "Bet required"}, TellingCase{kSpanish, 111, "Apuesta requerida"},
+        TellingCase{kGerman, 111, "Wette erforderlich"}, TellingCase{kFrench, 111, "Pari requis"},
+        TellingCase{kTurkish, 111, "Bahis gerekli"}, TellingCase{kItalian, 111, "Scommessa richiesta"}));
 
 TEST(LanguageTextTable, UntranslatedRowsFallBackToEnglishPieceByPiece) {
   for (int language = 1; language < kLanguages; ++language) {
@@ -155,28 +147,20 @@ TEST_P(LanguageTextScopeTest, NamesByGroupAndByColumnBase) {
     EXPECT_EQ(ScopeName(c.language, group), c.names[group]) << "group " << group;
     EXPECT_EQ(ScopeName(c.language, group * 9), c.names[group]) << "column " << group * 9;
   }
-  for (int scope : {-1, 5, 8, 10, 17, 35, 45, 54})
-    EXPECT_EQ(ScopeName(c.language, scope), "") << "scope " << scope;
+  for (int scope : {-1, 5, 8, 10, 17, 35, 45, 54}) EXPECT_EQ(ScopeName(c.language, scope), "") << "scope " << scope;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     LanguageText, LanguageTextScopeTest,
     ::testing::Values(
-        ScopeCase{kEnglish,
-                  {"Current hand", "Last hand", "Current session", "Last session", "All sessions"}},
-        ScopeCase{kSpanish,
-                  {"Mano actual", "Mano previa", "Sesión actual", "Sesión previa", "Todas sesiones"}},
-        ScopeCase{kGerman,
-                  {"Aktuelle hand", "Letzte hand", "Aktuelle sitzung", "Letzte sitzung",
-                   "Alle sitzungen"}},
+        ScopeCase{kEnglish, {"Current hand", "Last hand", "Current session", "Last session", "All sessions"}},
+        ScopeCase{kSpanish, {"Mano actual", "Mano previa", "Sesión actual", "Sesión previa", "Todas sesiones"}},
+        ScopeCase{kGerman, {"Aktuelle hand", "Letzte hand", "Aktuelle sitzung", "Letzte sitzung", "Alle sitzungen"}},
         ScopeCase{kFrench,
-                  {"Main courante", "Dernière main", "Session actuelle", "Dernière session",
-                   "Toutes sessions"}},
-        ScopeCase{kTurkish,
-                  {"Mevcut el", "Son el", "Mevcut oturum", "Son seans", "Tüm oturumlar"}},
+                  {"Main courante", "Dernière main", "Session actuelle", "Dernière session", "Toutes sessions"}},
+        ScopeCase{kTurkish, {"Mevcut el", "Son el", "Mevcut oturum", "Son seans", "Tüm oturumlar"}},
         ScopeCase{kItalian,
-                  {"Mano corrente", "Ultima mano", "Sessione corrente", "Ultima sessione",
-                   "Tutte le sessioni"}}));
+                  {"Mano corrente", "Ultima mano", "Sessione corrente", "Ultima sessione", "Tutte le sessioni"}}));
 
 TEST(LanguageTextList, OrderAndIdsDifferForTheLastTwo) {
   const std::vector<LanguageItem>& list = LanguageList();
@@ -184,7 +168,7 @@ TEST(LanguageTextList, OrderAndIdsDifferForTheLastTwo) {
     std::string_view text;
     int id;
   };
-  const Expected expected[] = {{"English", 0}, {"Español", 1}, {"Deutsch", 2},
+  const Expected expected[] = {{"English", 0},  {"Español", 1},  {"Deutsch", 2},
                                {"Français", 3}, {"Italiano", 5}, {"Türk", 4}};
   ASSERT_EQ(list.size(), std::size(expected));
   for (std::size_t i = 0; i < list.size(); ++i) {

@@ -41,13 +41,13 @@ TEST_P(RuleSetDefaultBetRowTest, HasItsPayoffAndUnit) {
 
 INSTANTIATE_TEST_SUITE_P(
     RuleSet, RuleSetDefaultBetRowTest,
-    ::testing::Values(BetRowCase{bet::Lay4, 1, 2, false}, BetRowCase{5, 2, 3, false},     // Lay 9
-                      BetRowCase{4, 5, 6, false},                                         // Lay 8
+    ::testing::Values(BetRowCase{bet::Lay4, 1, 2, false}, BetRowCase{5, 2, 3, false},  // Lay 9
+                      BetRowCase{4, 5, 6, false},                                      // Lay 8
                       BetRowCase{bet::DontCome10Odds, 1, 2, false}, BetRowCase{15, 5, 6, false},
-                      BetRowCase{27, 6, 5, false},                                        // Come 6 Odds
+                      BetRowCase{27, 6, 5, false},                                            // Come 6 Odds
                       BetRowCase{bet::Come10Odds, 2, 1, false}, BetRowCase{41, 3, 2, false},  // Buy 9
                       BetRowCase{bet::Place4, 9, 5, false}, BetRowCase{32, 7, 5, false},
-                      BetRowCase{34, 7, 6, false},                                        // Place 8
+                      BetRowCase{34, 7, 6, false},  // Place 8
                       BetRowCase{bet::PassLine, 1, 1, false}, BetRowCase{bet::Field, 1, 1, false},
                       BetRowCase{bet::CAndE, 1, 2, false}, BetRowCase{bet::Horn, 1, 4, false},
                       BetRowCase{bet::World, 1, 5, false}, BetRowCase{bet::Hard10, 7, 1, false},
@@ -65,8 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                       BetRowCase{bet::Repeater12, 39, 1, true}));
 
 template <size_t N>
-void ExpectTable(const std::array<PayoffRow, N>& table, size_t first, std::vector<int64_t> pays,
-                 const char* what) {
+void ExpectTable(const std::array<PayoffRow, N>& table, size_t first, std::vector<int64_t> pays, const char* what) {
   ASSERT_EQ(N - first, pays.size()) << what;
   for (size_t i = first; i < N; ++i) {
     EXPECT_EQ(table[i].PayoffPay, Money::Dollars(pays[i - first])) << what << " row " << i;
@@ -77,8 +76,7 @@ void ExpectTable(const std::array<PayoffRow, N>& table, size_t first, std::vecto
 
 TEST(RuleSetTest, SpecialTablesStartAtTheirDefaults) {
   RuleSet r = Defaults();
-  ExpectTable(r.FieldPayoff, 1, {2, 1, 1, 1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 1, 1, 1, 1, 1, 2},
-              "Field");
+  ExpectTable(r.FieldPayoff, 1, {2, 1, 1, 1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, 1, 1, 1, 1, 1, 2}, "Field");
   ExpectTable(r.SevenPointSevenPayoff, 1, {2, 3}, "7 Point 7");
   ExpectTable(r.MidwayPayoff, 1, {2, 1, 1, 1, 2}, "Midway");
   ExpectTable(r.HotRollerPayoff, 1, {-1, -1, 5, 10, 20, 50, 200}, "Hot Roller");
@@ -169,19 +167,18 @@ TEST_P(PayoffWordTest, KeepsTheShownNumber) {
   EXPECT_EQ(row.PayoffFor, Money::Dollars(c.y));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    RuleSet, PayoffWordTest,
-    ::testing::Values(WordCase{1, 1, false, 'f', true, 0, true},    // 1 to 1 becomes 1 for 1: a push
-                      WordCase{7, 6, false, 'F', true, 1, true},    // 7 to 6 reads 7 for 6
-                      WordCase{39, 1, true, 't', true, 40, false},  // 40 for 1 reads 40 to 1
-                      WordCase{39, 1, true, 'T', true, 40, false},
-                      WordCase{9, 5, false, ' ', true, 4, true},
-                      WordCase{4, 5, true, ' ', true, 9, false},
-                      WordCase{9, 5, false, 't', true, 9, false},  // already "to"
-                      WordCase{39, 1, true, 'f', true, 39, true},  // already "for"
-                      WordCase{9, 5, false, 'x', false, 9, false},
-                      WordCase{9, 5, false, 'o', false, 9, false},
-                      WordCase{39, 1, true, '1', false, 39, true}));
+INSTANTIATE_TEST_SUITE_P(RuleSet, PayoffWordTest,
+                         ::testing::Values(WordCase{1, 1, false, 'f', true, 0, true},  // 1 to 1 becomes 1 for 1: a push
+                                           WordCase{7, 6, false, 'F', true, 1, true},  // 7 to 6 reads 7 for 6
+                                           WordCase{39, 1, true, 't', true, 40, false},  // 40 for 1 reads 40 to 1
+                                           WordCase{39, 1, true, 'T', true, 40, false},
+                                           WordCase{9, 5, false, ' ', true, 4, true},
+                                           WordCase{4, 5, true, ' ', true, 9, false},
+                                           WordCase{9, 5, false, 't', true, 9, false},  // already "to"
+                                           WordCase{39, 1, true, 'f', true, 39, true},  // already "for"
+                                           WordCase{9, 5, false, 'x', false, 9, false},
+                                           WordCase{9, 5, false, 'o', false, 9, false},
+                                           WordCase{39, 1, true, '1', false, 39, true}));
 
 TEST(RuleSetTest, ToggleTwiceRestoresThePay) {
   RuleSet r = Defaults();
@@ -234,32 +231,36 @@ INSTANTIATE_TEST_SUITE_P(
         PresetCase{"&Field w/ 2x on Two and Twelve",
                    {{{2, 1}, W, W, W, L, L, L, L, L, L, L, L, L, L, L, W, W, W, W, W, {2, 1}}}},
         PresetCase{"&Don't Pass (bar 12)",
-                   {{W, W, {1, 3}, {1, 3}, {1, 5}, {1, 5}, {1, 11}, {1, 11}, {1, 11}, L, L, L, {1, 11},
-                     {1, 11}, {1, 11}, {1, 5}, {1, 5}, {1, 3}, {1, 3}, L, Z}}},
+                   {{W, W,       {1, 3},  {1, 3},  {1, 5}, {1, 5}, {1, 11}, {1, 11}, {1, 11}, L, L,
+                     L, {1, 11}, {1, 11}, {1, 11}, {1, 5}, {1, 5}, {1, 3},  {1, 3},  L,       Z}}},
         PresetCase{"Place to &Lose 8",
-                   {{Z, Z, Z, Z, Z, Z, Z, Z, Z, {4, 5}, {4, 5}, {4, 5}, {-5, 5}, {-5, 5}, {-5, 5}, Z, Z,
-                     Z, Z, Z, Z}}},
-        PresetCase{"H&ard 8",
-                   {{Z, Z, Z, Z, Z, Z, Z, Z, Z, L, L, L, L, L, {9, 1}, Z, Z, Z, Z, Z, Z}}},
-        PresetCase{"&Horn",
-                   {{{27, 4, true}, {12, 4, true}, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L,
-                     {12, 4, true}, {27, 4, true}}}},
-        PresetCase{"&World",
-                   {{{26, 5, true}, {11, 5, true}, L, L, L, L, L, L, L, {0, 5, true}, {0, 5, true},
-                     {0, 5, true}, L, L, L, L, L, L, L, {11, 5, true}, {26, 5, true}}}},
+                   {{Z, Z, Z, Z, Z, Z, Z, Z, Z, {4, 5}, {4, 5}, {4, 5}, {-5, 5}, {-5, 5}, {-5, 5}, Z, Z, Z, Z, Z, Z}}},
+        PresetCase{"H&ard 8", {{Z, Z, Z, Z, Z, Z, Z, Z, Z, L, L, L, L, L, {9, 1}, Z, Z, Z, Z, Z, Z}}},
+        PresetCase{"&Horn", {{{27, 4, true}, {12, 4, true}, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L,
+                              {12, 4, true}, {27, 4, true}}}},
+        PresetCase{"&World", {{{26, 5, true}, {11, 5, true}, L, L, L, L, L, L, L, {0, 5, true},
+                               {0, 5, true},  {0, 5, true},  L, L, L, L, L, L, L, {11, 5, true},
+                               {26, 5, true}}}},
         PresetCase{"H&op 13", {{L, L, {15, 1}, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L}}},
-        PresetCase{"&Midway",
-                   {{L, L, L, L, L, L, W, W, {2, 1}, W, W, W, W, W, {2, 1}, L, L, L, L, L, L}}},
-        PresetCase{"&Crapless Craps Pass Line",
-                   {{{-5, 7}, {-1, 2}, {-1, 3}, {-1, 3}, {-1, 5}, {-1, 5}, {-1, 11}, {-1, 11}, {-1, 11},
-                     W, W, W, {-1, 11}, {-1, 11}, {-1, 11}, {-1, 5}, {-1, 5}, {-1, 3}, {-1, 3},
-                     {-1, 2}, {-5, 7}}}}));
+        PresetCase{"&Midway", {{L, L, L, L, L, L, W, W, {2, 1}, W, W, W, W, W, {2, 1}, L, L, L, L, L, L}}},
+        PresetCase{"&Crapless Craps Pass Line", {{{-5, 7},  {-1, 2},  {-1, 3}, {-1, 3}, {-1, 5}, {-1, 5},  {-1, 11},
+                                                  {-1, 11}, {-1, 11}, W,       W,       W,       {-1, 11}, {-1, 11},
+                                                  {-1, 11}, {-1, 5},  {-1, 5}, {-1, 3}, {-1, 3}, {-1, 2},  {-5, 7}}}}));
 
 TEST(FieldPresetMenuTest, NamesAreTheMenuTextsInOrder) {
-  const std::vector<std::string_view> expected = {
-      "&Field w/ 2x on Two and Twelve", "&Pass Line", "&Don't Pass (bar 12)", "Place &6",
-      "Place to &Lose 8", "Buy &10 (5 % vig)", "Lay &4 (5% vig on win only)", "H&ard 8", "&Horn",
-      "&World", "H&op 13", "&Midway", "&Crapless Craps Pass Line"};
+  const std::vector<std::string_view> expected = {"&Field w/ 2x on Two and Twelve",
+                                                  "&Pass Line",
+                                                  "&Don't Pass (bar 12)",
+                                                  "Place &6",
+                                                  "Place to &Lose 8",
+                                                  "Buy &10 (5 % vig)",
+                                                  "Lay &4 (5% vig on win only)",
+                                                  "H&ard 8",
+                                                  "&Horn",
+                                                  "&World",
+                                                  "H&op 13",
+                                                  "&Midway",
+                                                  "&Crapless Craps Pass Line"};
   EXPECT_EQ(FieldPresetNames(), expected);
 }
 
@@ -310,19 +311,19 @@ TEST_P(VigRoundToUnitTest, Rounds) {
       << c.value << " / " << c.unit << " mode " << c.mode;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Vig, VigRoundToUnitTest,
-    ::testing::Values(RoundCase{2.5, 1, kRoundNormal, 2},  // an exact half rounds down
-                      RoundCase{2.5005, 1, kRoundNormal, 2}, RoundCase{2.502, 1, kRoundNormal, 3}, RoundCase{2.4, 1, kRoundNormal, 2},
-                      RoundCase{12.5, 5, kRoundNormal, 10}, RoundCase{12.5, 5, kRoundDown, 10},
-                      RoundCase{12.5, 5, kRoundUp, 15}, RoundCase{12.5, 5, kRoundHalfUp, 15},
-                      RoundCase{2.5, 1, kRoundHalfUp, 3}, RoundCase{2.4, 1, kRoundHalfUp, 2},
-                      RoundCase{15, 5, kRoundUp, 15},  // whole quotients stand in every mode
-                      RoundCase{15, 5, kRoundDown, 15}, RoundCase{0.07, 0.01, kRoundUp, 0.07},
-                      RoundCase{0.07, 0.01, kRoundDown, 0.07}, RoundCase{-2.5, 1, kRoundDown, -3},
-                      RoundCase{-2.5, 1, kRoundNormal, -3},  // Int floors toward minus infinity
-                      RoundCase{-2.4, 1, kRoundUp, -2}, RoundCase{7, 0, kRoundNormal, 0},
-                      RoundCase{7, 0, kRoundUp, 0}));
+INSTANTIATE_TEST_SUITE_P(Vig, VigRoundToUnitTest,
+                         ::testing::Values(RoundCase{2.5, 1, kRoundNormal, 2},  // an exact half rounds down
+                                           RoundCase{2.5005, 1, kRoundNormal, 2}, RoundCase{2.502, 1, kRoundNormal, 3},
+                                           RoundCase{2.4, 1, kRoundNormal, 2}, RoundCase{12.5, 5, kRoundNormal, 10},
+                                           RoundCase{12.5, 5, kRoundDown, 10}, RoundCase{12.5, 5, kRoundUp, 15},
+                                           RoundCase{12.5, 5, kRoundHalfUp, 15}, RoundCase{2.5, 1, kRoundHalfUp, 3},
+                                           RoundCase{2.4, 1, kRoundHalfUp, 2},
+                                           RoundCase{15, 5, kRoundUp, 15},  // whole quotients stand in every mode
+                                           RoundCase{15, 5, kRoundDown, 15}, RoundCase{0.07, 0.01, kRoundUp, 0.07},
+                                           RoundCase{0.07, 0.01, kRoundDown, 0.07}, RoundCase{-2.5, 1, kRoundDown, -3},
+                                           RoundCase{-2.5, 1, kRoundNormal, -3},  // Int floors toward minus infinity
+                                           RoundCase{-2.4, 1, kRoundUp, -2}, RoundCase{7, 0, kRoundNormal, 0},
+                                           RoundCase{7, 0, kRoundUp, 0}));
 
 struct VigCase {
   int bet;
@@ -343,20 +344,18 @@ TEST_P(VigComputeTest, BuyAndLay) {
   r.RoundBuyVig = r.RoundLayVig = c.mode;
   Money vig = c.bet <= bet::Lay10 ? ComputeLayVig(r, c.bet, Cents(c.amountCents))
                                   : ComputeBuyVig(r, c.bet, Cents(c.amountCents));
-  EXPECT_EQ(vig, Cents(c.expectedCents)) << BetName(c.bet) << " " << c.amountCents << " cents, mode "
-                                         << c.mode << (c.penny ? ", pennies" : "");
+  EXPECT_EQ(vig, Cents(c.expectedCents)) << BetName(c.bet) << " " << c.amountCents << " cents, mode " << c.mode
+                                         << (c.penny ? ", pennies" : "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Vig, VigComputeTest,
     ::testing::Values(
         // 5% of $1: 0.05 rounds to nothing and so becomes one smallest check.
-        VigCase{bet::Buy4, 100, 100, false, kRoundNormal, 100},
-        VigCase{bet::Buy4, 100, 100, false, kRoundUp, 100},
+        VigCase{bet::Buy4, 100, 100, false, kRoundNormal, 100}, VigCase{bet::Buy4, 100, 100, false, kRoundUp, 100},
         VigCase{bet::Buy4, 100, 100, false, kRoundDown, 100},
         // 5% of $50 is 2.5 checks: normal rounds the half down.
-        VigCase{bet::Buy10, 5000, 100, false, kRoundNormal, 200},
-        VigCase{bet::Buy10, 5000, 100, false, kRoundUp, 300},
+        VigCase{bet::Buy10, 5000, 100, false, kRoundNormal, 200}, VigCase{bet::Buy10, 5000, 100, false, kRoundUp, 300},
         VigCase{bet::Buy10, 5000, 100, false, kRoundDown, 200},
         VigCase{38, 3100, 100, false, kRoundNormal, 200},  // Buy 5: 1.55 rounds up normally
         VigCase{38, 3100, 100, false, kRoundDown, 100},
@@ -364,13 +363,11 @@ INSTANTIATE_TEST_SUITE_P(
         VigCase{bet::Buy4, 20000, 500, false, kRoundUp, 1000},    // 10 on $5 checks is whole
         VigCase{bet::Buy4, 100, 100, true, kRoundNormal, 5},      // pennies: 0.05 as it is
         VigCase{bet::Buy4, 1010, 100, true, kRoundNormal, 50},    // 0.505: the half goes down
-        VigCase{bet::Buy4, 1010, 100, true, kRoundUp, 51},
-        VigCase{bet::Buy4, 1010, 100, true, kRoundDown, 50},
-        VigCase{bet::Buy4, 140, 100, true, kRoundUp, 7},  // 0.07 is whole in cents
+        VigCase{bet::Buy4, 1010, 100, true, kRoundUp, 51}, VigCase{bet::Buy4, 1010, 100, true, kRoundDown, 50},
+        VigCase{bet::Buy4, 140, 100, true, kRoundUp, 7},     // 0.07 is whole in cents
         VigCase{bet::Buy4, 10, 100, true, kRoundNormal, 1},  // 0.005 is never free: a cent
         // Lay vig is on the win: $100 on the 4 at 1:2 wins 50, vig 2.5 checks.
-        VigCase{bet::Lay4, 10000, 100, false, kRoundNormal, 200},
-        VigCase{bet::Lay4, 10000, 100, false, kRoundUp, 300},
+        VigCase{bet::Lay4, 10000, 100, false, kRoundNormal, 200}, VigCase{bet::Lay4, 10000, 100, false, kRoundUp, 300},
         VigCase{2, 6000, 100, false, kRoundNormal, 200},  // Lay 5, 2:3: win 40, vig 2
         VigCase{3, 6000, 100, false, kRoundNormal, 200},  // Lay 6, 5:6: win 50, vig 2.5
         VigCase{3, 6000, 100, false, kRoundDown, 200},
@@ -378,8 +375,8 @@ INSTANTIATE_TEST_SUITE_P(
         VigCase{bet::Lay10, 3000, 100, true, kRoundNormal, 75},
         // Bets that carry no vig of that kind.
         VigCase{bet::Place4, 10000, 100, false, kRoundNormal, 0},
-        VigCase{bet::Come4, 10000, 100, false, kRoundNormal, 0},
-        VigCase{bet::Buy4, 0, 100, false, kRoundNormal, 0}, VigCase{bet::Lay4, 0, 100, false, kRoundUp, 0}));
+        VigCase{bet::Come4, 10000, 100, false, kRoundNormal, 0}, VigCase{bet::Buy4, 0, 100, false, kRoundNormal, 0},
+        VigCase{bet::Lay4, 0, 100, false, kRoundUp, 0}));
 
 TEST(VigTest, WrongFamilyOrZeroRateIsFree) {
   RuleSet r = Defaults();
@@ -462,8 +459,12 @@ class RuleValidationMinimumTest : public ::testing::TestWithParam<MinimumCase> {
 TEST_P(RuleValidationMinimumTest, MinimumsAreWholeChecks) {
   const MinimumCase& c = GetParam();
   RuleSet r = Defaults();
-  r.CheckDenom = {Money{}, Cents(c.smallestCents), Cents(c.smallestCents * 4), Cents(c.smallestCents * 20),
-                  Cents(c.smallestCents * 100), Cents(c.smallestCents * 400)};
+  r.CheckDenom = {Money{},
+                  Cents(c.smallestCents),
+                  Cents(c.smallestCents * 4),
+                  Cents(c.smallestCents * 20),
+                  Cents(c.smallestCents * 100),
+                  Cents(c.smallestCents * 400)};
   r.MinPlacardBet = Cents(c.minCents);
   r.MinPlacardPropBet = Cents(c.propMinCents);
   RuleCheck v = ValidateRules(r, false);
@@ -484,8 +485,7 @@ INSTANTIATE_TEST_SUITE_P(
         MinimumCase{500, 700, 300,
                     "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...",
                     "txtMinPlacardBet"},
-        MinimumCase{500, 1000, 300,
-                    "The minimum prop bet cannot be less than the smallest check denomination of 5",
+        MinimumCase{500, 1000, 300, "The minimum prop bet cannot be less than the smallest check denomination of 5",
                     "txtMinPlacardPropBet"},
         MinimumCase{25, 100, 110,
                     "The minimum prop bet must be a multiple of the smallest check denomination, such as "
@@ -565,21 +565,21 @@ TEST_P(RuleValidationPayoffTest, NonPositivePay) {
 
 INSTANTIATE_TEST_SUITE_P(
     RuleValidation, RuleValidationPayoffTest,
-    ::testing::Values(PayoffCheckCase{33, "The payoff on Place 6 must be positive."},
-                      PayoffCheckCase{bet::Lay4, "The payoff on Lay 4 must be positive."},
-                      PayoffCheckCase{bet::Come4, "The payoff on Come 4 must be positive."},
-                      PayoffCheckCase{bet::Hop55, "The payoff on Hop 55 must be positive."},
-                      PayoffCheckCase{bet::Repeater12, "The payoff on Repeater 12 must be positive."},
-                      PayoffCheckCase{26, "The payoffs on Pass/Come 5 must be positive."},
-                      PayoffCheckCase{bet::Come10Odds, "The payoffs on Pass/Come 10 must be positive."},
-                      PayoffCheckCase{bet::DontCome4Odds, "The payoffs on DP/DC 4 must be positive."},
-                      PayoffCheckCase{bet::PassLine, "The payoffs on Passline/Come (c.o.) must be positive."},
-                      PayoffCheckCase{bet::Come, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine},
-                      PayoffCheckCase{bet::DontCome, "The payoffs on Don't Pass/Come (c.o.) must be positive.",
-                                      bet::DontPass},
-                      PayoffCheckCase{bet::Field, nullptr}, PayoffCheckCase{bet::CAndE, nullptr},
-                      PayoffCheckCase{bet::Horn, nullptr}, PayoffCheckCase{bet::World, nullptr},
-                      PayoffCheckCase{bet::PassLineOdds, nullptr}, PayoffCheckCase{bet::Fire, nullptr}));
+    ::testing::Values(
+        PayoffCheckCase{33, "The payoff on Place 6 must be positive."},
+        PayoffCheckCase{bet::Lay4, "The payoff on Lay 4 must be positive."},
+        PayoffCheckCase{bet::Come4, "The payoff on Come 4 must be positive."},
+        PayoffCheckCase{bet::Hop55, "The payoff on Hop 55 must be positive."},
+        PayoffCheckCase{bet::Repeater12, "The payoff on Repeater 12 must be positive."},
+        PayoffCheckCase{26, "The payoffs on Pass/Come 5 must be positive."},
+        PayoffCheckCase{bet::Come10Odds, "The payoffs on Pass/Come 10 must be positive."},
+        PayoffCheckCase{bet::DontCome4Odds, "The payoffs on DP/DC 4 must be positive."},
+        PayoffCheckCase{bet::PassLine, "The payoffs on Passline/Come (c.o.) must be positive."},
+        PayoffCheckCase{bet::Come, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine},
+        PayoffCheckCase{bet::DontCome, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass},
+        PayoffCheckCase{bet::Field, nullptr}, PayoffCheckCase{bet::CAndE, nullptr}, PayoffCheckCase{bet::Horn, nullptr},
+        PayoffCheckCase{bet::World, nullptr}, PayoffCheckCase{bet::PassLineOdds, nullptr},
+        PayoffCheckCase{bet::Fire, nullptr}));
 
 TEST(RuleValidationTest, SevenPointSevenAndMidwayRowsMustWin) {
   RuleSet r = Defaults();
@@ -665,7 +665,8 @@ INSTANTIATE_TEST_SUITE_P(
         HandCase{kPayoffTableHotRoller, 2, -2, 2, false, nullptr},  // a loss of the whole wager
         HandCase{kPayoffTableSharpShooter, 11, -3, 2, false,
                  "Any loss on the Sharp Shooter bet cannot exceed the amount wagered."},
-        HandCase{kPayoffTableRideLine, 1, -1, 1, true, "At least one of the Ride The Line bet payoffs must be positive."},
+        HandCase{kPayoffTableRideLine, 1, -1, 1, true,
+                 "At least one of the Ride The Line bet payoffs must be positive."},
         HandCase{kPayoffTableFire, 0, -1, 1, true, "At least one of the Fire bet payoffs must be positive."},
         HandCase{kPayoffTableFire, 6, 1, 100, true, nullptr},
         HandCase{kPayoffTableFire, 0, -5, 4, false, "Any loss on the Fire bet cannot exceed the amount wagered."},
