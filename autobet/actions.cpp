@@ -3,6 +3,8 @@
 // every bet through the placement gate. A walk is checked whole before anything is
 // written, so that a refused statement leaves the table as it found it.
 
+#include "autobet/actions.h"
+
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -13,7 +15,8 @@
 #include <string>
 #include <string_view>
 
-#include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "automation/auto_roll.h"
 #include "dice/probability_file.h"
 #include "dice/roll_files.h"

@@ -1,7 +1,7 @@
 #include <optional>
 
 #include "autobet/compiler.h"
-#include "autobet/interpreter.h"
+#include "autobet/variables.h"
 
 namespace {
 

@@ -9,7 +9,8 @@
 #include <cstdint>
 #include <string>
 
-#include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "engine/game_state.h"
 #include "engine/messages.h"
 #include "stats/roll_totals.h"

@@ -2,8 +2,8 @@
 // The Auto-Bet interpreter: one cycle over the joined program after each roll. Each
 // statement is copied to AutoBetProgram::StatementBuffer and reduced in place, operator
 // class by operator class, until one value (or an action with its targets) is left.
-// Values (variables, functions) and actions live in their own files; this header is the
-// contract between them.
+// Values (autobet/variables.h) and actions (autobet/actions.h) stand below the cycle;
+// both work on the buffer through autobet/statement_buffer.h.
 
 #include <cstdint>
 #include <string>
@@ -13,8 +13,6 @@
 
 struct Game;
 struct AutoBetProgram;
-
-// ---- The cycle (interpreter.cpp).
 
 // Runs one cycle of ProgramRecords. Does nothing unless ScriptsCompiled.
 void RunAutoBet(Game& g);
@@ -40,122 +38,3 @@ struct EvaluationResult {
   std::string compileFault;
 };
 EvaluationResult EvaluateExpression(Game& g, int seat, std::string_view expression);
-
-// ---- Buffer helpers shared by values and actions (interpreter.cpp).
-
-// Sets the statement's run-time fault; false, so that a reader can `return Fault(g, n);`.
-bool Fault(Game& g, int code);
-
-inline bool IsValueRecord(const TokenRecord& r) { return r.code == kCodeNumber || r.code == kCodeString; }
-inline bool IsRelational(const TokenRecord& r) { return r.code >= 50 && r.code <= 55; }
-
-// Removes `count` records from `position` on, shifting the tail left and shortening
-// StatementLength and CloseBracket.
-void DeleteRecords(AutoBetProgram& p, int position, int count);
-// Puts a number record, or a new run-time string with a string record, at `position`.
-void PutNumber(AutoBetProgram& p, int position, double value);
-void PutString(AutoBetProgram& p, int position, std::string text);
-// A run-time string: appended to ProgramStrings, dropped at the end of the cycle.
-// Returns its pool index (from 1).
-int NewRunString(AutoBetProgram& p, std::string text);
-
-// A record read as a number: numbers as they are, strings by the numeric value at the
-// head of their text (Val), anything else 0.
-double NumberOf(const Game& g, const TokenRecord& r);
-// A record read as text: numbers in general format, strings through StringValue.
-std::string TextOf(const Game& g, const TokenRecord& r);
-// Compares two value records by a relational code 50..55: numeric when the left is a
-// number, else binary text compare.
-bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
-// Val: the number at the head of a text ("12abc" 12, " -3.5" -3.5, "x" 0).
-double LeadingNumber(std::string_view text);
-
-// ---- Values (variables.cpp, functions.cpp).
-
-// The text of a string record's value: a pool entry above 0, the special strings at or
-// below it. An unknown special sets RunError 998 and gives "".
-std::string StringValue(const Game& g, int code, double value);
-// The same text without a copy where it is kept (the pool, names); `scratch` holds what
-// has to be made (numbers, the date and time). Comparisons use it: no string is built
-// for them on the per-roll path.
-std::string_view StringView(const Game& g, int code, double value, std::string& scratch);
-
-// The seat that a player piece names: 10 shooter, 11 last shooter, 12 original shooter,
-// 13 the selected player, 14 the Bettor, 15 no one (0), otherwise the piece itself.
-int SeatOfPiece(const Game& g, int piece);
-
-// How many piece records follow a variable record of V number `v` (0, 1, 2, 3 or 4).
-int GroupSize(int v);
-
-// A reference group (a variable or target record and the GroupSize(v) pieces after it)
-// read into its parts. The compiler writes every piece the V number takes; a piece a
-// group leaves out keeps the default here.
-struct ReferencePieces {
-  int v = 0;
-  int piece = 14;          // the Bettor
-  int time = 3;            // current session
-  int x = 1;               // wagered
-  int y = 34;              // current $
-  bool hasPlayer = false;  // a player piece was written
-};
-ReferencePieces ReadPieces(const TokenRecord* group);
-
-// H1..H5 to the base column of their scope group: current hand, last hand, current
-// session (also "all hands"), last session, all sessions.
-int ScopeBase(int time);
-
-// `part` as a percentage of `whole`; 0 of nothing.
-double Share(double part, double whole);
-
-// Reads the reference group at `group` (a -11 or -12 record followed by its pieces) into
-// a number or string record. Sets RunError (and returns false) on a fault.
-bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
-
-// Replaces the variable record at buffer index `position` by its value. Returns the number
-// of piece records that follow it, which the caller then removes.
-int AssignVariable(Game& g, int position);
-
-// Replaces the function call at buffer index `position` (its arguments already reduced to
-// values within its brackets, an end-of-list record after a list function's bracket) by
-// its value. Returns the number of records the call consumed after the function record.
-int AssignFunction(Game& g, int position);
-
-// A function in target form (-2: a bet family with its number, CS( ), CSN( )) becomes
-// the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
-void ResolveTargetFunction(Game& g, int position);
-
-// The roll counters V2600..V2605 of a scope column: come-out rolls, passes and misses,
-// each as a count and a share. With `total` 0 over the totals Y names (Y0 all, Y14
-// naturals and craps, Y15 points); else decided on that total (2..12) alone, a share of
-// come-out rolls then being one of all come-out rolls.
-double RollCounter(const Game& g, int v, int column, int y, int total);
-
-// # of points (V4606) and % of points (V4607) of a scope column: established (X6, and any
-// other X), passed (X7) or missed (X8), on all points (`total` 0) or on one.
-double PointCounter(const Game& g, int v, int column, int x, int total);
-
-// The roll kind a written roll names under X: a total 2..12 (X30), a combination
-// die1.die2 in either order (X31) or in die order (X32), a face 1..6 of die 1 or die 2
-// (X33, X34); under any other X a whole number is a total and die1.die2 a combination in
-// either order. 0 when it names none, `limitsFault` then the run-time fault of the range
-// (1001 totals, 1009 combinations, 1010 faces).
-int SelectedRollKind(int x, double n, int& limitsFault);
-
-// The dice statistic `v` (4501..4512) of roll kind `kind` (0 all rolls) in a statistics
-// column, the chi-square family over the display X names: shared by the V4501.. words,
-// whose Y piece holds the kind they select, and their function forms.
-double DiceStatistic(const Game& g, int v, int column, int x, int kind);
-
-// The text of a run-time fault code, lines joined by a line end; "" for 0.
-std::string RunErrorText(int code);
-
-// ---- Actions (actions.cpp).
-
-// Carries out the reduced buffer as an action (first record -61) or an assignment (first
-// record a -12 target group followed by '='). Sets RunError on a refusal.
-void TakeAction(Game& g);
-
-// Writes one value (a number or string record's code and value) to the target group at
-// buffer index `position`, which is moved past the group. `playerFromContext` is the seat
-// the action runs for (the Bettor). Checks the permission and range of the target.
-void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, int playerFromContext);

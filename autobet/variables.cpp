@@ -3,6 +3,8 @@
 // after every roll, so a number read touches a few array cells and allocates nothing;
 // only a string value builds text.
 
+#include "autobet/variables.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -12,7 +14,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
 #include "engine/bet_limits.h"
 #include "engine/game_state.h"
 #include "engine/resolution.h"
@@ -790,4 +792,46 @@ std::string RunErrorText(int code) {
   for (const ErrorText& e : kErrorTexts)
     if (e.code == code) return e.text;
   return {};
+}
+
+// ---- Values read from records.
+
+double NumberOf(const Game& g, const TokenRecord& r) {
+  if (r.code == kCodeNumber) return r.value;
+  if (r.code == kCodeString) {
+    std::string scratch;
+    return LeadingNumber(StringView(g, r.code, r.value, scratch));
+  }
+  return 0;
+}
+
+std::string TextOf(const Game& g, const TokenRecord& r) {
+  if (r.code == kCodeNumber) return GeneralNumber(r.value);
+  if (r.code == kCodeString) return StringValue(g, r.code, r.value);
+  return {};
+}
+
+namespace {
+
+template <class T>
+bool Relate(const T& a, int relational, const T& b) {
+  switch (relational) {
+    case 50: return a == b;
+    case 51: return a != b;
+    case 52: return a < b;
+    case 53: return a > b;
+    case 54: return a <= b;
+    case 55: return a >= b;
+    default: return false;
+  }
+}
+
+}  // namespace
+
+bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
+  if (left.code != kCodeString) return Relate(NumberOf(g, left), relational, NumberOf(g, right));
+  // Binary, case-sensitive: string_view compares bytes as unsigned char.
+  std::string leftScratch, rightScratch;
+  return Relate(StringView(g, left.code, left.value, leftScratch), relational,
+                StringView(g, right.code, right.value, rightScratch));
 }

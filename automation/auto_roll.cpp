@@ -75,3 +75,28 @@ void SetAutoRollThrottle(Game& g, int throttle) {
   if (hyper) g.Auto.StatusText = Text(g, 114);
   else if (g.Ui) g.Ui->Refresh({"table"});
 }
+
+void LimitStop(Game& g, int seat) {
+  const Money bankroll = g.Bankroll[seat];
+  const std::string advice = "Select \"New\" from the \"Game\" menu to reset the table.";
+  if (bankroll > Money{}) {
+    if (g.SilentMode) {
+      g.StopReason = "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + advice;
+    } else {
+      if (g.Table.PendingStopSeat == 0 && g.Ui) g.Ui->PlaySound("Chips.win", false);
+      Tell(g, "Congratulations!\n\n" + g.PlayerName[seat] + " broke the max bankroll limit of $9,999,999\n\n" + advice,
+           "DiceHall", 0, msg::kOk);
+    }
+  } else {
+    if (g.SilentMode) {
+      g.StopReason = "Stopped by exceeding the negative bankroll limit of -$9,999,999\n\n" + advice;
+    } else {
+      Tell(g,
+           "Sorry ... \n\n" + g.PlayerName[seat] + " has exceeded the negative bankroll limit of -$9,999,999\n\n" +
+               advice,
+           "DiceHall", 0, msg::kOk);
+    }
+  }
+  if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
+  g.Table.PendingStopSeat = seat;
+}

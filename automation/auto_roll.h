@@ -9,3 +9,6 @@
 void ToggleAutoRoll(Game& g);
 // Moves the slider: a running table changes mode at once, an idle one only its caption.
 void SetAutoRollThrottle(Game& g, int throttle);
+// Stops play for the seat whose bankroll passed a limit; the table stays frozen until
+// a new session.
+void LimitStop(Game& g, int seat);

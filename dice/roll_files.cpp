@@ -4,6 +4,7 @@
 
 #include "automation/auto_roll.h"
 #include "engine/messages.h"
+#include "stats/events_log.h"
 #include "storage/error_report.h"
 #include "storage/paths.h"
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "dice/rng_texts.h"
+#include "stats/events_log.h"
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "engine/bankroll.h"
 
-#include "automation/auto_roll.h"
 #include "engine/messages.h"
 #include "storage/language_text.h"
 
@@ -98,29 +97,4 @@ Money Atm(Game& g, int seat, Money amount) {
   if (g.RecordEvents) g.Events.AtmNet[seat] += amount;  // logged at the next roll
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({"frmBankroll"});
   return amount;
-}
-
-void LimitStop(Game& g, int seat) {
-  const Money bankroll = g.Bankroll[seat];
-  const std::string advice = "Select \"New\" from the \"Game\" menu to reset the table.";
-  if (bankroll > Money{}) {
-    if (g.SilentMode) {
-      g.StopReason = "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + advice;
-    } else {
-      if (g.Table.PendingStopSeat == 0 && g.Ui) g.Ui->PlaySound("Chips.win", false);
-      Tell(g, "Congratulations!\n\n" + g.PlayerName[seat] + " broke the max bankroll limit of $9,999,999\n\n" + advice,
-           "DiceHall", 0, msg::kOk);
-    }
-  } else {
-    if (g.SilentMode) {
-      g.StopReason = "Stopped by exceeding the negative bankroll limit of -$9,999,999\n\n" + advice;
-    } else {
-      Tell(g,
-           "Sorry ... \n\n" + g.PlayerName[seat] + " has exceeded the negative bankroll limit of -$9,999,999\n\n" +
-               advice,
-           "DiceHall", 0, msg::kOk);
-    }
-  }
-  if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
-  g.Table.PendingStopSeat = seat;
 }

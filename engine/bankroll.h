@@ -9,8 +9,5 @@ void BuyIn(Game& g, int seat, Money amount);
 // one a deposit to it. Cut to the limits with a box that tells why; returns what was
 // allowed.
 Money Atm(Game& g, int seat, Money amount);
-// Stops play for the seat whose bankroll passed a limit; the table stays frozen until
-// a new session.
-void LimitStop(Game& g, int seat);
 // Whether a bankroll is beyond either limit.
 inline bool BeyondBankrollLimit(Money bankroll) { return Abs(bankroll) > kMaxBankroll; }

@@ -14,7 +14,7 @@
 #include "engine/clock.h"
 #include "engine/money.h"
 #include "engine/user_interface.h"
-#include "stats/events_log.h"
+#include "stats/events_log_state.h"
 #include "stats/statistics.h"
 #include "storage/rules.h"
 

@@ -4,9 +4,10 @@
 #include <utility>
 
 #include "engine/bankroll.h"
+#include "engine/bet_states.h"
 #include "engine/messages.h"
 #include "engine/placement.h"
-#include "engine/roll_cycle.h"
+#include "stats/events_log.h"
 #include "stats/sessions_log.h"
 #include "storage/language_text.h"
 

@@ -4,6 +4,7 @@
 
 #include "engine/handling.h"
 #include "engine/placement.h"
+#include "stats/events_log.h"
 
 int FieldRow(int d1, int d2) {
   int lo = d1 < d2 ? d1 : d2, hi = d1 < d2 ? d2 : d1;

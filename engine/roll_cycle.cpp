@@ -9,6 +9,7 @@
 #include "dice/roll_files.h"
 #include "dice/seeding.h"
 #include "engine/bankroll.h"
+#include "engine/bet_states.h"
 #include "engine/messages.h"
 #include "engine/placement.h"
 #include "engine/players.h"
@@ -44,17 +45,6 @@ void SetDefaultGame(Game& g) {
     }
   g.Auto.AutoRollDelay = 1.0;
   ReopenRollHistory(g, g.Rolls);
-}
-
-void AbandonBet(Game& g, int seat, int bet) {
-  const Money amount = g.BetAmount[seat][bet];
-  if (amount.raw <= 0) return;
-  const Money loss = -amount;
-  RecordBetResult(g.Stats, seat, bet, amount, loss,
-                  bet >= bet::Come4 && bet <= bet::Come10 ? g.ComeBase[seat][bet - bet::Come4] : Money{});
-  for (int scope : kCountedScopes) g.Bankroll[seat + scope] += loss;
-  CommitAmount(g, seat, bet, -amount);
-  g.ContractBase[seat][bet] = Money{};
 }
 
 void EndHand(Game& g) {
@@ -225,20 +215,6 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   // 14.
   t.PendingStopSeat = 0;
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({});
-}
-
-// Every bet that the player hasn't called on or off rests in the seat's default state
-// on the come-out and works while a point is on.
-void RestWorkingStates(Game& g) {
-  const bool comeOut = IsComeOut(g);
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
-    for (int b = 1; b <= kBets; ++b) {
-      int32_t& w = g.BetWorking[s][b];
-      if (w == 2 || w == -1) continue;
-      w = comeOut ? g.DefaultWorking[s][b] : 1;
-    }
-  }
 }
 
 namespace {

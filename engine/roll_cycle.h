@@ -12,15 +12,10 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
 // on rolling until Auto-Roll is switched off.
 void RollDice(Game& g);
 
-// Every bet not called on or off rests in the seat's default state on the come-out and
-// works while a point is on.
-void RestWorkingStates(Game& g);
 // Compiles the scripts of the active seats when they aren't compiled; a fault is told
 // (or becomes the stop text) and the roll may not go on.
 bool CompileActiveScripts(Game& g);
 // Whether an occupied seat has its script switched on.
 bool AnyScriptActive(const Game& g);
-// A contract bet left on the table at a new session or by a leaving player: it loses.
-void AbandonBet(Game& g, int seat, int bet);
 // The hand has ended: its columns go to "Last hand", bankroll marks start again.
 void EndHand(Game& g);

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "engine/messages.h"
+#include "stats/events_log.h"
 
 namespace {
 

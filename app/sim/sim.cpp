@@ -12,7 +12,10 @@
 #include <ostream>
 #include <vector>
 
+#include "autobet/actions.h"
 #include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
 #include "engine/game_state.h"

@@ -1,6 +1,8 @@
 // Actions and assignments of scripts: each verb against the stores it changes, the
 // qualifiers of a target walk, and the faults that leave the table as it was.
 
+#include "autobet/actions.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,6 +12,8 @@
 #include <vector>
 
 #include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "dice/probability_file.h"
 #include "engine/game_state.h"
 #include "engine/handling.h"

@@ -12,7 +12,10 @@
 #include <vector>
 
 #include "app/sim/sim.h"
+#include "autobet/actions.h"
 #include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "engine/game_state.h"
 #include "engine/roll_cycle.h"
 #include "stats/checkstacks.h"

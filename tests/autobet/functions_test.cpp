@@ -6,8 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "autobet/actions.h"
 #include "autobet/compiler.h"
 #include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "engine/handling.h"
 #include "engine/placement.h"
 #include "engine/roll_cycle.h"

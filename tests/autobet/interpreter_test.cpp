@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "autobet/actions.h"
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
 #include "engine/game_state.h"
 #include "engine/roll_cycle.h"
 #include "tests/test_support.h"

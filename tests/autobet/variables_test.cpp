@@ -1,6 +1,8 @@
 // Variable reads: references written as a player writes them, compiled, and read against
 // a table whose statistics come from known dice with bets on the layout.
 
+#include "autobet/variables.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,8 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "autobet/actions.h"
 #include "autobet/compiler.h"
 #include "autobet/interpreter.h"
+#include "autobet/statement_buffer.h"
 #include "engine/handling.h"
 #include "engine/placement.h"
 #include "stats/roll_totals.h"

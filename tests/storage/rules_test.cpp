@@ -1,11 +1,10 @@
-#include "storage/rules.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "engine/bets.h"
+#include "storage/rule_validation.h"
 
 namespace {
 

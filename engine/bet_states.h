@@ -1,0 +1,11 @@
+#pragma once
+// What becomes of bets between resolutions: contract bets abandoned when a session ends or
+// a player leaves, and the working state bets rest in.
+
+#include "engine/game_state.h"
+
+// A contract bet left on the table at a new session or by a leaving player: it loses.
+void AbandonBet(Game& g, int seat, int bet);
+// Every bet not called on or off rests in the seat's default state on the come-out and
+// works while a point is on.
+void RestWorkingStates(Game& g);
