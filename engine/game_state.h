@@ -169,13 +169,6 @@ struct Game {
   std::string StopReason;
   bool Moving = false;  // a Come or Don't Come bet travelling to its number
 
-  // The working slots of the placement gate and of settling.
-  int32_t BetInHand = 0;
-  Money Payoff;  // the rounded payoff of the result being handled
-  double PayoffUnrounded = 0;
-  bool Returned = false;  // the bet may not stay on the table
-  Money VigInHand;        // the vig a settled Buy or Lay gave up, for the dialog
-
   // Boundaries.
   UserInterface* Ui = nullptr;
   Clock* Time = nullptr;

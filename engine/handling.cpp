@@ -11,10 +11,9 @@ namespace {
 const PayoffRow& Row(const Game& g, int bet) { return g.Rules.BetPayoff[bet]; }
 
 // The settle dialog; returns the chosen action.
-int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
-  const int bet = g.BetInHand;
-  // The row that paid, as settling left it in the scratch row.
-  const PayoffRow& row = notWorking ? Row(g, bet) : g.Rules.BetPayoff[0];
+int AskByDialog(Game& g, const Settlement& s, bool winner, bool notWorking) {
+  const int seat = s.seat, bet = s.bet;
+  const PayoffRow& row = s.row;
   SettleRequest req;
   req.Title = notWorking ? "wasn't working!" : winner ? "WINNER" : std::string(LanguageText(g.LanguageId, 36));
   req.Labels.push_back(g.PlayerName[seat] + " " + std::string(LanguageText(g.LanguageId, winner ? 35 : 36)));
@@ -52,20 +51,20 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
     // Buy and Lay: the payoff before vig, and the vig.
     const bool buy = bet >= bet::Buy4 && bet <= bet::Buy10, lay = bet >= bet::Lay4 && bet <= bet::Lay10;
     if (buy || lay) {
-      const Money held = g.VigInHand;
+      const Money held = s.vig;
       const Money pct = buy ? g.Rules.BuyVigPct : g.Rules.LayVigPct;
-      req.Labels.push_back("Net payoff: " + DollarText(Abs(g.Payoff + held)));
+      req.Labels.push_back("Net payoff: " + DollarText(Abs(s.payoff + held)));
       req.Labels.push_back(MoneyText(MulMoney(pct, Money::Dollars(100))) + "% vig: " + DollarText(held));
     }
-    bool rounded = std::fabs(g.PayoffUnrounded - g.Payoff.ToDouble()) > 1e-9;
+    bool rounded = std::fabs(s.unrounded - s.payoff.ToDouble()) > 1e-9;
     std::string head = winner ? (rounded ? "Net payoff (rounded): " : "Net payoff: ")
                               : (rounded ? "Net loss (rounded): " : "Net loss: ");
-    req.Labels.push_back(head + DollarText(Abs(g.Payoff)));
-    if (!winner && (bet == bet::CAndE || bet == bet::Horn || bet == bet::World) && amount + g.Payoff > Money{})
-      req.Labels.push_back("Remainder: " + DollarText(amount + g.Payoff));
+    req.Labels.push_back(head + DollarText(Abs(s.payoff)));
+    if (!winner && (bet == bet::CAndE || bet == bet::Horn || bet == bet::World) && amount + s.payoff > Money{})
+      req.Labels.push_back("Remainder: " + DollarText(amount + s.payoff));
   }
   const std::string unit = MoneyText(FindPressUnit(g, seat, bet));
-  const bool returned = g.Returned;
+  const bool returned = s.returned;
   auto add = [&](std::string caption, int action) {
     req.Buttons.push_back(std::move(caption));
     req.Actions.push_back(action);
@@ -106,42 +105,23 @@ int AskByDialog(Game& g, int seat, bool winner, bool notWorking) {
   return g.Ui->AskSettle(req);
 }
 
-int ChooseAction(Game& g, int seat, int seatAction, bool winner, bool notWorking) {
+int ChooseAction(Game& g, const Settlement& s, int seatAction, bool winner, bool notWorking) {
   if (seatAction != kAskByDialog) return seatAction;
-  if (g.SilentMode || g.Ui == nullptr) return kTakeDown;  // nobody to ask
-  return AskByDialog(g, seat, winner, notWorking);
+  // Nobody to ask, or a run that no dialog may stop: the bet comes down.
+  if (g.SilentMode || g.Auto.AutoRollActive || g.Ui == nullptr) return kTakeDown;
+  return AskByDialog(g, s, winner, notWorking);
 }
 
 // A report of an automatic action at message level 4.
-void Report(Game& g, int seat, const char* title, Money before) {
+void Report(Game& g, int seat, int bet, const char* title, Money before) {
   if (g.SilentMode || !(g.Rules.Notices & kNoticeCharges)) return;
   if (g.AutoHandleWin[seat] == kAskByDialog && g.AutoHandleLose[seat] == kAskByDialog) return;
-  const int bet = g.BetInHand;
   Money after = g.BetAmount[seat][bet];
   std::string text = std::string(BetName(bet)) + " bet ";
   if (after > before) text += "increased by: $" + MoneyText(after - before);
   else if (after < before) text += "decreased by: $" + MoneyText(before - after);
   else text += "remains the same.";
   Tell(g, text, title, 500, msg::kOk | msg::kHelp | msg::kClass4);
-}
-
-// A settled Buy or Lay gives up its vig: it leaves OnTable when it was charged up front.
-void ReleaseVig(Game& g, int seat) {
-  const int bet = g.BetInHand;
-  g.VigInHand = Money{};
-  Money* held = nullptr;
-  bool upFront = false;
-  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
-    held = &g.BuyVigHeld[seat][bet - bet::Buy4];
-    upFront = g.Rules.ChargeAllBuy;
-  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
-    held = &g.LayVigHeld[seat][bet - bet::Lay4];
-    upFront = g.Rules.ChargeAllLay;
-  }
-  if (held == nullptr) return;
-  if (upFront) g.OnTable[seat] -= *held;
-  g.VigInHand = *held;
-  *held = Money{};
 }
 
 }  // namespace
@@ -157,41 +137,35 @@ Money FindPressUnit(const Game& g, int seat, int bet) {
   return unit;
 }
 
-void TakeBet(Game& g, int seat) {
-  TakeDown(g, seat, g.BetInHand);
-  g.Returned = false;
-}
-
-void SameBet(Game& g, int seat) {
-  Money before = g.BetAmount[seat][g.BetInHand];
-  ChangeBet(g, seat, g.BetInHand, Money{});
-  Report(g, seat, "Same Bet", before);
-}
-
-void PressUnit(Game& g, int seat) {
-  Money before = g.BetAmount[seat][g.BetInHand];
-  ChangeBet(g, seat, g.BetInHand, FindPressUnit(g, seat, g.BetInHand));
-  Report(g, seat, "Press 1 Unit", before);
-}
-
-void PressDouble(Game& g, int seat) {
-  Money before = g.BetAmount[seat][g.BetInHand];
-  ChangeBet(g, seat, g.BetInHand, before);
-  Report(g, seat, "Press Double", before);
-}
-
-void Parlay(Game& g, int seat) {
-  const int bet = g.BetInHand;
-  Money before = g.BetAmount[seat][bet];
-  std::array<int32_t, 4> saved = g.AdjustForPayoff[seat];
-  g.AdjustForPayoff[seat].fill(2);
-  if (g.Payoff.raw == 0) TakeMaximum(g, seat, bet);
-  else ChangeBet(g, seat, bet, g.Payoff);
-  g.AdjustForPayoff[seat] = saved;
-  Report(g, seat, "Parlay", before);
-}
-
 namespace {
+
+void SameBet(Game& g, const Settlement& s) {
+  Money before = g.BetAmount[s.seat][s.bet];
+  ChangeBet(g, s.seat, s.bet, Money{});
+  Report(g, s.seat, s.bet, "Same Bet", before);
+}
+
+void PressUnit(Game& g, const Settlement& s) {
+  Money before = g.BetAmount[s.seat][s.bet];
+  ChangeBet(g, s.seat, s.bet, FindPressUnit(g, s.seat, s.bet));
+  Report(g, s.seat, s.bet, "Press 1 Unit", before);
+}
+
+void PressDouble(Game& g, const Settlement& s) {
+  Money before = g.BetAmount[s.seat][s.bet];
+  ChangeBet(g, s.seat, s.bet, before);
+  Report(g, s.seat, s.bet, "Press Double", before);
+}
+
+void Parlay(Game& g, const Settlement& s) {
+  Money before = g.BetAmount[s.seat][s.bet];
+  std::array<int32_t, 4> saved = g.AdjustForPayoff[s.seat];
+  g.AdjustForPayoff[s.seat].fill(2);
+  if (s.payoff.raw == 0) TakeMaximum(g, s.seat, s.bet);
+  else ChangeBet(g, s.seat, s.bet, s.payoff);
+  g.AdjustForPayoff[s.seat] = saved;
+  Report(g, s.seat, s.bet, "Parlay", before);
+}
 
 double UnitFactor(const Game& g, int bet, const SettleRule& rule, Money prev) {
   if (rule.Units == 0) return 1.0;
@@ -200,10 +174,8 @@ double UnitFactor(const Game& g, int bet, const SettleRule& rule, Money prev) {
   return g.Rules.CheckDenom[d].ToDouble() * Row(g, bet).PayoffFor.ToDouble();
 }
 
-}  // namespace
-
-void ApplyRule(Game& g, int seat, int row) {
-  const int bet = g.BetInHand;
+void ApplyRule(Game& g, const Settlement& s, int row) {
+  const int seat = s.seat, bet = s.bet;
   const SettleRule& rule = g.SettleRules[seat][row];
   const Money prev = g.BetAmountStartOfRoll[seat][bet];
   const double p = prev.ToDouble(), op = rule.Operand.ToDouble();
@@ -219,8 +191,8 @@ void ApplyRule(Game& g, int seat, int row) {
   ChangeBet(g, seat, bet, Money::FromDouble(change));
 }
 
-void SetAmount(Game& g, int seat, int row) {
-  const int bet = g.BetInHand;
+void SetAmount(Game& g, const Settlement& s, int row) {
+  const int seat = s.seat, bet = s.bet;
   const SettleRule& rule = g.SettleRules[seat][row];
   TakeDown(g, seat, bet);
   double factor = 1.0;
@@ -232,74 +204,85 @@ void SetAmount(Game& g, int seat, int row) {
   ChangeBet(g, seat, bet, Money::FromDouble(rule.Operand.ToDouble() * factor));
 }
 
-void HandleWinner(Game& g, int seat) {
-  ReleaseVig(g, seat);
-  int action = ChooseAction(g, seat, g.AutoHandleWin[seat], true, false);
-  if (g.Returned || action == kTakeDown || action > kSetToAmount || action < 0) {
-    TakeBet(g, seat);
+// The chosen action is out of the table's range, or says to take the bet down.
+bool TakesDown(const Settlement& s, int action, int highest) {
+  return s.returned || action == kTakeDown || action > highest || action < 0;
+}
+
+}  // namespace
+
+void HandleWinner(Game& g, const Settlement& s) {
+  const int action = ChooseAction(g, s, g.AutoHandleWin[s.seat], true, false);
+  if (TakesDown(s, action, kSetToAmount)) {
+    TakeDown(g, s.seat, s.bet);
     return;
   }
   switch (action) {
-    case kSameBet: SameBet(g, seat); break;
-    case kPressUnitOrRemainder: PressUnit(g, seat); break;
-    case kPressDoubleOrUnit: PressDouble(g, seat); break;
-    case kParlayOrDouble: Parlay(g, seat); break;
-    case kModifyByRule: ApplyRule(g, seat, kRuleModifyWin); break;
-    case kSetToAmount: SetAmount(g, seat, kRuleSetWin); break;
-    default: TakeBet(g, seat); break;
+    case kSameBet: SameBet(g, s); break;
+    case kPressUnitOrRemainder: PressUnit(g, s); break;
+    case kPressDoubleOrUnit: PressDouble(g, s); break;
+    case kParlayOrDouble: Parlay(g, s); break;
+    case kModifyByRule: ApplyRule(g, s, kRuleModifyWin); break;
+    case kSetToAmount: SetAmount(g, s, kRuleSetWin); break;
+    default: TakeDown(g, s.seat, s.bet); break;
   }
 }
 
-void HandleLoser(Game& g, int seat) {
-  const int bet = g.BetInHand;
-  ReleaseVig(g, seat);
-  int action = ChooseAction(g, seat, g.AutoHandleLose[seat], false, false);
-  if (g.Returned || action == kTakeDown || action > kSetToAmount || action < 0) {
-    TakeBet(g, seat);
+void HandleLoser(Game& g, const Settlement& s) {
+  const int action = ChooseAction(g, s, g.AutoHandleLose[s.seat], false, false);
+  if (TakesDown(s, action, kSetToAmount)) {
+    TakeDown(g, s.seat, s.bet);
     return;
   }
   switch (action) {
-    case kSameBet: SameBet(g, seat); break;
+    case kSameBet: SameBet(g, s); break;
     case kPressUnitOrRemainder: {
       // Bet the remainder: what was on it before the roll plus this (negative) result.
-      Money remainder = g.BetAmountStartOfRoll[seat][bet] + g.Payoff;
-      TakeDown(g, seat, bet);
-      if (remainder.raw > 0) ChangeBet(g, seat, bet, remainder);
+      const Money remainder = g.BetAmountStartOfRoll[s.seat][s.bet] + s.payoff;
+      TakeDown(g, s.seat, s.bet);
+      if (remainder.raw > 0) ChangeBet(g, s.seat, s.bet, remainder);
       break;
     }
-    case kPressDoubleOrUnit: PressUnit(g, seat); break;
-    case kParlayOrDouble: PressDouble(g, seat); break;
-    case kModifyByRule: ApplyRule(g, seat, kRuleModifyLose); break;
-    case kSetToAmount: SetAmount(g, seat, kRuleSetLose); break;
-    default: TakeBet(g, seat); break;
+    case kPressDoubleOrUnit: PressUnit(g, s); break;
+    case kParlayOrDouble: PressDouble(g, s); break;
+    case kModifyByRule: ApplyRule(g, s, kRuleModifyLose); break;
+    case kSetToAmount: SetAmount(g, s, kRuleSetLose); break;
+    default: TakeDown(g, s.seat, s.bet); break;
   }
 }
 
-void HandleNotWorking(Game& g, int seat) {
-  const int bet = g.BetInHand;
+void HandleNotWorking(Game& g, int seat, int bet) {
   int flat = 0;
   if (bet == bet::PassLineOdds) flat = bet::PassLine;
   else if (bet == bet::DontPassOdds) flat = bet::DontPass;
   else if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
            (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds))
     flat = bet - 6;
-  g.Returned = flat == 0 || g.BetAmount[seat][flat].raw <= 0 || !g.Rules.AllowPutBets;
-  g.Payoff = Money{};
+  Settlement s;
+  s.seat = seat;
+  s.bet = bet;
+  s.stake = g.BetAmount[seat][bet];
+  s.row = Row(g, bet);
+  s.returned = flat == 0 || g.BetAmount[seat][flat].raw <= 0 || !g.Rules.AllowPutBets;
   const bool asWinner = flat != 0 && g.BetStreak[1][seat][flat] >= 2;
-  int seatAction = asWinner ? g.AutoHandleWin[seat] : g.AutoHandleLose[seat];
-  int action = ChooseAction(g, seat, seatAction, asWinner, true);
-  if (g.Returned || action == kTakeDown || (action > kSetToAmount && action != kTakeMaxOdds) || action < 0) {
-    TakeBet(g, seat);
+  const int seatAction = asWinner ? g.AutoHandleWin[seat] : g.AutoHandleLose[seat];
+  const int action = ChooseAction(g, s, seatAction, asWinner, true);
+  if (action != kTakeMaxOdds && TakesDown(s, action, kSetToAmount)) {
+    TakeDown(g, seat, bet);
+    return;
+  }
+  if (s.returned) {
+    TakeDown(g, seat, bet);
     return;
   }
   switch (action) {
-    case kSameBet: SameBet(g, seat); break;
-    case kPressUnitOrRemainder: PressUnit(g, seat); break;
+    case kSameBet: SameBet(g, s); break;
+    case kPressUnitOrRemainder: PressUnit(g, s); break;
     case kPressDoubleOrUnit:
-    case kParlayOrDouble: PressDouble(g, seat); break;
-    case kTakeMaxOdds: TakeMaximum(g, seat, g.BetInHand); break;
-    case kModifyByRule: ApplyRule(g, seat, kRuleModifyLose); break;
-    case kSetToAmount: SetAmount(g, seat, kRuleSetLose); break;
-    default: TakeBet(g, seat); break;
+    case kParlayOrDouble: PressDouble(g, s); break;
+    case kTakeMaxOdds: TakeMaximum(g, seat, bet); break;
+    case kModifyByRule: ApplyRule(g, s, kRuleModifyLose); break;
+    case kSetToAmount: SetAmount(g, s, kRuleSetLose); break;
+    default: TakeDown(g, seat, bet); break;
   }
 }

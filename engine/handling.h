@@ -20,15 +20,25 @@ enum HandleActionValue {
 // Rows of the seat's settle rules.
 constexpr int kRuleModifyWin = 0, kRuleSetWin = 1, kRuleModifyLose = 2, kRuleSetLose = 3;
 
-void HandleWinner(Game& g, int seat);
-void HandleLoser(Game& g, int seat);
-void HandleNotWorking(Game& g, int seat);
+// What settling a bet leaves for its handling: the bet in hand, what it paid and from
+// which row, the vig it gave up, and whether it must come down.
+struct Settlement {
+  int seat = 0;
+  int bet = 0;
+  Money stake;            // the amount on the bet when it was settled
+  Money payoff;           // net, rounded to the payoff unit; 0 for a bet that wasn't working
+  double unrounded = 0;   // the payoff before rounding
+  PayoffRow row;          // the row that paid (the bet's own row when it wasn't working)
+  Money vig;              // the vig a settled Buy or Lay gave up
+  bool returned = false;  // the bet may not stay on the table
+};
 
+// The stake of a bet that won or lost: by the seat's automatic action, or by the settle
+// dialog when the seat handles its bets by hand and there is someone to ask.
+void HandleWinner(Game& g, const Settlement& s);
+void HandleLoser(Game& g, const Settlement& s);
+// An odds bet that wasn't working on a roll that decided it.
+void HandleNotWorking(Game& g, int seat, int bet);
+
+// The unit of "Press 1 unit": the largest check times the payoff's y that divides the bet.
 Money FindPressUnit(const Game& g, int seat, int bet);
-void TakeBet(Game& g, int seat);
-void SameBet(Game& g, int seat);
-void PressUnit(Game& g, int seat);
-void PressDouble(Game& g, int seat);
-void Parlay(Game& g, int seat);
-void ApplyRule(Game& g, int seat, int row);
-void SetAmount(Game& g, int seat, int row);

@@ -30,13 +30,14 @@ const PayoffRow kLossRow{Money{}, Money::Dollars(-1), Money{}, Money::Dollars(1)
 
 }  // namespace
 
-Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
+Payout ComputePayoff(const Game& g, int seat, int bet, BetResult result, Money amount) {
   const RuleSet& r = g.Rules;
   const TableState& t = g.Table;
   const int P = t.PriorPoint;
-  const PayoffRow* row = result < 1 ? &kLossRow : &r.BetPayoff[bet];
+  const bool wins = result == BetResult::Win || result == BetResult::WinOdds;
+  const PayoffRow* row = wins ? &r.BetPayoff[bet] : &kLossRow;
   int parts = 0;  // C and E, Horn and World pay one part and lose the rest
-  if (result > 0) {
+  if (wins) {
     switch (bet) {
       case bet::PassLine:
         if (P != 0) row = &r.BetPayoff[PointRow(BetFamily::ComeNumber, P)];
@@ -74,14 +75,14 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
         else if (t.DiceTotal == 7) row = &r.MidwayPayoff[3];
         else row = &r.MidwayPayoff[IsHard(t) ? 5 : 4];
         break;
-      case bet::SevenPoint7: row = &r.SevenPointSevenPayoff[result == 2 ? 2 : 1]; break;
+      case bet::SevenPoint7: row = &r.SevenPointSevenPayoff[result == BetResult::WinOdds ? 2 : 1]; break;
       case bet::HotRoller: row = &r.HotRollerPayoff[std::min(t.HotRollerCount, 6) + 1]; break;
       case bet::SharpShooter: row = &r.SharpShooterPayoff[t.PointsWon >= 10 ? 11 : t.PointsWon + 1]; break;
       case bet::RideTheLine: row = &r.RideLinePayoff[t.PassesMade >= 11 ? 12 : t.PassesMade + 1]; break;
       case bet::Fire: row = &r.FirePayoff[std::min(t.FireCount, 6)]; break;
       case bet::Field: {
         int fr = FieldRow(t.Die1, t.Die2);
-        if (fr == 0) return Money{};  // dice that have no Field row
+        if (fr == 0) return {};  // dice that have no Field row
         row = &r.FieldPayoff[fr];
         break;
       }
@@ -89,8 +90,8 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
     }
   }
 
-  // The row in use, for the settle dialog.
-  g.Rules.BetPayoff[0] = *row;
+  Payout out;
+  out.row = *row;
   Money raw =
       parts ? Money::FromDouble(Split(amount, *row, parts)) : MulDivMoney(amount, row->PayoffPay, row->PayoffFor);
   if (bet >= bet::Lay4 && bet <= bet::Lay10) {
@@ -98,25 +99,67 @@ Money ComputePayoff(Game& g, int seat, int bet, int result, Money amount) {
   } else if (bet >= bet::Buy4 && bet <= bet::Buy10) {
     if (raw.raw > 0 || r.ChargeAllBuy) raw -= g.BuyVigHeld[seat][bet - bet::Buy4];
   }
-  g.PayoffUnrounded = raw.ToDouble();
-  return FloorToUnit(raw, PayoffUnit(r));
+  out.unrounded = raw.ToDouble();
+  out.payoff = FloorToUnit(raw, PayoffUnit(r));
+  return out;
 }
 
-void SettleBet(Game& g, int i, int result, int bet) {
+namespace {
+
+// A settled Buy or Lay gives up its vig: it leaves OnTable when it was charged up front.
+Money ReleaseVig(Game& g, int seat, int bet) {
+  Money* held = nullptr;
+  bool upFront = false;
+  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
+    held = &g.BuyVigHeld[seat][bet - bet::Buy4];
+    upFront = g.Rules.ChargeAllBuy;
+  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
+    held = &g.LayVigHeld[seat][bet - bet::Lay4];
+    upFront = g.Rules.ChargeAllLay;
+  }
+  if (held == nullptr) return {};
+  const Money vig = *held;
+  if (upFront) g.OnTable[seat] -= vig;
+  *held = Money{};
+  return vig;
+}
+
+// Whether a bet that won or lost must come down rather than stay.
+bool MustComeDown(const Game& g, int seat, int bet) {
+  const TableState& t = g.Table;
+  const int mask = t.AllNumbersMask;
+  if ((bet == bet::Come || bet == bet::DontCome) && t.DiceTotal == 7) return true;
+  if (bet == bet::PassLineOdds || bet == bet::DontPassOdds) return true;
+  if (bet >= bet::DontCome4 && bet <= bet::DontCome10Odds) return true;
+  if (bet >= bet::Come4 && bet <= bet::Come10 && !g.Rules.AllowPutBets) return true;
+  if (bet >= bet::Come4Odds && bet <= bet::Come10Odds && g.BetAmount[seat][bet - 6].raw <= 0) return true;
+  if (bet == bet::AllSmall && (mask & 0x7C)) return true;
+  if (bet == bet::AllTall && (mask & 0x1F00)) return true;
+  return (bet == bet::Point7 || bet == bet::SevenPoint7) && t.Point > 0;
+}
+
+}  // namespace
+
+void SettleBet(Game& g, int i, BetResult result, int bet) {
   const int seat = kSettleSeat[i];
   const Money amount = g.BetAmount[seat][bet];
   if (amount.raw <= 0) return;
-  g.BetInHand = bet;
 
   if (g.BetWorking[seat][bet] <= 0) {
-    if (result >= -1 && result <= 1) return;  // the bet stands
-    HandleNotWorking(g, seat);
+    if (result == BetResult::Win || result == BetResult::Lose) return;  // the bet stands
+    HandleNotWorking(g, seat, bet);
     return;
   }
 
-  const Money payoff = ComputePayoff(g, seat, bet, result, amount);
-  if (payoff.raw == 0) return;  // a push: the bet stands
-  g.Payoff = payoff;
+  const Payout paid = ComputePayoff(g, seat, bet, result, amount);
+  if (paid.payoff.raw == 0) return;  // a push: the bet stands
+  Settlement s;
+  s.seat = seat;
+  s.bet = bet;
+  s.stake = amount;
+  s.payoff = paid.payoff;
+  s.unrounded = paid.unrounded;
+  s.row = paid.row;
 
   {
     // What was at risk: up-front vig counts as part of the wager.
@@ -124,37 +167,26 @@ void SettleBet(Game& g, int i, int result, int bet) {
     if (bet >= bet::Lay4 && bet <= bet::Lay10 && g.Rules.ChargeAllLay) wagered += g.LayVigHeld[seat][bet - bet::Lay4];
     if (bet >= bet::Buy4 && bet <= bet::Buy10 && g.Rules.ChargeAllBuy) wagered += g.BuyVigHeld[seat][bet - bet::Buy4];
     Money comeBase = bet >= bet::Come4 && bet <= bet::Come10 ? g.ComeBase[seat][bet - bet::Come4] : Money{};
-    RecordBetResult(g.Stats, seat, bet, wagered, payoff, comeBase);
+    RecordBetResult(g.Stats, seat, bet, wagered, s.payoff, comeBase);
   }
   if (bet >= bet::Come4 && bet <= bet::Come10) g.ComeBase[seat][bet - bet::Come4] = Money{};
 
-  if (g.RecordEvents) LogBetResult(g, seat, bet, payoff);
+  if (g.RecordEvents) LogBetResult(g, seat, bet, s.payoff);
 
-  for (int scope : kCountedScopes) g.Bankroll[scope + seat] += payoff;
+  for (int scope : kCountedScopes) g.Bankroll[scope + seat] += s.payoff;
   g.ContractBase[seat][bet] = Money{};
-
-  const TableState& t = g.Table;
-  const int mask = t.AllNumbersMask;
-  bool returned = false;
-  if ((bet == bet::Come || bet == bet::DontCome) && t.DiceTotal == 7) returned = true;
-  else if (bet == bet::PassLineOdds || bet == bet::DontPassOdds) returned = true;
-  else if (bet >= bet::DontCome4 && bet <= bet::DontCome10Odds) returned = true;
-  else if (bet >= bet::Come4 && bet <= bet::Come10 && !g.Rules.AllowPutBets) returned = true;
-  else if (bet >= bet::Come4Odds && bet <= bet::Come10Odds && g.BetAmount[seat][bet - 6].raw <= 0) returned = true;
-  else if (bet == bet::AllSmall && (mask & 0x7C)) returned = true;
-  else if (bet == bet::AllTall && (mask & 0x1F00)) returned = true;
-  else if ((bet == bet::Point7 || bet == bet::SevenPoint7) && t.Point > 0) returned = true;
-  g.Returned = returned;
+  s.returned = MustComeDown(g, seat, bet);
 
   int32_t& streak = g.BetStreak[0][seat][bet];
-  if (payoff.raw > 0) streak = streak < 0 ? 1 : streak + 1;
+  if (s.payoff.raw > 0) streak = streak < 0 ? 1 : streak + 1;
   else streak = streak > 0 ? -1 : streak - 1;
 
-  if (payoff.raw > 0) HandleWinner(g, seat);
-  else HandleLoser(g, seat);
+  s.vig = ReleaseVig(g, seat, bet);
+  if (s.payoff.raw > 0) HandleWinner(g, s);
+  else HandleLoser(g, s);
 }
 
-void SettleAll(Game& g, int result, int bet) {
+void SettleAll(Game& g, BetResult result, int bet) {
   if (g.BetHolders[bet] == 0) return;
   for (int i = 1; i <= 8; ++i) SettleBet(g, i, result, bet);
 }
@@ -200,7 +232,7 @@ void MoveAll(Game& g, int p) {
 void RepeaterWin(Game& g, int total, int needed) {
   int betId = bet::Repeater2 + (total < 7 ? total - 2 : total - 3);
   if (g.Table.RepeaterCount[total] == needed) {
-    SettleAll(g, kWin, betId);
+    SettleAll(g, BetResult::Win, betId);
     g.Table.RepeaterCount[total] = 0;
   }
 }
@@ -210,21 +242,21 @@ void StepA(Game& g) {
   const int P = t.PriorPoint, total = t.DiceTotal;
   const bool hard = IsHard(t);
   if (P != 0 && total == P) {
-    SettleAll(g, kLose, bet::DontPass);
-    SettleAll(g, kLoseOdds, bet::DontPassOdds);
+    SettleAll(g, BetResult::Lose, bet::DontPass);
+    SettleAll(g, BetResult::LoseOdds, bet::DontPassOdds);
   }
   auto numberLosers = [&](int p, int hardBet) {
-    SettleAll(g, kLose, PointRow(BetFamily::DontComeNumber, p));
-    SettleAll(g, kLoseOdds, PointRow(BetFamily::DontComeOdds, p));
-    SettleAll(g, kLose, PointRow(BetFamily::Lay, p));
-    if (hardBet && !hard) SettleAll(g, kLose, hardBet);
+    SettleAll(g, BetResult::Lose, PointRow(BetFamily::DontComeNumber, p));
+    SettleAll(g, BetResult::LoseOdds, PointRow(BetFamily::DontComeOdds, p));
+    SettleAll(g, BetResult::Lose, PointRow(BetFamily::Lay, p));
+    if (hardBet && !hard) SettleAll(g, BetResult::Lose, hardBet);
   };
   switch (total) {
     case 2:
     case 3:
     case 12:
-      if (P == 0) SettleAll(g, kLose, bet::PassLine);
-      SettleAll(g, kLose, bet::Come);
+      if (P == 0) SettleAll(g, BetResult::Lose, bet::PassLine);
+      SettleAll(g, BetResult::Lose, bet::Come);
       break;
     case 4: numberLosers(4, bet::Hard4); break;
     case 5: numberLosers(5, 0); break;
@@ -233,41 +265,41 @@ void StepA(Game& g) {
     case 9: numberLosers(9, 0); break;
     case 10: numberLosers(10, bet::Hard10); break;
     case 11:
-      if (P == 0) SettleAll(g, kLose, bet::DontPass);
-      SettleAll(g, kLose, bet::DontCome);
+      if (P == 0) SettleAll(g, BetResult::Lose, bet::DontPass);
+      SettleAll(g, BetResult::Lose, bet::DontCome);
       break;
     case 7: {
       if (P == 0) {
-        SettleAll(g, kLose, bet::DontPass);
+        SettleAll(g, BetResult::Lose, bet::DontPass);
       } else {
-        SettleAll(g, kLose, bet::PassLine);
-        SettleAll(g, kLoseOdds, bet::PassLineOdds);
+        SettleAll(g, BetResult::Lose, bet::PassLine);
+        SettleAll(g, BetResult::LoseOdds, bet::PassLineOdds);
         if (g.Rules.FirePayoff[std::min(t.FireCount, 6)].PayoffPay.raw < 0) {
-          SettleAll(g, kLose, bet::Fire);
+          SettleAll(g, BetResult::Lose, bet::Fire);
           t.FireCount = 0;
           t.FireMask = 0;
         }
       }
       for (int b = bet::Come4; b <= bet::Come10; ++b) {
-        SettleAll(g, kLose, b);
-        SettleAll(g, kLoseOdds, b + 6);
+        SettleAll(g, BetResult::Lose, b);
+        SettleAll(g, BetResult::LoseOdds, b + 6);
       }
-      SettleAll(g, kLose, bet::DontCome);
-      SettleAll(g, kLose, bet::Big6);
-      SettleAll(g, kLose, bet::Big8);
-      for (int b = bet::Hard4; b <= bet::Hard10; ++b) SettleAll(g, kLose, b);
-      for (int b = bet::Place4; b <= bet::Buy10; ++b) SettleAll(g, kLose, b);
+      SettleAll(g, BetResult::Lose, bet::DontCome);
+      SettleAll(g, BetResult::Lose, bet::Big6);
+      SettleAll(g, BetResult::Lose, bet::Big8);
+      for (int b = bet::Hard4; b <= bet::Hard10; ++b) SettleAll(g, BetResult::Lose, b);
+      for (int b = bet::Place4; b <= bet::Buy10; ++b) SettleAll(g, BetResult::Lose, b);
       t.AllNumbersMask = 0;
-      SettleAll(g, kLose, bet::AllSmall);
-      SettleAll(g, kLose, bet::AllTall);
-      SettleAll(g, kLose, bet::MakeAll);
-      SettleAll(g, kLose, bet::FourRollsNo7);
+      SettleAll(g, BetResult::Lose, bet::AllSmall);
+      SettleAll(g, BetResult::Lose, bet::AllTall);
+      SettleAll(g, BetResult::Lose, bet::MakeAll);
+      SettleAll(g, BetResult::Lose, bet::FourRollsNo7);
       if (g.Rules.HotRollerPayoff[std::min(t.HotRollerCount, 6) + 1].PayoffPay.raw < 0) {
-        SettleAll(g, kLose, bet::HotRoller);
+        SettleAll(g, BetResult::Lose, bet::HotRoller);
         t.HotRollerCount = 0;
         t.HotRollerMask = 0;
       }
-      for (int b = bet::Repeater2; b <= bet::Repeater12; ++b) SettleAll(g, kLose, b);
+      for (int b = bet::Repeater2; b <= bet::Repeater12; ++b) SettleAll(g, BetResult::Lose, b);
       for (int n = 2; n <= 12; ++n) t.RepeaterCount[n] = 0;
       break;
     }
@@ -279,55 +311,55 @@ void StepB(Game& g) {
   if (g.HeldPropBets == 0) return;  // nothing here changes the table's own state
   const TableState& t = g.Table;
   const int total = t.DiceTotal, P = t.PriorPoint;
-  SettleAll(g, kWin, bet::Field);
-  if (total < 6 || total > 8) SettleAll(g, kLose, bet::Midway);
-  if (total != 2) SettleAll(g, kLose, bet::Two);
-  if (total != 3) SettleAll(g, kLose, bet::Three);
-  if (total != 7) SettleAll(g, kLose, bet::Seven);
-  if (total != 11) SettleAll(g, kLose, bet::Eleven);
-  if (total != 12) SettleAll(g, kLose, bet::Twelve);
-  if (total >= 4 && total <= 11) SettleAll(g, kLose, bet::Craps);
+  SettleAll(g, BetResult::Win, bet::Field);
+  if (total < 6 || total > 8) SettleAll(g, BetResult::Lose, bet::Midway);
+  if (total != 2) SettleAll(g, BetResult::Lose, bet::Two);
+  if (total != 3) SettleAll(g, BetResult::Lose, bet::Three);
+  if (total != 7) SettleAll(g, BetResult::Lose, bet::Seven);
+  if (total != 11) SettleAll(g, BetResult::Lose, bet::Eleven);
+  if (total != 12) SettleAll(g, BetResult::Lose, bet::Twelve);
+  if (total >= 4 && total <= 11) SettleAll(g, BetResult::Lose, bet::Craps);
   if (total >= 4 && total <= 10) {
-    SettleAll(g, kLose, bet::CAndE);
-    SettleAll(g, kLose, bet::Horn);
-    if (total != 7) SettleAll(g, kLose, bet::World);
+    SettleAll(g, BetResult::Lose, bet::CAndE);
+    SettleAll(g, BetResult::Lose, bet::Horn);
+    if (total != 7) SettleAll(g, BetResult::Lose, bet::World);
   }
-  if (total < 8) SettleAll(g, kLose, bet::Over7);
-  else SettleAll(g, kWin, bet::Over7);
-  if (total > 6) SettleAll(g, kLose, bet::Under7);
-  else SettleAll(g, kWin, bet::Under7);
+  if (total < 8) SettleAll(g, BetResult::Lose, bet::Over7);
+  else SettleAll(g, BetResult::Win, bet::Over7);
+  if (total > 6) SettleAll(g, BetResult::Lose, bet::Under7);
+  else SettleAll(g, BetResult::Win, bet::Under7);
 
   // Hops: each loses unless the dice are its pair.
   int lo = std::min(t.Die1, t.Die2), hi = std::max(t.Die1, t.Die2);
   static constexpr int kHops[17][2] = {{1, 3}, {1, 4}, {1, 5}, {1, 6}, {2, 2}, {2, 3}, {2, 4}, {2, 5}, {2, 6},
                                        {3, 3}, {3, 4}, {3, 5}, {3, 6}, {4, 4}, {4, 5}, {4, 6}, {5, 5}};
   for (int h = 0; h < 17; ++h)
-    if (!(kHops[h][0] == lo && kHops[h][1] == hi)) SettleAll(g, kLose, bet::Hop13 + h);
+    if (!(kHops[h][0] == lo && kHops[h][1] == hi)) SettleAll(g, BetResult::Lose, bet::Hop13 + h);
 
-  if (total > 4) SettleAll(g, kLose, bet::LeftField);
-  else SettleAll(g, kWin, bet::LeftField);
-  if (total == 4 || total == 9 || total == 10) SettleAll(g, kWin, bet::CenterField);
-  else SettleAll(g, kLose, bet::CenterField);
+  if (total > 4) SettleAll(g, BetResult::Lose, bet::LeftField);
+  else SettleAll(g, BetResult::Win, bet::LeftField);
+  if (total == 4 || total == 9 || total == 10) SettleAll(g, BetResult::Win, bet::CenterField);
+  else SettleAll(g, BetResult::Lose, bet::CenterField);
   // Right Field overlaps on 9: it first loses, then what handling left on it wins.
-  if (total < 10) SettleAll(g, kLose, bet::RightField);
-  if (total >= 9) SettleAll(g, kWin, bet::RightField);
+  if (total < 10) SettleAll(g, BetResult::Lose, bet::RightField);
+  if (total >= 9) SettleAll(g, BetResult::Win, bet::RightField);
 
   bool established = total == 4 || total == 5 || total == 6 || total == 8 || total == 9 || total == 10;
   if (P == 0 && !established) {
-    SettleAll(g, kLose, bet::Point7);
-    if (total != 7) SettleAll(g, kLose, bet::SevenPoint7);
+    SettleAll(g, BetResult::Lose, bet::Point7);
+    if (total != 7) SettleAll(g, BetResult::Lose, bet::SevenPoint7);
   }
   if (P != 0 && total != 7 && t.SecondPriorPoint == 0) {
-    SettleAll(g, kLose, bet::Point7);
-    SettleAll(g, kLose, bet::SevenPoint7);
+    SettleAll(g, BetResult::Lose, bet::Point7);
+    SettleAll(g, BetResult::Lose, bet::SevenPoint7);
   }
 }
 
 void NumberWinners(Game& g, int p) {
-  SettleAll(g, kWin, PointRow(BetFamily::ComeNumber, p));
-  SettleAll(g, kWinOdds, PointRow(BetFamily::ComeOdds, p));
-  SettleAll(g, kWin, PointRow(BetFamily::Place, p));
-  SettleAll(g, kWin, PointRow(BetFamily::Buy, p));
+  SettleAll(g, BetResult::Win, PointRow(BetFamily::ComeNumber, p));
+  SettleAll(g, BetResult::WinOdds, PointRow(BetFamily::ComeOdds, p));
+  SettleAll(g, BetResult::Win, PointRow(BetFamily::Place, p));
+  SettleAll(g, BetResult::Win, PointRow(BetFamily::Buy, p));
 }
 
 void StepC(Game& g) {
@@ -336,8 +368,8 @@ void StepC(Game& g) {
   const bool hard = IsHard(t);
   const int lo = std::min(t.Die1, t.Die2);
   if (P != 0 && total == P) {
-    SettleAll(g, kWin, bet::PassLine);
-    SettleAll(g, kWinOdds, bet::PassLineOdds);
+    SettleAll(g, BetResult::Win, bet::PassLine);
+    SettleAll(g, BetResult::WinOdds, bet::PassLineOdds);
     int bit = 1 << PointOffset(P);
     if (!(t.FireMask & bit)) {
       t.FireMask |= bit;
@@ -348,73 +380,74 @@ void StepC(Game& g) {
   }
   switch (total) {
     case 2:
-      if (P == 0 && g.Rules.BarNumber == 12) SettleAll(g, kWin, bet::DontPass);
-      for (int b : {bet::Two, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, kWin, b);
-      if (g.Rules.BarNumber == 12) SettleAll(g, kWin, bet::DontCome);
+      if (P == 0 && g.Rules.BarNumber == 12) SettleAll(g, BetResult::Win, bet::DontPass);
+      for (int b : {bet::Two, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
+      if (g.Rules.BarNumber == 12) SettleAll(g, BetResult::Win, bet::DontCome);
       RepeaterWin(g, 2, 2);
       break;
     case 3:
-      if (P == 0) SettleAll(g, kWin, bet::DontPass);
-      for (int b : {bet::Three, bet::Craps, bet::CAndE, bet::Horn, bet::World, bet::DontCome}) SettleAll(g, kWin, b);
+      if (P == 0) SettleAll(g, BetResult::Win, bet::DontPass);
+      for (int b : {bet::Three, bet::Craps, bet::CAndE, bet::Horn, bet::World, bet::DontCome})
+        SettleAll(g, BetResult::Win, b);
       RepeaterWin(g, 3, 3);
       break;
     case 4:
       NumberWinners(g, 4);
       if (hard) {
-        SettleAll(g, kWin, bet::Hard4);
-        SettleAll(g, kWin, bet::Hop13 + 4);
-      } else SettleAll(g, kWin, bet::Hop13);
+        SettleAll(g, BetResult::Win, bet::Hard4);
+        SettleAll(g, BetResult::Win, bet::Hop13 + 4);
+      } else SettleAll(g, BetResult::Win, bet::Hop13);
       RepeaterWin(g, 4, 4);
       MoveAll(g, 4);
       break;
     case 5:
       NumberWinners(g, 5);
-      SettleAll(g, kWin, lo == 1 ? bet::Hop13 + 1 : bet::Hop13 + 5);
+      SettleAll(g, BetResult::Win, lo == 1 ? bet::Hop13 + 1 : bet::Hop13 + 5);
       RepeaterWin(g, 5, 5);
       MoveAll(g, 5);
       break;
     case 6:
       NumberWinners(g, 6);
-      SettleAll(g, kWin, bet::Big6);
-      SettleAll(g, kWin, bet::Midway);
+      SettleAll(g, BetResult::Win, bet::Big6);
+      SettleAll(g, BetResult::Win, bet::Midway);
       if (hard) {
-        SettleAll(g, kWin, bet::Hard6);
-        SettleAll(g, kWin, bet::Hop13 + 9);
-      } else if (lo == 1) SettleAll(g, kWin, bet::Hop13 + 2);
-      else SettleAll(g, kWin, bet::Hop13 + 6);
+        SettleAll(g, BetResult::Win, bet::Hard6);
+        SettleAll(g, BetResult::Win, bet::Hop13 + 9);
+      } else if (lo == 1) SettleAll(g, BetResult::Win, bet::Hop13 + 2);
+      else SettleAll(g, BetResult::Win, bet::Hop13 + 6);
       RepeaterWin(g, 6, 6);
       MoveAll(g, 6);
       break;
     case 7: {
       if (P == 0) {
-        SettleAll(g, kWin, bet::PassLine);
+        SettleAll(g, BetResult::Win, bet::PassLine);
         ++t.PassesMade;
       } else {
-        SettleAll(g, kWin, bet::Come);
-        SettleAll(g, kWin, bet::DontPass);
-        SettleAll(g, kWinOdds, bet::DontPassOdds);
+        SettleAll(g, BetResult::Win, bet::Come);
+        SettleAll(g, BetResult::Win, bet::DontPass);
+        SettleAll(g, BetResult::WinOdds, bet::DontPassOdds);
       }
       for (int b = bet::DontCome4; b <= bet::DontCome10; ++b) {
-        SettleAll(g, kWin, b);
-        SettleAll(g, kWinOdds, b + 6);
+        SettleAll(g, BetResult::Win, b);
+        SettleAll(g, BetResult::WinOdds, b + 6);
       }
-      for (int b = bet::Lay4; b <= bet::Lay10; ++b) SettleAll(g, kWin, b);
-      SettleAll(g, kWin, bet::Midway);
-      SettleAll(g, kWin, bet::Seven);
-      SettleAll(g, kWin, bet::World);
-      SettleAll(g, kWin, lo == 1 ? bet::Hop13 + 3 : lo == 2 ? bet::Hop13 + 7 : bet::Hop13 + 10);
-      if (P == 0) SettleAll(g, kWin, bet::SevenPoint7);
+      for (int b = bet::Lay4; b <= bet::Lay10; ++b) SettleAll(g, BetResult::Win, b);
+      SettleAll(g, BetResult::Win, bet::Midway);
+      SettleAll(g, BetResult::Win, bet::Seven);
+      SettleAll(g, BetResult::Win, bet::World);
+      SettleAll(g, BetResult::Win, lo == 1 ? bet::Hop13 + 3 : lo == 2 ? bet::Hop13 + 7 : bet::Hop13 + 10);
+      if (P == 0) SettleAll(g, BetResult::Win, bet::SevenPoint7);
       if (P != 0 && t.SecondPriorPoint == 0) {
-        SettleAll(g, kWin, bet::Point7);
-        SettleAll(g, kWinOdds, bet::SevenPoint7);
+        SettleAll(g, BetResult::Win, bet::Point7);
+        SettleAll(g, BetResult::WinOdds, bet::SevenPoint7);
       }
       if (P != 0 && g.Rules.FirePayoff[std::min(t.FireCount, 6)].PayoffPay.raw > 0) {
-        SettleAll(g, kWin, bet::Fire);
+        SettleAll(g, BetResult::Win, bet::Fire);
         t.FireMask = 0;
         t.FireCount = 0;
       }
       if (g.Rules.HotRollerPayoff[std::min(t.HotRollerCount, 6) + 1].PayoffPay.raw > 0) {
-        SettleAll(g, kWin, bet::HotRoller);
+        SettleAll(g, BetResult::Win, bet::HotRoller);
         t.HotRollerMask = 0;
       }
       t.HotRollerCount = 0;
@@ -422,43 +455,43 @@ void StepC(Game& g) {
     }
     case 8:
       NumberWinners(g, 8);
-      SettleAll(g, kWin, bet::Big8);
-      SettleAll(g, kWin, bet::Midway);
+      SettleAll(g, BetResult::Win, bet::Big8);
+      SettleAll(g, BetResult::Win, bet::Midway);
       if (hard) {
-        SettleAll(g, kWin, bet::Hard8);
-        SettleAll(g, kWin, bet::Hop13 + 13);
-      } else if (lo == 2) SettleAll(g, kWin, bet::Hop13 + 8);
-      else SettleAll(g, kWin, bet::Hop13 + 11);
+        SettleAll(g, BetResult::Win, bet::Hard8);
+        SettleAll(g, BetResult::Win, bet::Hop13 + 13);
+      } else if (lo == 2) SettleAll(g, BetResult::Win, bet::Hop13 + 8);
+      else SettleAll(g, BetResult::Win, bet::Hop13 + 11);
       RepeaterWin(g, 8, 6);
       MoveAll(g, 8);
       break;
     case 9:
       NumberWinners(g, 9);
-      SettleAll(g, kWin, lo == 3 ? bet::Hop13 + 12 : bet::Hop13 + 14);
+      SettleAll(g, BetResult::Win, lo == 3 ? bet::Hop13 + 12 : bet::Hop13 + 14);
       RepeaterWin(g, 9, 5);
       MoveAll(g, 9);
       break;
     case 10:
       NumberWinners(g, 10);
       if (hard) {
-        SettleAll(g, kWin, bet::Hard10);
-        SettleAll(g, kWin, bet::Hop55);
-      } else SettleAll(g, kWin, bet::Hop13 + 15);
+        SettleAll(g, BetResult::Win, bet::Hard10);
+        SettleAll(g, BetResult::Win, bet::Hop55);
+      } else SettleAll(g, BetResult::Win, bet::Hop13 + 15);
       RepeaterWin(g, 10, 4);
       MoveAll(g, 10);
       break;
     case 11:
       if (P == 0) {
-        SettleAll(g, kWin, bet::PassLine);
+        SettleAll(g, BetResult::Win, bet::PassLine);
         ++t.PassesMade;
       }
-      for (int b : {bet::Eleven, bet::CAndE, bet::Come, bet::Horn, bet::World}) SettleAll(g, kWin, b);
+      for (int b : {bet::Eleven, bet::CAndE, bet::Come, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
       RepeaterWin(g, 11, 3);
       break;
     case 12:
-      if (P == 0 && g.Rules.BarNumber == 2) SettleAll(g, kWin, bet::DontPass);
-      for (int b : {bet::Twelve, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, kWin, b);
-      if (g.Rules.BarNumber == 2) SettleAll(g, kWin, bet::DontCome);
+      if (P == 0 && g.Rules.BarNumber == 2) SettleAll(g, BetResult::Win, bet::DontPass);
+      for (int b : {bet::Twelve, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
+      if (g.Rules.BarNumber == 2) SettleAll(g, BetResult::Win, bet::DontCome);
       RepeaterWin(g, 12, 2);
       break;
     default: break;
@@ -470,24 +503,24 @@ void StepD(Game& g) {
   constexpr int kSmall = 0x7C, kTall = 0x1F00;
   if ((t.AllNumbersMask & (kSmall | kTall)) == (kSmall | kTall)) {
     t.AllNumbersMask = 0;
-    SettleAll(g, kWin, bet::AllSmall);
-    SettleAll(g, kWin, bet::AllTall);
-    SettleAll(g, kWin, bet::MakeAll);
+    SettleAll(g, BetResult::Win, bet::AllSmall);
+    SettleAll(g, BetResult::Win, bet::AllTall);
+    SettleAll(g, BetResult::Win, bet::MakeAll);
   } else if ((t.AllNumbersMask & kSmall) == kSmall) {
     if (!AnySeatHolds(g, bet::MakeAll)) t.AllNumbersMask &= ~kSmall;
-    SettleAll(g, kWin, bet::AllSmall);
+    SettleAll(g, BetResult::Win, bet::AllSmall);
   } else if ((t.AllNumbersMask & kTall) == kTall) {
     if (!AnySeatHolds(g, bet::MakeAll)) t.AllNumbersMask &= ~kTall;
-    SettleAll(g, kWin, bet::AllTall);
+    SettleAll(g, BetResult::Win, bet::AllTall);
   }
   if (t.FourRollCount == 4) {
     t.FourRollCount = 0;
-    SettleAll(g, kWin, bet::FourRollsNo7);
+    SettleAll(g, BetResult::Win, bet::FourRollsNo7);
   }
   if (t.DiceTotal == 7 && t.PriorPoint > 0) {
-    SettleAll(g, kWin, bet::SharpShooter);
+    SettleAll(g, BetResult::Win, bet::SharpShooter);
     t.PointsWon = 0;
-    SettleAll(g, kWin, bet::RideTheLine);
+    SettleAll(g, BetResult::Win, bet::RideTheLine);
     t.PassesMade = 0;
   }
 }

@@ -26,7 +26,7 @@ Money Cents(int64_t c) { return Money::FromRaw(c * 100); }
 struct PayoffCase {
   const char* what;
   int priorPoint;
-  int result;
+  BetResult result;
   Money amount;
   int64_t lineX, lineY;  // the Pass Line's own row
   int64_t comeX, comeY;  // the row of Come on the prior point (if any)
@@ -50,25 +50,26 @@ TEST_P(PassLinePayoffTest, RowAndRounding) {
   for (int b = bet::Come4; b <= bet::Come10; ++b) r.BetPayoff[b] = RowOf(5, 1);
   if (c.priorPoint != 0) r.BetPayoff[PointRow(BetFamily::ComeNumber, c.priorPoint)] = RowOf(c.comeX, c.comeY);
   t.g.Table.PriorPoint = c.priorPoint;
-  EXPECT_EQ(ComputePayoff(t.g, 1, bet::PassLine, c.result, c.amount), c.expected);
+  EXPECT_EQ(ComputePayoff(t.g, 1, bet::PassLine, c.result, c.amount).payoff, c.expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     PassLine, PassLinePayoffTest,
     ::testing::Values(
-        PayoffCase{"even money natural", 0, kWin, 10_usd, 1, 1, 0, 0, 1_usd, false, 10_usd},
-        PayoffCase{"3 to 2 on 7 floors to the dollar", 0, kWin, 7_usd, 3, 2, 0, 0, 1_usd, false, 10_usd},
-        PayoffCase{"3 to 2 on 7 in pennies", 0, kWin, 7_usd, 3, 2, 0, 0, 1_usd, true, Cents(1050)},
-        PayoffCase{"3 to 2 on 9 floors to the $5 check", 0, kWin, 9_usd, 3, 2, 0, 0, 5_usd, false, 10_usd},
-        PayoffCase{"made 6 reads Come 6 at 7 to 6", 6, kWin, 10_usd, 1, 1, 7, 6, 1_usd, false, 11_usd},
-        PayoffCase{"made 6 at 7 to 6 in pennies floors", 6, kWin, 10_usd, 1, 1, 7, 6, 1_usd, true, Cents(1166)},
-        PayoffCase{"made 4 ignores its own 3 to 1 row", 4, kWin, 10_usd, 3, 1, 1, 1, 1_usd, false, 10_usd},
-        PayoffCase{"made 10 reads Come 10 at 2 to 1", 10, kWin, 25_usd, 1, 1, 2, 1, 5_usd, false, 50_usd},
-        PayoffCase{"negative row floors away from zero", 0, kWin, 7_usd, -3, 2, 0, 0, 1_usd, false, -11_usd},
-        PayoffCase{"negative row in pennies", 0, kWin, 7_usd, -3, 2, 0, 0, 1_usd, true, Cents(-1050)},
-        PayoffCase{"negative row to the $5 check", 0, kWin, 7_usd, -3, 2, 0, 0, 5_usd, false, -15_usd},
-        PayoffCase{"a loss takes the amount", 0, kLose, 10_usd, 3, 2, 0, 0, 1_usd, false, -10_usd},
-        PayoffCase{"a seven-out takes the amount", 8, kLose, 25_usd, 1, 1, 7, 6, 5_usd, false, -25_usd}));
+        PayoffCase{"even money natural", 0, BetResult::Win, 10_usd, 1, 1, 0, 0, 1_usd, false, 10_usd},
+        PayoffCase{"3 to 2 on 7 floors to the dollar", 0, BetResult::Win, 7_usd, 3, 2, 0, 0, 1_usd, false, 10_usd},
+        PayoffCase{"3 to 2 on 7 in pennies", 0, BetResult::Win, 7_usd, 3, 2, 0, 0, 1_usd, true, Cents(1050)},
+        PayoffCase{"3 to 2 on 9 floors to the $5 check", 0, BetResult::Win, 9_usd, 3, 2, 0, 0, 5_usd, false, 10_usd},
+        PayoffCase{"made 6 reads Come 6 at 7 to 6", 6, BetResult::Win, 10_usd, 1, 1, 7, 6, 1_usd, false, 11_usd},
+        PayoffCase{"made 6 at 7 to 6 in pennies floors", 6, BetResult::Win, 10_usd, 1, 1, 7, 6, 1_usd, true,
+                   Cents(1166)},
+        PayoffCase{"made 4 ignores its own 3 to 1 row", 4, BetResult::Win, 10_usd, 3, 1, 1, 1, 1_usd, false, 10_usd},
+        PayoffCase{"made 10 reads Come 10 at 2 to 1", 10, BetResult::Win, 25_usd, 1, 1, 2, 1, 5_usd, false, 50_usd},
+        PayoffCase{"negative row floors away from zero", 0, BetResult::Win, 7_usd, -3, 2, 0, 0, 1_usd, false, -11_usd},
+        PayoffCase{"negative row in pennies", 0, BetResult::Win, 7_usd, -3, 2, 0, 0, 1_usd, true, Cents(-1050)},
+        PayoffCase{"negative row to the $5 check", 0, BetResult::Win, 7_usd, -3, 2, 0, 0, 5_usd, false, -15_usd},
+        PayoffCase{"a loss takes the amount", 0, BetResult::Lose, 10_usd, 3, 2, 0, 0, 1_usd, false, -10_usd},
+        PayoffCase{"a seven-out takes the amount", 8, BetResult::Lose, 25_usd, 1, 1, 7, 6, 5_usd, false, -25_usd}));
 
 // ---- Payoffs through the roll ------------------------------------------------------------
 
