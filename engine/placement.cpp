@@ -396,31 +396,22 @@ Money GetMaximum(const Game& g, int seat, int bet) {
   return OddsLimit(g.Rules, bet, point, flat);
 }
 
-Money ChangeBet(Game& g, int seat, int bet, Money change) {
-  Pending p;
-  p.on = !g.SilentMode && g.Ui != nullptr;
-  const RuleSet& r = g.Rules;
-  const Money u = r.CheckDenom[1];
-  const Money amount = g.BetAmount[seat][bet];
+namespace {
 
-  // CheckStacks are no wagers: none of the table's stages, only their own limit.
-  if (bet >= kCheckStackRow) {
-    Money applied = CheckStackChange(g, seat, bet, change, p);
-    if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
-    return applied;
-  }
-
-  // 1. Rounding to checks, away from zero.
-  if (u.raw > 0 && !IsMultipleOf(change, u)) {
+// 1. A change is a whole number of the smallest check, rounded away from zero, and never
+// takes more than the bet holds.
+Money RoundToChecks(const Game& g, Money amount, Money change) {
+  const Money u = g.Rules.CheckDenom[1];
+  if (u.raw > 0 && !IsMultipleOf(change, u))
     change = change.raw > 0 ? FloorToUnit(change, u) + u : FloorToUnit(change, u);
-  }
   if (amount + change < Money{}) change = -amount;
+  return change;
+}
 
+// 2 and 3. Contract and timing rules: what of the change they allow; `ended` when they
+// leave nothing to do.
+Money ApplyContractRules(const Game& g, int seat, int bet, Money amount, Money change, Pending& p, bool& ended) {
   const Money base = g.ContractBase[seat][bet];
-  const std::string_view name = BetName(bet);
-  bool ended = false;
-
-  // 2 and 3. Contract and timing rules.
   if (change.raw > 0) {
     if (RefusesAddition(g, seat, bet, amount, base, change, p)) {
       change = base - amount;
@@ -441,72 +432,103 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
       change = base - amount;
     }
   }
+  return change;
+}
 
+// 4. Minimum: an increase below it goes up to it, a decrease below it takes the bet down.
+Money ApplyMinimum(int bet, Money amount, Money change, Money minimum, Pending& p) {
+  const Money next = amount + change;
+  if (next.raw <= 0 || next >= minimum) return change;
+  if (change.raw <= 0) return -amount;
+  if (p.on) p.Say("The minimum " + std::string(BetName(bet)) + " bet is $" + MoneyText(minimum), 510, kLimitClass);
+  return minimum - amount;
+}
+
+// 5. Maximum: a contract bet made under a higher limit stays as it was made.
+Money ApplyMaximum(const Game& g, int seat, int bet, Money amount, Money change, Money maximum, Pending& p) {
+  if (amount + change <= maximum) return change;
+  const Money base = g.ContractBase[seat][bet];
+  std::string text;
+  if (p.on) text = "The maximum " + std::string(BetName(bet)) + " bet is $" + MoneyText(maximum);
+  if (IsContractBet(bet) && bet != bet::SevenPoint7 && base > maximum) {
+    change = base - amount;
+    if (p.on)
+      text += "\n\nHowever, because it's a contract bet and was established at $" + MoneyText(base) +
+              " when a higher limit was allowed, it must remain unchanged until it resolves.";
+  } else if (maximum - amount < change) {
+    change = maximum - amount;
+  }
+  if (p.on) p.Say(std::move(text), 510, kLimitClass);
+  return change;
+}
+
+// 7. Bankroll: what the seat's free bankroll allows, up-front vig included, in whole checks
+// and never below the minimum.
+Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, Money minimum, Pending& p) {
+  if (g.AllowNegBankroll[seat]) return change;
+  const Money u = g.Rules.CheckDenom[1];
+  const Money held = UpFrontHeld(g, seat, bet);
+  const Money bankroll = g.Bankroll[seat];
+  auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
+  if (fits(change)) return change;
+  const bool hadOthers = g.OnTable[seat] - amount - held > Money{};
+  change = bankroll - g.OnTable[seat];
+  if (amount + change < Money{}) change = -amount;
+  while (u.raw > 0 && amount + change > Money{} && !fits(change)) change -= u;
+  if (amount + change < Money{}) change = -amount;
+  const bool belowMin = amount + change > Money{} && amount + change < minimum;
+  if (belowMin) change = -amount;
+  if (p.on) {
+    const std::string name(BetName(bet));
+    std::string t = "You don't have enough bankroll remaining to bet the ";
+    t += belowMin || amount + change == Money{} ? "minimum on the " + name + "."
+                                                : "full amount requested on the " + name + ".";
+    t += "\n\nYour options are: \n";
+    if (hadOthers) t += "      - Bet less on other bets.\n";
+    t += "      - Make a withdrawal from the ATM.\n      - Allow negative bankroll.";
+    p.Say(std::move(t), 130, kLimitClass);
+  }
+  return change;
+}
+
+// After a cut by a limit, the tail tells what came of the request.
+void TellOutcome(Money amount, Money change, Pending& p) {
+  if (!p.on || !(p.flags & kLimitClass)) return;
+  const Money result = amount + change;
+  if (change.raw == 0) p.text += "\n" + DollarText(result) + " which is already bet.";
+  else if (p.adjusted) p.text += "\nwhich will be bet and auto-adjusted to " + DollarText(result) + ".";
+  else p.text += "\n" + DollarText(result) + " which will be bet.";
+}
+
+}  // namespace
+
+Money ChangeBet(Game& g, int seat, int bet, Money change) {
+  // Rows 108..199 hold no bet, and nothing lies beyond the CheckStacks.
+  if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows) return {};
+  Pending p;
+  p.on = !g.SilentMode && g.Ui != nullptr;
+  const Money amount = g.BetAmount[seat][bet];
+
+  // CheckStacks are no wagers: none of the table's stages, only their own limit.
+  if (bet >= kCheckStackRow) {
+    Money applied = CheckStackChange(g, seat, bet, change, p);
+    if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+    return applied;
+  }
+
+  change = RoundToChecks(g, amount, change);
+  bool ended = false;
+  change = ApplyContractRules(g, seat, bet, amount, change, p, ended);
   if (!ended) {
-    // 4. Minimum.
     const Money minimum = GetMinimum(g, bet);
-    Money next = amount + change;
-    if (next.raw > 0 && next < minimum) {
-      if (change.raw > 0) {
-        change = minimum - amount;
-        if (p.on) p.Say("The minimum " + std::string(name) + " bet is $" + MoneyText(minimum), 510, kLimitClass);
-      } else {
-        change = -amount;
-      }
-    }
-
-    // 5. Maximum.
+    change = ApplyMinimum(bet, amount, change, minimum, p);
     const Money maximum = GetMaximum(g, seat, bet);
-    if (amount + change > maximum) {
-      std::string text;
-      if (p.on) text = "The maximum " + std::string(name) + " bet is $" + MoneyText(maximum);
-      if (IsContractBet(bet) && bet != bet::SevenPoint7 && base > maximum) {
-        change = base - amount;
-        if (p.on)
-          text += "\n\nHowever, because it's a contract bet and was established at $" + MoneyText(base) +
-                  " when a higher limit was allowed, it must remain unchanged until it resolves.";
-      } else if (maximum - amount < change) {
-        change = maximum - amount;
-      }
-      if (p.on) p.Say(std::move(text), 510, kLimitClass);
-    }
-
+    change = ApplyMaximum(g, seat, bet, amount, change, maximum, p);
     // 6. Proper odds payoff.
     change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
-
-    // 7. Bankroll.
-    if (!g.AllowNegBankroll[seat]) {
-      Money held = UpFrontHeld(g, seat, bet);
-      Money bankroll = g.Bankroll[seat];
-      auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
-      if (!fits(change)) {
-        bool hadOthers = g.OnTable[seat] - amount - held > Money{};
-        change = bankroll - g.OnTable[seat];
-        if (amount + change < Money{}) change = -amount;
-        while (u.raw > 0 && amount + change > Money{} && !fits(change)) change -= u;
-        if (amount + change < Money{}) change = -amount;
-        bool belowMin = amount + change > Money{} && amount + change < minimum;
-        if (belowMin) change = -amount;
-        if (p.on) {
-          std::string t = "You don't have enough bankroll remaining to bet the ";
-          t += belowMin || amount + change == Money{} ? "minimum on the " + std::string(name) + "."
-                                                      : "full amount requested on the " + std::string(name) + ".";
-          t += "\n\nYour options are: \n";
-          if (hadOthers) t += "      - Bet less on other bets.\n";
-          t += "      - Make a withdrawal from the ATM.\n      - Allow negative bankroll.";
-          p.Say(std::move(t), 130, kLimitClass);
-        }
-      }
-    }
+    change = FitBankroll(g, seat, bet, amount, change, minimum, p);
   }
-
-  // After a cut by a limit, the tail tells what came of the request.
-  if (p.on && (p.flags & kLimitClass)) {
-    Money result = amount + change;
-    if (change.raw == 0) p.text += "\n" + DollarText(result) + " which is already bet.";
-    else if (p.adjusted) p.text += "\nwhich will be bet and auto-adjusted to " + DollarText(result) + ".";
-    else p.text += "\n" + DollarText(result) + " which will be bet.";
-  }
+  TellOutcome(amount, change, p);
 
   // 8. Apply.
   if (change.raw != 0) CommitAmount(g, seat, bet, change);

@@ -85,23 +85,24 @@ Money AskBeginningBankroll(Game& g, int seat) {
   }
 }
 
-}  // namespace
+// ---- The steps of a new session.
 
-void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSessionLog, int diceFileMode) {
-  TableState& t = g.Table;
-  // 1. Abandoned contract bets lose, unless the option returns them.
-  if (!g.Rules.ReturnAbandonedBets) {
-    for (int s = 1; s < kSeats; ++s) {
-      if (!SeatOccupied(g, s)) continue;
-      if (t.Point != 0) {
-        AbandonBet(g, s, bet::PassLine);
-        AbandonBet(g, s, bet::SevenPoint7);
-      }
-      for (int b = bet::Come4; b <= bet::Come10; ++b) AbandonBet(g, s, b);
+// 1. Abandoned contract bets lose, unless the option returns them.
+void AbandonContractBets(Game& g) {
+  if (g.Rules.ReturnAbandonedBets) return;
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    if (g.Table.Point != 0) {
+      AbandonBet(g, s, bet::PassLine);
+      AbandonBet(g, s, bet::SevenPoint7);
     }
+    for (int b = bet::Come4; b <= bet::Come10; ++b) AbandonBet(g, s, b);
   }
-  // 2. Sessions log: the session ends in each player's log and the bankroll is carried
-  // into the buy-in amount; or the log starts afresh.
+}
+
+// 2. Sessions log: the session ends in each player's log and the bankroll is carried
+// into the buy-in amount; or the log starts afresh.
+void EndSessionLogs(Game& g, bool writeSessionLog) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     if (writeSessionLog) {
@@ -111,39 +112,49 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
       StartSessionsLog(g, s, g.SessionsLogPath[s], g.OnlineRole != 0);
     }
   }
+}
 
-  // 3. Statistics.
+// 3. Statistics: the session's columns move to "Last session", or everything is erased.
+void RollOverStatistics(Game& g, bool keepHistory) {
   if (keepHistory) {
     if (g.Stats.RollCount[kHandScope][0] > 0) EndHand(g);
-    bool sessionHadRolls = g.Stats.RollCount[kSessionScope][0] > 0;
+    const bool sessionHadRolls = g.Stats.RollCount[kSessionScope][0] > 0;
     RollOverSession(g.Stats);
-    for (int c = 0; c < kSeats; ++c) {
-      if (sessionHadRolls) {
-        const int from = kSessionScope + c, to = kLastSessionScope + c;
-        g.Bankroll[to] = g.Bankroll[from];
-        g.BeginningBankroll[to] = g.BeginningBankroll[from];
-        g.HighBankroll[to] = g.HighBankroll[from];
-        g.LowBankroll[to] = g.LowBankroll[from];
-        g.BankrollSum[to] = g.BankrollSum[from];
-      }
+    for (int c = 0; c < kSeats && sessionHadRolls; ++c) {
+      const int from = kSessionScope + c, to = kLastSessionScope + c;
+      g.Bankroll[to] = g.Bankroll[from];
+      g.BeginningBankroll[to] = g.BeginningBankroll[from];
+      g.HighBankroll[to] = g.HighBankroll[from];
+      g.LowBankroll[to] = g.LowBankroll[from];
+      g.BankrollSum[to] = g.BankrollSum[from];
     }
     ResetBankrollStores(g, kHandScope);
     ResetBankrollStores(g, kSessionScope);
-  } else {
-    ClearAllStatistics(g.Stats);
-    // The current bankroll stays: a seat that carries its bankroll forward buys in with it.
-    const auto current = g.Bankroll;
-    g.Bankroll = {};
-    for (int s = 1; s < kSeats; ++s)
-      for (int scope : kCountedScopes) g.Bankroll[s + scope] = current[s];
-    g.BeginningBankroll = g.HighBankroll = g.LowBankroll = g.BankrollSum = {};
-    g.BuyInTotal = {};
-    ReopenRollHistory(g, g.Rolls);
+    return;
   }
+  ClearAllStatistics(g.Stats);
+  // The current bankroll stays: a seat that carries its bankroll forward buys in with it.
+  const auto current = g.Bankroll;
+  g.Bankroll = {};
+  for (int s = 1; s < kSeats; ++s)
+    for (int scope : kCountedScopes) g.Bankroll[s + scope] = current[s];
+  g.BeginningBankroll = g.HighBankroll = g.LowBankroll = g.BankrollSum = {};
+  g.BuyInTotal = {};
+  ReopenRollHistory(g, g.Rolls);
+}
 
-  // 4. Per-bet hit stores and the script run-state are cleared here with the scripts.
+// 4. The bets' runs of wins and losses, and what a script cycle keeps between statements:
+// a script that starts a new session starts over with nothing pending.
+void EraseHitsAndRunState(Game& g) {
+  g.BetStreak = {};
+  AutoBetProgram& p = g.AutoBet;
+  if (!p.ReturnStack.empty()) p.ReturnStack[0] = 0;
+  p.InCondition = p.ConditionResult = false;
+  p.StepPending = false;
+}
 
-  // 5. Counters of the hand.
+// 5. Counters of the hand.
+void ClearHandCounters(TableState& t) {
   t.ComeOutRollsInHand = t.PassesInHand = t.MissesInHand = 0;
   t.AllNumbersMask = 0;
   t.FourRollCount = 0;
@@ -151,8 +162,10 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   t.FireMask = t.FireCount = 0;
   t.HotRollerMask = t.HotRollerCount = 0;
   t.RepeaterCount = {};
+}
 
-  // 6. Bets.
+// 6. Bets come off the table; CheckStacks stay unless they are cleared too.
+void ClearBets(Game& g, bool clearCheckStacks) {
   for (int s = 0; s < kSeats; ++s) {
     for (int b = 0; b <= kBets; ++b) {
       g.BetAmount[s][b] = g.BetAmountStartOfRoll[s][b] = g.BetAmountAfterRoll[s][b] = Money{};
@@ -169,20 +182,19 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
   g.BetHolders = {};
   g.SeatBets = g.SeatBetsAtStart = g.SeatBetsAtAfter = {};
   g.HeldPropBets = 0;
-  if (clearCheckStacks) g.HasCheckStacks = {};
-  if (clearCheckStacks) g.CheckStackName = {};
+  if (clearCheckStacks) {
+    g.HasCheckStacks = {};
+    g.CheckStackName = {};
+  }
+}
 
-  // 7. Working states back to the seat's defaults (the table is about to come out).
-  t.Point = 0;
-  for (int s = 0; s < kSeats; ++s)
-    for (int b = 1; b <= kBets; ++b) g.BetWorking[s][b] = g.DefaultWorking[s][b];
-
-  // 8. Buy-in.
+// 8. Buy-in, by each seat's mode.
+void BuyInSeats(Game& g) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     switch (g.BankrollInitType[s]) {
       case 1: {
-        Money amount = AskBeginningBankroll(g, s);
+        const Money amount = AskBeginningBankroll(g, s);
         g.BankrollInitAmount[s] = amount;
         BuyIn(g, s, amount);
         break;
@@ -191,6 +203,25 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
       default: BuyIn(g, s, g.BankrollInitAmount[s]); break;
     }
   }
+}
+
+}  // namespace
+
+void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSessionLog, int diceFileMode) {
+  TableState& t = g.Table;
+  AbandonContractBets(g);              // 1
+  EndSessionLogs(g, writeSessionLog);  // 2
+  RollOverStatistics(g, keepHistory);  // 3
+  EraseHitsAndRunState(g);             // 4
+  ClearHandCounters(t);                // 5
+  ClearBets(g, clearCheckStacks);      // 6
+
+  // 7. Working states back to the seat's defaults (the table is about to come out).
+  t.Point = 0;
+  for (int s = 0; s < kSeats; ++s)
+    for (int b = 1; b <= kBets; ++b) g.BetWorking[s][b] = g.DefaultWorking[s][b];
+
+  BuyInSeats(g);  // 8
 
   // 9. Bankroll graph.
   g.BankrollGraphIndex = 0;
