@@ -362,138 +362,118 @@ void NumberWinners(Game& g, int p) {
   SettleAll(g, BetResult::Win, PointRow(BetFamily::Buy, p));
 }
 
-void StepC(Game& g) {
+// The hop bet of a roll, by the dice low and high; 0 for the rolls that have none here
+// (1-1, 1-2, 5-6 and 6-6 are the one-roll bets Two, Three, Eleven and Twelve).
+int HopBet(int lo, int hi) {
+  static constexpr int kHop[7][7] = {{0, 0, 0, 0, 0, 0, 0},    {0, 0, 0, 0, 1, 2, 3},    {0, 0, 0, 5, 6, 7, 8},
+                                     {0, 0, 0, 9, 10, 11, 12}, {0, 0, 0, 0, 13, 14, 15}, {0, 0, 0, 0, 0, 16, 0},
+                                     {0, 0, 0, 0, 0, 0, 0}};
+  if (lo < 1 || hi > 6) return 0;
+  if (lo == 1 && hi == 3) return bet::Hop13;
+  if (lo == 2 && hi == 2) return bet::Hop13 + 4;
+  const int k = kHop[lo][hi];
+  return k ? bet::Hop13 + k : 0;
+}
+
+// A point made: the line wins with its odds, and the hand bets count it.
+void PointMadeWinners(Game& g) {
   TableState& t = g.Table;
-  const int P = t.PriorPoint, total = t.DiceTotal;
-  const bool hard = IsHard(t);
-  const int lo = std::min(t.Die1, t.Die2);
-  if (P != 0 && total == P) {
-    SettleAll(g, BetResult::Win, bet::PassLine);
-    SettleAll(g, BetResult::WinOdds, bet::PassLineOdds);
-    int bit = 1 << PointOffset(P);
-    if (!(t.FireMask & bit)) {
-      t.FireMask |= bit;
-      ++t.FireCount;
-    }
-    ++t.PointsWon;
-    ++t.PassesMade;
+  SettleAll(g, BetResult::Win, bet::PassLine);
+  SettleAll(g, BetResult::WinOdds, bet::PassLineOdds);
+  const int bit = 1 << PointOffset(t.PriorPoint);
+  if (!(t.FireMask & bit)) {
+    t.FireMask |= bit;
+    ++t.FireCount;
   }
+  ++t.PointsWon;
+  ++t.PassesMade;
+}
+
+// 2, 3 and 12: the don't side wins off the bar, the craps bets win.
+void CrapsWinners(Game& g, int total) {
+  const bool dontWins = total == 3 || total != g.Rules.BarNumber;
+  if (g.Table.PriorPoint == 0 && dontWins) SettleAll(g, BetResult::Win, bet::DontPass);
+  const int own = total == 2 ? bet::Two : total == 3 ? bet::Three : bet::Twelve;
+  for (int b : {own, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
+  if (dontWins) SettleAll(g, BetResult::Win, bet::DontCome);
+  RepeaterWin(g, total, total < 7 ? total : 14 - total);
+}
+
+// 4, 5, 6, 8, 9, 10: the number's bets, the corner and hard bets, the hop; Come and
+// Don't Come travel.
+void NumberRollWinners(Game& g, int total, int hop, bool hard) {
+  NumberWinners(g, total);
+  if (total == 6 || total == 8) {
+    SettleAll(g, BetResult::Win, total == 6 ? bet::Big6 : bet::Big8);
+    SettleAll(g, BetResult::Win, bet::Midway);
+  }
+  if (hard) SettleAll(g, BetResult::Win, bet::Hard4 + (total - 4) / 2);
+  SettleAll(g, BetResult::Win, hop);
+  RepeaterWin(g, total, total < 7 ? total : 14 - total);
+  MoveAll(g, total);
+}
+
+void SevenWinners(Game& g, int hop) {
+  TableState& t = g.Table;
+  const int P = t.PriorPoint;
+  if (P == 0) {
+    SettleAll(g, BetResult::Win, bet::PassLine);
+    ++t.PassesMade;
+  } else {
+    SettleAll(g, BetResult::Win, bet::Come);
+    SettleAll(g, BetResult::Win, bet::DontPass);
+    SettleAll(g, BetResult::WinOdds, bet::DontPassOdds);
+  }
+  for (int b = bet::DontCome4; b <= bet::DontCome10; ++b) {
+    SettleAll(g, BetResult::Win, b);
+    SettleAll(g, BetResult::WinOdds, b + 6);
+  }
+  for (int b = bet::Lay4; b <= bet::Lay10; ++b) SettleAll(g, BetResult::Win, b);
+  for (int b : {bet::Midway, bet::Seven, bet::World, hop}) SettleAll(g, BetResult::Win, b);
+  if (P == 0) SettleAll(g, BetResult::Win, bet::SevenPoint7);
+  if (P != 0 && t.SecondPriorPoint == 0) {
+    SettleAll(g, BetResult::Win, bet::Point7);
+    SettleAll(g, BetResult::WinOdds, bet::SevenPoint7);
+  }
+  if (P != 0 && g.Rules.FirePayoff[std::min(t.FireCount, 6)].PayoffPay.raw > 0) {
+    SettleAll(g, BetResult::Win, bet::Fire);
+    t.FireMask = 0;
+    t.FireCount = 0;
+  }
+  if (g.Rules.HotRollerPayoff[std::min(t.HotRollerCount, 6) + 1].PayoffPay.raw > 0) {
+    SettleAll(g, BetResult::Win, bet::HotRoller);
+    t.HotRollerMask = 0;
+  }
+  t.HotRollerCount = 0;
+}
+
+void ElevenWinners(Game& g) {
+  if (g.Table.PriorPoint == 0) {
+    SettleAll(g, BetResult::Win, bet::PassLine);
+    ++g.Table.PassesMade;
+  }
+  for (int b : {bet::Eleven, bet::CAndE, bet::Come, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
+  RepeaterWin(g, 11, 3);
+}
+
+// Step C: winners by total.
+void StepC(Game& g) {
+  const TableState& t = g.Table;
+  const int total = t.DiceTotal;
+  if (t.PriorPoint != 0 && total == t.PriorPoint) PointMadeWinners(g);
+  const int hop = HopBet(std::min(t.Die1, t.Die2), std::max(t.Die1, t.Die2));
   switch (total) {
     case 2:
-      if (P == 0 && g.Rules.BarNumber == 12) SettleAll(g, BetResult::Win, bet::DontPass);
-      for (int b : {bet::Two, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
-      if (g.Rules.BarNumber == 12) SettleAll(g, BetResult::Win, bet::DontCome);
-      RepeaterWin(g, 2, 2);
-      break;
     case 3:
-      if (P == 0) SettleAll(g, BetResult::Win, bet::DontPass);
-      for (int b : {bet::Three, bet::Craps, bet::CAndE, bet::Horn, bet::World, bet::DontCome})
-        SettleAll(g, BetResult::Win, b);
-      RepeaterWin(g, 3, 3);
-      break;
+    case 12: CrapsWinners(g, total); break;
+    case 7: SevenWinners(g, hop); break;
+    case 11: ElevenWinners(g); break;
     case 4:
-      NumberWinners(g, 4);
-      if (hard) {
-        SettleAll(g, BetResult::Win, bet::Hard4);
-        SettleAll(g, BetResult::Win, bet::Hop13 + 4);
-      } else SettleAll(g, BetResult::Win, bet::Hop13);
-      RepeaterWin(g, 4, 4);
-      MoveAll(g, 4);
-      break;
     case 5:
-      NumberWinners(g, 5);
-      SettleAll(g, BetResult::Win, lo == 1 ? bet::Hop13 + 1 : bet::Hop13 + 5);
-      RepeaterWin(g, 5, 5);
-      MoveAll(g, 5);
-      break;
     case 6:
-      NumberWinners(g, 6);
-      SettleAll(g, BetResult::Win, bet::Big6);
-      SettleAll(g, BetResult::Win, bet::Midway);
-      if (hard) {
-        SettleAll(g, BetResult::Win, bet::Hard6);
-        SettleAll(g, BetResult::Win, bet::Hop13 + 9);
-      } else if (lo == 1) SettleAll(g, BetResult::Win, bet::Hop13 + 2);
-      else SettleAll(g, BetResult::Win, bet::Hop13 + 6);
-      RepeaterWin(g, 6, 6);
-      MoveAll(g, 6);
-      break;
-    case 7: {
-      if (P == 0) {
-        SettleAll(g, BetResult::Win, bet::PassLine);
-        ++t.PassesMade;
-      } else {
-        SettleAll(g, BetResult::Win, bet::Come);
-        SettleAll(g, BetResult::Win, bet::DontPass);
-        SettleAll(g, BetResult::WinOdds, bet::DontPassOdds);
-      }
-      for (int b = bet::DontCome4; b <= bet::DontCome10; ++b) {
-        SettleAll(g, BetResult::Win, b);
-        SettleAll(g, BetResult::WinOdds, b + 6);
-      }
-      for (int b = bet::Lay4; b <= bet::Lay10; ++b) SettleAll(g, BetResult::Win, b);
-      SettleAll(g, BetResult::Win, bet::Midway);
-      SettleAll(g, BetResult::Win, bet::Seven);
-      SettleAll(g, BetResult::Win, bet::World);
-      SettleAll(g, BetResult::Win, lo == 1 ? bet::Hop13 + 3 : lo == 2 ? bet::Hop13 + 7 : bet::Hop13 + 10);
-      if (P == 0) SettleAll(g, BetResult::Win, bet::SevenPoint7);
-      if (P != 0 && t.SecondPriorPoint == 0) {
-        SettleAll(g, BetResult::Win, bet::Point7);
-        SettleAll(g, BetResult::WinOdds, bet::SevenPoint7);
-      }
-      if (P != 0 && g.Rules.FirePayoff[std::min(t.FireCount, 6)].PayoffPay.raw > 0) {
-        SettleAll(g, BetResult::Win, bet::Fire);
-        t.FireMask = 0;
-        t.FireCount = 0;
-      }
-      if (g.Rules.HotRollerPayoff[std::min(t.HotRollerCount, 6) + 1].PayoffPay.raw > 0) {
-        SettleAll(g, BetResult::Win, bet::HotRoller);
-        t.HotRollerMask = 0;
-      }
-      t.HotRollerCount = 0;
-      break;
-    }
     case 8:
-      NumberWinners(g, 8);
-      SettleAll(g, BetResult::Win, bet::Big8);
-      SettleAll(g, BetResult::Win, bet::Midway);
-      if (hard) {
-        SettleAll(g, BetResult::Win, bet::Hard8);
-        SettleAll(g, BetResult::Win, bet::Hop13 + 13);
-      } else if (lo == 2) SettleAll(g, BetResult::Win, bet::Hop13 + 8);
-      else SettleAll(g, BetResult::Win, bet::Hop13 + 11);
-      RepeaterWin(g, 8, 6);
-      MoveAll(g, 8);
-      break;
     case 9:
-      NumberWinners(g, 9);
-      SettleAll(g, BetResult::Win, lo == 3 ? bet::Hop13 + 12 : bet::Hop13 + 14);
-      RepeaterWin(g, 9, 5);
-      MoveAll(g, 9);
-      break;
-    case 10:
-      NumberWinners(g, 10);
-      if (hard) {
-        SettleAll(g, BetResult::Win, bet::Hard10);
-        SettleAll(g, BetResult::Win, bet::Hop55);
-      } else SettleAll(g, BetResult::Win, bet::Hop13 + 15);
-      RepeaterWin(g, 10, 4);
-      MoveAll(g, 10);
-      break;
-    case 11:
-      if (P == 0) {
-        SettleAll(g, BetResult::Win, bet::PassLine);
-        ++t.PassesMade;
-      }
-      for (int b : {bet::Eleven, bet::CAndE, bet::Come, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
-      RepeaterWin(g, 11, 3);
-      break;
-    case 12:
-      if (P == 0 && g.Rules.BarNumber == 2) SettleAll(g, BetResult::Win, bet::DontPass);
-      for (int b : {bet::Twelve, bet::Craps, bet::CAndE, bet::Horn, bet::World}) SettleAll(g, BetResult::Win, b);
-      if (g.Rules.BarNumber == 2) SettleAll(g, BetResult::Win, bet::DontCome);
-      RepeaterWin(g, 12, 2);
-      break;
+    case 10: NumberRollWinners(g, total, hop, IsHard(t)); break;
     default: break;
   }
 }
