@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <iostream>
 
 #include "app/sim/sim.h"
@@ -6,5 +8,6 @@ int main(int argc, char** argv) {
   SimOptions options;
   int code = ParseSimOptions(argc, argv, options, std::cout, std::cerr);
   if (code >= 0) return code;
+  options.progress = isatty(STDERR_FILENO) != 0;
   return RunSim(options, std::cout, std::cerr);
 }

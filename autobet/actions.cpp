@@ -57,6 +57,7 @@ enum : int {
   kErrNotProbabilityFile = 1008,
   kErrNoValue = 1011,
   kErrNoString = 1012,
+  kErrOutsideDataFolder = 1013,
   kErrDivideByZero = 9999
 };
 
@@ -638,8 +639,7 @@ void PlaybackRollFile(Game& g) {
   }
   StartPlayback(g, g.Rolls);
   const double roll = std::isfinite(from) ? std::floor(from) : 1;
-  g.Rolls.NextRollPosition = roll < 1 ? 1 : roll > INT32_MAX ? INT32_MAX : static_cast<int32_t>(roll);
-  g.Rolls.LastRollPosition = g.Rolls.NextRollPosition - 1;
+  SetNextRollPosition(g.Rolls, roll < 1 ? 1 : roll > INT32_MAX ? INT32_MAX : static_cast<int32_t>(roll));
 }
 
 // "Open ... file for output": the file becomes the Bettor's, opened once to make sure
@@ -647,9 +647,14 @@ void PlaybackRollFile(Game& g) {
 void OpenOutputFile(Game& g, int bettor, bool clear) {
   std::string name;
   if (!ActionText(g, name)) return;
-  const std::string path = InProgramFolder(g.ProgramFolder, name);
   if (name.empty()) {
     Fault(g, kErrBadPath);
+    return;
+  }
+  // A script never writes (or empties) a file outside the data folder.
+  const std::string path = InsideFolder(g.ProgramFolder, name);
+  if (path.empty()) {
+    Fault(g, kErrOutsideDataFolder);
     return;
   }
   std::ofstream out(path, clear ? std::ios::out | std::ios::trunc : std::ios::out | std::ios::app);

@@ -61,6 +61,13 @@ struct AutoBetProgram {
   static constexpr int kFaultsKept = 5;
   std::array<std::int64_t, kPlayerSeats + 1> FaultCount{};
   std::array<std::vector<RunFault>, kPlayerSeats + 1> FirstFaults{};
+  // A cycle that runs more statements than this (restarts included) loops without end:
+  // it is stopped, with the seat and the line where it was, so that no script hangs a run.
+  // A new session costs far more than a statement (every player's log is written), so
+  // restarts have a bound of their own.
+  std::int64_t MaxCycleStatements = 10000000;
+  std::int32_t MaxCycleRestarts = 1000;
+  std::int32_t RunawaySeat = 0, RunawayLine = 0;
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.

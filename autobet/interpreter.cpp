@@ -10,6 +10,7 @@
 #include "autobet/actions.h"
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
+#include "automation/auto_roll.h"
 #include "engine/game_state.h"
 #include "engine/messages.h"
 #include "storage/error_report.h"
@@ -585,6 +586,30 @@ void ExecuteStatement(Game& g) {
   }
 }
 
+namespace {
+
+// A cycle that never ends is stopped as the user would stop it, and says where it was.
+void StopRunawayCycle(Game& g) {
+  AutoBetProgram& p = g.AutoBet;
+  p.ScriptRunning = false;
+  p.RunawaySeat = p.Bettor >= 1 && p.Bettor <= kPlayerSeats ? p.Bettor : 0;
+  p.RunawayLine = StatementLine(p.ProgramRecords, p.StatementStart);
+  std::string who = p.RunawaySeat ? g.PlayerName[p.RunawaySeat] + "'s script" : std::string("A script");
+  if (p.RunawaySeat && !g.ScriptFile[p.RunawaySeat].empty()) who += " " + g.ScriptFile[p.RunawaySeat];
+  const std::string text = who + " ran more than " + MoneyTextGrouped(Money::Dollars(p.MaxCycleStatements)) +
+                           " statements or " + std::to_string(p.MaxCycleRestarts) +
+                           " new sessions after one roll and was stopped at line " + std::to_string(p.RunawayLine) +
+                           ": it seems to loop without end.";
+  // The stop says why whether or not a box can show it.
+  g.StopReason = text;
+  if (!g.SilentMode) Tell(g, text, "Auto-Bet", 0, msg::kOk);
+  if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
+}
+
+}  // namespace
+
+void StopAutoBet(Game& g) { g.AutoBet.ScriptRunning = false; }
+
 void RunAutoBet(Game& g) {
   AutoBetProgram& p = g.AutoBet;
   if (!p.ScriptsCompiled || p.ProgramRecords.empty() || p.ScriptRunning) return;
@@ -603,6 +628,8 @@ void RunAutoBet(Game& g) {
   auto& buffer = p.StatementBuffer;
   // 2.
   p.InstructionPointer = 0;
+  std::int64_t executed = 0;
+  std::int32_t restarts = 0;
   for (;;) {
     // 3. The statement runs to the next marker; the pointer stays on that marker.
     p.StatementStart = p.InstructionPointer;
@@ -622,6 +649,10 @@ void RunAutoBet(Game& g) {
     p.InstructionPointer = end <= last && records[end].code == kCodeScriptHeader ? end - 1 : end;
     if (length > 0) ExecuteStatement(g);
     if (!p.ScriptRunning) break;
+    if (++executed > p.MaxCycleStatements || (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
+      StopRunawayCycle(g);
+      break;
+    }
     // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.
     if (g.Ui && (!g.SilentMode || (++g.Auto.YieldCounter & 1023) == 0)) g.Ui->Yield();
     if (p.InstructionPointer >= last) break;

@@ -14,8 +14,12 @@
 struct Game;
 struct AutoBetProgram;
 
-// Runs one cycle of ProgramRecords. Does nothing unless ScriptsCompiled.
+// Runs one cycle of ProgramRecords. Does nothing unless ScriptsCompiled. A cycle of more
+// than MaxCycleStatements statements is stopped (RunawaySeat, RunawayLine, the stop text)
+// and Auto-Roll with it.
 void RunAutoBet(Game& g);
+// The user's stop of a running cycle: it ends after the statement in progress.
+void StopAutoBet(Game& g);
 
 // Runs the one statement now in the buffer (1..StatementLength): keywords excepted, it
 // is reduced and then taken as a condition, an action or an assignment. Used by the

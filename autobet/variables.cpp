@@ -562,6 +562,7 @@ constexpr ErrorText kErrorTexts[] = {
     {1010, "Reference to rolls out of limits.\nAcceptable values 1-6"},
     {1011, "No value to assign."},
     {1012, "No string to assign."},
+    {1013, "A script may only write files inside the data folder."},
     {9999, "Division by zero."},
 };
 

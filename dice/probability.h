@@ -67,6 +67,9 @@ struct PercentageDice {
   std::minstd_rand Fallback;
 };
 
+// cmdProbabilityActive: every roll from the generators goes through the table, or not.
+inline void UsePercentageDice(PercentageDice& p, bool on) { p.PercentageDiceOn = on; }
+
 // Fair dice: each diamond cell 2778, the sum column the rounded fair sums, each face
 // 16667, every cell free. The 36 cells add up to 100008; that rounding is kept.
 void SetDefaultProbabilities(ProbabilityTable& t);

@@ -202,6 +202,12 @@ void OpenPopupSource(Game& g, RollFiles& rf, const std::string& path) {
   rf.PopupActive = !path.empty();
 }
 
+void SetNextRollPosition(RollFiles& rf, int32_t position) {
+  rf.NextRollPosition = position < 1 ? 1 : position;
+  rf.LastRollPosition = rf.NextRollPosition - 1;
+  rf.EndOfFile = false;
+}
+
 void ApplyDiceFileMode(RollFiles& rf, int diceFileMode) {
   if (diceFileMode == 2) return;
   if (diceFileMode != 1) {

@@ -73,6 +73,8 @@ bool AskSeed(Game& g, int32_t max) {
 
 }  // namespace
 
+void SetReseedSessions(Game& g, bool on) { g.Dice.reseedSessions = on; }
+
 int32_t MaxSeed(const Game& g) { return g.Dice.rngNumber == 3 ? 999999 : 2147483647; }
 
 int SelectRng(Game& g, int32_t number) {

@@ -13,6 +13,9 @@ int SelectRng(Game& g, int32_t number);
 // false leaves every generator as it was and pendingSeed 0 (or, on Cancel, everything).
 bool SeedRng(Game& g, bool scripted);
 
+// "Re-seed new sessions" (chkReSeed).
+void SetReseedSessions(Game& g, bool on);
+
 // The largest seed the selected generator takes.
 int32_t MaxSeed(const Game& g);
 

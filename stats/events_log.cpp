@@ -114,6 +114,11 @@ bool AddEventLine(Game& g, const std::string& text) {
   return true;
 }
 
+void RecordEventsFromNow(Game& g) {
+  g.RecordEvents = true;
+  LogSessionHeader(g);
+}
+
 bool BuildEventsLogIndex(Game& g) {
   constexpr const char* kLabel = "sub Build Events Log Index";
   const std::string textPath = EventsLogTextPath(g), indexPath = EventsLogIndexPath(g);

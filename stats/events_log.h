@@ -36,6 +36,9 @@ bool FindInLog(Game& g, int direction);
 
 // ---- The lines, each at its place in the engine. -----------------------------------------
 
+// "&Record events" switched on while a session runs: the chosen kinds of event from now
+// on, starting with the session's header.
+void RecordEventsFromNow(Game& g);
 [[gnu::cold]] void StartEventsLogSession(Game& g);  // a new session: clear if asked, fresh working values
 [[gnu::cold]] void LogSessionHeader(Game& g);
 [[gnu::cold]] void LogChangesSinceLastRoll(Game& g);

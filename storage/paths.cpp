@@ -18,6 +18,25 @@ std::string InProgramFolder(const std::string& programFolder, const std::string&
   return (std::filesystem::path(programFolder) / p).string();
 }
 
+std::string InsideFolder(const std::string& folder, const std::string& name) {
+  namespace fs = std::filesystem;
+  if (folder.empty() || name.empty()) return {};
+  const fs::path relative(name);
+  if (relative.is_absolute() || relative.has_root_name() || relative.has_root_directory()) return {};
+  for (const fs::path& part : relative)
+    if (part == "..") return {};
+  std::error_code ec;
+  // Links are followed as far as they exist, so a link that points out of the folder,
+  // whether a folder on the way or the file itself, leads out.
+  const fs::path base = fs::weakly_canonical(fs::absolute(folder, ec), ec);
+  if (ec) return {};
+  const fs::path full = fs::weakly_canonical(base / relative, ec);
+  if (ec) return {};
+  const std::string b = base.string(), f = full.string();
+  if (f.size() <= b.size() || f.compare(0, b.size(), b) != 0 || (f[b.size()] != '/' && b.back() != '/')) return {};
+  return f;
+}
+
 namespace {
 
 // 0x80..0x9F of Windows-1252; 0 where the code page has no character.

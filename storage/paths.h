@@ -13,6 +13,11 @@ std::string ResolveDataDir(const std::string& option);
 // taken in the program folder; a name with a folder part stands as it is.
 std::string InProgramFolder(const std::string& programFolder, const std::string& name);
 
+// Where a name that an untrusted source (a script) gives for writing lands: a path inside
+// `folder`, links followed, or "" when it would lead out of it (an absolute path, "..", a
+// link that points elsewhere) or is empty.
+std::string InsideFolder(const std::string& folder, const std::string& name);
+
 // Fixed-layout files hold Windows-1252 on disk and UTF-8 in memory.
 std::string Windows1252ToUtf8(std::string_view bytes);
 // Characters that the code page lacks become "?".

@@ -1,7 +1,10 @@
 #include "tests/test_support.h"
 
+#include <fstream>
 #include <random>
+#include <sstream>
 
+#include "app/sim/sim.h"
 #include "dice/seeding.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
@@ -37,4 +40,25 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
   std::error_code ec;
   std::filesystem::remove_all(path, ec);
+}
+
+SimRun Sim(std::vector<std::string> args, const std::string& dataDir) {
+  static TempDir home;
+  bool named = false;
+  for (const std::string& a : args) named = named || a == "--data-dir";
+  if (!named) args.insert(args.begin(), {"--data-dir", dataDir.empty() ? home.path.string() : dataDir});
+  std::vector<const char*> argv{"dicehall-sim"};
+  for (const std::string& a : args) argv.push_back(a.c_str());
+  SimOptions o;
+  std::ostringstream out, err;
+  int code = ParseSimOptions(static_cast<int>(argv.size()), argv.data(), o, out, err);
+  if (code < 0) code = RunSim(o, out, err);
+  return {code, out.str(), err.str()};
+}
+
+std::string FileBytes(const std::filesystem::path& path) {
+  std::ifstream f(path, std::ios::binary);
+  std::ostringstream s;
+  s << f.rdbuf();
+  return s.str();
 }

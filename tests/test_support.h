@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "engine/game_state.h"
 
@@ -30,3 +31,13 @@ struct TempDir {
   TempDir();
   ~TempDir();
 };
+
+// dicehall-sim run in this process on its arguments; its data folder is `dataDir`, else a
+// folder of the test program's own (never the user's).
+struct SimRun {
+  int code;
+  std::string out, err;
+};
+SimRun Sim(std::vector<std::string> args, const std::string& dataDir = "");
+// A file's bytes ("" when it can't be read).
+std::string FileBytes(const std::filesystem::path& path);

@@ -11,9 +11,11 @@
 #include "app/sim/sim.h"
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
+#include "engine/handling.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
 
 namespace {
 
@@ -67,10 +69,15 @@ int RunSimBench(std::ostream& out) {
     SetDefaultGame(g);
     g.Dice.pendingSeed = Money::Dollars(20261123);
     SeedRng(g, true);
-    if (sc.seats == 0) g.Rules.BetNeededToShoot = 0;
+    if (sc.seats == 0) {
+      RuleSet rules = g.Rules;
+      rules.BetNeededToShoot = 0;
+      ReplaceRules(g, rules);
+    }
     static const char* kNames[] = {"", "Ann", "Bob", "Cat", "Dan", "Eve", "Fay", "Gus", "Hal"};
     for (int s = 1; s <= sc.seats; ++s) AddPlayer(g, s, kNames[s], Money::Dollars(-1));  // negative bankroll allowed
-    for (int s = 1; s <= sc.seats; ++s) g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;    // same bet
+    for (int s = 1; s <= sc.seats; ++s)                                                  // same bet
+      for (bool winning : {true, false}) SetAutoHandling(g, s, winning, kSameBet, {});
     g.Auto.AfterRoll = &Rebet;
     g.Auto.AutoStopRolls = Money::Dollars(sc.rolls);
     g.Auto.AutoRollThrottle = 0;

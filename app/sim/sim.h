@@ -1,5 +1,6 @@
 #pragma once
-// dicehall-sim: seats players with standing bets, runs Hyper-Drive and reports.
+// dicehall-sim: seats players with standing bets or scripts, plays Hyper-Drive sessions
+// from any dice source and reports.
 
 #include <cstdint>
 #include <iosfwd>
@@ -32,25 +33,46 @@ struct SimHandling {
   int units = 0;  // 0 dollars, 1 percent, k + 1 for check size k
 };
 
+// Where the dice come from: the selected generator (through a probability table when one
+// is given), a dice roll file played back, or a pop-up roll file; and what is recorded.
+struct SimDice {
+  int rng = 0;  // 1..8; 0 keeps the generator the program starts with (#1)
+  bool reseedSessions = false;
+  std::string prbFile;
+  std::string recordFile;
+  std::string playbackFile;
+  int64_t fromRoll = 1;
+  std::string popupFile;
+};
+
 struct SimOptions {
   std::vector<SimPlayer> players;
   std::vector<SimBet> bets;
   std::vector<SimHandling> handling;
-  int64_t rolls = 1000;
+  int64_t rolls = 1000;      // the run's rolls in all, whatever sessions a script starts
+  int64_t sessions = 1;      // the runner's sessions, of sessionRolls each
+  int64_t sessionRolls = 0;  // 0: one session of `rolls`
   bool seeded = false;
   uint32_t seed = 0;
+  SimDice dice;
+  bool eventsLog = false;
+  bool dumpRules = false;
+  std::string rulesFile;
+  std::vector<std::string> ruleAssignments;
   std::string dataDir;
   bool bench = false;
   bool json = false;
   std::string checkFile;  // --check: compile this script and say where it fails
   bool dump = false;
+  bool progress = false;  // a progress line on stderr (set when stderr is a terminal)
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,
 // 2 for bad options), with what to say written to `out` or `err`.
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& options, std::ostream& out, std::ostream& err);
-// Runs the session and prints the summary (or the benchmark, or the script check).
-// Returns the exit code.
+// Runs the sessions and prints the report (or the benchmark, the script check, the rules).
+// Returns the exit code: 0 done or stopped by the table, 1 a script or file fault, 2 bad
+// options or rules, 130 interrupted.
 int RunSim(const SimOptions& options, std::ostream& out, std::ostream& err);
 // Compiles the script of --check as seat 1's, occupied by the first --player (else
 // "Ann"); prints "OK" or FILE:LINE:COL-LINE:COL: message. Returns the exit code.
@@ -61,3 +83,7 @@ bool ReadScriptLines(const std::string& path, std::vector<std::string>& lines);
 std::string FaultLine(const std::string& file, const struct CompileFault& fault);
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);
+
+// Ctrl-C: the run stops after the roll in progress (a script cycle in progress stops
+// too). Set by the program's signal handler; tests may set it.
+void RequestSimStop();

@@ -1,0 +1,294 @@
+// The command line of dicehall-sim: every option, and the checks that refuse a run
+// before anything is set up or written.
+
+#include <CLI/CLI.hpp>
+#include <cctype>
+#include <filesystem>
+#include <ostream>
+
+#include "app/sim/sim.h"
+#include "engine/bets.h"
+
+namespace {
+
+bool SplitOnce(const std::string& s, char c, std::string& left, std::string& right) {
+  size_t at = s.find(c);
+  if (at == std::string::npos) return false;
+  left = s.substr(0, at);
+  right = s.substr(at + 1);
+  return true;
+}
+
+std::string Trim(std::string s) {
+  while (!s.empty() && s.front() == ' ') s.erase(s.begin());
+  while (!s.empty() && s.back() == ' ') s.pop_back();
+  return s;
+}
+
+// Throws a message for the user; ParseSimOptions prints it and exits 2.
+struct OptionFault {
+  std::string text;
+};
+[[noreturn]] void Refuse(std::string text) { throw OptionFault{std::move(text)}; }
+
+const char* const kDescription =
+    "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a report.\n"
+    "Players are seated from 4L toward 4R in the order given and buy in with their bankroll.\n"
+    "Only players with a standing Pass Line or Don't Pass bet, or a script that bets one of them,\n"
+    "shoot; the others pass the dice. A shooter who can no longer make the line bet passes the\n"
+    "dice to the next player who can; the run stops early only when nobody can. With no line\n"
+    "bettor at all the table needs no line bet to shoot.\n"
+    "Before every roll each --bet that is absent is placed again if the table allows it\n"
+    "(line bets are made on the come-out only). Bets that win or lose come down and are\n"
+    "placed again before the next roll. Every bet of the table is offered by its name, e.g.\n"
+    "\"Place 6\", \"Hard 8\", \"Hop 23\", \"Don't Come 4 Odds\"; a bet that its rules refuse at a\n"
+    "roll (a Come bet on the come-out, odds without their line bet) waits for a roll that allows it.\n"
+    "Sessions: each ends in every player's sessions log (NAME.slg in the data folder, appended to),\n"
+    "the last one too; a player's next session starts with the bankroll the last one ended with.\n"
+    "On a terminal a progress line shows on stderr; Ctrl-C stops after the roll in progress,\n"
+    "logs the session so far and prints the report of what was played.\n"
+    "Exit codes: 0 after the rolls or when the table stops by itself (the report's first line then\n"
+    "says how many rolls were played and why), 1 for a script or file fault, 2 for bad options or\n"
+    "rules, 130 when interrupted.";
+
+// "[NAME=]ACTION": an action's name or number, with the rule of modify and set.
+void ParseHandling(const std::string& text, SimHandling& h) {
+  std::string action = text;
+  std::string name;
+  if (SplitOnce(text, '=', name, action)) h.player = Trim(name);
+  action = Trim(action);
+  std::string rule;
+  std::string word = action;
+  SplitOnce(action, ':', word, rule);
+  for (char& c : word) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  struct Named {
+    const char* word;
+    int win, lose;  // the action number, 0 where the word doesn't apply
+  };
+  static const Named kActions[] = {
+      {"take-down", 1, 1}, {"same-bet", 2, 2}, {"press-unit", 3, 4}, {"press-double", 4, 0}, {"parlay", 5, 0},
+      {"remainder", 0, 3}, {"double", 0, 5},   {"modify", 6, 6},     {"set", 7, 7},          {"ask", 0, 0}};
+  h.action = -1;
+  if (word.size() == 1 && word[0] >= '0' && word[0] <= '7') h.action = word[0] - '0';
+  for (const Named& n : kActions)
+    if (word == n.word) h.action = h.winning ? n.win : n.lose;
+  if (word == "ask") h.action = 0;
+  if (h.action < 0 || (h.action == 0 && word != "ask" && word != "0"))
+    Refuse("\"" + word + "\" is not an action for a bet that " + (h.winning ? "won." : "lost."));
+  if (h.action != 6 && h.action != 7) {
+    if (!rule.empty()) Refuse("only modify and set take a rule.");
+    return;
+  }
+  if (rule.empty())
+    Refuse(h.action == 6 ? "modify needs a rule, e.g. modify:+5." : "set needs an amount, e.g. set:25.");
+  if (h.action == 6) {
+    const size_t at = std::string("+-*/").find(rule[0]);
+    if (at == std::string::npos) Refuse("a rule starts with + - * or /.");
+    h.op = static_cast<int>(at);
+    rule.erase(0, 1);
+  }
+  h.units = 0;
+  if (!rule.empty() && rule.back() == '%') {
+    h.units = 1;
+    rule.pop_back();
+  } else if (rule.size() >= 2 && rule[rule.size() - 2] == 'c' && rule.back() >= '1' && rule.back() <= '5') {
+    h.units = rule.back() - '0' + 1;
+    rule.resize(rule.size() - 2);
+  }
+  std::string error;
+  if (!ParseMoney(rule, h.operand, error)) Refuse(error);
+}
+
+bool Seated(const SimOptions& o, const std::string& name) {
+  for (const SimPlayer& p : o.players)
+    if (p.name == name) return true;
+  return false;
+}
+
+// "NAME[:BANKROLL[:SCRIPT.bet]]".
+void AddPlayers(const std::vector<std::string>& texts, SimOptions& o) {
+  for (const std::string& text : texts) {
+    SimPlayer sp;
+    std::string rest;
+    if (!SplitOnce(text, ':', sp.name, rest)) {
+      sp.name = text;
+    } else {
+      std::string amount, script;
+      if (!SplitOnce(rest, ':', amount, script)) amount = rest;
+      std::string error;
+      if (!amount.empty() && !ParseMoney(amount, sp.bankroll, error)) Refuse("--player " + text + ": " + error);
+      sp.script = script;
+    }
+    sp.name = Trim(sp.name);
+    if (sp.name.empty()) Refuse("--player " + text + ": the player has no name.");
+    if (Seated(o, sp.name)) Refuse("--player " + text + ": there's already a player named " + sp.name + ".");
+    o.players.push_back(sp);
+  }
+  if (o.players.size() > 8)
+    Refuse("the table has eight seats; " + std::to_string(o.players.size()) + " players were given.");
+}
+
+// "[NAME:]BET=AMOUNT".
+void AddBets(const std::vector<std::string>& texts, SimOptions& o) {
+  for (const std::string& text : texts) {
+    SimBet sb;
+    std::string lhs, amount;
+    if (!SplitOnce(text, '=', lhs, amount)) Refuse("--bet " + text + ": expected [NAME:]BET=AMOUNT.");
+    std::string name = lhs, player;
+    if (SplitOnce(lhs, ':', player, name)) sb.player = Trim(player);
+    sb.bet = FindBetByName(name);
+    if (sb.bet == 0) Refuse("--bet " + text + ": there is no bet named \"" + Trim(name) + "\".");
+    std::string error;
+    if (!ParseMoney(amount, sb.amount, error)) Refuse("--bet " + text + ": " + error);
+    if (sb.amount.raw <= 0) Refuse("--bet " + text + ": the amount must be above 0.");
+    if (sb.player.empty()) {
+      if (o.players.size() != 1)
+        Refuse("--bet " + text + ": name the player (NAME:BET=AMOUNT) when " +
+               (o.players.empty() ? "no player sits." : "several players sit."));
+      sb.player = o.players[0].name;
+    }
+    if (!Seated(o, sb.player)) Refuse("--bet " + text + ": there's no player named " + sb.player + ".");
+    o.bets.push_back(sb);
+  }
+}
+
+void AddHandling(const std::vector<std::string>& texts, bool winning, SimOptions& o) {
+  const std::string option = winning ? "--on-win " : "--on-lose ";
+  for (const std::string& text : texts) {
+    SimHandling h;
+    h.winning = winning;
+    try {
+      ParseHandling(text, h);
+    } catch (const OptionFault& f) {
+      Refuse(option + text + ": " + f.text);
+    }
+    if (!h.player.empty() && !Seated(o, h.player))
+      Refuse(option + text + ": there's no player named " + h.player + ".");
+    o.handling.push_back(h);
+  }
+}
+
+// Dice sources exclude each other where the table would take only one of them.
+void CheckDiceSources(const SimOptions& o, bool fromRollGiven) {
+  const SimDice& d = o.dice;
+  if (!d.playbackFile.empty() && !d.popupFile.empty())
+    Refuse("--playback and --popup are two sources of dice; give one of them.");
+  if (!d.playbackFile.empty() && !d.recordFile.empty())
+    Refuse("--playback and --record use the one recorder; record from another run.");
+  if (fromRollGiven && d.playbackFile.empty()) Refuse("--from-roll goes with --playback.");
+  if (!d.prbFile.empty() && (!d.playbackFile.empty() || !d.popupFile.empty()))
+    Refuse("--prb shapes the dice of the generators; with --playback or --popup no generator rolls.");
+}
+
+}  // namespace
+
+int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
+  CLI::App app{kDescription, "dicehall-sim"};
+  app.get_formatter()->column_width(34);
+  std::vector<std::string> players, bets, onWin, onLose;
+  int64_t seed = -1;
+  app.add_option(
+      "--player", players,
+      "NAME[:BANKROLL[:SCRIPT.bet]] seat a player (repeatable; bankroll 1000 by default; a negative "
+      "bankroll allows a negative bankroll for that seat). Example: --player Ann:500:examples/iron_cross.bet");
+  app.add_option("--bet", bets,
+                 "[NAME:]BET=AMOUNT a standing bet (repeatable; the name may be left out when one player sits; bet "
+                 "names ignore case). Example: --bet \"Ann:Pass Line=10\"");
+  app.add_option(
+      "--on-win", onWin,
+      "[NAME=]ACTION what a player does with a bet that won (repeatable; without a name, every player): "
+      "take-down, same-bet, press-unit, press-double, parlay, modify:RULE, set:AMOUNT, or the number 1..7 of "
+      "the action. Default take-down, so a standing bet comes down with its winnings and is placed again "
+      "before the next roll.");
+  app.add_option(
+      "--on-lose", onLose,
+      "[NAME=]ACTION what a player does with a bet that lost: take-down, same-bet, remainder (bet what the "
+      "roll left of it), press-unit, double, modify:RULE, set:AMOUNT, or 1..7.\n"
+      "modify:RULE changes the amount the bet had before the roll by an operator + - * / and an amount: "
+      "\"modify:+5\" adds $5, \"modify:*2\" doubles it, \"modify:-50%\" takes off half of it, and "
+      "\"modify:+1cK\" adds one unit of check size K, the check times the y of the bet's payoff x to y: on "
+      "a Place 6 (7 to 6) with the default checks 1, 5, 25, 100, 500, \"modify:+1c2\" adds 1 x $5 x 6 = $30.\n"
+      "set:AMOUNT takes the bet down and bets the amount: \"set:25\" bets $25; \"set:NcK\" bets N x the "
+      "check K x the x of the payoff x (check K / smallest check): on a Place 6, \"set:3c1\" bets 3 x $1 x 7 "
+      "= $21 and \"set:1c2\" bets 1 x $5 x 7 x 5 = $175. Either still goes through the table's limits.");
+  app.add_option("--rolls", o.rolls, "rolls to play in all, whatever sessions a script starts (default 1000)")
+      ->check(CLI::NonNegativeNumber);
+  app.add_option("--sessions", o.sessions, "M: play M sessions of --session-rolls rolls each (default 1)")
+      ->check(CLI::Range(int64_t{1}, int64_t{1000000000}));
+  app.add_option("--session-rolls", o.sessionRolls, "N: the rolls of each session of --sessions")
+      ->check(CLI::PositiveNumber);
+  app.add_option("--seed", seed,
+                 "seed of the selected generator, 1 to 2147483647, for #3 1 to 999999 (default: from the time of day)")
+      ->check(CLI::Range(int64_t{1}, int64_t{2147483647}));
+  app.add_option("--rng", o.dice.rng, "K: roll with generator #K, 1 to 8 (default #1). Example: --rng 5 --seed 42")
+      ->check(CLI::Range(1, 8));
+  app.add_flag("--reseed-sessions", o.dice.reseedSessions,
+               "seed the generator again from the clock at every new session");
+  app.add_option("--prb", o.dice.prbFile, "FILE.prb: percentage dice, rolled through that probability table");
+  app.add_option("--record", o.dice.recordFile,
+                 "FILE.rol: record every roll with its outcome marks (an existing file is replaced)");
+  app.add_option("--playback", o.dice.playbackFile,
+                 "FILE.rol: play the rolls of a dice roll file; the run stops at its end");
+  CLI::Option* fromRoll =
+      app.add_option("--from-roll", o.dice.fromRoll, "N: with --playback, start at roll N of the file (default 1)")
+          ->check(CLI::PositiveNumber);
+  app.add_option("--popup", o.dice.popupFile,
+                 "FILE: take each roll from a pop-up roll file another program drops there (the first two digits 1 to "
+                 "6 are the dice; the file is deleted once read); the run waits for it");
+  app.add_flag("--events-log", o.eventsLog,
+               "write \"Events Log.txt\" and \"Events Log.ref\" in the data folder (off by default: it costs speed)");
+  app.add_flag("--dump-rules", o.dumpRules,
+               "print the whole rule set as JSON (with --rules and --rule applied) and exit. Example: --dump-rules > "
+               "r.json");
+  app.add_option("--rules", o.rulesFile,
+                 "FILE.json: rules to play by; a partial file changes only the keys it names. Example: --rules r.json");
+  app.add_option("--rule", o.ruleAssignments,
+                 "KEY=VALUE: change one rule (repeatable; after --rules). Example: --rule MaxPlacardBet=2000 --rule "
+                 "\"BetPayoff.Place 6.PayoffPay=7\" --rule CheckDenom.1=5");
+  app.add_option("--data-dir", o.dataDir,
+                 "the program folder (default $DICEHALL_HOME, else $XDG_DATA_HOME/dicehall, else "
+                 "~/.local/share/dicehall)");
+  app.add_flag("--json", o.json, "print the report as JSON");
+  app.add_option("--check", o.checkFile,
+                 "FILE.bet: compile the script as the script of seat 1, occupied by the first --player (default Ann), "
+                 "and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
+  app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
+  app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    out << app.help();
+    return 0;
+  } catch (const CLI::ParseError& e) {
+    err << "dicehall-sim: " << e.what() << "\n";
+    return 2;
+  }
+  try {
+    if (seed > 0) {
+      o.seeded = true;
+      o.seed = static_cast<uint32_t>(seed);
+    }
+    const bool rollsGiven = app.count("--rolls") > 0, sessionsGiven = app.count("--sessions") > 0;
+    if (app.count("--session-rolls") > 0) {
+      if (rollsGiven) Refuse("--rolls is the run's rolls in all; with --session-rolls the run plays M x N rolls.");
+      o.rolls = o.sessions * o.sessionRolls;
+    } else if (sessionsGiven && o.sessions > 1) {
+      Refuse("--sessions needs --session-rolls N, the rolls of each session.");
+    }
+    AddPlayers(players, o);
+    AddBets(bets, o);
+    AddHandling(onWin, true, o);
+    AddHandling(onLose, false, o);
+    CheckDiceSources(o, fromRoll->count() > 0);
+  } catch (const OptionFault& f) {
+    err << "dicehall-sim: " << f.text << "\n";
+    return 2;
+  }
+  const std::string dir = ResolveDataDir(o.dataDir);
+  std::error_code ec;
+  if (std::filesystem::exists(dir, ec) && !std::filesystem::is_directory(dir, ec)) {
+    err << "dicehall-sim: the data folder " << dir << " is not a folder.\n";
+    return 2;
+  }
+  return -1;
+}

@@ -1,0 +1,35 @@
+#pragma once
+// The report of a dicehall-sim run, as text or JSON: the run's rolls and hands over all its
+// sessions, the dice against fair dice, and per player the bankroll, the spread of the
+// session results, the script's faults and every bet's decisions.
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/game_state.h"
+#include "stats/sessions_log_file.h"
+
+// What the runner knows beyond the table: how far it got and why it stopped.
+struct RunOutcome {
+  int64_t asked = 0;    // rolls asked for
+  int64_t played = 0;   // rolls played
+  std::string stopped;  // why the run ended before `asked`; "" when it didn't
+  std::optional<uint32_t> seed;
+};
+
+// The spread of one player's session results (ending bankroll less the bankroll put in),
+// from the records this run added to the player's sessions log.
+struct SessionSpread {
+  int64_t count = 0;
+  double mean = 0, sd = 0, min = 0, max = 0;
+  double wonShare = 0;  // sessions that ended ahead, as a fraction
+};
+SessionSpread SpreadOf(const std::vector<SessionRecord>& records);
+
+void WriteTextReport(const Game& g, const RunOutcome& run, const std::vector<SessionSpread>& sessions,
+                     std::ostream& out);
+void WriteJsonReport(const Game& g, const RunOutcome& run, const std::vector<SessionSpread>& sessions,
+                     std::ostream& out);

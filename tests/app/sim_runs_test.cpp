@@ -1,0 +1,456 @@
+// Runs of dicehall-sim as a student of systems makes them: dice sources that replay,
+// sessions that reach their logs, rules from JSON, the events log, scripts that misbehave,
+// and a run that goes on as long as somebody can shoot.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <thread>
+
+#include "dice/probability_file.h"
+#include "stats/sessions_log_file.h"
+#include "storage/paths.h"
+#include "tests/test_support.h"
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+namespace {
+
+void Write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+std::vector<SessionRecord> Sessions(const fs::path& slg) {
+  SessionsLogFile log;
+  std::string error;
+  EXPECT_TRUE(ReadSessionsLog(slg.string(), log, error, "test")) << error;
+  return log.Records;
+}
+
+// ---- Dice sources. --------------------------------------------------------------------
+
+class SimGenerators : public testing::TestWithParam<int> {};
+
+TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
+  TempDir dir;
+  const std::string rng = std::to_string(GetParam());
+  auto record = [&](const char* seed, const std::string& file) {
+    SimRun r = Sim({"--rng", rng, "--seed", seed, "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5",
+                    "--json", "--record", (dir.path / file).string()},
+                   dir.path.string());
+    EXPECT_EQ(r.code, 0) << r.err;
+    return r.out;
+  };
+  const std::string report = record("4242", "a.rol");
+  record("4242", "b.rol");
+  record("5151", "c.rol");
+  const std::string a = FileBytes(dir.path / "a.rol");
+  ASSERT_EQ(a.size(), 300u);
+  EXPECT_EQ(a, FileBytes(dir.path / "b.rol"));
+  EXPECT_NE(a, FileBytes(dir.path / "c.rol"));
+
+  SimRun replay = Sim({"--seed", "4242", "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5", "--json",
+                       "--playback", (dir.path / "a.rol").string()},
+                      dir.path.string());
+  EXPECT_EQ(replay.out, report);
+  SimRun past = Sim(
+      {"--rolls", "400", "--player", "Ann:1000", "--bet", "Pass Line=5", "--playback", (dir.path / "a.rol").string()},
+      dir.path.string());
+  EXPECT_EQ(past.code, 0);
+  EXPECT_EQ(past.out.rfind("Played 300 of 400 rolls: Stopped due to end of Dice Roll File reached.\n", 0), 0u)
+      << past.out;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryGenerator, SimGenerators, testing::Range(1, 9));
+
+struct BadDiceCase {
+  std::vector<std::string> args;
+  int code;
+  const char* says;
+};
+
+class SimBadDice : public testing::TestWithParam<BadDiceCase> {};
+
+// A dice source that can't serve is told before anything is written.
+TEST_P(SimBadDice, IsRefusedWithNothingWritten) {
+  TempDir dir;
+  Write(dir.path / "bad.rol", std::string("\x2c\x00\x2c", 3));  // roll 2 has no dice
+  Write(dir.path / "junk.prb", "not a probability file");
+  std::vector<std::string> args{"--player", "Ann", "--rolls", "10"};
+  for (std::string a : GetParam().args) args.push_back(std::regex_replace(a, std::regex("DIR"), dir.path.string()));
+  const fs::path data = dir.path / "data";
+  SimRun r = Sim(args, data.string());
+  EXPECT_EQ(r.code, GetParam().code);
+  EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
+  EXPECT_TRUE(r.out.empty());
+  EXPECT_FALSE(fs::exists(data)) << "nothing is written";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, SimBadDice,
+    testing::Values(BadDiceCase{{"--playback", "DIR/bad.rol"}, 1, "out of limits (roll 2)"},
+                    BadDiceCase{{"--playback", "DIR/none.rol"}, 1, "can't be read"},
+                    BadDiceCase{{"--playback", "DIR/bad.rol", "--from-roll", "9"}, 1, "there is no roll 9"},
+                    BadDiceCase{{"--prb", "DIR/junk.prb"}, 1, "not a true DiceHall Probability File"},
+                    BadDiceCase{{"--record", "DIR/nowhere/x.rol"}, 1, "doesn't exist"},
+                    BadDiceCase{{"--rng", "3", "--seed", "1000000"}, 2, "Seed value out of limits."},
+                    BadDiceCase{{"--rng", "9"}, 2, "--rng"},
+                    BadDiceCase{{"--from-roll", "3"}, 2, "--from-roll goes with --playback"},
+                    BadDiceCase{{"--playback", "DIR/bad.rol", "--popup", "DIR/p.txt"}, 2, "give one of them"}));
+
+// A table whose sevens weigh twice as much shows them that often.
+TEST(SimDice, PercentageDiceRollAsTheirTable) {
+  TempDir dir;
+  ProbabilityTable table;
+  SetDefaultProbabilities(table);
+  for (const DiamondCell& c : kDiamond) table.Value(c.x, c.y) = c.die1 + c.die2 == 7 ? 4762 : 2381;
+  std::string error;
+  ASSERT_TRUE(SaveProbabilityFile((dir.path / "sevens.prb").string(), table, error)) << error;
+  // The chance of the sevens as the draw reads the table: cell by cell up to 100000.
+  double expected = 0, cumulative = 0;
+  for (const DiamondCell& c : kDiamond) {
+    const double before = std::min(cumulative, 100000.0);
+    cumulative += table.Value(c.x, c.y);
+    if (c.die1 + c.die2 == 7) expected += (std::min(cumulative, 100000.0) - before) / 100000.0;
+  }
+  const int rolls = 1000000;
+  SimRun r = Sim({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(),
+                  "--player", "Ann", "--record", (dir.path / "r.rol").string()},
+                 dir.path.string());
+  ASSERT_EQ(r.code, 0) << r.err;
+  int sevens = 0;
+  for (char b : FileBytes(dir.path / "r.rol"))
+    sevens += ((b >> 2) & 7) + ((static_cast<unsigned char>(b) >> 5) & 7) == 7;
+  const double sd = std::sqrt(rolls * expected * (1 - expected));
+  EXPECT_NEAR(sevens, rolls * expected, 4 * sd);
+  EXPECT_GT(expected, 0.28);
+}
+
+// ---- Sessions. ------------------------------------------------------------------------
+
+TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
+  TempDir dir;
+  const std::vector<std::string> args{
+      "--sessions", "20",    "--session-rolls",  "1000",  "--seed",      "8",     "--player", "Ann:5000", "--player",
+      "Bob:3000",   "--bet", "Ann:Pass Line=10", "--bet", "Bob:Field=5", "--json"};
+  SimRun r = Sim(args, dir.path.string());
+  ASSERT_EQ(r.code, 0) << r.err;
+  const json report = json::parse(r.out);
+  EXPECT_EQ(report["rolls"], 20000);
+  for (const json& p : report["players"]) {
+    const std::vector<SessionRecord> records = Sessions(dir.path / (p["name"].get<std::string>() + ".slg"));
+    ASSERT_EQ(records.size(), 20u);
+    double sum = 0;
+    int64_t rolls = 0;
+    for (const SessionRecord& s : records) {
+      sum += (s[slg::Ending] - s[slg::Invested]).ToDouble();
+      rolls += s[slg::Rolls].raw / Money::kScale;
+    }
+    EXPECT_EQ(rolls, 20000);
+    EXPECT_EQ(p["sessions"]["count"], 20);
+    EXPECT_NEAR(p["sessions"]["mean"].get<double>(), sum / 20, 1e-9);
+    EXPECT_EQ(records.back()[slg::Ending].ToDouble(), p["bankroll"].get<double>());
+  }
+  ASSERT_EQ(Sim(args, dir.path.string()).code, 0);
+  EXPECT_EQ(Sessions(dir.path / "Ann.slg").size(), 40u) << "a second run appends";
+}
+
+TEST(SimSessions, RollsCountTheWholeRunWhateverSessionsAScriptStarts) {
+  TempDir dir;
+  Write(dir.path / "every100.bet",
+        "If not initializing script and not beginning new session Then Add 1 to cs1\nEndIf\n"
+        "If cs1 = 100 Then\n  cs1 = 0\n  Start new session\nEndIf\n"
+        "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
+  SimRun r = Sim(
+      {"--rolls", "100000", "--seed", "3", "--player", "Ann:100000:" + (dir.path / "every100.bet").string(), "--json"},
+      dir.path.string());
+  ASSERT_EQ(r.code, 0) << r.err;
+  EXPECT_EQ(json::parse(r.out)["rolls"], 100000);
+  const std::vector<SessionRecord> records = Sessions(dir.path / "Ann.slg");
+  ASSERT_EQ(records.size(), 1000u);
+  for (const SessionRecord& s : records) EXPECT_EQ(s[slg::Rolls], Money::Dollars(100));
+}
+
+// Ctrl-C: the process stops after its roll, logs the session so far, and every log holds
+// whole records only.
+TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
+  TempDir dir;
+  const std::string data = dir.path.string();
+  const pid_t pid = fork();
+  ASSERT_GE(pid, 0);
+  if (pid == 0) {
+    const int null = open("/dev/null", O_WRONLY);
+    dup2(null, STDOUT_FILENO);
+    execl(DICEHALL_SIM_PATH, "dicehall-sim", "--data-dir", data.c_str(), "--sessions", "1000000", "--session-rolls",
+          "997", "--player", "Ann:-1", "--player", "Bob:-1", "--bet", "Ann:Pass Line=10", "--bet", "Bob:Place 6=12",
+          static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  const fs::path slg = dir.path / "Bob.slg";
+  for (int i = 0; i < 500 && (!fs::exists(slg) || fs::file_size(slg) < 256 * 20); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  kill(pid, SIGINT);
+  int status = 0;
+  ASSERT_EQ(waitpid(pid, &status, 0), pid);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 130);
+  for (const char* name : {"Ann.slg", "Bob.slg"}) {
+    const std::vector<SessionRecord> records = Sessions(dir.path / name);
+    EXPECT_GE(records.size(), 20u);
+    EXPECT_EQ(fs::file_size(dir.path / name), 256 * (records.size() + 1)) << name;
+    EXPECT_NE(records.back()[slg::Rolls].raw % (997 * Money::kScale), 0) << "the session in progress is logged";
+  }
+}
+
+// ---- Rules. ---------------------------------------------------------------------------
+
+TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
+  TempDir dir;
+  SimRun dump = Sim({"--dump-rules"}, dir.path.string());
+  ASSERT_EQ(dump.code, 0);
+  const json rules = json::parse(dump.out);
+  EXPECT_EQ(rules["OddsAllowed68"], 5);
+  EXPECT_EQ(rules["BetPayoff"]["Place 6"]["PayoffPay"], 7);
+  EXPECT_EQ(rules["FieldPayoff"]["21"]["PayoffPay"], 2);
+  Write(dir.path / "r.json", dump.out);
+  const std::vector<std::string> play{"--rolls", "3000",         "--seed", "5",          "--player", "Ann",
+                                      "--bet",   "Pass Line=10", "--bet",  "Place 6=12", "--json"};
+  std::vector<std::string> withRules = play;
+  withRules.insert(withRules.end(), {"--rules", (dir.path / "r.json").string()});
+  EXPECT_EQ(Sim(withRules, dir.path.string()).out, Sim(play, dir.path.string()).out);
+
+  Write(dir.path / "part.json", R"({"MaxPlacardBet": 2000, "BetPayoff": {"place 6": {"PayoffPay": 6}}})");
+  const json changed =
+      json::parse(Sim({"--dump-rules", "--rules", (dir.path / "part.json").string(), "--rule", "CheckDenom.5=1000"},
+                      dir.path.string())
+                      .out);
+  json expected = rules;
+  expected["MaxPlacardBet"] = 2000;
+  expected["BetPayoff"]["Place 6"]["PayoffPay"] = 6;
+  expected["CheckDenom"]["5"] = 1000;
+  EXPECT_EQ(changed, expected) << "a partial file and a --rule change only what they name";
+}
+
+struct BadRule {
+  const char* option;
+  const char* value;  // for --rules: the file's text
+  const char* says;
+};
+
+class SimBadRules : public testing::TestWithParam<BadRule> {};
+
+TEST_P(SimBadRules, AreRefusedAndNothingIsPlayed) {
+  TempDir dir;
+  std::string value = GetParam().value;
+  if (std::string(GetParam().option) == "--rules") {
+    Write(dir.path / "r.json", value);
+    value = (dir.path / "r.json").string();
+  }
+  const fs::path data = dir.path / "data";
+  SimRun r = Sim({"--player", "Ann", "--bet", "Pass Line=5", GetParam().option, value}, data.string());
+  EXPECT_EQ(r.code, 2);
+  EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
+  EXPECT_TRUE(r.out.empty());
+  EXPECT_FALSE(fs::exists(data));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, SimBadRules,
+    testing::Values(
+        BadRule{"--rule", "MinPlacardBet=2000", "The maximum bet must be greater than or equal to the minimum bet."},
+        BadRule{"--rule", "OddsAllowed68=10000", "Odds allowed factor out of limits. Acceptable values 0-9999"},
+        BadRule{"--rule", "Frobnicate=1", "rule \"Frobnicate\" is not a rule"},
+        BadRule{"--rule", "BarNumber=7", "must be 2 or 12"},
+        BadRule{"--rule", "AllowPutBets=maybe", "must be true or false"},
+        BadRule{"--rule", "CheckDenom.1=0", "Check values must be greater than zero."},
+        BadRule{"--rule", "CheckDenom.6=5", "they are numbered 1 to 5"},
+        BadRule{"--rule", "BetPayoff.Place 6.PayoffFor=0", "must be above 0"},
+        BadRule{"--rule", "BetPayoff.Place 66.PayoffPay=1", "names no bet"},
+        BadRule{"--rule", "FirePayoff.7.PayoffPay=1", "numbered 0 to 6"},
+        BadRule{"--rule", "NoEquals", "expected KEY=VALUE"},
+        BadRule{"--rules", R"({"MidwayPayoff": {"1": {"PayoffPay": 2, "Colour": 1}}})", "\"MidwayPayoff.1.Colour\""},
+        BadRule{"--rules", R"({"BetPayoff": {"Seven": {"PayoffPay": -1}}})", "The payoff on Seven must be positive."},
+        BadRule{"--rules", "{ not json", "this is not JSON"}));
+
+// ---- The events log, as its layout puts it. -------------------------------------------
+
+TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
+  TempDir dir;
+  // 6 hard (point), 4, 6 (point made), 7 (natural), 2 (craps), 5 (point), 7 (seven-out).
+  const int dice[][2] = {{3, 3}, {2, 2}, {4, 2}, {5, 2}, {1, 1}, {4, 1}, {6, 1}};
+  std::string bytes;
+  for (const auto& d : dice) bytes += static_cast<char>(d[1] * 32 + d[0] * 4);
+  Write(dir.path / "seven.rol", bytes);
+  const std::string rol = (dir.path / "seven.rol").string();
+  SimRun r = Sim({"--rolls", "7", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
+                  "Ann:Pass Line=10", "--bet", "Bob:Field=5", "--playback", rol, "--events-log"},
+                 dir.path.string());
+  ASSERT_EQ(r.code, 0) << r.err;
+  const std::vector<std::string> golden = {
+      " New session started DATE @ TIME",
+      "    Players:",
+      "      Ann at stick 4-left with $100",
+      "      Bob at stick 3-left with $200",
+      "    Dice roll file playback activated (" + rol + ")",
+      "----New shooter (Ann) coming out----------",
+      "    RNG #1 seeded: 7",
+      "    Bets:",
+      "      Ann bet $10 on Pass Line",
+      "      Bob bet $5 on Field",
+      " Roll #1:  6 (3.3) from roll file",
+      "    Point established",
+      "    Wins/losses:",
+      "      Bob lost $5 on Field",
+      "    Bankroll:",
+      "      Bob decreased to $195 ($5 loss)",
+      " Roll #2:  4 (2.2) from roll file",
+      "    Wins/losses:",
+      "      Bob won $5 on Field",
+      "    Bankroll:",
+      "      Bob increased to $200 ($5 gain)",
+      " Roll #3:  6 (4.2) from roll file",
+      "    Pass (point rolled)",
+      "    Wins/losses:",
+      "      Bob lost $5 on Field",
+      "      Ann won $10 on Pass Line",
+      "    Bankroll:",
+      "      Ann increased to $110 ($10 gain)",
+      "      Bob decreased to $195 ($5 loss)",
+      " Roll #4:  7 (5.2) from roll file",
+      "    Pass (natural)",
+      "    Wins/losses:",
+      "      Bob lost $5 on Field",
+      "      Ann won $10 on Pass Line",
+      "    Bankroll:",
+      "      Ann increased to $120 ($10 gain)",
+      "      Bob decreased to $190 ($5 loss)",
+      " Roll #5:  2 (1.1) from roll file",
+      "    Miss (craps natural)",
+      "    Wins/losses:",
+      "      Ann lost $10 on Pass Line",
+      "      Bob won $10 on Field",
+      "    Bankroll:",
+      "      Ann decreased to $110 ($10 loss)",
+      "      Bob increased to $200 ($10 gain)",
+      " Roll #6:  5 (4.1) from roll file",
+      "    Point established",
+      "    Wins/losses:",
+      "      Bob lost $5 on Field",
+      "    Bankroll:",
+      "      Bob decreased to $195 ($5 loss)",
+      " Roll #7:  7 (6.1) from roll file",
+      "    Miss (seven-out)",
+      "    Wins/losses:",
+      "      Ann lost $10 on Pass Line",
+      "      Bob lost $5 on Field",
+      "    Bankroll:",
+      "      Ann decreased to $100 ($10 loss)",
+      "      Bob decreased to $190 ($5 loss)",
+      "----Same shooter (Ann) coming out----------",
+  };
+  std::string text = FileBytes(dir.path / "Events Log.txt");
+  text = std::regex_replace(text, std::regex(R"(started \d+/\d+/\d{4} @ \d+:\d\d:\d\d [AP]M)"), "started DATE @ TIME");
+  std::string expected, index;
+  for (const std::string& line : golden) {
+    const uint32_t at = static_cast<uint32_t>(expected.size()) + 1;  // the line's first byte, from 1
+    index.append(reinterpret_cast<const char*>(&at), 4);
+    expected += line + "\r\n";
+  }
+  EXPECT_EQ(text, expected);
+  // The index holds each line's place in the file as written, before the date was masked.
+  const std::string written = FileBytes(dir.path / "Events Log.txt");
+  const int shift = static_cast<int>(written.size()) - static_cast<int>(text.size());
+  const std::string ref = FileBytes(dir.path / "Events Log.ref");
+  ASSERT_EQ(ref.size(), 4 * golden.size());
+  for (size_t i = 1; i < golden.size(); ++i) {
+    uint32_t at = 0, want = 0;
+    std::memcpy(&at, ref.data() + 4 * i, 4);
+    std::memcpy(&want, index.data() + 4 * i, 4);
+    EXPECT_EQ(static_cast<int>(at), static_cast<int>(want) + shift) << "line " << i + 1;
+  }
+}
+
+// ---- Scripts that misbehave. ----------------------------------------------------------
+
+TEST(SimScripts, WriteNothingOutsideTheDataFolder) {
+  TempDir dir;
+  const fs::path data = dir.path / "data", outside = dir.path / "outside";
+  fs::create_directories(data);
+  fs::create_directories(outside);
+  fs::create_directory_symlink(outside, data / "link");
+  Write(dir.path / "escape.bet",
+        "Open/clear file for output \"../x.txt\"\nOutput to file \"one\"\n"
+        "Open/append file for output \"" +
+            (outside / "y.txt").string() +
+            "\"\nOutput to file \"two\"\n"
+            "Open/append file for output \"link/z.txt\"\nOutput to file \"three\"\n"
+            "Open/append file for output \"ok.txt\"\nOutput to file \"inside\"\n");
+  SimRun r =
+      Sim({"--rolls", "20", "--seed", "2", "--player", "Ann:100:" + (dir.path / "escape.bet").string(), "--json"},
+          data.string());
+  ASSERT_EQ(r.code, 0) << r.err;
+  EXPECT_TRUE(fs::is_empty(outside));
+  EXPECT_FALSE(fs::exists(dir.path / "x.txt"));
+  EXPECT_NE(FileBytes(data / "ok.txt").find("inside"), std::string::npos);
+  const json script = json::parse(r.out)["players"][0]["script"];
+  // Each escape is refused on each of the 20 rolls and at the activation.
+  std::vector<int> refusedLines;
+  for (const json& f : script["first_faults"])
+    if (f["code"] == 1013 && f["count"] == 21) refusedLines.push_back(f["line"]);
+  EXPECT_EQ(refusedLines, (std::vector<int>{1, 3, 5}));
+}
+
+TEST(SimScripts, AnEndlessCycleStopsTheRunWithItsLine) {
+  TempDir dir;
+  Write(dir.path / "loop.bet", "' counts for ever\nDo\n  Add 1 to cs1\nLoop\n");
+  Write(dir.path / "restart.bet", "If bankroll < 100 Then Start new session\nEndIf\n");
+  for (const char* file : {"loop.bet", "restart.bet"}) {
+    SimRun r = Sim({"--rolls", "1000", "--player", "Ann:50:" + (dir.path / file).string()}, dir.path.string());
+    EXPECT_EQ(r.code, 1) << file;
+    EXPECT_NE(r.err.find("Ann's script " + (dir.path / file).string() + " ran more than"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find(std::string("at line ") + (file[0] == 'l' ? "3" : "1")), std::string::npos) << r.err;
+  }
+}
+
+// ---- The dice go on while somebody can shoot. -----------------------------------------
+
+TEST(SimShooters, APlayerWhoCannotBetTheLinePassesTheDice) {
+  SimRun r = Sim({"--player", "Ann:15", "--player", "Bob:100000", "--bet", "Ann:Pass Line=10", "--bet",
+                  "Bob:Pass Line=10", "--rolls", "100000", "--seed", "5", "--json"});
+  ASSERT_EQ(r.code, 0) << r.err;
+  const json report = json::parse(r.out);
+  EXPECT_EQ(report["rolls"], 100000);
+  EXPECT_FALSE(report.contains("stopped"));
+  EXPECT_GT(report["hands"].get<int>(), 10000) << "Bob went on shooting";
+  EXPECT_LT(report["players"][0]["bankroll"].get<double>(), 10.0) << "Ann could no longer bet the line";
+}
+
+// ---- Names a script gives for writing. ------------------------------------------------
+
+TEST(InsideFolder, KeepsEveryNameInTheFolder) {
+  TempDir dir;
+  fs::create_directories(dir.path / "sub");
+  fs::create_directory_symlink("/tmp", dir.path / "out");
+  const std::string base = fs::weakly_canonical(dir.path).string();
+  const struct {
+    const char* name;
+    const char* lands;  // "" refused
+  } cases[] = {{"x.txt", "/x.txt"},     {"sub/x.txt", "/sub/x.txt"}, {"new/x.txt", "/new/x.txt"}, {"../x.txt", ""},
+               {"sub/../../x.txt", ""}, {"/etc/passwd", ""},         {"out/x.txt", ""},           {"", ""},
+               {"sub/..", ""}};
+  for (const auto& c : cases) {
+    const std::string lands = InsideFolder(dir.path.string(), c.name);
+    EXPECT_EQ(lands, *c.lands ? base + c.lands : "") << c.name;
+  }
+}
+
+}  // namespace
