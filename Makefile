@@ -18,7 +18,7 @@ build: deps $(BUILD)/build.ninja
 
 # Until the desktop table exists, the main job is a short demo session of the simulator.
 run: build
-	./$(BUILD)/dicehall-sim --rolls 20000 --seed 2026 \
+	./$(BUILD)/dicehall-sim --sessions 5 --session-rolls 4000 --seed 2026 \
 	  --player Ann:5000 --player Bob:3000 --player Cy:20000:examples/martingale_passline.bet \
 	  --player Dee:5000:examples/iron_cross.bet \
 	  --bet "Ann:Pass Line=10" --bet "Ann:Pass Line Odds=20" \

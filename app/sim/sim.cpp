@@ -416,7 +416,10 @@ void PlayRun(Game& g, Runner& r) {
     if (gStopRequested) r.interrupted = true;
     if (!r.sessionOver || r.interrupted || !g.StopReason.empty()) break;
     r.sessionOver = false;
-    ResetTable(g, true, true, true, 2);
+    ResetTable(g, true, false, true, 2);  // a script keeps its CheckStacks, its memory
+    // As after a script's own "Start new session": the scripts run again at once, with
+    // "beginning new session" true, and make the new session's first bets.
+    if (AnyScriptActive(g)) RunAutoBet(g);
     PlaceStanding(g, r);
     KeepAShooter(g);
     StartHyperDrive(g);

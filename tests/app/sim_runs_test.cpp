@@ -139,9 +139,19 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
 
 TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
   TempDir dir;
-  const std::vector<std::string> args{
-      "--sessions", "20",    "--session-rolls",  "1000",  "--seed",      "8",     "--player", "Ann:5000", "--player",
-      "Bob:3000",   "--bet", "Ann:Pass Line=10", "--bet", "Bob:Field=5", "--json"};
+  // A system whose unit lives in a CheckStack keeps it from session to session.
+  Write(dir.path / "unit.bet",
+        "If initializing script Then cs1 = 5\nEndIf\n"
+        "If next roll is a comeout roll and passline = 0 Then Bet cs1 on passline\nEndIf\n");
+  const std::vector<std::string> args{"--sessions",      "20",
+                                      "--session-rolls", "1000",
+                                      "--seed",          "8",
+                                      "--player",        "Ann:5000",
+                                      "--player",        "Bob:30000",
+                                      "--player",        "Cy:5000:" + (dir.path / "unit.bet").string(),
+                                      "--bet",           "Ann:Pass Line=10",
+                                      "--bet",           "Bob:Field=5",
+                                      "--json"};
   SimRun r = Sim(args, dir.path.string());
   ASSERT_EQ(r.code, 0) << r.err;
   const json report = json::parse(r.out);
@@ -156,6 +166,7 @@ TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
       rolls += s[slg::Rolls].raw / Money::kScale;
     }
     EXPECT_EQ(rolls, 20000);
+    for (const SessionRecord& s : records) EXPECT_GT(s[slg::BetsDecided].raw, 0) << "every session was played";
     EXPECT_EQ(p["sessions"]["count"], 20);
     EXPECT_NEAR(p["sessions"]["mean"].get<double>(), sum / 20, 1e-9);
     EXPECT_EQ(records.back()[slg::Ending].ToDouble(), p["bankroll"].get<double>());
