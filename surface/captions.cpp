@@ -35,7 +35,7 @@ const Row kRows[] = {
     {"mnuPlayerMove", {"&Move", "&Mover", "&Verschieben", "&Déplacer", "&Taşı", "&Sposta"}},
     {"mnuPlayerRename", {"Re&name", "Re&nombrar", "&Umbenennen", "Re&nommer", "&Yeniden adlandır", "Ri&nomina"}},
     {"mnuPlayerAtm", {"A&TM ...", "&Cajero ...", "&Geldautomat ...", "&Distributeur ...", "&ATM ...",
-                      "&Bancomat ..."}, Bit(kTurkish)},
+                      "&Bancomat ..."}},
     {"mnuAction", {"&Action", "&Acción", "&Aktion", "&Action", "&Eylem", "&Azione"}, Bit(kFrench)},
     {"mnuRollDice", {"&Roll the dice (right mouse button)", "&Tirar los dados (botón derecho)",
                      "&Würfeln (rechte Maustaste)", "&Lancer les dés (bouton droit)", "&Zar at (sağ fare tuşu)",

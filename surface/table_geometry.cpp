@@ -142,8 +142,12 @@ const TableRegion* TableGeometry::Find(int id) const {
 
 int TableGeometry::RegionAt(float x, float y) const {
   for (auto r = regions.rbegin(); r != regions.rend(); ++r)
-    for (const TableRect& rect : r->rects)
-      if (rect.Contains(x, y)) return r->id;
+    for (const TableRect& rect : r->rects) {
+      if (!rect.Contains(x, y)) continue;
+      if (r->shape != RegionShape::Ellipse) return r->id;
+      const float dx = (x - rect.x - rect.w / 2) / (rect.w / 2), dy = (y - rect.y - rect.h / 2) / (rect.h / 2);
+      if (dx * dx + dy * dy < 1) return r->id;
+    }
   return 0;
 }
 

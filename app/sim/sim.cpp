@@ -323,6 +323,11 @@ bool ParseHandling(const std::string& text, SimHandling& h, std::string& error) 
 
 }  // namespace
 
+void WriteSimReport(const Game& g, const SimOptions& o, const std::string& stopped, std::ostream& out) {
+  if (o.json) WriteJsonReport(g, o, stopped, out);
+  else WriteTextReport(g, stopped, out);
+}
+
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
   CLI::App app{
       "dicehall-sim: plays a DiceHall craps table headless, in Hyper-Drive, and prints a summary.\n"
@@ -582,7 +587,6 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
 
   const bool finished = g.StopReason == "Stopped by Auto-Stop." && g.Stats.RollCount[kSessionScope][0] == o.rolls;
   const std::string stopped = !finished ? g.StopReason : std::string();
-  if (o.json) WriteJsonReport(g, o, stopped, out);
-  else WriteTextReport(g, stopped, out);
+  WriteSimReport(g, o, stopped, out);
   return 0;
 }

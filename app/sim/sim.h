@@ -59,5 +59,8 @@ int RunCheck(const SimOptions& options, std::ostream& out, std::ostream& err);
 bool ReadScriptLines(const std::string& path, std::vector<std::string>& lines);
 // A compile fault as FILE:LINE:COL-LINE:COL: message, on one line.
 std::string FaultLine(const std::string& file, const struct CompileFault& fault);
+// The summary of a played game as RunSim prints it, text or JSON, for tests that play
+// the same session another way.
+void WriteSimReport(const struct Game& g, const SimOptions& options, const std::string& stopped, std::ostream& out);
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);
