@@ -67,7 +67,11 @@ void SeatFour(Game& g, TableInput& in) {
   for (int i = 0; i < 4; ++i) AddPlayer(g, seats[i], names[i], Money::Dollars(i == 2 ? 25000 : 5000));
   in.SelectedPlayer = 4;
   in.SelectedCheck = 2;
-  for (int s = 1; s <= 8; ++s) g.AutoHandleWin[s] = g.AutoHandleLose[s] = 2;  // same bet, no dialogs
+  // No dialogs: winners stay up, losers come down.
+  for (int s = 1; s <= 8; ++s) {
+    g.AutoHandleWin[s] = 2;
+    g.AutoHandleLose[s] = 1;
+  }
 }
 
 void Bet(Game& g, int seat, int bet, int dollars) { ChangeBet(g, seat, bet, Money::Dollars(dollars)); }
@@ -79,7 +83,6 @@ void MidHand(Game& g, TableInput& in) {
   Bet(g, 4, bet::PassLine, 25);
   Bet(g, 5, bet::DontPass, 50);
   Bet(g, 7, bet::PassLine, 5);
-  Bet(g, 2, bet::Field, 5);
   Bet(g, 7, bet::Fire, 5);
   Bet(g, 5, bet::SevenPoint7, 5);
   Dice(g, 4, 2);  // the point is 6
@@ -110,6 +113,7 @@ void MidHand(Game& g, TableInput& in) {
   Bet(g, 5, bet::AllTall, 5);
   Bet(g, 2, bet::Repeater2 + 2, 1);
   Bet(g, 7, bet::RightField, 5);
+  Bet(g, 2, bet::Field, 5);
 }
 
 }  // namespace

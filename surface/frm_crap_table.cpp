@@ -65,7 +65,7 @@ FrmCrapTable::FrmCrapTable(Game& g, QtUi& ui, SoundBank* sounds) : g_(g), ui_(ui
   ui_.SetOwner(this);
   ui_.onRefresh = [this](const std::vector<std::string>& windows) { OnRefresh(windows); };
   picTable_->afterInput = [this](ClickEffect effect) {
-    if (effect == ClickEffect::PlayedStick && sounds_) sounds_->PlayStick(g_.Table.DiceTotal);
+    if (effect == ClickEffect::PlayedStick && sounds_) sounds_->Play(sounds_->Chosen(kSoundStick));
     RefreshStatus();
   };
   g_.Auto.ButtonText = std::string(LanguageText(g_.LanguageId, g_.Auto.AutoRollThrottle >= 12 ? 115 : 112));
