@@ -16,8 +16,11 @@ $(BUILD)/build.ninja: | deps
 build: deps $(BUILD)/build.ninja
 	cmake --build $(BUILD)
 
-# Until the desktop table exists, the main job is a short demo session of the simulator.
+# The desktop table when there is a display to open it on; otherwise a short demo
+# session of the simulator.
 run: build
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then exec ./$(BUILD)/dicehall; fi; \
+	echo "make run: no display (DISPLAY and WAYLAND_DISPLAY are unset), so here is the headless demo instead."; \
 	./$(BUILD)/dicehall-sim --sessions 5 --session-rolls 4000 --seed 2026 \
 	  --player Ann:5000 --player Bob:3000 --player Cy:20000:examples/martingale_passline.bet \
 	  --player Dee:5000:examples/iron_cross.bet \
@@ -35,6 +38,7 @@ bench: deps $(BENCH_DIR)/build.ninja
 	cmake --build $(BENCH_DIR)
 	./$(BENCH_DIR)/dicehall-bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 	./$(BENCH_DIR)/dicehall-sim --bench
+	QT_QPA_PLATFORM=offscreen ./$(BENCH_DIR)/dicehall-desktop-bench
 
 clean:
 	rm -rf $(BUILD) $(BENCH_DIR)

@@ -96,6 +96,8 @@ int AskByDialog(Game& g, const Settlement& s, bool winner, bool notWorking) {
     const SettleRule& modify = g.SettleRules[seat][base];
     const SettleRule& set = g.SettleRules[seat][base + 1];
     req.RuleRows = true;
+    req.Seat = seat;
+    req.RuleRow = base;
     req.ModifyOperator = modify.Operator;
     req.ModifyAmount = modify.Operand;
     req.ModifyUnits = modify.Units;

@@ -49,6 +49,8 @@ struct SettleRequest {
   // The two rows of fields, "Modify" (action 6) and "&Bet" (action 7), with the values
   // the seat last used; offered unless the bet must come down.
   bool RuleRows = false;
+  int Seat = 0;     // whose bet it is
+  int RuleRow = 0;  // the seat's settle-rule row of "Modify"; "&Bet" is the next one
   int ModifyOperator = 0, ModifyUnits = 0, BetUnits = 0;
   Money ModifyAmount, BetAmount;
 };

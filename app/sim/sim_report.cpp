@@ -168,7 +168,7 @@ void WriteJsonReport(const Game& g, const RunOutcome& run, const std::vector<Ses
     p["net"] = money(g.Bankroll[kRun + s] - g.BuyInTotal[kRun + s]);
     p["high"] = money(g.HighBankroll[kRun + s]);
     p["low"] = money(g.LowBankroll[kRun + s]);
-    if (static_cast<size_t>(s) < sessions.size() && sessions[s].count > 0) {
+    if (static_cast<size_t>(s) < sessions.size() && sessions[s].count > 1) {
       const SessionSpread& d = sessions[s];
       p["sessions"] = {{"count", d.count}, {"mean", d.mean}, {"sd", d.sd},
                        {"min", d.min},     {"max", d.max},   {"won_share", d.wonShare}};

@@ -1,0 +1,263 @@
+// The system's own boxes: frmMsg by its flags, frmSettleBet from the engine's request,
+// the players' dialogs, Auto-Roll and Hyper-Drive from the panel, the language.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+#include <QTimer>
+
+#include "engine/handling.h"
+#include "engine/messages.h"
+#include "engine/placement.h"
+#include "engine/players.h"
+#include "engine/roll_cycle.h"
+#include "storage/language_text.h"
+#include "surface/frm_file.h"
+#include "surface/frm_msg.h"
+#include "surface/frm_settle_bet.h"
+#include "surface/frm_splash.h"
+#include "tests/surface/desktop_table.h"
+
+namespace {
+
+struct FlagsCase {
+  int flags;
+  std::vector<int> buttons;
+  bool picture, input, list, hide;
+};
+
+class MessageFlagsTest : public ::testing::TestWithParam<FlagsCase> {};
+
+TEST_P(MessageFlagsTest, TheFlagsChooseButtonsPictureInputListAndHide) {
+  const FlagsCase& c = GetParam();
+  MessageRequest request;
+  request.Text = "Line one\nLine two";
+  request.Title = "Title";
+  request.Flags = c.flags;
+  request.List = {"Ann", "Bob"};
+  FrmMsg box(request, kEnglish, nullptr);
+  for (int b = 0; b < 5; ++b) {
+    const bool wanted = std::find(c.buttons.begin(), c.buttons.end(), b) != c.buttons.end();
+    EXPECT_EQ(box.findChild<QPushButton*>(QString("cmdButton%1").arg(b)) != nullptr, wanted) << "button " << b;
+  }
+  EXPECT_EQ(box.findChild<QLabel*>("imgPicture") != nullptr, c.picture);
+  EXPECT_EQ(box.findChild<QLineEdit*>("txtInput") != nullptr, c.input);
+  EXPECT_EQ(box.findChild<QComboBox*>("cmbUser") != nullptr, c.list);
+  EXPECT_EQ(box.findChild<QCheckBox*>("chkHide") != nullptr, c.hide);
+  EXPECT_EQ(box.findChild<QLabel*>("lblMsg")->text(), "Line one\nLine two");
+}
+
+INSTANTIATE_TEST_SUITE_P(Flags, MessageFlagsTest,
+                         ::testing::Values(FlagsCase{1, {0}, false, false, false, false},
+                                           FlagsCase{513, {0}, true, false, false, false},
+                                           FlagsCase{529, {0, 4}, true, false, false, false},
+                                           FlagsCase{9222, {1, 2}, true, false, false, false},
+                                           FlagsCase{1 | 8 | 16777216, {0, 3}, false, true, false, false},
+                                           FlagsCase{1 | 33554432, {0}, false, false, true, false},
+                                           FlagsCase{1 | 65536, {0}, false, false, false, true},
+                                           FlagsCase{31 | 524288, {0, 1, 2, 3, 4}, false, false, false, true}));
+
+// Clicks a widget of the next modal box once it is open.
+void ClickWhenOpen(const char* name, std::function<void(QWidget*)> before = nullptr) {
+  QTimer::singleShot(0, [name, before] {
+    QWidget* modal = QApplication::activeModalWidget();
+    ASSERT_NE(modal, nullptr);
+    if (before) before(modal);
+    QTest::mouseClick(modal->findChild<QPushButton*>(name), Qt::LeftButton);
+  });
+}
+
+TEST(MessageBox, TheChosenButtonTheTypedTextAndTheHideTickComeBack) {
+  MessageRequest request;
+  request.Text = "How much would Ann like to buy-in for?";
+  request.Flags = msg::kOk | msg::kCancel | msg::kInput | msg::kClass2;
+  request.Input = "1000";
+  ClickWhenOpen("cmdButton0", [](QWidget* box) {
+    box->findChild<QLineEdit*>("txtInput")->setText("2500");
+    box->findChild<QCheckBox*>("chkHide")->setChecked(true);
+  });
+  MessageReply reply = RunMessageBox(request, kEnglish, nullptr);
+  EXPECT_EQ(reply.Button, kButtonOk);
+  EXPECT_EQ(reply.Input, "2500");
+  EXPECT_TRUE(reply.Hide);
+  ClickWhenOpen("cmdButton3");
+  EXPECT_EQ(RunMessageBox(request, kEnglish, nullptr).Button, kButtonCancel);
+}
+
+TEST(MessageBox, TheWindowIsSizedFromItsText) {
+  MessageRequest shortText, longText;
+  shortText.Text = "Yes?";
+  longText.Text = std::string(300, 'x') + " " + std::string(300, 'y');
+  FrmMsg a(shortText, kEnglish, nullptr), b(longText, kEnglish, nullptr);
+  a.adjustSize();
+  b.adjustSize();
+  EXPECT_LT(a.width(), b.width());
+  EXPECT_LE(b.findChild<QLabel*>("lblMsg")->maximumWidth(), 460);
+}
+
+TEST(MessageBox, AHiddenNoticeClassDoesNotComeAgain) {
+  DesktopTable t;
+  MessageReply hide;
+  hide.Hide = true;
+  t.replies = {hide};
+  Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
+  Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
+  EXPECT_EQ(t.ui.shown.size(), 1u);
+}
+
+TEST(FileWindow, FiltersNamesAndTheLastFolderOfEachKind) {
+  EXPECT_EQ(FileKindOf("(*.crp)"), kFileGame);
+  EXPECT_EQ(FileKindOf("Auto-bet files (*.bet;*.txt)"), kFileAutoBet);
+  EXPECT_EQ(FileKindOf("(*.rol)"), kFileRoll);
+  EXPECT_EQ(FilterPatterns("Auto-bet files (*.bet;*.txt)"), (std::vector<std::string>{"*.bet", "*.txt"}));
+  EXPECT_FALSE(IsFileNameOK("a:b.crp"));
+  EXPECT_FALSE(IsFileNameOK(""));
+  EXPECT_FALSE(IsFileNameOK("name."));
+  EXPECT_TRUE(IsFileNameOK("my game.crp"));
+  TempDir folder;
+  FileFolders folders;
+  FrmFile window("Open", "(*.rol)", folder.path.string(), folders, kEnglish, nullptr);
+  window.findChild<QLineEdit*>("txtFileName")->setText("session one.rol");
+  QTest::mouseClick(window.findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
+  EXPECT_EQ(window.Path(), (folder.path / "session one.rol").string());
+  EXPECT_EQ(folders[kFileRoll], std::filesystem::canonical(folder.path).string());
+  EXPECT_TRUE(folders[kFileGame].empty());
+}
+
+TEST(SettleDialog, ShowsTheEnginesWordsAndReturnsTheChosenAction) {
+  DesktopTable t;
+  AddPlayer(t.g, 4, "Ann", 1000_usd);
+  ChangeBet(t.g, 4, bet::Place4 + 2, 12_usd);  // Place 6
+  t.g.Rules.BetNeededToShoot = 0;
+  ChangeBet(t.g, 4, bet::PassLine, 5_usd);
+  t.NextDice(4, 4);
+  RollDice(t.g);  // the point is 8
+  SettleRequest seen;
+  t.ui.answerSettle = [&](const SettleRequest& r) {
+    seen = r;
+    return std::optional<int>();  // the dialog opens
+  };
+  ClickWhenOpen("cmdHandle4", [](QWidget* dialog) {
+    EXPECT_EQ(dialog->objectName(), "frmSettleBet");
+    EXPECT_EQ(dialog->windowTitle(), "WINNER");
+    EXPECT_EQ(dialog->findChild<QLabel*>("lblSettle0")->text(), "Ann Won");
+    EXPECT_EQ(dialog->findChild<QPushButton*>("cmdHandle4")->text(), "Parlay - Add &All Winnings to Bet");
+  });
+  t.NextDice(5, 1);
+  RollDice(t.g);
+  EXPECT_EQ(seen.Buttons.size(), 5u);
+  // $12 and its $14 parlayed, brought to the $6 unit that a Place 6 is paid by.
+  EXPECT_EQ(t.g.BetAmount[4][bet::Place4 + 2], 24_usd);
+}
+
+TEST(SettleDialog, ARuleRowBecomesTheSeatsRuleAndItsAction) {
+  DesktopTable t;
+  AddPlayer(t.g, 3, "Bob", 1000_usd);
+  SettleRequest request;
+  request.Title = "WINNER";
+  request.Buttons = {"Take Bet and Winnings"};
+  request.Actions = {kTakeDown};
+  request.RuleRows = true;
+  request.Seat = 3;
+  request.RuleRow = kRuleModifyWin;
+  FrmSettleBet dialog(t.g, request, nullptr);
+  QTest::mouseClick(dialog.findChild<QPushButton*>("cmdMathOperator"), Qt::LeftButton);  // + to -
+  dialog.findChild<QLineEdit*>("txtModifyAmount")->setText("5");
+  QTest::mouseClick(dialog.findChild<QPushButton*>("cmdApplyModify"), Qt::LeftButton);
+  EXPECT_EQ(dialog.Action(), kModifyByRule);
+  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operator, 1);
+  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operand, 5_usd);
+}
+
+TEST(PlayersDialogs, RenameMoveAndTheAtm) {
+  DesktopTable t;
+  AddPlayer(t.g, 4, "Ann", 1000_usd);
+  AddPlayer(t.g, 5, "Bob", 1000_usd);
+  t.Input().SelectedPlayer = 4;
+  MessageReply taken, fine;
+  taken.Input = "Bob";  // there's already a player named Bob: asked again
+  fine.Input = "Annie";
+  t.replies = {taken, fine};
+  t.window->RenamePlayerAsked();
+  EXPECT_EQ(t.g.PlayerName[4], "Annie");
+  EXPECT_EQ(t.ui.shown.back().Text.rfind("There's already a player named Bob", 0), 0u);
+  ClickWhenOpen("cmdOK", [](QWidget* move) {
+    auto* seats = move->findChild<QComboBox*>("cmbSeat");
+    seats->setCurrentIndex(seats->findData(8));
+  });
+  t.window->MovePlayerAsked();
+  EXPECT_EQ(t.g.PlayerName[8], "Annie");
+  EXPECT_TRUE(t.g.PlayerName[4].empty());
+  EXPECT_EQ(t.Input().SelectedPlayer, 8);
+  ClickWhenOpen("cmdOK", [](QWidget* atm) { atm->findChild<QLineEdit*>("txtAmount")->setText("250"); });
+  t.window->AtmAsked();
+  EXPECT_EQ(t.g.Bankroll[8], 1250_usd);
+}
+
+TEST(AutoRoll, RollsAtTheDelayAndStopsByAutoStop) {
+  DesktopTable t;
+  AddPlayer(t.g, 4, "Ann", 1000_usd);
+  t.g.Rules.BetNeededToShoot = 0;
+  t.g.Auto.AutoRollDelay = 0;
+  t.g.Auto.AutoStopRolls = 5_usd;
+  auto* button = t.window->findChild<QPushButton*>("cmdHyperDrive");
+  EXPECT_EQ(button->text(), "Start &Auto-Roll");
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 5);
+  EXPECT_FALSE(t.g.Auto.AutoRollActive);
+  EXPECT_EQ(t.ui.shown.back().Text, "Stopped by Auto-Stop");
+  EXPECT_EQ(button->text(), "Start &Auto-Roll");
+}
+
+TEST(HyperDrive, TheSliderChoosesItAndTheSameButtonStopsIt) {
+  DesktopTable t;
+  AddPlayer(t.g, 4, "Ann", 1000_usd);
+  t.g.Rules.BetNeededToShoot = 0;
+  auto* slider = t.window->findChild<QSlider*>("hsbThrottle");
+  auto* button = t.window->findChild<QPushButton*>("cmdHyperDrive");
+  slider->setValue(3);
+  EXPECT_EQ(button->text(), "Start &Hyper-Drive");
+  EXPECT_FALSE(t.g.Auto.AutoRollActive);  // the slider alone starts nothing
+  // A player presses Stop while the run goes on, and says yes.
+  QTimer::singleShot(50, [&] {
+    EXPECT_TRUE(t.g.Auto.HyperDrive);
+    EXPECT_EQ(button->text(), "Stop &Hyper-Drive");
+    QTest::mouseClick(button, Qt::LeftButton);
+  });
+  MessageReply yes;
+  yes.Button = kButtonYes;
+  t.replies = {yes};
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_FALSE(t.g.Auto.AutoRollActive);
+  EXPECT_FALSE(t.g.SilentMode);
+  EXPECT_GT(t.g.Stats.RollCount[kSessionScope][0], 0);
+  EXPECT_EQ(t.ui.shown.back().Text, "Do you want to stop the Hyper-Drive?");
+  EXPECT_EQ(t.window->windowTitle(), "DiceHall Hyper-Drive Stopped");
+  EXPECT_EQ(button->text(), "Start &Hyper-Drive");
+}
+
+TEST(Language, AChoiceOnTheOpeningPanelResetsTheCaptions) {
+  DesktopTable t;
+  FrmSplash splash(t.g, true);
+  splash.onLanguage = [&] { t.window->SetMenuCaptions(); };
+  QTest::mouseClick(splash.findChild<QPushButton*>("imgLanguage"), Qt::LeftButton);
+  auto* list = splash.findChild<QListWidget*>("lstLanguages");
+  ASSERT_EQ(list->count(), 6);
+  EXPECT_EQ(list->item(4)->text(), "Italiano");
+  splash.ChooseLanguage(5);  // "Türk"
+  EXPECT_EQ(t.g.LanguageId, kTurkish);
+  EXPECT_EQ(t.window->menuBar()->actions().front()->text(), "&Oyun");
+  EXPECT_EQ(t.window->findChild<QPushButton*>("cmdHyperDrive")->text().toStdString(),
+            std::string(LanguageText(kTurkish, 115)));
+}
+
+}  // namespace

@@ -1,0 +1,124 @@
+// A seeded session played in the window by clicks and keys ends with the same stores
+// as dicehall-sim playing the same seed and the same standing bets.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <sstream>
+
+#include "app/sim/sim.h"
+#include "app/sim/sim_report.h"
+#include "dice/seeding.h"
+#include "engine/placement.h"
+#include "tests/surface/desktop_table.h"
+
+namespace {
+
+// A person at the table: every settle dialog is answered with its first button ("Take
+// Bet and Winnings", "No Bet"), as the simulator's players take their bets down.
+struct DialogPlayer {
+  QTimer timer;
+  int answered = 0;
+  DialogPlayer() {
+    QObject::connect(&timer, &QTimer::timeout, [this] {
+      QWidget* modal = QApplication::activeModalWidget();
+      if (modal == nullptr) return;
+      if (auto* first = modal->findChild<QPushButton*>("cmdHandle0")) {
+        ++answered;
+        QTest::mouseClick(first, Qt::LeftButton);
+        return;
+      }
+      // Any other box: its first button, so that a stray message fails the test, not hangs it.
+      for (int b = 0; b < 4; ++b)
+        if (auto* button = modal->findChild<QPushButton*>(QString("cmdButton%1").arg(b))) {
+          QTest::mouseClick(button, Qt::LeftButton);
+          return;
+        }
+    });
+    timer.start(1);
+  }
+};
+
+struct Standing {
+  int seat;
+  int bet;
+  int check;  // the check index whose clicks make the amount
+  int clicks;
+};
+
+TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
+  constexpr int kRolls = 200;
+  constexpr uint32_t kSeed = 8086;
+  // The same session in the simulator: two players and their standing bets.
+  TempDir simFolder;
+  const char* args[] = {"dicehall-sim", "--rolls",
+                        "200",          "--seed",
+                        "8086",         "--json",
+                        "--data-dir",   simFolder.path.c_str(),
+                        "--player",     "Ann:5000",
+                        "--player",     "Bob:3000",
+                        "--bet",        "Ann:Pass Line=5",
+                        "--bet",        "Ann:Field=1",
+                        "--bet",        "Bob:Don't Pass=25",
+                        "--bet",        "Bob:Hard 8=5",
+                        "--bet",        "Bob:Place 5=10"};
+  SimOptions options;
+  std::ostringstream simOut, err;
+  ASSERT_EQ(ParseSimOptions(std::size(args), args, options, simOut, err), -1) << err.str();
+  ASSERT_EQ(RunSim(options, simOut, err), 0) << err.str();
+
+  DesktopTable t;
+  t.g.Dice.pendingSeed = Money::Dollars(kSeed);
+  SeedRng(t.g, true);
+  t.SeatByClicks(1, "Ann", "5000");
+  t.SeatByClicks(2, "Bob", "3000");
+  t.ui.answerMessage = nullptr;  // from here on the boxes open, and the player answers them
+  t.ui.shown.clear();
+  ASSERT_EQ(t.g.PlayerName[1], "Ann");
+  ASSERT_EQ(t.g.PlayerName[2], "Bob");
+  const Standing standing[] = {{1, bet::PassLine, 2, 1},
+                               {1, bet::Field, 1, 1},
+                               {2, bet::DontPass, 3, 1},
+                               {2, bet::Hard8, 2, 1},
+                               {2, bet::Place4 + 1, 2, 2}};
+  // Before every roll each standing bet that is absent is put back, line bets on the
+  // come-out only: by a click on the seat's check, then on the bet, or with the keys.
+  int keyed = 0;
+  auto replace = [&] {
+    for (const Standing& s : standing) {
+      if (t.g.BetAmount[s.seat][s.bet].raw > 0) continue;
+      if ((s.bet == bet::PassLine || s.bet == bet::DontPass) && t.g.Table.Point != 0) continue;
+      t.SelectCheck(s.seat, s.check);
+      for (int k = 0; k < s.clicks; ++k) {
+        if (s.bet == bet::Field && (keyed++ % 2) == 0) {
+          QTest::mouseMove(&t.Table(), t.Table().CentreOf(s.bet));
+          t.Key(Qt::Key_Return);
+        } else {
+          t.Click(s.bet);
+        }
+      }
+    }
+  };
+  DialogPlayer player;
+  for (int roll = 0; roll < kRolls; ++roll) {
+    replace();
+    if (roll % 2 == 0) t.Click(bet::Field, Qt::RightButton);
+    else t.Key(Qt::Key_Space);
+  }
+  replace();
+  ASSERT_EQ(t.g.Stats.RollCount[kSessionScope][0], kRolls);
+  EXPECT_GT(player.answered, 0);
+  EXPECT_TRUE(t.ui.shown.empty()) << t.ui.shown.front().Title << ": " << t.ui.shown.front().Text;
+
+  std::ostringstream deskOut;
+  RunOutcome outcome;
+  outcome.asked = outcome.played = kRolls;
+  outcome.seed = kSeed;
+  WriteJsonReport(t.g, outcome, {}, deskOut);
+  EXPECT_EQ(deskOut.str(), simOut.str());
+}
+
+}  // namespace
