@@ -236,7 +236,8 @@ void WriteJsonReport(const Game& g, const SimOptions& o, const std::string& stop
 // Active scripts are compiled and run once as activation runs them, "initializing script"
 // true, before the first roll.
 void RunHyperDrive(Game& g, int64_t rolls) {
-  g.Auto.AutoStopRolls = Money::Dollars(rolls);
+  // The stop falls `rolls` rolls on from where the session stands.
+  g.Auto.AutoStopRolls = Money::Dollars(g.Stats.RollCount[kSessionScope][0] + rolls);
   g.Auto.AutoRollThrottle = 0;
   ToggleAutoRoll(g);
   if (AnyScriptActive(g)) {
@@ -337,7 +338,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       "Exit codes: 0 after the rolls or when the table stops by itself (its reason printed as\n"
       "\"Stopped: <text>\"), 1 for a script or file fault, 2 for bad options.",
       "dicehall-sim"};
-  std::vector<std::string> players, bets, onWin, onLose;
+  std::vector<std::string> players, bets, onWin, onLose, autoPlay;
   int64_t rolls = 1000;
   int64_t seed = -1;
   app.add_option("--player", players,
@@ -346,7 +347,8 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   app.add_option("--bet", bets,
                  "[NAME:]BET=AMOUNT a standing bet, e.g. \"Ann:Pass Line=10\" (repeatable; the name may be left out "
                  "when one player sits; bet names ignore case)");
-  app.add_option("--rolls", rolls, "number of rolls to play (default 1000)")->check(CLI::PositiveNumber);
+  app.add_option("--rolls", rolls, "number of rolls to play (default 1000; 0 plays none)")
+      ->check(CLI::NonNegativeNumber);
   app.add_option("--seed", seed, "seed of the dice generator, 1 to 2147483647 (default: from the time of day)")
       ->check(CLI::Range(int64_t{1}, int64_t{2147483647}));
   app.add_option("--data-dir", o.dataDir,
@@ -364,6 +366,14 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "roll, \"modify:-50%\" takes off half of it, \"modify:+1c2\" adds one unit of the second "
                  "check size (its value times the bet's payoff denominator). AMOUNT for set: \"set:25\" in dollars, "
                  "\"set:3c1\" in units of a check size. The bet still goes through the table's limits.");
+  app.add_option("--auto-play", autoPlay,
+                 "[NAME:]KEY=VALUE an Auto-Play setting of a player (repeatable; without a name, every player): "
+                 "adjust=manual|minor|color, place-bias|lay-bias|odds-bias|dont-odds-bias=nearest|increase|decrease, "
+                 "take-odds|lay-odds|down-place|pass-dice=on|off, \"work BET\"=yes|no|default");
+  app.add_option("--game", o.gameFile,
+                 "FILE.crp: play on from a saved game, with its rules, players, bets, scripts and statistics "
+                 "(--player can't be given with it; --bet, --on-win, --on-lose and --auto-play name its players)");
+  app.add_option("--save", o.saveFile, "FILE.crp: save the table to a game file at the end");
   app.add_flag("--json", o.json, "print the report as JSON");
   app.add_option("--check", o.checkFile,
                  "FILE.bet: compile the script as the script of seat 1, occupied by the first --player (default "
@@ -384,6 +394,12 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
     o.seeded = true;
     o.seed = static_cast<uint32_t>(seed);
   }
+  if (!o.gameFile.empty() && !players.empty()) {
+    err << "dicehall-sim: --player can't be given with --game: the game brings its players.\n";
+    return 2;
+  }
+  // With --game the players are known only once the file is open.
+  const bool fromGame = !o.gameFile.empty();
   for (const std::string& p : players) {
     SimPlayer sp;
     std::string rest;
@@ -439,7 +455,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       return 2;
     }
     if (sb.player.empty()) {
-      if (o.players.size() != 1) {
+      if (o.players.size() != 1 || fromGame) {
         err << "dicehall-sim: --bet " << b << ": name the player (NAME:BET=AMOUNT) when "
             << (o.players.empty() ? "no player sits." : "several players sit.") << "\n";
         return 2;
@@ -448,7 +464,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
     }
     bool known = false;
     for (const SimPlayer& p : o.players) known = known || p.name == sb.player;
-    if (!known) {
+    if (!known && !fromGame) {
       err << "dicehall-sim: --bet " << b << ": there's no player named " << sb.player << ".\n";
       return 2;
     }
@@ -465,13 +481,28 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
         return 2;
       }
       bool known = h.player.empty();
-      for (const SimPlayer& sp : o.players) known = known || sp.name == h.player;
+      for (const SimPlayer& sp : o.players) known = known || sp.name == h.player || fromGame;
       if (!known) {
         err << "dicehall-sim: " << option << " " << text << ": there's no player named " << h.player << ".\n";
         return 2;
       }
       o.handling.push_back(h);
     }
+  }
+  for (const std::string& text : autoPlay) {
+    SimAutoPlay a;
+    std::string error;
+    if (!ParseAutoPlayOption(text, a, error)) {
+      err << "dicehall-sim: --auto-play " << text << ": " << error << "\n";
+      return 2;
+    }
+    bool known = a.player.empty() || fromGame;
+    for (const SimPlayer& sp : o.players) known = known || sp.name == a.player;
+    if (!known) {
+      err << "dicehall-sim: --auto-play " << text << ": there's no player named " << a.player << ".\n";
+      return 2;
+    }
+    o.autoPlay.push_back(a);
   }
   const std::string dir = ResolveDataDir(o.dataDir);
   std::error_code ec;
@@ -523,6 +554,13 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
     return 1;
   }
   SetUpGame(g, ui, folder, o.seeded, o.seed);
+  const bool fromGame = !o.gameFile.empty();
+  if (fromGame && !OpenSimGame(g, o.gameFile, err)) return 1;
+  for (const SimBet& b : o.bets)
+    if (fromGame && !SimPlayerSeated(g, b.player)) {
+      err << "dicehall-sim: --bet: there's no player named " << b.player << " in " << o.gameFile << ".\n";
+      return 1;
+    }
   int seat = 1;
   for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
   for (size_t i = 0; i < o.players.size(); ++i) {
@@ -543,8 +581,8 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   }
   // A player without a standing line bet doesn't want to shoot and passes the dice on,
   // so that the shooter is one who can meet the table's bet needed to shoot.
-  bool anyShooter = false;
-  for (int s = 1; s < kSeats; ++s) {
+  bool anyShooter = fromGame;  // a saved game keeps its own shooters
+  for (int s = 1; s < kSeats && !fromGame; ++s) {
     if (!SeatOccupied(g, s)) continue;
     bool line = false;
     for (int i = 0; i < standing.count; ++i)
@@ -575,14 +613,21 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
       rule.Units = h.units;
     }
   }
+  if (!ApplySimAutoPlay(g, o.autoPlay, err)) return 1;
   g.Auto.AfterRoll = &PlaceStanding;
   g.Auto.AfterRollData = &standing;
-  RunHyperDrive(g, o.rolls);
+  const int32_t rollsBefore = g.Stats.RollCount[kSessionScope][0];
+  const AutomationState saved = g.Auto;
+  if (o.rolls > 0) RunHyperDrive(g, o.rolls);
+  g.Auto.AutoStopRolls = saved.AutoStopRolls;
+  g.Auto.AutoRollThrottle = saved.AutoRollThrottle;
   if (ui.tty) fmt::print(stderr, "\r{:40}\r", "");
 
-  const bool finished = g.StopReason == "Stopped by Auto-Stop." && g.Stats.RollCount[kSessionScope][0] == o.rolls;
+  const bool finished = o.rolls == 0 || (g.StopReason == "Stopped by Auto-Stop." &&
+                                         g.Stats.RollCount[kSessionScope][0] - rollsBefore == o.rolls);
   const std::string stopped = !finished ? g.StopReason : std::string();
   if (o.json) WriteJsonReport(g, o, stopped, out);
   else WriteTextReport(g, stopped, out);
+  if (!o.saveFile.empty() && !SaveSimGame(g, o.saveFile, err)) return 1;
   return 0;
 }
