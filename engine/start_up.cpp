@@ -9,6 +9,7 @@
 #include "engine/messages.h"
 #include "engine/roll_cycle.h"
 #include "storage/game_file.h"
+#include "storage/hot_keys.h"
 #include "storage/language_text.h"
 #include "storage/paths.h"
 
@@ -102,7 +103,11 @@ int Main(Game& g, const std::string& programFolder, const std::string& commandLi
                      facts.FontName = loaded ? kPrivateFontName : kFallbackFontName;
                    }) &&
                    step([&] { facts.SpeedCount = g.Time ? MeasureSpeedCount(*g.Time) : 0; }) &&
-                   step([&] { SeedAtStartUp(g); }) && step([&] { SetDefaultGame(g); }) && step([&] {
+                   step([&] { SeedAtStartUp(g); }) && step([&] {
+                     SetDefaultGame(g);
+                     LoadHotKeys(g);
+                   }) &&
+                   step([&] {
                      if (hooks.SetUpTable) hooks.SetUpTable();
                    }) &&
                    step([&] {
