@@ -55,7 +55,11 @@ bool ReadWholeFile(const std::string& path, Bytes& out, uint64_t maxBytes) {
   return ok;
 }
 
-bool WriteFileAtomically(const std::string& path, const Bytes& bytes) {
+namespace {
+
+// The write of WriteFileAtomically; `date`, when given, becomes the file's date before it
+// takes the name, so that the name never shows the new bytes with another date.
+bool WriteAtomically(const std::string& path, const Bytes& bytes, const struct timespec* date) {
   const fs::path target(path);
   std::error_code ec;
   if (path.empty() || fs::is_directory(target, ec)) return false;
@@ -64,7 +68,12 @@ bool WriteFileAtomically(const std::string& path, const Bytes& bytes) {
   temp += fmt::format(".{}.tmp", ::getpid());
   const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (fd < 0) return false;
-  bool ok = WriteAll(fd, bytes.data(), bytes.size()) && ::fsync(fd) == 0;
+  bool ok = WriteAll(fd, bytes.data(), bytes.size());
+  if (ok && date) {
+    const struct timespec times[2] = {*date, *date};
+    ok = ::futimens(fd, times) == 0;
+  }
+  ok = ok && ::fsync(fd) == 0;
   ok = ::close(fd) == 0 && ok;
   if (ok) ok = ::rename(temp.c_str(), target.c_str()) == 0;
   if (!ok) {
@@ -74,6 +83,10 @@ bool WriteFileAtomically(const std::string& path, const Bytes& bytes) {
   SyncFolder(target.parent_path());
   return true;
 }
+
+}  // namespace
+
+bool WriteFileAtomically(const std::string& path, const Bytes& bytes) { return WriteAtomically(path, bytes, nullptr); }
 
 std::string FileDateText(const std::string& path) {
   struct stat st {};
@@ -86,13 +99,11 @@ std::string FileDateText(const std::string& path) {
 }
 
 bool CopyFileKeepingDate(const std::string& from, const std::string& to) {
+  struct stat st {};
   Bytes bytes;
   constexpr uint64_t kMaxCopy = uint64_t{1} << 32;
-  if (!ReadWholeFile(from, bytes, kMaxCopy) || !WriteFileAtomically(to, bytes)) return false;
-  std::error_code ec;
-  const auto when = fs::last_write_time(from, ec);
-  if (!ec) fs::last_write_time(to, when, ec);
-  return true;
+  if (::stat(from.c_str(), &st) != 0 || !ReadWholeFile(from, bytes, kMaxCopy)) return false;
+  return WriteAtomically(to, bytes, &st.st_mtim);
 }
 
 bool RegularFileExists(const std::string& path) {
