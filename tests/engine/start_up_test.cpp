@@ -1,0 +1,96 @@
+// Start-up and exit: the command line's game file, the default game at exit and again
+// at the next start, and the limit stop for a saved bankroll beyond the limit.
+
+#include "engine/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/players.h"
+#include "storage/game_file.h"
+#include "tests/test_support.h"
+
+namespace {
+
+struct Program {
+  HeadlessUi ui;
+  FakeClock clock;
+  std::unique_ptr<Game> game = std::make_unique<Game>();
+  Game& g = *game;
+  int Start(const std::string& folder, const std::string& commandLine) {
+    g.Ui = &ui;
+    g.Time = &clock;
+    return Main(g, folder, commandLine, {});
+  }
+  bool Told(const std::string& part) const {
+    for (const auto& e : ui.transcript)
+      if (e.request.Text.find(part) != std::string::npos) return true;
+    return false;
+  }
+};
+
+struct CommandLine {
+  std::string line;
+  int players;       // 1 from "default.crp", 2 from "my table.crp"
+  const char* told;  // "" when nothing is told
+};
+
+TEST(StartUp, TheCommandLineOpensItsGameOrSaysWhyNot) {
+  TempDir dir;
+  const std::string folder = dir.path.string();
+  {
+    Program first;
+    first.Start(folder, "");
+    AddPlayer(first.g, 1, "Ann", 100_usd);
+    ASSERT_TRUE(ExitGame(first.g));  // "default.crp"
+    AddPlayer(first.g, 2, "Bob", 100_usd);
+    ASSERT_TRUE(SaveGame(first.g, (dir.path / "my table.crp").string()));
+  }
+  const std::string named = (dir.path / "my table.crp").string();
+  const std::vector<CommandLine> cases = {
+      {"", 1, ""},
+      {"  \" " + named + " \"  ", 2, ""},
+      {"notes.txt", 1,
+       "This is not a recognized DiceHall game file.\nThe last default game file will be opened instead."},
+      {(dir.path / "gone.crp").string(), 1, "Game file not found."},
+  };
+  for (const CommandLine& c : cases) {
+    Program p;
+    EXPECT_EQ(p.Start(folder, c.line), 0);
+    EXPECT_EQ(p.g.Table.NumberOfPlayers, c.players) << c.line;
+    if (*c.told) EXPECT_TRUE(p.Told(c.told)) << c.line << ": " << p.ui.LastText();
+    else EXPECT_TRUE(p.ui.transcript.empty()) << c.line << ": " << p.ui.LastText();
+  }
+  Program quoted;
+  quoted.Start(folder, "\"" + named + "\"");
+  EXPECT_EQ(quoted.g.PlayerName[2], "Bob");
+  EXPECT_EQ(quoted.g.Desktop.Caption, "DiceHall (my table.crp)");
+  // Without a default game the defaults stand, and nothing is said.
+  TempDir empty;
+  Program fresh;
+  fresh.Start(empty.path.string(), "");
+  EXPECT_EQ(fresh.g.Table.NumberOfPlayers, 0);
+  EXPECT_TRUE(fresh.ui.transcript.empty());
+}
+
+TEST(StartUp, ASavedBankrollBeyondTheLimitStopsPlayOnceTheWindowShows) {
+  TempDir dir;
+  {
+    Program first;
+    first.Start(dir.path.string(), "");
+    AddPlayer(first.g, 3, "Cy", 9000000_usd);
+    for (int column : {3, 21, 39}) first.g.Bankroll[column] = Money::Dollars(10000000);  // a lucky night
+    ASSERT_TRUE(ExitGame(first.g));
+  }
+  Program p;
+  bool shown = false;
+  StartUpHooks hooks;
+  hooks.ShowMainWindow = [&] { shown = p.ui.transcript.empty(); };
+  p.g.Ui = &p.ui;
+  p.g.Time = &p.clock;
+  Main(p.g, dir.path.string(), "", hooks);
+  EXPECT_TRUE(shown);
+  EXPECT_TRUE(p.Told("Cy broke the max bankroll limit of $9,999,999"));
+  EXPECT_EQ(p.g.Table.PendingStopSeat, 3);
+}
+
+}  // namespace
