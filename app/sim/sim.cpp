@@ -21,6 +21,7 @@
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "stats/roll_totals.h"
+#include "storage/hot_keys.h"
 
 namespace {
 
@@ -257,6 +258,7 @@ void SetUpGame(Game& g, UserInterface& ui, const std::string& folder, bool seede
   // As the program starts: every generator seeded, then the default game.
   SeedAtStartUp(g);
   SetDefaultGame(g);
+  LoadHotKeys(g);
   if (seeded) {
     g.Dice.pendingSeed = Money::Dollars(seed);
     SeedRng(g, true);
