@@ -6,6 +6,7 @@
 
 #include "dice/probability.h"
 #include "storage/game_file.h"
+#include "storage/paths.h"
 #include "storage/record_io.h"
 
 namespace {
@@ -547,8 +548,9 @@ void Transfer(RecordIo& io, Game& g, GameCompanions& c) {
 bool Consistent(const Game& g) {
   for (int a = 1; a < kSeats; ++a)
     for (int b = a + 1; b < kSeats; ++b)
-      if (SeatOccupied(g, a) && g.PlayerName[static_cast<size_t>(a)] == g.PlayerName[static_cast<size_t>(b)])
-        return false;
+      if (SeatOccupied(g, a) && Utf8ToWindows1252(g.PlayerName[static_cast<size_t>(a)]) ==
+                                    Utf8ToWindows1252(g.PlayerName[static_cast<size_t>(b)]))
+        return false;  // compared as the file holds them
   const TableState& t = g.Table;
   for (int32_t who : {t.Shooter, t.HandShooter})
     if (who != 0 && !SeatOccupied(g, who)) return false;
