@@ -14,7 +14,9 @@
 inline constexpr const char* kAdjustModeTexts[] = {"Manual", "Auto w/ minor correction", "Auto w/ color correction"};
 
 // The adjust mode sets the seat's adjustment of every kind of bet at once (Parlay forces
-// it to 2 while it acts); the mode shown is that of the bets of no biased kind.
+// it to 2 while it acts); the mode shown is that of the bets of no biased kind. "Minor
+// correction" (1) moves an amount down to the multiple below; "color correction" (2) to
+// the nearer multiple, or the way the bias of the bet's family leans.
 void SetAdjustMode(Game& g, int seat, int mode);
 int AdjustMode(const Game& g, int seat);
 

@@ -128,8 +128,9 @@ Money AdjustForPayoff(Game& g, int seat, int bet, Money amount, Money change, Mo
   if (row.PayoffFor.raw <= 0 || row.PayoffPay.raw <= 0 || !row.PayoffFor.IsWhole()) return change;
   const int64_t y = row.PayoffFor.raw / Money::kScale;
   if (IsMultipleOf(target, row.PayoffFor) && IsMultipleOf(target, g.Rules.CheckDenom[1])) return change;
-  // Auto-Play's bias of the bet's family, when it has one, says which way to go.
-  const int bias = atMaximum ? -1 : AdjustBiasOf(g, seat, bet);
+  // With the nearer multiple (setting 2), Auto-Play's bias of the bet's family, when it
+  // has one, says which way to go; setting 1 always goes down.
+  const int bias = setting == 2 && !atMaximum ? AdjustBiasOf(g, seat, bet) : -1;
   const bool lowerOnly = bias == 2 || (bias < 0 && (setting == 1 || (setting <= 0 && atMaximum)));
   auto pick = [&](Money step) {
     if (step.raw <= 0) return Money{};

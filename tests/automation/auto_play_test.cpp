@@ -14,28 +14,31 @@ namespace {
 
 struct Adjusted {
   int bet;
+  int mode;
   int bias;  // -1: the family has none
   int64_t request, placed;
 };
 
 class AdjustBias : public testing::TestWithParam<Adjusted> {};
 
-// Place 6 pays 7 for 6 and Lay 4 1 for 2: the multiples are 6 and 2 checks of $1.
+// Place 6 pays 7 for 6 and Lay 4 1 for 2: the multiples are 6 and 2 checks of $1. Buy
+// bets have no bias; "minor correction" (1) always goes down.
 TEST_P(AdjustBias, MovesTheAmountTheWayTheFamilyLeans) {
   const Adjusted& c = GetParam();
   TestTable t;
   t.Seat(1, "Ann", 1000_usd);
-  SetAdjustMode(t.g, 1, 2);
+  SetAdjustMode(t.g, 1, c.mode);
   if (c.bias >= 0) t.g.AdjustBias[1].fill(c.bias);
   EXPECT_EQ(ChangeBet(t.g, 1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.placed));
 }
 
 const int kPlace6 = PointRow(BetFamily::Place, 6), kBuy5 = PointRow(BetFamily::Buy, 5);
 INSTANTIATE_TEST_SUITE_P(AutoPlay, AdjustBias,
-                         testing::Values(Adjusted{kPlace6, 0, 8, 6}, Adjusted{kPlace6, 1, 8, 12},
-                                         Adjusted{kPlace6, 2, 11, 6}, Adjusted{kPlace6, 0, 11, 12},
-                                         Adjusted{bet::Lay4, 1, 5, 6}, Adjusted{bet::Lay4, 2, 5, 4},
-                                         Adjusted{kBuy5, 1, 7, 6}, Adjusted{kBuy5, 1, 9, 8}));
+                         testing::Values(Adjusted{kPlace6, 2, 0, 8, 6}, Adjusted{kPlace6, 2, 1, 8, 12},
+                                         Adjusted{kPlace6, 2, 2, 11, 6}, Adjusted{kPlace6, 2, 0, 11, 12},
+                                         Adjusted{bet::Lay4, 2, 1, 5, 6}, Adjusted{bet::Lay4, 2, 2, 5, 4},
+                                         Adjusted{kBuy5, 2, 1, 7, 6}, Adjusted{kBuy5, 2, 1, 9, 8},
+                                         Adjusted{kPlace6, 1, 1, 11, 6}));
 
 TEST(AutoPlay, SettingsMoveWithThePlayerAndSurviveASave) {
   TestTable t;
