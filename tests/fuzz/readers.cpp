@@ -1,6 +1,9 @@
 #include "tests/fuzz/readers.h"
 
+#include <unistd.h>
+
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 
@@ -102,6 +105,15 @@ std::string CheckSessionsLogReader(const Bytes& bytes, const std::string& folder
       (log.Records != before.Records || log.Unused != before.Unused))
     return "a refused sessions log changed what was read";
   return "";
+}
+
+const std::string& FuzzFolder() {
+  static const std::string folder = [] {
+    const auto dir = std::filesystem::temp_directory_path() / ("dicehall-fuzz-" + std::to_string(getpid()));
+    std::filesystem::create_directories(dir);
+    return dir.string();
+  }();
+  return folder;
 }
 
 Bytes SampleGameFile() {

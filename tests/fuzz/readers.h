@@ -20,6 +20,9 @@ std::string CheckProbabilityReader(const Bytes& bytes, const std::string& folder
 std::string CheckRollFileReader(const Bytes& bytes, const std::string& folder);
 std::string CheckSessionsLogReader(const Bytes& bytes, const std::string& folder);
 
+// A folder of this process's own for the readers that take a file (libFuzzer targets).
+const std::string& FuzzFolder();
+
 // Well-formed files to mutate.
 Bytes SampleGameFile();
 Bytes SampleScriptFile();
