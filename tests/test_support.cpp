@@ -1,10 +1,15 @@
 #include "tests/test_support.h"
 
+#include <gtest/gtest.h>
+
 #include <random>
 
 #include "dice/seeding.h"
+#include "dice/roll_files.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "storage/file_bytes.h"
+#include "storage/hot_keys.h"
 
 TestTable::TestTable() {
   g.Ui = &ui;
@@ -37,4 +42,16 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
   std::error_code ec;
   std::filesystem::remove_all(path, ec);
+}
+
+FolderTable::FolderTable() {
+  g.ProgramFolder = dir.path.string();
+  ReopenRollHistory(g, g.Rolls);
+  LoadHotKeys(g);
+}
+
+std::vector<uint8_t> FileBytes(const std::string& path) {
+  Bytes b;
+  EXPECT_TRUE(ReadWholeFile(path, b, uint64_t{1} << 30)) << path;
+  return b;
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "engine/game_state.h"
 
@@ -30,3 +31,14 @@ struct TempDir {
   TempDir();
   ~TempDir();
 };
+
+// A table whose program folder is a temporary folder of its own, with the hot keys read
+// as start-up reads them.
+struct FolderTable : TestTable {
+  TempDir dir;
+  FolderTable();
+  std::string Path(const std::string& name) const { return (dir.path / name).string(); }
+};
+
+// The whole file; empty (and a failure) when it can't be read.
+std::vector<uint8_t> FileBytes(const std::string& path);

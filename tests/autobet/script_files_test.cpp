@@ -57,13 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {":\"top\" :", "cs1 = 2 : x"}},
         Conversion{"a bracket closed before on", {{5, "highest of rolls on 7"}}, {" Highest(rolls)  on 7"}},
         Conversion{
-            "starred words put back", {{5, "each roll and when 4 rolls"}}, {" each roll and 'and when 4 rolls"}}),
-    [](const auto& info) {
-      std::string n = info.param.name;
-      for (char& c : n)
-        if (!isalnum(static_cast<unsigned char>(c))) c = '_';
-      return n;
-    });
+            "starred words put back", {{5, "each roll and when 4 rolls"}}, {" each roll and 'and when 4 rolls"}}));
 
 TEST(ScriptFiles, TextAndRecordFormsRoundTrip) {
   TempDir dir;
@@ -85,9 +79,7 @@ TEST(ScriptFiles, TextAndRecordFormsRoundTrip) {
 }
 
 TEST(ScriptFiles, LoadingPastingAndHotKeys) {
-  TestTable t;
-  TempDir dir;
-  t.g.ProgramFolder = dir.path.string();
+  FolderTable t;
   t.Seat(1, "Ann", 1000_usd);
   ASSERT_TRUE(WriteAutoBetFile(t.g.ProgramFolder + "/a.bet", {"cs1 = 7", "cs2 = 8"}));
   EXPECT_FALSE(OpenAutoBets(t.g, 1, "missing.bet"));
@@ -96,11 +88,6 @@ TEST(ScriptFiles, LoadingPastingAndHotKeys) {
   EXPECT_EQ(t.g.ScriptFile[1], "a.bet");
   ASSERT_TRUE(OpenAutoBets(t.g, 1, "a.bet", AutoBetLoad::Paste, 1));
   EXPECT_EQ(t.g.AutoBet.ScriptSource[1], (Lines{"cs1 = 7", "cs1 = 7", "cs2 = 8", "cs2 = 8"}));
-  t.g.ScriptFile[1] = "b.bet";
-  ASSERT_TRUE(SaveAutoBets(t.g, 1));
-  Lines saved;
-  ASSERT_TRUE(ReadAutoBetFile(t.g.ProgramFolder + "/b.bet", saved));
-  EXPECT_EQ(saved, t.g.AutoBet.ScriptSource[1]);
 
   t.g.HotKeys = {{'K', "a.bet", "Seven", true, false, 0, 0, 0}, {'M', "gone.bet", "", true, false, 0, 0, 0}};
   t.g.AutoBet.SelectedSeat = 1;
@@ -108,17 +95,14 @@ TEST(ScriptFiles, LoadingPastingAndHotKeys) {
   EXPECT_TRUE(RunHotKey(t.g, 'K'));
   EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 2], 8_usd);
   EXPECT_EQ(t.g.AutoBet.ProgramRecords.size(), records.size());
-  EXPECT_EQ(t.g.ScriptFile[1], "b.bet");
+  EXPECT_EQ(t.g.ScriptFile[1], "a.bet");
   EXPECT_FALSE(RunHotKey(t.g, 'M'));
   EXPECT_NE(t.ui.LastText().find("Please check the path and file name on the Hot-key screen."), std::string::npos);
   EXPECT_FALSE(RunHotKey(t.g, 'Z'));
 }
 
 TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
-  TestTable t;
-  TempDir dir;
-  t.g.ProgramFolder = dir.path.string();
-  ASSERT_TRUE(LoadHotKeys(t.g));  // a missing file is made, empty
+  FolderTable t;  // reads the hot keys: a missing file is made, empty
   Bytes bytes;
   ASSERT_TRUE(ReadWholeFile(t.g.ProgramFolder + "/Hot-keys.hky", bytes, 1 << 20));
   EXPECT_EQ(bytes.size(), 377u);
@@ -146,6 +130,30 @@ TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
     EXPECT_FALSE(LoadHotKeys(t.g));
     EXPECT_EQ(t.ui.LastText(), kNotAHotKeysFile);
     EXPECT_EQ(t.g.HotKeys, table);
+  }
+}
+
+struct ButtonMove {
+  HotButtonMove how;
+  std::vector<std::pair<float, float>> places;  // left, top of the three buttons after
+};
+
+TEST(HotKeys, ButtonsLineUpAndPushTogether) {
+  // Buttons 40 by 20 at (100, 50), (300, 10) and (170, 200); the first is selected first.
+  const std::vector<ButtonMove> moves = {{HotButtonMove::AlignColumn, {{100, 50}, {100, 10}, {100, 200}}},
+                                         {HotButtonMove::AlignRow, {{100, 50}, {300, 50}, {170, 50}}},
+                                         {HotButtonMove::SnugLeft, {{100, 50}, {180, 10}, {140, 200}}},
+                                         {HotButtonMove::SnugAllRightUp, {{220, 30}, {300, 10}, {260, 50}}}};
+  for (const ButtonMove& m : moves) {
+    FolderTable t;
+    t.g.HotKeys = {{'A', "", "", true, true, 100, 50, 0},
+                   {'B', "", "", true, true, 300, 10, 0},
+                   {'C', "", "", true, true, 170, 200, 0}};
+    ASSERT_TRUE(MoveHotButtons(t.g, {0, 1, 2}, m.how, 40, 20));
+    t.g.HotKeys.clear();
+    ASSERT_TRUE(LoadHotKeys(t.g));  // the new places were saved
+    for (size_t k = 0; k < 3; ++k)
+      EXPECT_EQ(std::make_pair(t.g.HotKeys[k].Left, t.g.HotKeys[k].Top), m.places[k]) << static_cast<int>(m.how);
   }
 }
 

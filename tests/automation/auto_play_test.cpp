@@ -41,9 +41,7 @@ INSTANTIATE_TEST_SUITE_P(AutoPlay, AdjustBias,
                                          Adjusted{kPlace6, 1, 1, 11, 6}));
 
 TEST(AutoPlay, SettingsMoveWithThePlayerAndSurviveASave) {
-  TestTable t;
-  TempDir dir;
-  t.g.ProgramFolder = dir.path.string();
+  FolderTable t;
   t.Seat(2, "Bob", 500_usd);
   std::string error;
   for (const char* setting :
@@ -67,30 +65,11 @@ TEST(AutoPlay, SettingsMoveWithThePlayerAndSurviveASave) {
   check(t.g, 7);
   EXPECT_EQ(t.g.AdjustBias[2][kBiasLay], 0);
   EXPECT_FALSE(t.g.AutoTakeOdds[2]);
-  const std::string file = (dir.path / "play.crp").string();
+  const std::string file = t.Path("play.crp");
   ASSERT_TRUE(SaveGame(t.g, file));
-  TestTable other;
-  other.g.ProgramFolder = dir.path.string();
+  FolderTable other;
   ASSERT_TRUE(OpenGame(other.g, file)) << other.ui.LastText();
   check(other.g, 7);
-}
-
-TEST(AutoPlay, ASettingByNameIsCheckedAndTheSeatStaysAsItWas) {
-  TestTable t;
-  t.Seat(1, "Ann", 500_usd);
-  for (auto [key, value] : {std::pair{"adjust", "sometimes"},
-                            {"place-bias", "up"},
-                            {"down-place", "yes"},
-                            {"work Place 7", "yes"},
-                            {"colour", "red"}}) {
-    std::string error;
-    EXPECT_FALSE(ApplyAutoPlay(t.g, 1, key, value, error)) << key;
-    EXPECT_FALSE(error.empty());
-  }
-  EXPECT_EQ(AdjustMode(t.g, 1), 0);
-  EXPECT_EQ(BiasText(kBiasDontOdds, 2), "Don't odds bias: decrease");
-  EXPECT_EQ(SelectedPlayersLabel(t.g, {}), "No players selected");
-  EXPECT_EQ(SelectedPlayersLabel(t.g, {1}), "All players selected");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "stats/sessions_log_file.h"
+#include "storage/fixed_record.h"
 #include "storage/game_file.h"
 #include "storage/hot_key_file.h"
 
@@ -39,7 +40,7 @@ struct Put {
 
 }  // namespace
 
-std::string CheckGameFileReader(const Bytes& bytes) {
+std::string CheckGameFileReader(const Bytes& bytes, const std::string&) {
   auto scratch = DefaultGame();
   GameCompanions companions;
   if (ReadGameFileBytes(bytes, *scratch, companions) != GameFileRead::Ok) return "";
@@ -50,11 +51,11 @@ std::string CheckGameFileReader(const Bytes& bytes) {
   return GameFileBytes(*second, c2) == again ? "" : "a game read from the file saves differently each time";
 }
 
-std::string CheckScriptFileReader(const Bytes& bytes) {
+std::string CheckScriptFileReader(const Bytes& bytes, const std::string&) {
   return AutoBetLinesFromBytes(bytes).empty() ? "a script file gave no line" : "";
 }
 
-std::string CheckHotKeysReader(const Bytes& bytes) {
+std::string CheckHotKeysReader(const Bytes& bytes, const std::string&) {
   const HotKeyTable before = {{'X', "kept.bet", "kept", true, true, 1, 2, 3}};
   HotKeyTable table = before;
   if (!ParseHotKeyFile(bytes, table)) return table == before ? "" : "a refused hot-keys file changed the list";
@@ -116,28 +117,22 @@ const std::string& FuzzFolder() {
   return folder;
 }
 
-Bytes SampleGameFile() {
+Bytes SampleGameFile(const std::string&) {
   auto g = DefaultGame();
   AddPlayer(*g, 2, "Ann", 500_usd);
   g->CheckStackName[2][3] = "Nest egg";
   return GameFileBytes(*g, {});
 }
 
-Bytes SampleScriptFile() {
-  Bytes b(6 * 256, 0);
-  const std::string mark = "DiceHall AutoBets, Data Format 3.9";
-  std::copy(mark.begin(), mark.end(), b.begin());
-  const std::pair<int, const char*> lines[] = {
-      {1, "when pass line has won"}, {30, "set stack #1 to 5"}, {90, "top"}, {5, "highest of rolls on 7"}, {99, "x"}};
-  for (size_t i = 0; i < 5; ++i) {
-    unsigned char* r = b.data() + (i + 1) * 256;
-    std::copy(lines[i].second, lines[i].second + std::char_traits<char>::length(lines[i].second), r);
-    r[128] = static_cast<unsigned char>(lines[i].first);
-  }
+Bytes SampleScriptFile(const std::string&) {
+  Bytes b;
+  LegacyAutoBetBytes({"when pass line has won", "set stack #1 to 5", "top", "highest of rolls on 7", "x"}, b);
+  const int32_t kinds[] = {1, 30, 90, 5, 99};
+  for (size_t k = 0; k < 5; ++k) PutInt32(b.data() + (k + 1) * 256 + 128, kinds[k]);
   return b;
 }
 
-Bytes SampleHotKeysFile() {
+Bytes SampleHotKeysFile(const std::string&) {
   return HotKeyFileBytes(
       {{'A', "a.bet", "All down", true, true, 10, 20, 0xff00}, {'b', "b.bet", "", true, false, 0, 0, 0}});
 }
@@ -153,7 +148,7 @@ Bytes SampleProbabilityFile(const std::string& folder) {
   return b;
 }
 
-Bytes SampleRollFile() {
+Bytes SampleRollFile(const std::string&) {
   Bytes b;
   for (int k = 0; k < 64; ++k) b.push_back(EncodeRoll(1 + k % 6, 1 + (k / 6) % 6, k % 3));
   return b;

@@ -26,31 +26,6 @@
 
 namespace {
 
-// A table with a program folder of its own.
-struct FolderTable {
-  TempDir dir;
-  HeadlessUi ui;
-  FakeClock clock;
-  std::unique_ptr<Game> game = std::make_unique<Game>();
-  Game& g = *game;
-  explicit FolderTable(int seed = 4242) {
-    g.Ui = &ui;
-    g.Time = &clock;
-    g.ProgramFolder = dir.path.string();
-    SetDefaultGame(g);
-    g.Dice.pendingSeed = Money::Dollars(seed);
-    SeedRng(g, true);
-    LoadHotKeys(g);  // as start-up reads them
-  }
-  std::string Path(const std::string& name) const { return (dir.path / name).string(); }
-};
-
-Bytes FileBytes(const std::string& path) {
-  Bytes b;
-  EXPECT_TRUE(ReadWholeFile(path, b, 1 << 30));
-  return b;
-}
-
 // The expected file, record by record, as the layout table gives it.
 struct Layout {
   Bytes bytes;
@@ -166,20 +141,17 @@ TEST(GameFile, DefaultGameMatchesTheRecordTable) {
   f.Words(sides);
   f.Zeros(1);  // no cell locked
   EXPECT_EQ(f.bytes.size(), 459u * 256);
+  // Each player adds one block: header, name, script, two files, money, 3 x 10 bets, 7
+  // contract, vig, 13 streaks, 8 working, 100 texts, 33 tallies, 3 x 188 bet statistics,
+  // 2 come base, 8 bankroll, last.
+  FolderTable seated;
+  AddPlayer(seated.g, 3, "Ann", 1000_usd);
+  EXPECT_EQ(GameFileBytes(seated.g, {}).size(), (459u + 773) * 256);
   const Bytes written = GameFileBytes(g, c);
   ASSERT_EQ(written.size(), f.bytes.size());
   for (size_t r = 0; r < written.size() / 256; ++r)
     EXPECT_TRUE(std::equal(written.begin() + r * 256, written.begin() + r * 256 + 256, f.bytes.begin() + r * 256))
         << "record " << r + 1;
-}
-
-TEST(GameFile, EachPlayerAddsOneSeatBlock) {
-  FolderTable t;
-  const size_t empty = GameFileBytes(t.g, {}).size();
-  AddPlayer(t.g, 3, "Ann", 1000_usd);
-  // Header, name, script, two files, money, 3 x 10 bets, 7 contract, vig, 13 streaks,
-  // 8 working, 100 texts, 33 tallies, 3 x 188 bet statistics, 2 come base, 8 bankroll, last.
-  EXPECT_EQ(GameFileBytes(t.g, {}).size() - empty, 773u * 256);
 }
 
 // A played table: four players, two with scripts, bets on the table, a dice roll file in
@@ -227,7 +199,9 @@ TEST(GameFile, SavedOpenedAndSavedAgainIsTheSameFileAndPlaysOnTheSame) {
   const std::string file = a.Path("table.crp");
   ASSERT_TRUE(SaveGame(a.g, file));
   ASSERT_GT(a.g.Stats.RollCount[kSessionScope][0], 0);
-  FolderTable b(1);
+  FolderTable b;
+  // The other program folder holds the same hot-keys file, date and all.
+  ASSERT_TRUE(CopyFileKeepingDate(a.Path("Hot-keys.hky"), b.Path("Hot-keys.hky")));
   ASSERT_TRUE(OpenGame(b.g, file)) << b.ui.LastText();
   EXPECT_EQ(b.g.PlayerName[4], "Dee");
   EXPECT_EQ(b.g.Rolls.RecorderState, 2);
@@ -260,20 +234,17 @@ void PutWide(Bytes& b, int record, int slot, int64_t v) { PutInt64(b.data() + (r
 
 const std::string kCorrupt = "An error occurred while attempting to open:";
 
-std::vector<Corruption> Corruptions() {
-  std::vector<Corruption> list = {
-      {"no DiceHall header", [](Bytes& b) { std::memcpy(b.data(), "Craps Pro", 9); },
-       "This is not a DiceHall game file."},
-      {"another version", [](Bytes& b) { b[38] = '1'; }, "This file appears to be from an incompatible version."},
-      {"a point of 7", [](Bytes& b) { PutInt32(b.data() + 17 * 256 + 5 * 4, 7); }, kCorrupt.c_str()},
-      {"a denomination of 0", [](Bytes& b) { PutWide(b, 33, 10, 0); }, kCorrupt.c_str()},
-      {"a probability cell out of range", [](Bytes& b) { PutInt32(b.data() + 456 * 256, 100001); }, kCorrupt.c_str()},
-      {"seat 9", [](Bytes& b) { PutWide(b, 460, 0, 9 * kOne); }, kCorrupt.c_str()},
-      {"an amount on row 150", [](Bytes& b) { PutWide(b, 470, 22, 5 * kOne); }, kCorrupt.c_str()},
-      {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()},
-  };
-  return list;
-}
+const Corruption kCorruptions[] = {
+    {"no DiceHall header", [](Bytes& b) { std::memcpy(b.data(), "Craps Pro", 9); },
+     "This is not a DiceHall game file."},
+    {"another version", [](Bytes& b) { b[38] = '1'; }, "This file appears to be from an incompatible version."},
+    {"a point of 7", [](Bytes& b) { PutInt32(b.data() + 17 * 256 + 5 * 4, 7); }, kCorrupt.c_str()},
+    {"a denomination of 0", [](Bytes& b) { PutWide(b, 33, 10, 0); }, kCorrupt.c_str()},
+    {"a probability cell out of range", [](Bytes& b) { PutInt32(b.data() + 456 * 256, 100001); }, kCorrupt.c_str()},
+    {"seat 9", [](Bytes& b) { PutWide(b, 460, 0, 9 * kOne); }, kCorrupt.c_str()},
+    {"an amount on row 150", [](Bytes& b) { PutWide(b, 470, 22, 5 * kOne); }, kCorrupt.c_str()},
+    {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()},
+};
 
 TEST(GameFile, EveryCorruptFormIsRefusedAndTheTableStaysAsItWas) {
   PlayedTable t;
@@ -290,7 +261,7 @@ TEST(GameFile, EveryCorruptFormIsRefusedAndTheTableStaysAsItWas) {
     EXPECT_NE(t.ui.LastText().find(says), std::string::npos) << what << ": " << t.ui.LastText();
     EXPECT_TRUE(Dump(t.g) == before) << what;
   };
-  for (const Corruption& c : Corruptions()) {
+  for (const Corruption& c : kCorruptions) {
     Bytes bytes = good;
     c.apply(bytes);
     refused(bytes, c.says, c.name);
@@ -310,36 +281,19 @@ TEST(GameFile, EveryCorruptFormIsRefusedAndTheTableStaysAsItWas) {
   EXPECT_EQ(t.ui.LastText(), "Game file not found.");
 }
 
-struct Companion {
-  const char* name;
-  std::function<void(PlayedTable&, const std::string& game)> change;
-  const char* title;
-};
-
 TEST(GameFile, CompanionsThatAreGoneOrChangedAreTold) {
-  const std::vector<Companion> cases = {
-      {"roll history gone",
-       [](PlayedTable&, const std::string& game) { std::remove(RollHistoryCopyName(game).c_str()); },
-       "Missing roll history file"},
-      {"roll history changed",
-       [](PlayedTable&, const std::string& game) {
-         std::filesystem::last_write_time(RollHistoryCopyName(game),
-                                          std::filesystem::file_time_type::clock::now() - std::chrono::hours(30));
-       },
-       "Altered roll history file"},
-      {"dice roll file gone", [](PlayedTable& t, const std::string&) { std::remove(t.rolls.c_str()); },
-       "Missing dice roll file"},
-  };
-  for (const Companion& c : cases) {
+  const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::hours(30);
+  for (const char* title : {"Missing roll history file", "Altered roll history file", "Missing dice roll file"}) {
     PlayedTable t;
-    const std::string game = t.Path("c.crp");
+    const std::string game = t.Path("c.crp"), copy = RollHistoryCopyName(game);
     ASSERT_TRUE(SaveGame(t.g, game));
-    c.change(t, game);
+    if (title[0] == 'A') std::filesystem::last_write_time(copy, past);
+    else std::remove(title[8] == 'r' ? copy.c_str() : t.rolls.c_str());
     FolderTable b;
-    EXPECT_TRUE(OpenGame(b.g, game)) << c.name;
+    EXPECT_TRUE(OpenGame(b.g, game)) << title;
     bool told = false;
-    for (const auto& e : b.ui.transcript) told = told || e.request.Title == c.title;
-    EXPECT_TRUE(told) << c.name;
+    for (const auto& e : b.ui.transcript) told = told || e.request.Title == title;
+    EXPECT_TRUE(told) << title;
   }
 }
 

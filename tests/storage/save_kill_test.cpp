@@ -34,9 +34,10 @@ TEST(SaveGameKill, AKilledSaveLeavesTheOldOrTheNewGame) {
   HeadlessUi ui;
   const std::string folder = dir.path.string(), file = (dir.path / "kill.crp").string();
   auto one = TableOf(folder, ui, 1), three = TableOf(folder, ui, 3);
-  Bytes oneBytes, threeBytes;
-  ASSERT_TRUE(SaveGame(*one, file) && ReadWholeFile(file, oneBytes, 1 << 26));
-  ASSERT_TRUE(SaveGame(*three, file) && ReadWholeFile(file, threeBytes, 1 << 26));
+  ASSERT_TRUE(SaveGame(*one, file));
+  const Bytes oneBytes = FileBytes(file);
+  ASSERT_TRUE(SaveGame(*three, file));
+  const Bytes threeBytes = FileBytes(file);
   ASSERT_NE(oneBytes.size(), threeBytes.size());
   for (int round = 0; round < 100; ++round) {
     const pid_t pid = fork();
@@ -52,8 +53,7 @@ TEST(SaveGameKill, AKilledSaveLeavesTheOldOrTheNewGame) {
     ASSERT_EQ(kill(pid, SIGKILL), 0);
     int status = 0;
     ASSERT_EQ(waitpid(pid, &status, 0), pid);
-    Bytes onDisk;
-    ASSERT_TRUE(ReadWholeFile(file, onDisk, 1 << 26));
+    const Bytes onDisk = FileBytes(file);
     EXPECT_TRUE(onDisk == oneBytes || onDisk == threeBytes) << "round " << round;
     HeadlessUi readerUi;
     auto reader = TableOf(folder, readerUi, 0);
