@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "dice/seeding.h"
 #include "dice/roll_files.h"
+#include "dice/seeding.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/file_bytes.h"
