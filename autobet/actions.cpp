@@ -17,6 +17,7 @@
 
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
+#include "automation/auto_play.h"
 #include "automation/auto_roll.h"
 #include "dice/probability_file.h"
 #include "dice/roll_files.h"
@@ -228,12 +229,7 @@ bool ParseHandlingMode(Game& g, const TokenRecord& value, bool winning, Handling
 
 // The seat's choice of working on the come-out for one bet; a bet resting in its
 // default state on the come-out follows it at once.
-void SetAutoWork(Game& g, int seat, int bet, bool works) {
-  g.Rules.WorkOnComeOut[bet][seat] = works;
-  g.DefaultWorking[seat][bet] = works ? 1 : 0;
-  int32_t& w = g.BetWorking[seat][bet];
-  if (IsComeOut(g) && w != 2 && w != -1) w = g.DefaultWorking[seat][bet];
-}
+void SetAutoWork(Game& g, int seat, int bet, bool works) { SetWorkOnComeOut(g, seat, bet, works); }
 
 // Rolls per hour in the unit the rules keep the rate in.
 double FromRollsPerHour(const RuleSet& r, double perHour) {

@@ -16,7 +16,9 @@
 #include "engine/user_interface.h"
 #include "stats/events_log_state.h"
 #include "stats/statistics.h"
+#include "storage/hot_key_file.h"
 #include "storage/rules.h"
+#include "storage/saved_settings.h"
 
 template <class T>
 using BySeat = std::array<T, kSeats>;
@@ -153,6 +155,9 @@ struct Game {
   BySeat<bool> AllowNegBankroll{};
   // Adjust for proper payoff by kind of bet: 0 Lay, 1 Buy, 2 Place, 3 others.
   BySeat<std::array<int32_t, 4>> AdjustForPayoff{};
+  // Auto-Play's direction of that adjustment for Place, Lay, do odds and don't odds
+  // bets: 0 nearest, 1 increase, 2 decrease (kBiasPlace...).
+  BySeat<std::array<int32_t, 4>> AdjustBias{};
   BySeat<std::array<SettleRule, 4>> SettleRules{};  // 0 modify winners, 1 set winners, 2, 3 losers
   BySeat<bool> ScriptActive{}, ScriptActiveCopy{};
   BySeat<std::string> ScriptFile{};
@@ -169,10 +174,21 @@ struct Game {
   std::string StopReason;
   bool Moving = false;  // a Come or Don't Come bet travelling to its number
 
+  // The game file: what the screens and the online panel keep in it, the hot keys it
+  // names, the name Save writes to, and whether anything changed since.
+  DesktopSettings Desktop;
+  OnlineSettings Online;
+  std::string HotKeysFileName = kDefaultHotKeysFile;
+  HotKeyTable HotKeys;
+  std::string GameFileName;
+  bool GameChanged = false;
+
   // Boundaries.
   UserInterface* Ui = nullptr;
   Clock* Time = nullptr;
 };
+
+enum AdjustBiasFamily { kBiasPlace = 0, kBiasLay = 1, kBiasDoOdds = 2, kBiasDontOdds = 3 };
 
 // Scope columns a change of a seat touches: seat + 0, + 18, + 36.
 constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};

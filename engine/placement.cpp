@@ -86,6 +86,18 @@ int AdjustKind(int bet) {
   return 3;
 }
 
+// The seat's Auto-Play bias for the bet's family (0 nearest, 1 increase, 2 decrease), or
+// -1 for a bet of no biased family.
+int AdjustBiasOf(const Game& g, int seat, int bet) {
+  if (bet >= bet::Place4 && bet <= bet::Place10) return g.AdjustBias[seat][kBiasPlace];
+  if (bet >= bet::Lay4 && bet <= bet::Lay10) return g.AdjustBias[seat][kBiasLay];
+  if (bet == bet::PassLineOdds || (bet >= bet::Come4Odds && bet <= bet::Come10Odds))
+    return g.AdjustBias[seat][kBiasDoOdds];
+  if (bet == bet::DontPassOdds || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds))
+    return g.AdjustBias[seat][kBiasDontOdds];
+  return -1;
+}
+
 // The row a bet will be paid from: the line bets and their odds by the point.
 const PayoffRow& ProperRow(const Game& g, int bet) {
   const int p = g.Table.Point;
@@ -116,12 +128,15 @@ Money AdjustForPayoff(Game& g, int seat, int bet, Money amount, Money change, Mo
   if (row.PayoffFor.raw <= 0 || row.PayoffPay.raw <= 0 || !row.PayoffFor.IsWhole()) return change;
   const int64_t y = row.PayoffFor.raw / Money::kScale;
   if (IsMultipleOf(target, row.PayoffFor) && IsMultipleOf(target, g.Rules.CheckDenom[1])) return change;
-  const bool lowerOnly = setting == 1 || (setting <= 0 && atMaximum);
+  // With the nearer multiple (setting 2), Auto-Play's bias of the bet's family, when it
+  // has one, says which way to go; setting 1 always goes down.
+  const int bias = setting == 2 && !atMaximum ? AdjustBiasOf(g, seat, bet) : -1;
+  const bool lowerOnly = bias == 2 || (bias < 0 && (setting == 1 || (setting <= 0 && atMaximum)));
   auto pick = [&](Money step) {
     if (step.raw <= 0) return Money{};
     const Money lower = FloorToUnit(target, step), higher = lower + step;
     Money first = lower, second = higher;
-    if (!lowerOnly && higher - target < target - lower) std::swap(first, second);
+    if (bias == 1 || (!lowerOnly && higher - target < target - lower)) std::swap(first, second);
     for (Money c : {first, second}) {
       if (c.raw > 0 && c >= minimum && c <= maximum) return c;
       if (lowerOnly) break;

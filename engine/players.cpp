@@ -270,6 +270,7 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.BankrollInitAmount);
   seat(g.AllowNegBankroll);
   seat(g.AdjustForPayoff);
+  seat(g.AdjustBias);
   seat(g.SettleRules);
   seat(g.ScriptActive);
   seat(g.ScriptActiveCopy);
@@ -279,6 +280,8 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.AutoBet.ScriptSource);
   g.AutoBet.ScriptsCompiled = false;
   seat(g.CheckStackShortcuts);
+  seat(g.Desktop.CheckStackFiles);
+  seat(g.Desktop.ScriptPanelSeats);
   seat(g.BankrollHistory);
   for (auto* store :
        {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum, &g.BuyInTotal, &g.Comps})

@@ -25,12 +25,12 @@ QString Q(std::string_view s) { return QString::fromUtf8(s.data(), static_cast<i
 
 FileKind FileKindOf(const std::string& filter) {
   auto has = [&](const char* s) { return filter.find(s) != std::string::npos; };
-  if (has(".crp")) return kFileGame;
-  if (has(".rol")) return kFileRoll;
-  if (has(".prb")) return kFileProbability;
-  if (has(".slg")) return kFileSessionsLog;
-  if (has(".bet")) return kFileAutoBet;
-  return kFileEventsLog;
+  if (has(".crp")) return kFolderGame;
+  if (has(".rol")) return kFolderRoll;
+  if (has(".prb")) return kFolderProbability;
+  if (has(".slg")) return kFolderSessionsLog;
+  if (has(".bet")) return kFolderAutoBet;
+  return kFolderEventsLog;
 }
 
 std::vector<std::string> FilterPatterns(const std::string& filter) {

@@ -6,13 +6,14 @@
 #include <array>
 #include <string>
 
+#include "storage/saved_settings.h"
+
 class QComboBox;
 class QListWidget;
 class QLineEdit;
 
-// The six kinds of file whose last folders are remembered.
-enum FileKind { kFileGame = 0, kFileAutoBet, kFileRoll, kFileProbability, kFileEventsLog, kFileSessionsLog };
-using FileFolders = std::array<std::string, 6>;
+// The last folder of each kind of file, kept with the game.
+using FileFolders = std::array<std::string, kFileKinds>;
 
 // The kind a filter names ("(*.crp)" a game, "(*.bet;*.txt)" a script ...).
 FileKind FileKindOf(const std::string& filter);

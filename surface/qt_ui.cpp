@@ -33,7 +33,8 @@ int QtUi::AskSettle(const SettleRequest& request) {
 }
 
 std::string QtUi::ChooseFile(const std::string& title, const std::string& filter) {
-  FrmFile window(title, filter, g_.ProgramFolder, folders, g_.LanguageId, owner_);
+  // The last folder of each kind is kept with the game.
+  FrmFile window(title, filter, g_.ProgramFolder, g_.Desktop.LastFolders, g_.LanguageId, owner_);
   if (window.exec() != QDialog::Accepted) return "";
   return window.Path();
 }

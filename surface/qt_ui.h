@@ -28,8 +28,6 @@ class QtUi : public UserInterface {
   // Every message shown, for tests.
   std::vector<MessageRequest> shown;
 
-  FileFolders folders;  // the last folder of each kind of file
-
   MessageReply ShowMessage(const MessageRequest& request) override;
   int AskSettle(const SettleRequest& request) override;
   std::string ChooseFile(const std::string& title, const std::string& filter) override;

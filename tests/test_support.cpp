@@ -1,13 +1,18 @@
 #include "tests/test_support.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <random>
 #include <sstream>
 
 #include "app/sim/sim.h"
+#include "dice/roll_files.h"
 #include "dice/seeding.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "storage/file_bytes.h"
+#include "storage/hot_keys.h"
 
 TestTable::TestTable() {
   g.Ui = &ui;
@@ -56,9 +61,21 @@ SimRun Sim(std::vector<std::string> args, const std::string& dataDir) {
   return {code, out.str(), err.str()};
 }
 
-std::string FileBytes(const std::filesystem::path& path) {
+std::string FileText(const std::filesystem::path& path) {
   std::ifstream f(path, std::ios::binary);
   std::ostringstream s;
   s << f.rdbuf();
   return s.str();
+}
+
+FolderTable::FolderTable() {
+  g.ProgramFolder = dir.path.string();
+  ReopenRollHistory(g, g.Rolls);
+  LoadHotKeys(g);
+}
+
+std::vector<uint8_t> FileBytes(const std::string& path) {
+  Bytes b;
+  EXPECT_TRUE(ReadWholeFile(path, b, uint64_t{1} << 30)) << path;
+  return b;
 }

@@ -40,4 +40,15 @@ struct SimRun {
 };
 SimRun Sim(std::vector<std::string> args, const std::string& dataDir = "");
 // A file's bytes ("" when it can't be read).
-std::string FileBytes(const std::filesystem::path& path);
+std::string FileText(const std::filesystem::path& path);
+
+// A table whose program folder is a temporary folder of its own, with the hot keys read
+// as start-up reads them.
+struct FolderTable : TestTable {
+  TempDir dir;
+  FolderTable();
+  std::string Path(const std::string& name) const { return (dir.path / name).string(); }
+};
+
+// The whole file; empty (and a failure) when it can't be read.
+std::vector<uint8_t> FileBytes(const std::string& path);

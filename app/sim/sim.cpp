@@ -30,6 +30,7 @@
 #include "engine/table_settings.h"
 #include "stats/events_log.h"
 #include "stats/sessions_log.h"
+#include "storage/hot_keys.h"
 #include "storage/rule_validation.h"
 
 namespace {
@@ -188,10 +189,9 @@ bool Readable(const std::string& path) {
   return static_cast<bool>(f);
 }
 
-// The rules of the run: the defaults, the file, then each --rule; validated as the
-// configuration window validates them when it closes.
+// The rules of the run: those it starts from (the defaults, or a saved game's), the file,
+// then each --rule; validated as the configuration window validates them when it closes.
 bool BuildRules(const SimOptions& o, RuleSet& rules, RunFault& fault) {
-  SetDefaultRules(rules);
   bool rollRate = false;
   std::string error;
   if (!o.rulesFile.empty()) {
@@ -311,9 +311,10 @@ bool StandingLineBet(const SimOptions& o, const std::string& player) {
   return false;
 }
 
-// The players, their scripts, standing bets and handling; the dice go to a line bettor.
+// The players of the options with their scripts; a player without a line bet, standing
+// or scripted, doesn't want to shoot.
 void SeatPlayers(Game& g, const SimOptions& o, const std::vector<std::vector<std::string>>& scripts,
-                 const std::vector<bool>& makesLineBets, Runner& r) {
+                 const std::vector<bool>& makesLineBets) {
   int seat = 1;
   for (const SimPlayer& p : o.players) AddPlayer(g, seat++, p.name, p.bankroll);
   for (size_t i = 0; i < o.players.size(); ++i) {
@@ -323,22 +324,24 @@ void SeatPlayers(Game& g, const SimOptions& o, const std::vector<std::vector<std
       g.ScriptFile[s] = o.players[i].script;
       g.ScriptActive[s] = true;
     }
-    // A player without a line bet, standing or scripted, doesn't want to shoot.
     const bool line = StandingLineBet(o, o.players[i].name) || (!o.players[i].script.empty() && makesLineBets[i]);
     SetAutoPassDice(g, s, !line);
   }
   g.AutoBet.ScriptsCompiled = false;
-  for (const SimBet& b : o.bets) {
+  if (SeatOccupied(g, g.Table.Shooter) && g.AutoPassDice[g.Table.Shooter]) PassDice(g, kPassSilent);
+}
+
+// The standing bets and the handling of won and lost bets, by the players' names.
+void SetUpPlay(Game& g, const SimOptions& o, Runner& r) {
+  for (const SimBet& b : o.bets)
     for (int s = 1; s < kSeats; ++s)
       if (g.PlayerName[s] == b.player && r.count < static_cast<int>(r.bets.size()))
         r.bets[r.count++] = {s, b.bet, b.amount};
-  }
   for (const SimHandling& h : o.handling)
     for (int s = 1; s < kSeats; ++s) {
       if (!SeatOccupied(g, s) || (!h.player.empty() && g.PlayerName[s] != h.player)) continue;
       SetAutoHandling(g, s, h.winning, h.action, {h.op, h.operand, h.units});
     }
-  if (SeatOccupied(g, g.Table.Shooter) && g.AutoPassDice[g.Table.Shooter]) PassDice(g, kPassSilent);
 }
 
 // The dice sources of the options, on a table that has its players.
@@ -427,6 +430,30 @@ void PlayRun(Game& g, Runner& r) {
   StopRolling(g);
 }
 
+// A new table as the program starts one: every generator seeded, the default game, the
+// hot keys; or the saved game of --game.
+bool SetUpTable(Game& g, SimUi& ui, const SimOptions& o, const std::string& folder, std::ostream& err) {
+  g.Ui = &ui;
+  g.ProgramFolder = folder;
+  g.Time = &DefaultClock();
+  SeedAtStartUp(g);
+  SetDefaultGame(g);
+  LoadHotKeys(g);
+  if (o.gameFile.empty()) return true;
+  if (!OpenSimGame(g, o.gameFile, err)) return false;
+  for (const SimBet& b : o.bets)
+    if (!SimPlayerSeated(g, b.player)) {
+      err << "dicehall-sim: --bet: there's no player named " << b.player << " in " << o.gameFile << ".\n";
+      return false;
+    }
+  return true;
+}
+
+int Refuse(const RunFault& fault, std::ostream& err) {
+  err << (fault.ownLine ? "" : "dicehall-sim: ") << fault.text << "\n";
+  return fault.code;
+}
+
 }  // namespace
 
 void RequestSimStop() { gStopRequested = 1; }
@@ -435,16 +462,17 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   if (o.bench) return RunSimBench(out);
   if (!o.checkFile.empty()) return RunCheck(o, out, err);
   gStopRequested = 0;
+  const bool fromGame = !o.gameFile.empty();
   RunFault fault{0, {}};
   RuleSet rules;
+  SetDefaultRules(rules);
   std::vector<std::vector<std::string>> scripts;
   std::vector<bool> makesLineBets;
-  if (!BuildRules(o, rules, fault) ||
-      (!o.dumpRules && (!ReadScripts(o, scripts, makesLineBets, fault) || !CheckDiceFiles(o, fault)))) {
-    err << (fault.ownLine ? "" : "dicehall-sim: ") << fault.text << "\n";
-    return fault.code;
-  }
-  if (o.dumpRules) {
+  // Everything that can be refused is, before anything is written; a saved game's rules
+  // are known once it is open.
+  if (!fromGame && !BuildRules(o, rules, fault)) return Refuse(fault, err);
+  if (!ReadScripts(o, scripts, makesLineBets, fault) || !CheckDiceFiles(o, fault)) return Refuse(fault, err);
+  if (o.dumpRules && !fromGame) {
     out << RulesToJson(rules).dump(2) << "\n";
     return 0;
   }
@@ -459,18 +487,21 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   auto game = std::make_unique<Game>();
   Game& g = *game;
   SimUi ui;
-  g.Ui = &ui;
-  g.ProgramFolder = folder;
-  g.Time = &DefaultClock();
-  // As the program starts: every generator seeded, then the default game.
-  SeedAtStartUp(g);
-  SetDefaultGame(g);
-
-  // With nobody to make a line bet, the dice are thrown for the table's other bets.
-  bool anyShooter = false;
-  for (size_t i = 0; i < o.players.size(); ++i)
-    anyShooter = anyShooter || StandingLineBet(o, o.players[i].name) || makesLineBets[i];
-  if (!anyShooter) rules.BetNeededToShoot = 0;
+  if (!SetUpTable(g, ui, o, folder, err)) return 1;
+  if (fromGame) {
+    rules = g.Rules;
+    if (!BuildRules(o, rules, fault)) return Refuse(fault, err);
+    if (o.dumpRules) {
+      out << RulesToJson(rules).dump(2) << "\n";
+      return 0;
+    }
+  } else {
+    // With nobody to make a line bet, the dice are thrown for the table's other bets.
+    bool anyShooter = false;
+    for (size_t i = 0; i < o.players.size(); ++i)
+      anyShooter = anyShooter || StandingLineBet(o, o.players[i].name) || makesLineBets[i];
+    if (!anyShooter) rules.BetNeededToShoot = 0;
+  }
   ReplaceRules(g, rules);
   if (o.dice.rng != 0 && SelectRng(g, o.dice.rng) != 0) {
     err << "dicehall-sim: Unfortunately, RNG #" << o.dice.rng << " is currently unavailable.\n";
@@ -480,7 +511,9 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   Runner runner;
   runner.asked = o.rolls;
   runner.sessionRolls = o.sessionRolls;
-  SeatPlayers(g, o, scripts, makesLineBets, runner);
+  if (!fromGame) SeatPlayers(g, o, scripts, makesLineBets);
+  SetUpPlay(g, o, runner);
+  if (!ApplySimAutoPlay(g, o.autoPlay, err)) return 1;
   SetUpDice(g, o);
   if (o.eventsLog) RecordEventsFromNow(g);
   if (o.seeded) {
@@ -497,6 +530,9 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   ui.runner = &runner;
   ui.progress = o.progress;
   ui.popupFile = o.dice.popupFile;
+  // The game keeps its own Auto-Roll settings; the run borrows them.
+  const Money autoStop = g.Auto.AutoStopRolls;
+  const int throttle = g.Auto.AutoRollThrottle;
   g.Auto.AfterRoll = &AfterEachRoll;
   g.Auto.AfterRollData = &runner;
   struct sigaction action {
@@ -508,9 +544,13 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   sigaction(SIGINT, &previous, nullptr);
   ui.ClearProgress();
   g.Auto.AfterRoll = nullptr;
+  g.Auto.AfterRollData = nullptr;
+  g.Auto.AutoStopRolls = autoStop;
+  SetAutoRollThrottle(g, throttle);
 
-  // The session in progress ends in the logs too, and every file is flushed.
-  if (g.Stats.RollCount[kSessionScope][0] > 0)
+  // The session in progress ends in the logs too, unless a saved game carries it on; and
+  // every file is flushed.
+  if (o.saveFile.empty() && g.Stats.RollCount[kSessionScope][0] > 0)
     for (int s = 1; s < kSeats; ++s)
       if (SeatOccupied(g, s)) AddSessionRecord(g, s, g.SessionsLogPath[s]);
   g.Rolls.RollFile.Flush();
@@ -526,6 +566,7 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   const std::vector<SessionSpread> spreads = SessionsOfRun(g, before);
   if (o.json) WriteJsonReport(g, outcome, spreads, out);
   else WriteTextReport(g, outcome, spreads, out);
+  if (!o.saveFile.empty() && !SaveSimGame(g, o.saveFile, err)) return 1;
 
   if (g.AutoBet.RunawaySeat != 0) {
     err << "dicehall-sim: " << g.StopReason << "\n";

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/sim/sim_game.h"
 #include "engine/money.h"
 #include "storage/paths.h"
 
@@ -65,6 +66,9 @@ struct SimOptions {
   std::string checkFile;  // --check: compile this script and say where it fails
   bool dump = false;
   bool progress = false;  // a progress line on stderr (set when stderr is a terminal)
+  std::string gameFile;   // --game: play on from a saved game
+  std::string saveFile;   // --save: save the table at the end
+  std::vector<SimAutoPlay> autoPlay;
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,

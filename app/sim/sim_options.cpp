@@ -99,7 +99,9 @@ void ParseHandling(const std::string& text, SimHandling& h) {
   if (!ParseMoney(rule, h.operand, error)) Refuse(error);
 }
 
+// With --game the players are known only once the file is open: any name may be meant.
 bool Seated(const SimOptions& o, const std::string& name) {
+  if (!o.gameFile.empty()) return true;
   for (const SimPlayer& p : o.players)
     if (p.name == name) return true;
   return false;
@@ -142,7 +144,7 @@ void AddBets(const std::vector<std::string>& texts, SimOptions& o) {
     if (!ParseMoney(amount, sb.amount, error)) Refuse("--bet " + text + ": " + error);
     if (sb.amount.raw <= 0) Refuse("--bet " + text + ": the amount must be above 0.");
     if (sb.player.empty()) {
-      if (o.players.size() != 1)
+      if (o.players.size() != 1 || !o.gameFile.empty())
         Refuse("--bet " + text + ": name the player (NAME:BET=AMOUNT) when " +
                (o.players.empty() ? "no player sits." : "several players sit."));
       sb.player = o.players[0].name;
@@ -168,6 +170,17 @@ void AddHandling(const std::vector<std::string>& texts, bool winning, SimOptions
   }
 }
 
+void AddAutoPlay(const std::vector<std::string>& texts, SimOptions& o) {
+  for (const std::string& text : texts) {
+    SimAutoPlay a;
+    std::string error;
+    if (!ParseAutoPlayOption(text, a, error)) Refuse("--auto-play " + text + ": " + error);
+    if (!a.player.empty() && !Seated(o, a.player))
+      Refuse("--auto-play " + text + ": there's no player named " + a.player + ".");
+    o.autoPlay.push_back(a);
+  }
+}
+
 // Dice sources exclude each other where the table would take only one of them.
 void CheckDiceSources(const SimOptions& o, bool fromRollGiven) {
   const SimDice& d = o.dice;
@@ -185,7 +198,7 @@ void CheckDiceSources(const SimOptions& o, bool fromRollGiven) {
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
   CLI::App app{kDescription, "dicehall-sim"};
   app.get_formatter()->column_width(34);
-  std::vector<std::string> players, bets, onWin, onLose;
+  std::vector<std::string> players, bets, onWin, onLose, autoPlay;
   int64_t seed = -1;
   app.add_option(
       "--player", players,
@@ -211,7 +224,18 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       "set:AMOUNT takes the bet down and bets the amount: \"set:25\" bets $25; \"set:NcK\" bets N x the "
       "check K x the x of the payoff x (check K / smallest check): on a Place 6, \"set:3c1\" bets 3 x $1 x 7 "
       "= $21 and \"set:1c2\" bets 1 x $5 x 7 x 5 = $175. Either still goes through the table's limits.");
-  app.add_option("--rolls", o.rolls, "rolls to play in all, whatever sessions a script starts (default 1000)")
+  app.add_option("--auto-play", autoPlay,
+                 "[NAME:]KEY=VALUE an Auto-Play setting of a player (repeatable; without a name, every player): "
+                 "adjust=manual|minor|color, place-bias|lay-bias|odds-bias|dont-odds-bias=nearest|increase|decrease, "
+                 "take-odds|lay-odds|down-place|pass-dice=on|off, \"work BET\"=yes|no|default. Example: --auto-play "
+                 "Ann:adjust=color");
+  app.add_option("--game", o.gameFile,
+                 "FILE.crp: play on from a saved game, with its rules, players, bets, scripts and statistics "
+                 "(--player can't be given with it; --bet, --on-win, --on-lose and --auto-play name its players)");
+  app.add_option("--save", o.saveFile,
+                 "FILE.crp: save the table to a game file at the end; its session stays open in the game");
+  app.add_option("--rolls", o.rolls,
+                 "rolls to play in all, whatever sessions a script starts (default 1000; 0 plays none)")
       ->check(CLI::NonNegativeNumber);
   app.add_option("--sessions", o.sessions, "M: play M sessions of --session-rolls rolls each (default 1)")
       ->check(CLI::Range(int64_t{1}, int64_t{1000000000}));
@@ -275,10 +299,13 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
     } else if (sessionsGiven && o.sessions > 1) {
       Refuse("--sessions needs --session-rolls N, the rolls of each session.");
     }
+    if (!o.gameFile.empty() && !players.empty())
+      Refuse("--player can't be given with --game: the game brings its players.");
     AddPlayers(players, o);
     AddBets(bets, o);
     AddHandling(onWin, true, o);
     AddHandling(onLose, false, o);
+    AddAutoPlay(autoPlay, o);
     CheckDiceSources(o, fromRoll->count() > 0);
   } catch (const OptionFault& f) {
     err << "dicehall-sim: " << f.text << "\n";

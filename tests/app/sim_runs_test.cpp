@@ -53,10 +53,10 @@ TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   const std::string report = record("4242", "a.rol");
   record("4242", "b.rol");
   record("5151", "c.rol");
-  const std::string a = FileBytes(dir.path / "a.rol");
+  const std::string a = FileText(dir.path / "a.rol");
   ASSERT_EQ(a.size(), 300u);
-  EXPECT_EQ(a, FileBytes(dir.path / "b.rol"));
-  EXPECT_NE(a, FileBytes(dir.path / "c.rol"));
+  EXPECT_EQ(a, FileText(dir.path / "b.rol"));
+  EXPECT_NE(a, FileText(dir.path / "c.rol"));
 
   SimRun replay = Sim({"--seed", "4242", "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5", "--json",
                        "--playback", (dir.path / "a.rol").string()},
@@ -128,7 +128,7 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
                  dir.path.string());
   ASSERT_EQ(r.code, 0) << r.err;
   int sevens = 0;
-  for (char b : FileBytes(dir.path / "r.rol"))
+  for (char b : FileText(dir.path / "r.rol"))
     sevens += ((b >> 2) & 7) + ((static_cast<unsigned char>(b) >> 5) & 7) == 7;
   const double sd = std::sqrt(rolls * expected * (1 - expected));
   EXPECT_NEAR(sevens, rolls * expected, 4 * sd);
@@ -368,7 +368,7 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
       "      Bob decreased to $190 ($5 loss)",
       "----Same shooter (Ann) coming out----------",
   };
-  std::string text = FileBytes(dir.path / "Events Log.txt");
+  std::string text = FileText(dir.path / "Events Log.txt");
   text = std::regex_replace(text, std::regex(R"(started \d+/\d+/\d{4} @ \d+:\d\d:\d\d [AP]M)"), "started DATE @ TIME");
   std::string expected, index;
   for (const std::string& line : golden) {
@@ -378,9 +378,9 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
   }
   EXPECT_EQ(text, expected);
   // The index holds each line's place in the file as written, before the date was masked.
-  const std::string written = FileBytes(dir.path / "Events Log.txt");
+  const std::string written = FileText(dir.path / "Events Log.txt");
   const int shift = static_cast<int>(written.size()) - static_cast<int>(text.size());
-  const std::string ref = FileBytes(dir.path / "Events Log.ref");
+  const std::string ref = FileText(dir.path / "Events Log.ref");
   ASSERT_EQ(ref.size(), 4 * golden.size());
   for (size_t i = 1; i < golden.size(); ++i) {
     uint32_t at = 0, want = 0;
@@ -411,7 +411,7 @@ TEST(SimScripts, WriteNothingOutsideTheDataFolder) {
   ASSERT_EQ(r.code, 0) << r.err;
   EXPECT_TRUE(fs::is_empty(outside));
   EXPECT_FALSE(fs::exists(dir.path / "x.txt"));
-  EXPECT_NE(FileBytes(data / "ok.txt").find("inside"), std::string::npos);
+  EXPECT_NE(FileText(data / "ok.txt").find("inside"), std::string::npos);
   const json script = json::parse(r.out)["players"][0]["script"];
   // Each escape is refused on each of the 20 rolls and at the activation.
   std::vector<int> refusedLines;

@@ -115,9 +115,9 @@ TEST(MessageBox, AHiddenNoticeClassDoesNotComeAgain) {
 }
 
 TEST(FileWindow, FiltersNamesAndTheLastFolderOfEachKind) {
-  EXPECT_EQ(FileKindOf("(*.crp)"), kFileGame);
-  EXPECT_EQ(FileKindOf("Auto-bet files (*.bet;*.txt)"), kFileAutoBet);
-  EXPECT_EQ(FileKindOf("(*.rol)"), kFileRoll);
+  EXPECT_EQ(FileKindOf("(*.crp)"), kFolderGame);
+  EXPECT_EQ(FileKindOf("Auto-bet files (*.bet;*.txt)"), kFolderAutoBet);
+  EXPECT_EQ(FileKindOf("(*.rol)"), kFolderRoll);
   EXPECT_EQ(FilterPatterns("Auto-bet files (*.bet;*.txt)"), (std::vector<std::string>{"*.bet", "*.txt"}));
   EXPECT_FALSE(IsFileNameOK("a:b.crp"));
   EXPECT_FALSE(IsFileNameOK(""));
@@ -129,8 +129,8 @@ TEST(FileWindow, FiltersNamesAndTheLastFolderOfEachKind) {
   window.findChild<QLineEdit*>("txtFileName")->setText("session one.rol");
   QTest::mouseClick(window.findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
   EXPECT_EQ(window.Path(), (folder.path / "session one.rol").string());
-  EXPECT_EQ(folders[kFileRoll], std::filesystem::canonical(folder.path).string());
-  EXPECT_TRUE(folders[kFileGame].empty());
+  EXPECT_EQ(folders[kFolderRoll], std::filesystem::canonical(folder.path).string());
+  EXPECT_TRUE(folders[kFolderGame].empty());
 }
 
 TEST(SettleDialog, ShowsTheEnginesWordsAndReturnsTheChosenAction) {

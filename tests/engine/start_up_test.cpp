@@ -1,0 +1,78 @@
+// Start-up and exit: the command line's game file, the default game at exit and again
+// at the next start, and the limit stop for a saved bankroll beyond the limit.
+
+#include "engine/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/players.h"
+#include "storage/game_file.h"
+#include "tests/test_support.h"
+
+namespace {
+
+struct Program : TestTable {
+  int Start(const std::string& folder, const std::string& commandLine) { return Main(g, folder, commandLine, {}); }
+  bool Told(const std::string& part) const {
+    for (const auto& e : ui.transcript)
+      if (e.request.Text.find(part) != std::string::npos) return true;
+    return false;
+  }
+};
+
+struct CommandLine {
+  std::string line;
+  int players;       // 1 from "default.crp", 2 from "my table.crp"
+  const char* told;  // "" when nothing is told
+};
+
+TEST(StartUp, TheCommandLineOpensItsGameOrSaysWhyNot) {
+  TempDir dir;
+  const std::string folder = dir.path.string();
+  {
+    Program first;
+    first.Start(folder, "");  // no default game: the defaults stand, and nothing is said
+    EXPECT_TRUE(first.ui.transcript.empty());
+    AddPlayer(first.g, 1, "Ann", 100_usd);
+    ASSERT_TRUE(ExitGame(first.g));  // "default.crp"
+    AddPlayer(first.g, 2, "Bob", 100_usd);
+    ASSERT_TRUE(SaveGame(first.g, (dir.path / "my table.crp").string()));
+  }
+  const std::string named = (dir.path / "my table.crp").string();
+  const std::vector<CommandLine> cases = {
+      {"", 1, ""},
+      {"  \" " + named + " \"  ", 2, ""},
+      {"notes.txt", 1,
+       "This is not a recognized DiceHall game file.\nThe last default game file will be opened instead."},
+      {(dir.path / "gone.crp").string(), 1, "Game file not found."},
+  };
+  for (const CommandLine& c : cases) {
+    Program p;
+    EXPECT_EQ(p.Start(folder, c.line), 0);
+    EXPECT_EQ(p.g.Table.NumberOfPlayers, c.players) << c.line;
+    if (*c.told) EXPECT_TRUE(p.Told(c.told)) << c.line << ": " << p.ui.LastText();
+    else EXPECT_TRUE(p.ui.transcript.empty()) << c.line << ": " << p.ui.LastText();
+    EXPECT_EQ(p.g.Desktop.Caption, c.players == 2 ? "DiceHall (my table.crp)" : "DiceHall");
+  }
+}
+
+TEST(StartUp, ASavedBankrollBeyondTheLimitStopsPlayOnceTheWindowShows) {
+  TempDir dir;
+  {
+    Program first;
+    first.Start(dir.path.string(), "");
+    AddPlayer(first.g, 3, "Cy", 9000000_usd);
+    for (int column : {3, 21, 39}) first.g.Bankroll[column] = Money::Dollars(10000000);  // a lucky night
+    ASSERT_TRUE(ExitGame(first.g));
+  }
+  Program p;
+  bool shown = false;
+  StartUpHooks hooks;
+  hooks.ShowMainWindow = [&] { shown = p.ui.transcript.empty(); };
+  Main(p.g, dir.path.string(), "", hooks);
+  EXPECT_TRUE(shown);
+  EXPECT_TRUE(p.Told("Cy broke the max bankroll limit of $9,999,999"));
+  EXPECT_EQ(p.g.Table.PendingStopSeat, 3);
+}
+
+}  // namespace
