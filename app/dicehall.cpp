@@ -20,6 +20,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "storage/game_file.h"
 #include "storage/paths.h"
 #include "surface/frm_crap_table.h"
 #include "surface/frm_msg.h"
@@ -229,10 +230,6 @@ int main(int argc, char** argv) {
   table.show();
   splash.close();
   // 14. A saved bankroll beyond the limits stops play at once.
-  for (int s = 1; s < kSeats; ++s)
-    if (SeatOccupied(g, s) && BeyondBankrollLimit(g.Bankroll[s])) {
-      LimitStop(g, s);
-      break;
-    }
+  StopAtBankrollLimit(g);
   return qt.exec();
 }

@@ -12,6 +12,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <cmath>
+#include <filesystem>
 
 #include "automation/auto_roll.h"
 #include "engine/messages.h"
@@ -19,6 +20,7 @@
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "engine/table_tools.h"
+#include "storage/game_file.h"
 #include "storage/language_text.h"
 #include "surface/captions.h"
 #include "surface/frm_atm.h"
@@ -91,8 +93,9 @@ QAction* FrmCrapTable::Item(QMenu* menu, const char* name) {
 void FrmCrapTable::BuildMenus() {
   QMenu* game = Menu("mnuGame");
   connect(Item(game, "mnuNew"), &QAction::triggered, this, &FrmCrapTable::NewGameAsked);
-  // The game file's items appear once the desktop is joined to the game file.
-  for (const char* name : {"mnuOpen", "mnuSave", "mnuSaveAs"}) Item(game, name)->setVisible(GameFilesAvailable());
+  connect(Item(game, "mnuOpen"), &QAction::triggered, this, &FrmCrapTable::OpenGameAsked);
+  connect(Item(game, "mnuSave"), &QAction::triggered, this, [this] { SaveGameAsked(false); });
+  connect(Item(game, "mnuSaveAs"), &QAction::triggered, this, [this] { SaveGameAsked(true); });
   connect(Item(game, "mnuShowPath"), &QAction::triggered, this, [this] {
     Tell(g_, Caption(g_.LanguageId, "msgShowPath", {g_.ProgramFolder}), std::string(LanguageText(g_.LanguageId, 131)),
          0, msg::kOk | msg::kPicture1);
@@ -234,7 +237,9 @@ void FrmCrapTable::RefreshStatus() {
     const QSignalBlocker block(hsbThrottle_);
     hsbThrottle_->setValue(g_.Auto.AutoRollThrottle);
   }
-  setWindowTitle(g_.Auto.WindowTitle.empty() ? QString("DiceHall") : Q(g_.Auto.WindowTitle));
+  // A stopped Hyper-Drive says so; otherwise the caption names the game file.
+  const std::string& title = !g_.Auto.WindowTitle.empty() ? g_.Auto.WindowTitle : g_.Desktop.Caption;
+  setWindowTitle(title.empty() ? QString("DiceHall") : Q(title));
 }
 
 void FrmCrapTable::OnRefresh(const std::vector<std::string>& windows) {
@@ -337,6 +342,37 @@ void FrmCrapTable::NewGameAsked() {
     ResetTable(g_, true, false, true, 0);
   }
   picTable_->Redraw();
+  RefreshStatus();
+}
+
+namespace {
+
+// The filter of the file window for game files: its kind's name and pattern.
+std::string GameFilter(int language) { return std::string(LanguageText(language, 124)) + " (*.crp)"; }
+
+}  // namespace
+
+void FrmCrapTable::OpenGameAsked() {
+  if (g_.Table.Rolling || g_.Auto.AutoRollActive) return;
+  const std::string path = ui_.ChooseFile(Caption(g_.LanguageId, "ttlOpenGame"), GameFilter(g_.LanguageId));
+  if (path.empty() || !OpenGame(g_, path)) return;
+  picTable_->Input() = TableInput{};
+  SetMenuCaptions();
+  picTable_->Redraw();
+  RefreshStatus();
+}
+
+void FrmCrapTable::SaveGameAsked(bool askName) {
+  if (g_.Table.Rolling) return;
+  std::string path = g_.GameFileName;
+  // The default game and the restore files are the program's own: Save asks for a name.
+  const std::string base = std::filesystem::path(path).filename().string();
+  if (askName || path.empty() || base == kDefaultGameFile || base == kRestoreGameFile || base == kRestoreHostGameFile) {
+    path = ui_.ChooseFile(Caption(g_.LanguageId, "ttlSaveGame"), GameFilter(g_.LanguageId));
+    if (path.empty()) return;
+    if (std::filesystem::path(path).extension() != ".crp") path += ".crp";
+  }
+  SaveGame(g_, path);
   RefreshStatus();
 }
 

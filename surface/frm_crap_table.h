@@ -37,6 +37,8 @@ class FrmCrapTable : public QMainWindow {
   void SetAutoStopAsked();
   void SetDelayAsked();
   void NewGameAsked();
+  void OpenGameAsked();
+  void SaveGameAsked(bool askName);
   void AddPlayerAsked();
   void RemovePlayerAsked();
   void RenamePlayerAsked();

@@ -12,5 +12,3 @@
 void OpenStartGame(Game& g, const std::string& commandLine);
 // Saves "default.crp" as the main window closes.
 void SaveGameAtClose(Game& g);
-// Whether game files can be opened and saved from the menu.
-bool GameFilesAvailable();
