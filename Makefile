@@ -3,7 +3,7 @@ BUILD      ?= build
 BENCH_DIR  ?= build-release
 CMAKE_GEN  := -G Ninja
 
-.PHONY: deps build run test bench clean
+.PHONY: deps build run test test-sanitize bench clean
 
 deps:
 	@scripts/install-deps
@@ -29,6 +29,21 @@ run: build
 
 test: build
 	cd $(BUILD) && ctest -j2 --output-on-failure
+
+# The tests again under AddressSanitizer and UndefinedBehaviorSanitizer, in a folder of
+# their own, with the table's rules checked after every roll and every store index checked.
+SANITIZE_DIR ?= build-sanitize
+SANITIZE_FLAGS := -O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all \
+  -DDICEHALL_CHECK_ROLLS -D_GLIBCXX_ASSERTIONS
+$(SANITIZE_DIR)/build.ninja: | deps
+	cmake -S . -B $(SANITIZE_DIR) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Sanitize \
+	  -DCMAKE_CXX_FLAGS_SANITIZE="$(SANITIZE_FLAGS)" \
+	  -DCMAKE_EXE_LINKER_FLAGS_SANITIZE="-fsanitize=address,undefined" -DDICEHALL_TESTS=ON
+
+test-sanitize: deps $(SANITIZE_DIR)/build.ninja
+	cmake --build $(SANITIZE_DIR)
+	cd $(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest -j2 --output-on-failure -E "HoldsAfterEveryRollOfEightSystems"
 
 $(BENCH_DIR)/build.ninja: | deps
 	cmake -S . -B $(BENCH_DIR) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release \

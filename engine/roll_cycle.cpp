@@ -10,6 +10,7 @@
 #include "dice/seeding.h"
 #include "engine/bankroll.h"
 #include "engine/bet_states.h"
+#include "engine/consistency.h"
 #include "engine/messages.h"
 #include "engine/placement.h"
 #include "engine/players.h"
@@ -523,6 +524,8 @@ bool OneRoll(Game& g) {
     g.ScriptActiveCopy[s] = g.ScriptActive[s];
   }
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"frmBankroll", "frmSummary", "frmRollTotals", "frmHands"});
+
+  DICEHALL_ASSERT_CONSISTENT(g);
 
   // 17. Bankroll limit.
   for (int s = 1; s < kSeats; ++s) {

@@ -9,6 +9,7 @@
 #include "app/sim/sim.h"
 #include "dice/roll_files.h"
 #include "dice/seeding.h"
+#include "engine/consistency.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/file_bytes.h"
@@ -34,6 +35,22 @@ void TestTable::NextDice(int die1, int die2) {
 void TestTable::Roll(int die1, int die2) {
   NextDice(die1, die2);
   RollDice(g);
+  EXPECT_EQ(GameIsConsistent(g), "") << "after a roll of " << die1 << "-" << die2;
+}
+
+void SetSessionRolls(Game& g, int32_t rolls) {
+  for (int column : {kSessionScope, kAllScope}) {
+    g.Stats.RollCount[column][0] = rolls;
+    g.Stats.RollCount[column][7] = rolls;
+  }
+}
+
+void SetBankroll(Game& g, int seat, Money amount) {
+  const Money delta = amount - g.Bankroll[seat];
+  for (int scope : kCountedScopes) {
+    g.Bankroll[seat + scope] += delta;
+    g.BuyInTotal[seat + scope] += delta;
+  }
 }
 
 TempDir::TempDir() {

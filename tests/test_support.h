@@ -25,6 +25,15 @@ struct TestTable {
   void Roll(int die1, int die2);
 };
 
+// The session and the run as if `rolls` sevens had been rolled already (the table's
+// columns), so that a test of the roll limits starts near two billion with the counts
+// agreeing.
+void SetSessionRolls(Game& g, int32_t rolls);
+
+// The seat's bankroll brought to `amount` as if it had bought in for the difference: the
+// way to a bankroll beyond the limits, which a buy-in refuses.
+void SetBankroll(Game& g, int seat, Money amount);
+
 // A temporary folder, removed at the end of the test.
 struct TempDir {
   std::filesystem::path path;

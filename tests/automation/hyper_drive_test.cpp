@@ -139,7 +139,7 @@ TEST_P(HyperDriveAutoStopTest, StopsAtTheNextMultiple) {
   HyperTable t;
   t.runner.keepLineBet = true;
   t.Bet(1, bet::PassLine, 10_usd);
-  t.g.Stats.RollCount[kSessionScope][0] = c.rollsBefore;
+  SetSessionRolls(t.g, c.rollsBefore);
   t.g.Auto.AutoStopRolls = Money::Dollars(c.every);
   t.Run();
   EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
@@ -157,7 +157,7 @@ TEST(HyperDriveAutoStop, ZeroNeverStopsByItself) {
   HyperTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.g.Auto.AutoStopRolls = Money{};
-  t.g.Stats.RollCount[kSessionScope][0] = 2000000000 - 1500;
+  SetSessionRolls(t.g, 2000000000 - 1500);
   t.Run();
   EXPECT_EQ(t.SessionRolls(), 2000000000);
   EXPECT_THAT(t.g.StopReason, StartsWith("Stopped due to reaching the maximum limit of 2,000,000,000 rolls."));
@@ -190,7 +190,7 @@ TEST_P(HyperDriveLimitTest, StopsBeyondTheLimitOnly) {
   HyperTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.g.AllowNegBankroll[1] = true;
-  for (int scope : kCountedScopes) t.g.Bankroll[1 + scope] = c.bankroll;
+  SetBankroll(t.g, 1, c.bankroll);
   t.g.Auto.AutoStopRolls = 3_usd;
   t.Run();
   EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
@@ -213,7 +213,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(HyperDriveLimit, AStoppedTableStaysStoppedUntilANewSession) {
   HyperTable t;
   t.g.Rules.BetNeededToShoot = 0;
-  for (int scope : kCountedScopes) t.g.Bankroll[1 + scope] = 10000000_usd;
+  SetBankroll(t.g, 1, 10000000_usd);
   t.Run();
   ASSERT_EQ(t.SessionRolls(), 1);
 

@@ -122,7 +122,7 @@ TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
   LineTable t;
   t.Seat(1, "Ann", 1000_usd);
   t.g.Rules.BetNeededToShoot = 0;
-  t.g.Stats.RollCount[kSessionScope][0] = 1999999999;
+  SetSessionRolls(t.g, 1999999999);
   t.Roll(2, 3);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
   EXPECT_EQ(t.g.Table.Point, 5);
@@ -143,7 +143,7 @@ TEST(ShotGateRollLimit, SilentlyTheStopText) {
   LineTable t;
   t.Seat(1, "Ann", 1000_usd);
   t.g.Rules.BetNeededToShoot = 0;
-  t.g.Stats.RollCount[kSessionScope][0] = 2000000000;
+  SetSessionRolls(t.g, 2000000000);
   t.g.SilentMode = true;
   t.Roll(6, 6);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
@@ -158,7 +158,7 @@ TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
   LineTable t;
   t.Seat(1, "Ann", 1000_usd);
   t.g.Rules.BetNeededToShoot = 0;
-  for (int scope : kCountedScopes) t.g.Bankroll[1 + scope] = 10000000_usd;
+  SetBankroll(t.g, 1, 10000000_usd);
   t.Roll(1, 2);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
   EXPECT_EQ(t.g.Table.PendingStopSeat, 1);
