@@ -38,7 +38,7 @@ SANITIZE_FLAGS := -O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -f
 $(SANITIZE_DIR)/build.ninja: | deps
 	cmake -S . -B $(SANITIZE_DIR) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Sanitize \
 	  -DCMAKE_CXX_FLAGS_SANITIZE="$(SANITIZE_FLAGS)" \
-	  -DCMAKE_EXE_LINKER_FLAGS_SANITIZE="-fsanitize=address,undefined" -DDICEHALL_TESTS=ON
+	  -DCMAKE_EXE_LINKER_FLAGS_SANITIZE="-fsanitize=address,undefined" -DDICEHALL_TESTS=ON -DDICEHALL_DESKTOP=OFF
 
 test-sanitize: deps $(SANITIZE_DIR)/build.ninja
 	cmake --build $(SANITIZE_DIR)

@@ -17,9 +17,11 @@
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
 #include "engine/bankroll.h"
+#include "engine/handling.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
 #include "storage/game_file.h"
 #include "storage/paths.h"
 #include "surface/frm_crap_table.h"
@@ -57,9 +59,7 @@ bool ParseSize(const std::string& text, int& w, int& h) {
 // ---- Scenes for the documentation's pictures: fixed dice, four players.
 
 void Dice(Game& g, int a, int b) {
-  g.Dice.padPending = true;
-  g.Dice.padDie1 = a;
-  g.Dice.padDie2 = b;
+  SetPadRoll(g, a, b);
   RollDice(g);
 }
 
@@ -71,8 +71,8 @@ void SeatFour(Game& g, TableInput& in) {
   in.SelectedCheck = 2;
   // No dialogs: winners stay up, losers come down.
   for (int s = 1; s <= 8; ++s) {
-    g.AutoHandleWin[s] = 2;
-    g.AutoHandleLose[s] = 1;
+    SetAutoHandling(g, s, true, kSameBet, {});
+    SetAutoHandling(g, s, false, kTakeDown, {});
   }
 }
 
@@ -193,7 +193,7 @@ int main(int argc, char** argv) {
         if (!dialog) dialog = std::make_unique<FrmSettleBet>(g, r, &table);
         return std::optional<int>(2);
       };
-      g.AutoHandleWin[4] = 0;
+      SetAutoHandling(g, 4, true, kAskByDialog, {});
       Dice(g, 4, 1);  // Dieter's Place 5 wins
     }
     table.Table()->Redraw();

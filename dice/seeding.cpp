@@ -75,6 +75,17 @@ bool AskSeed(Game& g, int32_t max) {
 
 void SetReseedSessions(Game& g, bool on) { g.Dice.reseedSessions = on; }
 
+bool SeedRngWith(Game& g, int32_t seed) {
+  g.Dice.pendingSeed = Money::Dollars(seed);
+  return SeedRng(g, true);
+}
+
+void SetPadRoll(Game& g, int die1, int die2) {
+  g.Dice.padPending = true;
+  g.Dice.padDie1 = die1;
+  g.Dice.padDie2 = die2;
+}
+
 int32_t MaxSeed(const Game& g) { return g.Dice.rngNumber == 3 ? 999999 : 2147483647; }
 
 int SelectRng(Game& g, int32_t number) {

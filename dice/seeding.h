@@ -13,6 +13,13 @@ int SelectRng(Game& g, int32_t number);
 // false leaves every generator as it was and pendingSeed 0 (or, on Cancel, everything).
 bool SeedRng(Game& g, bool scripted);
 
+// Seeds the selected generator with `seed`, as "Seed RNG with X" does; false (nothing
+// seeded) for a seed out of the generator's range.
+bool SeedRngWith(Game& g, int32_t seed);
+
+// The manual roll pad: the next roll comes out as these dice, whatever the other sources.
+void SetPadRoll(Game& g, int die1, int die2);
+
 // "Re-seed new sessions" (chkReSeed).
 void SetReseedSessions(Game& g, bool on);
 

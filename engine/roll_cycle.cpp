@@ -562,6 +562,15 @@ bool CompileActiveScripts(Game& g) {
   return false;
 }
 
+bool ActivateScripts(Game& g) {
+  if (!AnyScriptActive(g)) return true;
+  if (!CompileActiveScripts(g)) return false;
+  g.AutoBet.InitializingScript = true;
+  RunAutoBet(g);
+  g.AutoBet.InitializingScript = false;
+  return true;
+}
+
 void RollDice(Game& g) {
   TableState& t = g.Table;
   // 1. Missing generators.

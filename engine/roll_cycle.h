@@ -15,6 +15,10 @@ void RollDice(Game& g);
 // Compiles the scripts of the active seats when they aren't compiled; a fault is told
 // (or becomes the stop text) and the roll may not go on.
 bool CompileActiveScripts(Game& g);
+// Activation: the active seats' scripts compiled and run once with "initializing script"
+// true, before the rolls they play. False when a script doesn't compile (told, or the
+// stop text under SilentMode).
+bool ActivateScripts(Game& g);
 // Whether an occupied seat has its script switched on.
 bool AnyScriptActive(const Game& g);
 // The hand has ended: its columns go to "Last hand", bankroll marks start again.

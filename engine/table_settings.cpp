@@ -19,3 +19,11 @@ void SetAutoHandling(Game& g, int seat, bool winning, int action, const SettleRu
 void SetAutoPassDice(Game& g, int seat, bool on) {
   if (seat >= 1 && seat < kSeats) g.AutoPassDice[seat] = on;
 }
+
+void SetSeatScript(Game& g, int seat, std::vector<std::string> lines, const std::string& file) {
+  if (seat < 1 || seat >= kSeats) return;
+  g.AutoBet.ScriptSource[seat] = std::move(lines);
+  g.ScriptFile[seat] = file;
+  g.ScriptActive[seat] = true;
+  g.AutoBet.ScriptsCompiled = false;
+}

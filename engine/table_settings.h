@@ -3,6 +3,9 @@
 // stores behind them keep agreeing: the rule set as a whole, what a seat does with bets
 // that won or lost, whether it passes the dice.
 
+#include <string>
+#include <vector>
+
 #include "engine/game_state.h"
 
 // Installs a rule set that has passed validation; the bet units follow the new checks.
@@ -14,3 +17,7 @@ void SetAutoHandling(Game& g, int seat, bool winning, int action, const SettleRu
 
 // "Autopass the dice": the seat lets the dice go by.
 void SetAutoPassDice(Game& g, int seat, bool on);
+
+// The seat's script, its lines and the file they came from, switched on ("&Active"); the
+// scripts are compiled again before they next run.
+void SetSeatScript(Game& g, int seat, std::vector<std::string> lines, const std::string& file);

@@ -67,8 +67,7 @@ int RunSimBench(std::ostream& out) {
     HeadlessUi ui;
     g.Ui = &ui;
     SetDefaultGame(g);
-    g.Dice.pendingSeed = Money::Dollars(20261123);
-    SeedRng(g, true);
+    SeedRngWith(g, 20261123);
     if (sc.seats == 0) {
       RuleSet rules = g.Rules;
       rules.BetNeededToShoot = 0;

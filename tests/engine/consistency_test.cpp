@@ -7,7 +7,6 @@
 
 #include <functional>
 
-#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
 #include "engine/placement.h"
@@ -92,14 +91,12 @@ TEST(Consistency, HoldsAfterEveryRollOfEightSystems) {
   HeadlessUi ui;
   g.Ui = &ui;
   SetDefaultGame(g);
-  g.Dice.pendingSeed = Money::Dollars(2026);
-  SeedRng(g, true);
+  SeedRngWith(g, 2026);
   const std::vector<std::vector<std::string>> scripts = ExampleScripts();
   ASSERT_EQ(scripts.size(), 8u);
   for (int s = 1; s <= 8; ++s) {
     AddPlayer(g, s, std::string("P") + char('0' + s), Money::Dollars(-1000000));  // never broke
-    g.AutoBet.ScriptSource[s] = scripts[s - 1];
-    g.ScriptActive[s] = true;
+    SetSeatScript(g, s, scripts[s - 1], "");
   }
   struct Check {
     int64_t rolls = 0;
@@ -119,10 +116,7 @@ TEST(Consistency, HoldsAfterEveryRollOfEightSystems) {
   RuleSet rules = g.Rules;
   rules.BetNeededToShoot = 0;  // the dice roll whoever holds them
   ReplaceRules(g, rules);
-  ASSERT_TRUE(CompileActiveScripts(g));
-  g.AutoBet.InitializingScript = true;
-  RunAutoBet(g);
-  g.AutoBet.InitializingScript = false;
+  ASSERT_TRUE(ActivateScripts(g));
   RollDice(g);
   EXPECT_EQ(check.first, "");
   EXPECT_EQ(g.Stats.RollCount[kSessionScope][0], 1000000) << g.StopReason;
