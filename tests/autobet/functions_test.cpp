@@ -275,10 +275,6 @@ TEST(FunctionCallTest, KeepsAFaultMetInTheArguments) {
   EXPECT_EQ(t.g.AutoBet.RunError, 9999);
 }
 
-}  // namespace
-
-namespace {
-
 // The hops that are not on the hop rows are the one-roll bets on 2, 3, 11 and 12; a
 // chi-square with a number is that item's own cell.
 TEST(FunctionValueTest, HopsOffTheRowsAndOneChiSquareCell) {

@@ -460,10 +460,6 @@ TEST(VariablesTest, RunErrorTexts) {
   for (const auto& [code, text] : cases) EXPECT_EQ(RunErrorText(code), text) << code;
 }
 
-}  // namespace
-
-namespace {
-
 // Expected value: the payoff the table pays now against the odds of the dice, a unit's
 // share as net %, the resolved wagers' share as net.
 TEST(VariablesTest, ExpectedValueIsTheHousesShare) {

@@ -233,10 +233,6 @@ TEST(HyperDriveLimit, AStoppedTableStaysStoppedUntilANewSession) {
   EXPECT_EQ(t.SessionRolls(), 1);  // the new session's first roll
 }
 
-}  // namespace
-
-namespace {
-
 // The button pressed while a script cycle runs asks whether to stop the scripts; Yes ends
 // the cycle, No leaves everything as it was, and nothing starts either way.
 TEST(HyperDriveToggle, PressedDuringAScriptCycleOffersToStopIt) {

@@ -124,10 +124,6 @@ TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
   EXPECT_TRUE(t.ui.transcript.empty());
 }
 
-}  // namespace
-
-namespace {
-
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
   LineTable t;
   t.Seat(1, "Ann", Money::Dollars(1000));
@@ -170,10 +166,6 @@ TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
   EXPECT_EQ(t.g.Table.RepeaterCount[8], 0);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
   LineTable t;
   t.Seat(1, "Ann", Money::Dollars(1000));
@@ -187,10 +179,6 @@ TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
   EXPECT_EQ(t.Amount(1, bet::Come), Money{});
   EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
 }
-
-}  // namespace
-
-namespace {
 
 struct AdjustCase {
   int bet;
@@ -226,10 +214,6 @@ INSTANTIATE_TEST_SUITE_P(
                     AdjustCase{bet::Place4 + 1, 1, 12, 10},     // Place 5 at 7:5
                     AdjustCase{bet::PassLineOdds, 1, 15, 14},   // odds on 5 pay 3:2
                     AdjustCase{bet::Place4 + 2, 1, 3, 3}));     // nothing lower is a bet: left as asked, and told
-
-}  // namespace
-
-namespace {
 
 TEST(PlacementAdjust, AnAmountThatCantBeAdjustedIsTold) {
   LineTable t;

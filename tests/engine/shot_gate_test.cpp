@@ -194,10 +194,6 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
   EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {
   LineTable t;
   t.Seat(1, "Ann", Money::Dollars(100));
