@@ -10,10 +10,7 @@ namespace {
 
 constexpr int kSeat = 2;
 
-using records::F;
-using records::V;
-TokenRecord Vt(int n) { return {kCodeVariableTarget, static_cast<double>(n)}; }
-TokenRecord Ft(int n) { return {kCodeFunctionTarget, static_cast<double>(n)}; }
+using namespace records;
 
 // Only the variable and function records, read or written, in order: what this pass decides.
 std::vector<TokenRecord> References(const std::vector<TokenRecord>& records) {

@@ -9,6 +9,8 @@
 
 namespace {
 
+using namespace records;
+
 // The block keywords and labels of a compiled script in order, each jump shown as ">k",
 // k being the position in this same list of the record it jumps to. Positions rather
 // than record indices keep the cases readable whatever the earlier passes insert.
@@ -132,8 +134,8 @@ TEST(CompileLogicRecords, JumpTargetsAreRecordIndices) {
   AutoBetProgram program;
   program.ScriptSource[1] = {"Do : GoTo \"x\"", "Loop", "\"x\""};
   ASSERT_FALSE(CompileAutobets(program, 1, {}).Failed());
-  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1}, {101, 0}, {16, 7}, {101, 5}, {kCodeGoto, 0},
-                                             {kCodeString, 9},       {102, 0}, {17, 2}, {103, 0}, {kCodeLabel, 2}};
+  const std::vector<TokenRecord> expected = {Head(1), M(1, 0), Jump(16, 7), M(1, 5), Op(kCodeGoto),
+                                             S(9),    M(2, 0), Jump(17, 2), M(3, 0), L(2)};
   EXPECT_EQ(program.ScriptRecords, expected);
   const std::vector<StringEntry> strings = {{"x", 0}, {"x", 9}};
   EXPECT_EQ(program.ScriptStrings, strings);
@@ -141,10 +143,8 @@ TEST(CompileLogicRecords, JumpTargetsAreRecordIndices) {
 
 TEST(CompileLogicRecords, LabelsAreFoundWhereTheirRecordsStandNow) {
   // As left by passes that inserted records after the labels were marked at 2 and 4.
-  std::vector<TokenRecord> records = {
-      {kCodeScriptHeader, 1}, {101, 0}, {kCodeVariable, 201}, {kCodePlayer, 1}, {102, 0},
-      {kCodeLabel, 1},        {103, 0}, {kCodeGosub, 0},      {kCodeString, 3}, {104, 0},
-      {kCodeLabel, 2}};
+  std::vector<TokenRecord> records = {Head(1), M(1, 0),        V(201), P(1),    M(2, 0), L(1),
+                                      M(3, 0), Op(kCodeGosub), S(3),   M(4, 0), L(2)};
   std::vector<StringEntry> strings = {{"a", 2}, {"b", 4}, {"A", 0}};
   const std::vector<std::string> lines = {"cs1", "\"a\"", "gosub \"A\"", "\"b\""};
   ASSERT_FALSE(CompileLogic(records, strings, lines).Failed());

@@ -24,6 +24,13 @@ inline TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
 inline TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
 inline TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
 inline TokenRecord N(double n) { return {kCodeNumber, n}; }
+inline TokenRecord Vt(int n) { return {kCodeVariableTarget, static_cast<double>(n)}; }
+inline TokenRecord Ft(int n) { return {kCodeFunctionTarget, static_cast<double>(n)}; }
+inline TokenRecord Head(int seat) { return {kCodeScriptHeader, static_cast<double>(seat)}; }
+inline TokenRecord S(int n) { return {kCodeString, static_cast<double>(n)}; }
+inline TokenRecord L(int n) { return {kCodeLabel, static_cast<double>(n)}; }
+inline TokenRecord A(int n) { return {kCodeAction, static_cast<double>(n)}; }
+inline TokenRecord Jump(int code, int target) { return {code, static_cast<double>(target)}; }
 inline TokenRecord Op(int code) { return {code, 0}; }
 inline const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), kEq = Op(kCodeEquals),
                          kComma = Op(kCodeListSeparator), kEnd = Op(kCodeEndOfList), kOn = Op(kCodeOnTo);
