@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -356,10 +355,8 @@ TEST(ActionSounds, PlayFromTheProgramFolderExceptInHyperDrive) {
 
 TEST(ActionFiles, OutputFilesAppendOrStartEmpty) {
   ActionTable a;
-  auto content = [&] {
-    std::ifstream in(a.File("out.txt"));
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  };
+  auto content = [&] { return FileText(a.File("out.txt")); };
+
   ASSERT_EQ(a.Run({"open/clear file for output \"out.txt\"", "output to file \"roll \" & 1", "output to file 2.5"}), 0);
   EXPECT_EQ(content(), "roll 1\n2.5\n");
   ASSERT_EQ(a.Run({"open/append file for output \"out.txt\"", "output to file \"more\""}), 0);
