@@ -37,8 +37,7 @@ class LineSettleActionTest : public ::testing::TestWithParam<ActionCase> {};
 
 TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
   const ActionCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.AutoHandleWin[1] = t.g.AutoHandleLose[1] = c.action;
   t.Bet(1, bet::PassLine, 10_usd);
   for (int a : c.dialogReply) t.ui.settleReplies.push_back(a);
@@ -63,8 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
         ActionCase{"seven-out, same bet", {6, 7}, kSameBet, false, {}, 0, 10_usd, 990_usd}));
 
 TEST(LineSettleDialog, AWinnersDialog) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(11);
   ASSERT_EQ(t.ui.settles.size(), 1u);
@@ -93,24 +91,17 @@ TEST(LineSettleDialog, ARoundedPayoffSaysSo) {
 }
 
 TEST(LineSettleDialog, ALosersDialog) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 25_usd);
   t.RollTotal(12);
   ASSERT_EQ(t.ui.settles.size(), 1u);
-  const std::vector<std::string>& b = t.ui.settles[0].Buttons;
-  ASSERT_EQ(b.size(), 5u);
-  EXPECT_EQ(b[0], "&No Bet");
-  EXPECT_EQ(b[1], "&Same Bet");
-  EXPECT_EQ(b[2], "Bet &Remainder");
-  EXPECT_THAT(b[3], StartsWith("Press &1 Unit - Add $25"));
-  EXPECT_EQ(b[4], "&Double Bet");
+  EXPECT_THAT(t.ui.settles[0].Buttons, ElementsAre("&No Bet", "&Same Bet", "Bet &Remainder",
+                                                   StartsWith("Press &1 Unit - Add $25"), "&Double Bet"));
   EXPECT_THAT(t.ui.settles[0].Labels, Contains("Net loss: $25"));
 }
 
 TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 10_usd);
   t.ui.settleReplies.push_back(kTakeMaxOdds);  // offered only for an odds bet that wasn't working
   t.RollTotal(7);

@@ -33,3 +33,8 @@ struct LineTable : TestTable {
   int Messages() const { return static_cast<int>(ui.transcript.size()); }
   const MessageRequest& LastMessage() const { return ui.transcript.back().request; }
 };
+
+// Ann at seat 1 with $1000.
+struct AnnTable : LineTable {
+  AnnTable() { Seat(1, "Ann", 1000_usd); }
+};

@@ -22,8 +22,7 @@ class PlacementRuleTest : public testing::TestWithParam<RuleCase> {};
 
 TEST_P(PlacementRuleTest, RefusesWithItsWords) {
   const RuleCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   if (c.setUp) c.setUp(t);
   const Money before = t.Amount(1, c.bet);
   const size_t shown = t.ui.transcript.size();
@@ -91,8 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "You may not make or increase a Repeater 8 bet while any hits are marked.", 510}));
 
 TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   // Come-out: Point 7, 7 Point 7, Fire, Hot Roller (no rolls yet) and the collect bets are open.
   for (int b : {bet::Point7, bet::SevenPoint7, bet::Fire, bet::HotRoller, bet::AllSmall, bet::MakeAll})
     EXPECT_EQ(t.Bet(1, b, Money::Dollars(5)), Money::Dollars(5)) << BetName(b);
@@ -100,8 +98,7 @@ TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
 }
 
 TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   PointOnSix(t);
   ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
   t.RollTotal(4);  // the Come bet travels to 4
@@ -117,16 +114,14 @@ TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
 }
 
 TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.SilentMode = true;
   EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
   EXPECT_TRUE(t.ui.transcript.empty());
 }
 
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   ASSERT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(20));
   EXPECT_EQ(t.g.BuyVigHeld[1][0], Money::Dollars(1));
   EXPECT_EQ(t.g.OnTable[1], Money::Dollars(21));
@@ -139,8 +134,7 @@ TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
 }
 
 TEST(PlacementVig, VigOnWinOnlyStaysOutOfOnTable) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.Rules.ChargeAllLay = false;
   ASSERT_EQ(t.Bet(1, bet::Lay4, Money::Dollars(40)), Money::Dollars(40));
   EXPECT_EQ(t.g.LayVigHeld[1][0], Money::Dollars(1));  // 5% of the win of 20
@@ -158,8 +152,7 @@ TEST(PlacementVig, UpFrontVigMustFitTheBankroll) {
 }
 
 TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   ASSERT_EQ(t.Bet(1, bet::Repeater2 + 5, Money::Dollars(5)), Money::Dollars(5));  // Repeater 8
   t.g.Table.RepeaterCount[8] = 2;
   t.Bet(1, bet::Repeater2 + 5, -Money::Dollars(5));
@@ -167,8 +160,7 @@ TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
 }
 
 TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.RollTotal(6);
   ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
@@ -216,8 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
                     AdjustCase{bet::Place4 + 2, 1, 3, 3}));     // nothing lower is a bet: left as asked, and told
 
 TEST(PlacementAdjust, AnAmountThatCantBeAdjustedIsTold) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.AdjustForPayoff[1].fill(1);
   EXPECT_EQ(t.Bet(1, bet::Place4 + 2, Money::Dollars(3)), Money::Dollars(3));
   EXPECT_EQ(t.LastMessage().Text,
