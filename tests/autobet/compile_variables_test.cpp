@@ -22,35 +22,26 @@ std::vector<TokenRecord> Cs1Is(std::vector<TokenRecord> rest) {
 
 struct OrganiseCase {
   std::vector<std::string> lines;
-  std::vector<TokenRecord> records;  // everything after the header, when it compiles
-  const char* message = "";
-  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
+  std::vector<TokenRecord> records;  // everything after the header
 };
 
 std::ostream& operator<<(std::ostream& os, const OrganiseCase& c) { return records::PrintScript(os, c.lines); }
 
 class CompileVariablesOrganizeTest : public testing::TestWithParam<OrganiseCase> {};
 
-TEST_P(CompileVariablesOrganizeTest, GroupsReferencesOrStopsAtTheFirstFault) {
+TEST_P(CompileVariablesOrganizeTest, GroupsReferences) {
   const OrganiseCase& c = GetParam();
   AutoBetProgram program;
   program.ScriptSource[kSeat] = c.lines;
   const std::vector<std::string> names = {"", "Ann"};
-  const CompileFault fault = CompileAutobets(program, kSeat, names);
-  EXPECT_EQ(fault.message, c.message);
-  if (std::string(c.message).empty()) {
-    ASSERT_FALSE(program.ScriptRecords.empty());
-    EXPECT_EQ(program.ScriptRecords.front(), (TokenRecord{kCodeScriptHeader, kSeat}));
-    const std::vector<TokenRecord> rest(program.ScriptRecords.begin() + 1, program.ScriptRecords.end());
-    EXPECT_EQ(rest, c.records);
-    return;
-  }
-  records::ExpectRange(fault, c);
+  ASSERT_EQ(CompileAutobets(program, kSeat, names).message, "");
+  EXPECT_EQ(program.ScriptRecords.front(), Head(kSeat));
+  EXPECT_EQ(std::vector<TokenRecord>(program.ScriptRecords.begin() + 1, program.ScriptRecords.end()), c.records);
 }
 
-OrganiseCase Fault(std::string line, const char* message) {
+ScriptCase Fault(std::string line, const char* message) {
   const int end = static_cast<int>(line.size());
-  return OrganiseCase{{std::move(line)}, {}, message, 1, 0, 1, end};
+  return {{std::move(line)}, message, 1, 0, 1, end};
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -110,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(
-    Faults, CompileVariablesOrganizeTest,
+    OrganizeFaults, CompileScriptTest,
     testing::Values(Fault("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
                     Fault("cs1 = total high wins passline", "Ambiguous variable modifiers"),
                     Fault("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
@@ -137,13 +128,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
                     Fault("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
                     // The range is the statement, not the line.
-                    OrganiseCase{{"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"},
-                                 {},
-                                 "Ambiguous variable references",
-                                 2,
-                                 10,
-                                 2,
-                                 30}));
+                    Faulty({"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"}, "Ambiguous variable references", 2,
+                           10, 2, 30)));
 
 // A scratch script belongs to the seat selected in the editor; with none, a wager has no owner.
 // A number right after X30..X34 selects a total, combination or face: the Y piece of the
@@ -167,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(
         OrganiseCase{{"cs1 = # rolls 11 dice totals total"}, Cs1Is({V(4504), P(kSeat), H(3), X(30), Y(0)})}));
 
 INSTANTIATE_TEST_SUITE_P(
-    DiceSelectionFaults, CompileVariablesOrganizeTest,
+    DiceSelectionOrganizeFaults, CompileScriptTest,
     testing::Values(Fault("cs1 = # rolls 11 dice totals 13", "Reference to rolls out of limits."),
                     Fault("cs1 = # rolls 11 dice totals 1", "Reference to rolls out of limits."),
                     Fault("cs1 = # rolls 11 dice totals 6.5", "Reference to rolls out of limits."),

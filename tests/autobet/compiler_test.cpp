@@ -11,38 +11,10 @@ namespace {
 
 using namespace records;
 
-struct CompileCase {
-  std::vector<std::string> lines;
-  const char* message;  // "" when the script compiles
-  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
-};
-
-std::ostream& operator<<(std::ostream& os, const CompileCase& c) { return records::PrintScript(os, c.lines); }
-
 CompileFault CompileSeat(AutoBetProgram& program, const std::vector<std::string>& lines,
                          std::vector<std::string> names = {}) {
   program.ScriptSource[1] = lines;
   return CompileAutobets(program, 1, names);
-}
-
-class CompileScriptTest : public testing::TestWithParam<CompileCase> {};
-
-TEST_P(CompileScriptTest, StopsAtTheFirstFaultWithItsRange) {
-  const CompileCase& c = GetParam();
-  AutoBetProgram program;
-  const CompileFault fault = CompileSeat(program, c.lines);
-  EXPECT_EQ(fault.message, c.message);
-  if (std::string(c.message).empty()) {
-    EXPECT_FALSE(fault.Failed());
-    ASSERT_FALSE(program.ScriptRecords.empty());
-    EXPECT_EQ(program.ScriptRecords[0], (TokenRecord{kCodeScriptHeader, 1}));
-    EXPECT_EQ(program.ReturnStack.size(), 21u);
-    return;
-  }
-  records::ExpectRange(fault, c);
-  // Nothing of a failed compilation is kept.
-  EXPECT_TRUE(program.ScriptRecords.empty());
-  EXPECT_TRUE(program.ScriptStrings.empty());
 }
 
 const char* const kSurroundingMessage =
@@ -55,39 +27,39 @@ INSTANTIATE_TEST_SUITE_P(
     CompileMiscAndThru, CompileScriptTest,
     testing::Values(
         // Scripts that pass every pass in the chain.
-        CompileCase{{"Bet 5 on Field"}, ""}, CompileCase{{"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}, ""},
-        CompileCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
-        CompileCase{{"if any(big6, field) and all[place6, place8] then", "endif"}, ""},
-        CompileCase{{"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}, ""},
-        CompileCase{{"bet 5 on place4 thru place10", "bet 5 on Lay(4) thru Lay(6)", "cs5 thru cs10 = 0"}, ""},
-        CompileCase{{"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}, ""},
-        CompileCase{{"show message \"(\" & \")\""}, ""},  // brackets in strings are text
+        Ok({"Bet 5 on Field"}), Ok({"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}),
+        ScriptCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
+        Ok({"if any(big6, field) and all[place6, place8] then", "endif"}),
+        Ok({"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}),
+        Ok({"bet 5 on place4 thru place10", "bet 5 on Lay(4) thru Lay(6)", "cs5 thru cs10 = 0"}),
+        Ok({"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}),
+        Ok({"show message \"(\" & \")\""}),  // brackets in strings are text
         // Bracket balance: from the statement's first bracket to its end.
-        CompileCase{
+        ScriptCase{
             {"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2, 25},
-        CompileCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
-        CompileCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
-        CompileCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
+        ScriptCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
+        ScriptCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
+        ScriptCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
         // Function arguments.
-        CompileCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
-                    "Missing or inappropriate reference to Hard bet.",
-                    2,
-                    0,
-                    2,
-                    13},
-        CompileCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
+        ScriptCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
+                   "Missing or inappropriate reference to Hard bet.",
+                   2,
+                   0,
+                   2,
+                   13},
+        ScriptCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
         // Duplicate labels, reported at the later one with the line of the earlier.
-        CompileCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
-        CompileCase{
+        ScriptCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
+        ScriptCase{
             {"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3, 13},
         // Thru.
-        CompileCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
-        CompileCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
-        CompileCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
-        CompileCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
-        CompileCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
+        ScriptCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
+        ScriptCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
+        ScriptCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
+        ScriptCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
+        ScriptCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
         // The tokeniser's faults still come first and keep their own range.
-        CompileCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
+        ScriptCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
 
 // ---- What CompileMisc leaves in the records ----
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "autobet/compiler.h"
 #include "autobet/tokens.h"
 
 // Readable failures: a record as its code and value.
@@ -56,5 +57,26 @@ void ExpectRange(const CompileFault& fault, const Case& c) {
   EXPECT_EQ(fault.lastLine, c.lastLine);
   EXPECT_EQ(fault.lastColumn, c.lastColumn);
 }
+
+// A script compiled for a seat: the message of its first fault and the range shown, or
+// "" when it compiles. The test of the table is in compile_messages_test.cpp; the passes'
+// files add rows of their own.
+struct ScriptCase {
+  std::vector<std::string> lines;
+  const char* message;
+  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
+  int seat = 1;  // 0: the scratch script of the editor, with no seat selected
+};
+
+inline std::ostream& operator<<(std::ostream& os, const ScriptCase& c) { return PrintScript(os, c.lines); }
+
+inline ScriptCase Ok(std::vector<std::string> lines) { return {std::move(lines), ""}; }
+
+inline ScriptCase Faulty(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn,
+                         int lastLine, int lastColumn) {
+  return {std::move(lines), message, firstLine, firstColumn, lastLine, lastColumn};
+}
+
+class CompileScriptTest : public testing::TestWithParam<ScriptCase> {};
 
 }  // namespace records

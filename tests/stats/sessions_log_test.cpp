@@ -193,20 +193,12 @@ std::vector<SessionRecord> Records(const std::vector<Money>& nets) {
 TEST(SessionsLogStats, HandComputedSet) {
   SessionsStats s;
   ASSERT_TRUE(ComputeSessionsStats(Records({9_usd, 4_usd, 2_usd, 5_usd, 4_usd, 7_usd, 4_usd, 5_usd}), {}, s));
-  EXPECT_EQ(s.N, 8);
-  EXPECT_EQ(s.Sum, 40_usd);
-  EXPECT_EQ(s.Mean, 5_usd);
-  EXPECT_EQ(s.High, 9_usd);
-  EXPECT_EQ(s.Low, 2_usd);
-  EXPECT_EQ(s.Range, 7_usd);
-  EXPECT_EQ(s.Mid, Money::FromRaw(55000));
-  EXPECT_EQ(s.Median, Money::FromRaw(45000));
-  EXPECT_EQ(s.Mode, 4_usd);
-  EXPECT_EQ(s.ModeCount, 3);
-  EXPECT_EQ(s.Variance, 4_usd);
-  EXPECT_EQ(s.StdDev, 2_usd);
-  EXPECT_EQ(s.Skew, Money::FromRaw(6562));
-  EXPECT_EQ(s.Kurtosis, Money::FromRaw(27812));
+  EXPECT_EQ((std::vector<int32_t>{s.N, s.ModeCount}), (std::vector<int32_t>{8, 3}));
+  // Sum, mean, high, low, range, mid, median, mode, variance, standard deviation, skew, kurtosis.
+  EXPECT_EQ((std::vector<Money>{s.Sum, s.Mean, s.High, s.Low, s.Range, s.Mid, s.Median, s.Mode, s.Variance, s.StdDev,
+                                s.Skew, s.Kurtosis}),
+            (std::vector<Money>{40_usd, 5_usd, 9_usd, 2_usd, 7_usd, Money::FromRaw(55000), Money::FromRaw(45000), 4_usd,
+                                4_usd, 2_usd, Money::FromRaw(6562), Money::FromRaw(27812)}));
 
   ASSERT_TRUE(ComputeSessionsStats(Records({7_usd, 2_usd, 4_usd, 5_usd, 4_usd, 5_usd, 4_usd}), {}, s));
   EXPECT_EQ(s.Median, 4_usd);  // odd count: the middle value

@@ -71,20 +71,13 @@ TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
   r.RollsPerTime = 9;
   SetDefaultRules(r);
 
-  EXPECT_EQ(r.MinPlacardBet, 1_usd);
-  EXPECT_EQ(r.MinPlacardPropBet, 1_usd);
-  EXPECT_EQ(r.MaxPlacardBet, 1000_usd);
-  EXPECT_EQ(r.MaxPropBetPayoff, 5000_usd);
-  EXPECT_EQ(r.MaxOddsBet, 3000_usd);
-  EXPECT_EQ(r.BuyVigPct, Cents(5));
-  EXPECT_EQ(r.LayVigPct, Cents(5));
-  EXPECT_EQ(r.AtmAmount, 500_usd);
-  EXPECT_EQ(r.CompRate, 30_usd);
-  EXPECT_EQ(r.Notices, 15);
-  EXPECT_EQ(r.RollsPerTime, 120);
-  EXPECT_EQ(r.RollRateUnit, kPerHour);
-  const Money checks[] = {1_usd, 5_usd, 25_usd, 100_usd, 500_usd};
-  for (int i = 1; i <= 5; ++i) EXPECT_EQ(r.CheckDenom[i], checks[i - 1]);
+  // Minimums, maximums, vig, ATM and comp rate; the checks; notices and the roll rate.
+  EXPECT_EQ((std::vector<Money>{r.MinPlacardBet, r.MinPlacardPropBet, r.MaxPlacardBet, r.MaxPropBetPayoff, r.MaxOddsBet,
+                                r.BuyVigPct, r.LayVigPct, r.AtmAmount, r.CompRate}),
+            (std::vector<Money>{1_usd, 1_usd, 1000_usd, 5000_usd, 3000_usd, Cents(5), Cents(5), 500_usd, 30_usd}));
+  EXPECT_EQ(r.CheckDenom, (decltype(r.CheckDenom){Money{}, 1_usd, 5_usd, 25_usd, 100_usd, 500_usd}));
+  EXPECT_EQ((std::vector<double>{double(r.Notices), r.RollsPerTime, double(r.RollRateUnit)}),
+            (std::vector<double>{15, 120, kPerHour}));
   EXPECT_EQ(r.BetPayoff[kPlace6].PayoffPay, 7_usd);
   EXPECT_EQ(r.BetPayoff[kPlace6].BetUnit, 6_usd);
   EXPECT_EQ(r.FirePayoff[0].PayoffPay, -1_usd);
