@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "autobet/compiler.h"
 #include "tests/autobet/records.h"
 

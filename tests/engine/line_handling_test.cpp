@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <string>
 #include <vector>
 
 #include "engine/handling.h"

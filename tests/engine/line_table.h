@@ -3,7 +3,6 @@
 // and a table with named players.
 
 #include <ostream>
-#include <string>
 #include <utility>
 
 #include "engine/money.h"

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
 #include "engine/bets.h"
@@ -193,23 +192,6 @@ INSTANTIATE_TEST_SUITE_P(
         PresetCase{"&Crapless Craps Pass Line", {{{-5, 7},  {-1, 2},  {-1, 3}, {-1, 3}, {-1, 5}, {-1, 5},  {-1, 11},
                                                   {-1, 11}, {-1, 11}, W,       W,       W,       {-1, 11}, {-1, 11},
                                                   {-1, 11}, {-1, 5},  {-1, 5}, {-1, 3}, {-1, 3}, {-1, 2},  {-5, 7}}}}));
-
-TEST(FieldPresetMenuTest, NamesAreTheMenuTextsInOrder) {
-  const std::vector<std::string_view> expected = {"&Field w/ 2x on Two and Twelve",
-                                                  "&Pass Line",
-                                                  "&Don't Pass (bar 12)",
-                                                  "Place &6",
-                                                  "Place to &Lose 8",
-                                                  "Buy &10 (5 % vig)",
-                                                  "Lay &4 (5% vig on win only)",
-                                                  "H&ard 8",
-                                                  "&Horn",
-                                                  "&World",
-                                                  "H&op 13",
-                                                  "&Midway",
-                                                  "&Crapless Craps Pass Line"};
-  EXPECT_EQ(FieldPresetNames(), expected);
-}
 
 TEST(FieldPresetMenuTest, UnknownNameChangesNothing) {
   RuleSet r = Defaults();
