@@ -85,6 +85,10 @@ std::string FileText(const std::filesystem::path& path) {
   return s.str();
 }
 
+void WriteText(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
 FolderTable::FolderTable() {
   g.ProgramFolder = dir.path.string();
   ReopenRollHistory(g, g.Rolls);

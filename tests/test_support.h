@@ -50,6 +50,8 @@ struct SimRun {
 SimRun Sim(std::vector<std::string> args, const std::string& dataDir = "");
 // A file's bytes ("" when it can't be read).
 std::string FileText(const std::filesystem::path& path);
+// Writes the bytes as the whole file.
+void WriteText(const std::filesystem::path& path, const std::string& bytes);
 
 // A table whose program folder is a temporary folder of its own, with the hot keys read
 // as start-up reads them.

@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -222,7 +220,6 @@ INSTANTIATE_TEST_SUITE_P(
         SettingCase{"autohandle winning bets = \"Parlay\"", WinMode, kParlayOrDouble},
         SettingCase{"autohandle winning bets = \" Same Bet / Take Winnings \"", WinMode, kSameBet},
         SettingCase{"autohandle winning bets = 3", WinMode, 3},
-        SettingCase{"autohandle winning bets = \"same bet x 150%\"", WinMode, kModifyByRule},
         SettingCase{"autohandle losing bets = \"no bet / take remainder (if any)\"", LoseMode, kTakeDown},
         SettingCase{"autohandle losing bets = \"bet remainder\"", LoseMode, kPressUnitOrRemainder},
         SettingCase{"autohandle losing bets = \"same bet plus 1 unit\"", LoseMode, kPressDoubleOrUnit},
@@ -268,67 +265,49 @@ TEST_P(FaultTest, RefusesAndLeavesTheStore) {
 double Place8(const Game& g) { return g.BetAmount[kAnn][kPlace8].ToDouble(); }
 double Cs1(const Game& g) { return g.BetAmount[kAnn][kCheckStackRow + 1].ToDouble(); }
 double Messages(const Game& g) { return double(static_cast<const HeadlessUi*>(g.Ui)->transcript.size()); }
+double Place6Working(const Game& g) { return g.BetWorking[kAnn][kPlace6]; }
+double HotRollerWorking(const Game& g) { return g.DefaultWorking[kAnn][bet::HotRoller]; }
+double Bankroll(const Game& g) { return g.Bankroll[kAnn].ToDouble(); }
+double RollRate(const Game& g) { return g.Rules.RollsPerTime; }
+double Odds410(const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }
+double Seed(const Game& g) { return g.Dice.lastSeed; }
+double Rng(const Game& g) { return g.Dice.rngNumber; }
+double CompRate(const Game& g) { return g.Rules.CompRate.ToDouble(); }
+double NextRoll(const Game& g) { return g.Rolls.NextRollPosition; }
+double Recorder(const Game& g) { return g.Rolls.RecorderState; }
+double OutputFiles(const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }
+double PercentageDice(const Game& g) { return g.Percentage.PercentageDiceOn; }
+void Rolled(Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }
+void NoNormalNotices(Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }
+void Hyper(Game& g) { g.Auto.HyperDrive = true; }
+void NoMtLibrary(Game& g) { g.Dice.missingRngLibraries = 1; }
+void BadRollFile(Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, FaultTest,
     testing::Values(
         // The walk is checked whole before anything is written.
         FaultCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
-        FaultCase{{"bet 6 on place6", "call off place6, passline"},
-                  862,
-                  [](const Game& g) { return double(g.BetWorking[kAnn][kPlace6]); },
-                  0},
-        FaultCase{{"hotroller autowork on comeout = true"},
-                  862,
-                  [](const Game& g) { return double(g.DefaultWorking[kAnn][bet::HotRoller]); },
-                  1},
-        FaultCase{{"bankroll = 500"},
-                  870,
-                  [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); },
-                  1000,
-                  [](Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }},
+        FaultCase{{"bet 6 on place6", "call off place6, passline"}, 862, Place6Working, 0},
+        FaultCase{{"hotroller autowork on comeout = true"}, 862, HotRollerWorking, 1},
+        FaultCase{{"bankroll = 500"}, 870, Bankroll, 1000, Rolled},
         FaultCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
         FaultCase{{"autohandle winning bets = \"same bet %\""}, 860, WinMode, 0},
         FaultCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0},
-        FaultCase{{"rolls per hr = 0"}, 900, [](const Game& g) { return g.Rules.RollsPerTime; }, 120},
-        FaultCase{
-            {"odds allowed factor4 = 10000"}, 914, [](const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }, 3},
-        FaultCase{{"seed rng with 0"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
-        FaultCase{{"seed = 2147483648"}, 905, [](const Game& g) { return double(g.Dice.lastSeed); }, 12345},
-        FaultCase{{"select rng 3", "seed rng with 1000000"},
-                  905,
-                  [](const Game& g) { return double(g.Dice.lastSeed); },
-                  12345},
-        FaultCase{{"select rng 9"}, 911, [](const Game& g) { return double(g.Dice.rngNumber); }, 1},
-        FaultCase{{"select rng 6"},
-                  910,
-                  [](const Game& g) { return double(g.Dice.rngNumber); },
-                  1,
-                  [](Game& g) { g.Dice.missingRngLibraries = 1; }},
-        FaultCase{{"comp rate = -1"}, 912, [](const Game& g) { return g.Rules.CompRate.ToDouble(); }, 30},
-        FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }},
-        FaultCase{{"show message \"hi\""}, 990, Messages, 0, [](Game& g) { g.Auto.HyperDrive = true; }},
-        FaultCase{
-            {"dice roll file next roll = 3"}, 1003, [](const Game& g) { return double(g.Rolls.NextRollPosition); }, 1},
+        FaultCase{{"rolls per hr = 0"}, 900, RollRate, 120},
+        FaultCase{{"odds allowed factor4 = 10000"}, 914, Odds410, 3}, FaultCase{{"seed rng with 0"}, 905, Seed, 12345},
+        FaultCase{{"seed = 2147483648"}, 905, Seed, 12345},
+        FaultCase{{"select rng 3", "seed rng with 1000000"}, 905, Seed, 12345},
+        FaultCase{{"select rng 9"}, 911, Rng, 1}, FaultCase{{"select rng 6"}, 910, Rng, 1, NoMtLibrary},
+        FaultCase{{"comp rate = -1"}, 912, CompRate, 30},
+        FaultCase{{"show message \"hi\""}, 990, Messages, 0, NoNormalNotices},
+        FaultCase{{"show message \"hi\""}, 990, Messages, 0, Hyper},
+        FaultCase{{"dice roll file next roll = 3"}, 1003, NextRoll, 1},
         FaultCase{{"output to file \"x\""}, 1004, Cs1, 0},
-        FaultCase{{"playback dice roll file \"missing.rol\""},
-                  1005,
-                  [](const Game& g) { return double(g.Rolls.RecorderState); },
-                  0},
-        FaultCase{
-            {"playback dice roll file \"bad.rol\""},
-            1007,
-            [](const Game& g) { return double(g.Rolls.RecorderState); },
-            0,
-            [](Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }},
-        FaultCase{{"open/append file for output \"no such folder/out.txt\""},
-                  1006,
-                  [](const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); },
-                  0},
-        FaultCase{{"activate probability file \"missing.prb\""},
-                  1008,
-                  [](const Game& g) { return double(g.Percentage.PercentageDiceOn); },
-                  0},
+        FaultCase{{"playback dice roll file \"missing.rol\""}, 1005, Recorder, 0},
+        FaultCase{{"playback dice roll file \"bad.rol\""}, 1007, Recorder, 0, BadRollFile},
+        FaultCase{{"open/append file for output \"no such folder/out.txt\""}, 1006, OutputFiles, 0},
+        FaultCase{{"activate probability file \"missing.prb\""}, 1008, PercentageDice, 0},
         FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4}));
 
 TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {
@@ -375,10 +354,8 @@ TEST(ActionSounds, PlayFromTheProgramFolderExceptInHyperDrive) {
 
 TEST(ActionFiles, OutputFilesAppendOrStartEmpty) {
   ActionTable a;
-  auto content = [&] {
-    std::ifstream in(a.File("out.txt"));
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  };
+  auto content = [&] { return FileText(a.File("out.txt")); };
+
   ASSERT_EQ(a.Run({"open/clear file for output \"out.txt\"", "output to file \"roll \" & 1", "output to file 2.5"}), 0);
   EXPECT_EQ(content(), "roll 1\n2.5\n");
   ASSERT_EQ(a.Run({"open/append file for output \"out.txt\"", "output to file \"more\""}), 0);

@@ -12,7 +12,7 @@ namespace {
 constexpr int kSeat = 2;  // the compiled seat: the owner of references that name no player
 
 using namespace records;
-const TokenRecord kBet = {kCodeAction, 481};
+const TokenRecord kBet = A(481);
 
 // The comma list a plural word becomes: each bet with the same pieces. An action's
 // operands are marked as its targets by the pass after this one.
@@ -42,7 +42,7 @@ Records Targets(const std::vector<int>& bets, const Records& pieces) { return Li
 Records BetFiveOn(const Records& list) { return Records{M(1, 0), kBet, N(5), kOn} + list; }
 
 // "cs1 = " before an expression: the checkstack is the assignment's target.
-const Records kCs1Is = {M(1, 0), {kCodeVariableTarget, 201}, P(kSeat), Op(50)};
+const Records kCs1Is = {M(1, 0), Vt(201), P(kSeat), Op(50)};
 
 struct DistributeCase {
   std::vector<std::string> lines;
@@ -109,15 +109,13 @@ INSTANTIATE_TEST_SUITE_P(
         DistributeCase{{"bet 5 on outside place bets player4"},
                        BetFiveOn(Targets({31, 36}, {P(4), H(3), X(1), Y(34)}))},
         DistributeCase{{"cs1 = sum(wins last hand hard bets)"},
-                       kCs1Is + Records{{kCodeFunction, 130}, kOpen} +
-                           List({53, 54, 55, 56}, {P(kSeat), H(2), X(2), Y(29)}) + Records{kClose, kEnd}},
+                       kCs1Is + Records{F(130), kOpen} + List({53, 54, 55, 56}, {P(kSeat), H(2), X(2), Y(29)}) +
+                           Records{kClose, kEnd}},
         // Checkstacks and their names carry only the player.
-        DistributeCase{
-            {"cs1 = sum(checkstacks)"},
-            kCs1Is + Records{{kCodeFunction, 130}, kOpen} + List(Range(200, 299), {P(kSeat)}) + Records{kClose, kEnd}},
-        DistributeCase{
-            {"cs1 = count(checkstack names player3)"},
-            kCs1Is + Records{{kCodeFunction, 131}, kOpen} + List(Range(800, 899), {P(3)}) + Records{kClose, kEnd}},
+        DistributeCase{{"cs1 = sum(checkstacks)"},
+                       kCs1Is + Records{F(130), kOpen} + List(Range(200, 299), {P(kSeat)}) + Records{kClose, kEnd}},
+        DistributeCase{{"cs1 = count(checkstack names player3)"},
+                       kCs1Is + Records{F(131), kOpen} + List(Range(800, 899), {P(3)}) + Records{kClose, kEnd}},
         // Single bets and other group words are left as they are, next to a list.
         DistributeCase{{"bet 5 on field, inside place bets, hard6"},
                        BetFiveOn(Targets({49}, kOwnWagers) + Records{kComma} + Targets({32, 33, 34, 35}, kOwnWagers) +
@@ -127,13 +125,13 @@ INSTANTIATE_TEST_SUITE_P(
         DistributeCase{
             {"bet 5 on big bets player1, outside lay bets"},
             BetFiveOn(Targets({50, 51}, {P(1), H(3), X(1), Y(34)}) + Records{kComma} + Targets({1, 6}, kOwnWagers))},
-        DistributeCase{{"bet 5 on big bets : remove outside buy bets"},
-                       BetFiveOn(Targets({50, 51}, kOwnWagers)) + Records{M(1, 20), {kCodeAction, 460}} +
-                           Targets({37, 42}, kOwnWagers)},
+        DistributeCase{
+            {"bet 5 on big bets : remove outside buy bets"},
+            BetFiveOn(Targets({50, 51}, kOwnWagers)) + Records{M(1, 20), A(460)} + Targets({37, 42}, kOwnWagers)},
         // A jump reaches its label where the longer list has put it.
         DistributeCase{{"goto \"x\"", "bet 5 on inside come bets", "\"x\""},
-                       Records{M(1, 0), {kCodeGoto, 0}, {kCodeString, 32}, M(2, 0), kBet, N(5), kOn} +
-                           Targets({20, 21, 22, 23}, kOwnWagers) + Records{M(3, 0), {kCodeLabel, 2}}},
+                       Records{M(1, 0), Op(kCodeGoto), S(32), M(2, 0), kBet, N(5), kOn} +
+                           Targets({20, 21, 22, 23}, kOwnWagers) + Records{M(3, 0), L(2)}},
         // The range check still sees the plural word: distributing comes after it.
         DistributeCase{
             {"bet 5 on place bets thru place10"}, {}, 1, "Incompatible operand preceding 'thru'.", 1, 0, 1, 32}));
@@ -142,31 +140,17 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(CompileVariablesDistribute, LeavesBigBetsOutOfBetsOnlyWhenAsked) {
   const Records pieces = {P(1), H(1), X(2), Y(29)};
   for (const bool big : {true, false}) {
-    Records records = Records{{kCodeScriptHeader, 1}, M(1, 0), kBet, N(1), kOn, V(4100)} + pieces;
+    Records records = Records{Head(1), M(1, 0), kBet, N(1), kOn, V(4100)} + pieces;
     CompileVariablesDistribute(records, big);
-    const Records expected = Records{{kCodeScriptHeader, 1}, M(1, 0), kBet, N(1), kOn} +
-                             List(big ? Range(1, 107) : Range(1, 107, {50, 51}), pieces);
+    const Records expected =
+        Records{Head(1), M(1, 0), kBet, N(1), kOn} + List(big ? Range(1, 107) : Range(1, 107, {50, 51}), pieces);
     EXPECT_EQ(records, expected) << "big bets offered: " << big;
   }
 }
 
 TEST(CompileVariablesDistribute, ScriptWithoutPluralWordsIsUnchanged) {
-  const Records records = {{kCodeScriptHeader, 1},
-                           M(1, 0),
-                           V(201),
-                           P(1),
-                           Op(50),
-                           V(50),
-                           P(1),
-                           H(3),
-                           X(1),
-                           Y(34),
-                           Op(65),
-                           V(4505),
-                           P(1),
-                           H(3),
-                           X(0),
-                           Y(0)};
+  const Records records = {Head(1), M(1, 0), V(201), P(1),    Op(50), V(50), P(1), H(3),
+                           X(1),    Y(34),   Op(65), V(4505), P(1),   H(3),  X(0), Y(0)};
   Records copy = records;
   CompileVariablesDistribute(copy, false);
   EXPECT_EQ(copy, records);

@@ -9,38 +9,12 @@
 
 namespace {
 
-struct CompileCase {
-  std::vector<std::string> lines;
-  const char* message;  // "" when the script compiles
-  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
-};
-
-std::ostream& operator<<(std::ostream& os, const CompileCase& c) { return records::PrintScript(os, c.lines); }
+using namespace records;
 
 CompileFault CompileSeat(AutoBetProgram& program, const std::vector<std::string>& lines,
                          std::vector<std::string> names = {}) {
   program.ScriptSource[1] = lines;
   return CompileAutobets(program, 1, names);
-}
-
-class CompileScriptTest : public testing::TestWithParam<CompileCase> {};
-
-TEST_P(CompileScriptTest, StopsAtTheFirstFaultWithItsRange) {
-  const CompileCase& c = GetParam();
-  AutoBetProgram program;
-  const CompileFault fault = CompileSeat(program, c.lines);
-  EXPECT_EQ(fault.message, c.message);
-  if (std::string(c.message).empty()) {
-    EXPECT_FALSE(fault.Failed());
-    ASSERT_FALSE(program.ScriptRecords.empty());
-    EXPECT_EQ(program.ScriptRecords[0], (TokenRecord{kCodeScriptHeader, 1}));
-    EXPECT_EQ(program.ReturnStack.size(), 21u);
-    return;
-  }
-  records::ExpectRange(fault, c);
-  // Nothing of a failed compilation is kept.
-  EXPECT_TRUE(program.ScriptRecords.empty());
-  EXPECT_TRUE(program.ScriptStrings.empty());
 }
 
 const char* const kSurroundingMessage =
@@ -53,77 +27,50 @@ INSTANTIATE_TEST_SUITE_P(
     CompileMiscAndThru, CompileScriptTest,
     testing::Values(
         // Scripts that pass every pass in the chain.
-        CompileCase{{"Bet 5 on Field"}, ""}, CompileCase{{"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}, ""},
-        CompileCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
-        CompileCase{{"if any(big6, field) and all[place6, place8] then", "endif"}, ""},
-        CompileCase{{"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}, ""},
-        CompileCase{{"bet 5 on place4 thru place10", "bet 5 on Lay(4) thru Lay(6)", "cs5 thru cs10 = 0"}, ""},
-        CompileCase{{"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}, ""},
-        CompileCase{{"show message \"(\" & \")\""}, ""},  // brackets in strings are text
+        Ok({"Bet 5 on Field"}), Ok({"If PassLine > 0 Then Bet 10 on Place6", "EndIf"}),
+        ScriptCase{{"cs1 = sum(passline, highest[field, 2]) + round{cs2}"}, ""},
+        Ok({"if any(big6, field) and all[place6, place8] then", "endif"}),
+        Ok({"\"Make bets\"", "", "100", "bet 5 on field ' \"Make bets\""}),
+        Ok({"bet 5 on place4 thru place10", "bet 5 on Lay(4) thru Lay(6)", "cs5 thru cs10 = 0"}),
+        Ok({"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}),
+        Ok({"show message \"(\" & \")\""}),  // brackets in strings are text
         // Bracket balance: from the statement's first bracket to its end.
-        CompileCase{
+        ScriptCase{
             {"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2, 25},
-        CompileCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
-        CompileCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
-        CompileCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
+        ScriptCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
+        ScriptCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
+        ScriptCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
         // Function arguments.
-        CompileCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
-                    "Missing or inappropriate reference to Hard bet.",
-                    2,
-                    0,
-                    2,
-                    13},
-        CompileCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
+        ScriptCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
+                   "Missing or inappropriate reference to Hard bet.",
+                   2,
+                   0,
+                   2,
+                   13},
+        ScriptCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
         // Duplicate labels, reported at the later one with the line of the earlier.
-        CompileCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
-        CompileCase{
+        ScriptCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
+        ScriptCase{
             {"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3, 13},
         // Thru.
-        CompileCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
-        CompileCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
-        CompileCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
-        CompileCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
-        CompileCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
+        ScriptCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
+        ScriptCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
+        ScriptCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
+        ScriptCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
+        ScriptCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
         // The tokeniser's faults still come first and keep their own range.
-        CompileCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
+        ScriptCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
 
 // ---- What CompileMisc leaves in the records ----
-
-std::vector<TokenRecord> Records(const AutoBetProgram& program) { return program.ScriptRecords; }
 
 TEST(CompileMiscRecords, ListFunctionsAndListKindsEndTheirListsAfterTheClosingBracket) {
   AutoBetProgram program;
   ASSERT_FALSE(CompileSeat(program, {"cs1 = sum(highest(field, 2)) + abs(any[1])"}).Failed());
-  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1},
-                                             {101, 0},
-                                             {kCodeVariableTarget, 201},
-                                             {kCodePlayer, 1},
-                                             {50, 0},
-                                             {kCodeFunction, 130},
-                                             {20, 0},
-                                             {kCodeFunction, 126},
-                                             {20, 0},
-                                             {kCodeVariable, 49},
-                                             {kCodePlayer, 1},
-                                             {kCodeTime, 3},
-                                             {kCodeCounted, 1},
-                                             {kCodeModifier, 34},
-                                             {75, 0},
-                                             {kCodeNumber, 2},
-                                             {21, 0},
-                                             {kCodeEndOfList, 0},
-                                             {21, 0},
-                                             {kCodeEndOfList, 0},
-                                             {65, 0},
-                                             {kCodeFunction, 102},
-                                             {20, 0},
-                                             {kCodeListKind, 2},
-                                             {20, 0},
-                                             {kCodeNumber, 1},
-                                             {21, 0},
-                                             {kCodeEndOfList, 0},
-                                             {21, 0}};
-  EXPECT_EQ(Records(program), expected);
+  const std::vector<TokenRecord> expected = {
+      Head(1), M(1, 0), Vt(201), P(1), kEq,    F(130), kOpen,  F(126), kOpen,  V(49),  P(1),  H(3),
+      X(1),    Y(34),   kComma,  N(2), kClose, kEnd,   kClose, kEnd,   Op(65), F(102), kOpen, Jump(kCodeListKind, 2),
+      kOpen,   N(1),    kClose,  kEnd, kClose};
+  EXPECT_EQ(program.ScriptRecords, expected);
 }
 
 TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
@@ -160,49 +107,17 @@ TEST(CompileMiscRecords, FractionalNumberLabelsKeepTheirDigits) {
 // ---- Joining the seats ----
 
 TEST(CompileJoin, ShiftsRecordIndicesAndPoolIndicesPastWhatIsJoined) {
-  std::vector<TokenRecord> program = {{kCodeScriptHeader, 1}, {101, 0}, {kCodeLabel, 1}};
+  std::vector<TokenRecord> program = {Head(1), M(1, 0), L(1)};
   std::vector<StringEntry> strings = {{"a", 2}};
-  const std::vector<TokenRecord> script = {{kCodeScriptHeader, 2},
-                                           {101, 0},
-                                           {kCodeLabel, 1},
-                                           {102, 0},
-                                           {kCodeIf, 0},
-                                           {102, 5},
-                                           {kCodeThen, 9},
-                                           {kCodeGoto, 0},
-                                           {kCodeString, 2},
-                                           {kCodeNumber, 7},
-                                           {kCodeString, 3},
-                                           {kCodeString, 0},
-                                           {kCodeString, -15},
-                                           {kCodeGosub, 0},
-                                           {kCodeString, 2},
-                                           {kCodeFunction, 130},
-                                           {17, 4},
-                                           {kCodeEndOfList, 0}};
+  const std::vector<TokenRecord> script = {
+      Head(2), M(1, 0), L(1),   M(2, 0),        Op(kCodeIf), M(2, 5), Jump(kCodeThen, 9), Op(kCodeGoto), S(2), N(7),
+      S(3),    S(0),    S(-15), Op(kCodeGosub), S(2),        F(130),  Jump(17, 4),        kEnd};
   const std::vector<StringEntry> scriptStrings = {{"b", 2}, {"", 0}, {"x", 0}};
   JoinScript(program, strings, script, scriptStrings);
-  const std::vector<TokenRecord> expected = {{kCodeScriptHeader, 1},
-                                             {101, 0},
-                                             {kCodeLabel, 1},
-                                             {kCodeScriptHeader, 2},
-                                             {101, 0},
-                                             {kCodeLabel, 2},
-                                             {102, 0},
-                                             {kCodeIf, 0},
-                                             {102, 5},
-                                             {kCodeThen, 12},
-                                             {kCodeGoto, 0},
-                                             {kCodeString, 5},
-                                             {kCodeNumber, 7},
-                                             {kCodeString, 4},
-                                             {kCodeString, 0},
-                                             {kCodeString, -15},
-                                             {kCodeGosub, 0},
-                                             {kCodeString, 5},
-                                             {kCodeFunction, 130},
-                                             {17, 7},
-                                             {kCodeEndOfList, 0}};
+  const std::vector<TokenRecord> expected = {
+      Head(1),       M(1, 0), L(1), Head(2), M(1, 0), L(2),   M(2, 0),        Op(kCodeIf), M(2, 5), Jump(kCodeThen, 12),
+      Op(kCodeGoto), S(5),    N(7), S(4),    S(0),    S(-15), Op(kCodeGosub), S(5),        F(130),  Jump(17, 7),
+      kEnd};
   EXPECT_EQ(program, expected);
   const std::vector<StringEntry> joined = {{"a", 2}, {"b", 5}, {"", 0}, {"x", 0}};
   EXPECT_EQ(strings, joined);
@@ -221,47 +136,19 @@ TEST_P(CompileThruShapes, FindsTheOperandPastItsPieces) {
   EXPECT_EQ(CompileThru(GetParam().records, lines).message, GetParam().message);
 }
 
-constexpr TokenRecord kHead{kCodeScriptHeader, 1}, kLine1{101, 0}, kThru{kCodeThru, 0};
-constexpr TokenRecord kP14{kCodePlayer, 14}, kH3{kCodeTime, 3}, kX1{kCodeCounted, 1}, kY34{kCodeModifier, 34};
+const TokenRecord kHead = Head(1), kLine1 = M(1, 0), kThru = Op(kCodeThru);
+const TokenRecord kP14 = P(14), kH3 = H(3), kX1 = X(1), kY34 = Y(34);
 
 INSTANTIATE_TEST_SUITE_P(
     OrganisedReferences, CompileThruShapes,
-    testing::Values(ThruShapeCase{{kHead,
-                                   kLine1,
-                                   {kCodeVariable, 31},
-                                   kP14,
-                                   kH3,
-                                   kX1,
-                                   kY34,
-                                   kThru,
-                                   {kCodeVariable, 36},
-                                   kP14,
-                                   kH3,
-                                   kX1,
-                                   kY34},
-                                  ""},
-                    ThruShapeCase{{kHead,
-                                   kLine1,
-                                   {kCodeFunction, 6},
-                                   {20, 0},
-                                   {kCodeNumber, 4},
-                                   {21, 0},
-                                   kP14,
-                                   kH3,
-                                   kX1,
-                                   kY34,
-                                   kThru,
-                                   {kCodeVariable, 36},
-                                   kP14},
-                                  ""},
-                    ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kP14, kThru, {kCodeVariable, 31}, kP14},
-                                  kSurroundingMessage},
-                    ThruShapeCase{{kHead, kLine1, {20, 0}, {kCodeVariable, 205}, {21, 0}, kThru, {kCodeVariable, 210}},
-                                  "Missing or incompatible operand preceding 'thru'."},
-                    ThruShapeCase{{kHead, kLine1, kP14, kThru, {kCodeVariable, 210}},
-                                  "Missing or incompatible operand preceding 'thru'."},
-                    ThruShapeCase{{kHead, kLine1, {kCodeVariable, 205}, kThru, {102, 0}, {kCodeVariable, 210}},
-                                  "Missing operand following 'thru'."}));
+    testing::Values(
+        ThruShapeCase{{kHead, kLine1, V(31), kP14, kH3, kX1, kY34, kThru, V(36), kP14, kH3, kX1, kY34}, ""},
+        ThruShapeCase{{kHead, kLine1, F(6), kOpen, N(4), kClose, kP14, kH3, kX1, kY34, kThru, V(36), kP14}, ""},
+        ThruShapeCase{{kHead, kLine1, V(205), kP14, kThru, V(31), kP14}, kSurroundingMessage},
+        ThruShapeCase{{kHead, kLine1, kOpen, V(205), kClose, kThru, V(210)},
+                      "Missing or incompatible operand preceding 'thru'."},
+        ThruShapeCase{{kHead, kLine1, kP14, kThru, V(210)}, "Missing or incompatible operand preceding 'thru'."},
+        ThruShapeCase{{kHead, kLine1, V(205), kThru, M(2, 0), V(210)}, "Missing operand following 'thru'."}));
 
 SeatFacts Seats(std::initializer_list<int> active) {
   SeatFacts seats;
@@ -279,13 +166,9 @@ TEST(CompileAll, JoinsTheActiveSeatsInSeatOrder) {
   const CompileAllResult result = CompileALLAutobets(program, 0, Seats({2, 5}));
   ASSERT_FALSE(result.Failed()) << result.fault.message;
   EXPECT_TRUE(program.ScriptsCompiled);
-  const std::vector<TokenRecord> expected = {
-      {kCodeScriptHeader, 2}, {101, 0},         {kCodeLabel, 1},   {102, 0},
-      {kCodeAction, 481},     {kCodeNumber, 5}, {57, 0},           {kCodeVariableTarget, 49},
-      {kCodePlayer, 2},       {kCodeTime, 3},   {kCodeCounted, 1}, {kCodeModifier, 34},
-      {kCodeScriptHeader, 5}, {101, 0},         {kCodeLabel, 2},   {102, 0},
-      {kCodeAction, 481},     {kCodeNumber, 5}, {57, 0},           {kCodeVariableTarget, 49},
-      {kCodePlayer, 2},       {kCodeTime, 3},   {kCodeCounted, 1}, {kCodeModifier, 34}};
+  const std::vector<TokenRecord> expected = {Head(2), M(1, 0), L(1), M(2, 0), A(481),  N(5),    kOn,  Vt(49),
+                                             P(2),    H(3),    X(1), Y(34),   Head(5), M(1, 0), L(2), M(2, 0),
+                                             A(481),  N(5),    kOn,  Vt(49),  P(2),    H(3),    X(1), Y(34)};
   EXPECT_EQ(program.ProgramRecords, expected);
   const std::vector<StringEntry> strings = {{"top", 2}, {"top", 14}};
   EXPECT_EQ(program.ProgramStrings, strings);
@@ -303,7 +186,7 @@ TEST(CompileAll, OneSeatCompilesOnlyThatSeat) {
 
 TEST(CompileAll, AFaultNamesThePlayerAndKeepsNoProgram) {
   AutoBetProgram program;
-  program.ProgramRecords = {{kCodeScriptHeader, 1}};
+  program.ProgramRecords = {Head(1)};
   program.ScriptsCompiled = true;
   program.ScriptSource[1] = {"bet 5 on field"};
   program.ScriptSource[2] = {"bet 5 on field", "bet 5 on lay"};

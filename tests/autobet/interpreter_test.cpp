@@ -101,10 +101,6 @@ TEST(Expression, RangesRunEitherWayAndReadEachMember) {
   }
 }
 
-}  // namespace
-
-namespace {
-
 // A table with Ann at seat 1 (and Bob at 2 when a second script is given), whose scripts
 // run one cycle as activation runs them.
 struct ScriptRun {
@@ -232,10 +228,6 @@ TEST(Cycle, StepModeShowsEachStepAndStopEndsTheCycle) {
   EXPECT_FALSE(stopped.t.g.AutoBet.ScriptRunning);
 }
 
-}  // namespace
-
-namespace {
-
 // "Start new session" resets the table and the script starts over in the same cycle,
 // where "beginning new session" is now true; the checkstacks are kept as asked.
 TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
@@ -252,10 +244,6 @@ TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
   EXPECT_EQ(run.t.g.Stats.RollCount[kSessionScope][0], 0);
   EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
 }
-
-}  // namespace
-
-namespace {
 
 struct StepCase {
   std::vector<std::string> script;
@@ -299,10 +287,6 @@ INSTANTIATE_TEST_SUITE_P(
                  {"Beginning of condition block.", "Unable to evaluate.\nDivision by zero.",
                   "End of condition block and beginning of action block.",
                   "Conditions were false, so next action block will be skipped.", "End of If/Then structure."}}));
-
-}  // namespace
-
-namespace {
 
 // Everything before the "=" of an assignment is written: a plural word, a list, a range.
 TEST(Cycle, AnAssignmentWritesEveryTargetBeforeItsEquals) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "autobet/compiler.h"
 #include "autobet/tokens.h"
 
 // Readable failures: a record as its code and value.
@@ -24,6 +25,13 @@ inline TokenRecord H(int n) { return {kCodeTime, static_cast<double>(n)}; }
 inline TokenRecord X(int n) { return {kCodeCounted, static_cast<double>(n)}; }
 inline TokenRecord Y(int n) { return {kCodeModifier, static_cast<double>(n)}; }
 inline TokenRecord N(double n) { return {kCodeNumber, n}; }
+inline TokenRecord Vt(int n) { return {kCodeVariableTarget, static_cast<double>(n)}; }
+inline TokenRecord Ft(int n) { return {kCodeFunctionTarget, static_cast<double>(n)}; }
+inline TokenRecord Head(int seat) { return {kCodeScriptHeader, static_cast<double>(seat)}; }
+inline TokenRecord S(int n) { return {kCodeString, static_cast<double>(n)}; }
+inline TokenRecord L(int n) { return {kCodeLabel, static_cast<double>(n)}; }
+inline TokenRecord A(int n) { return {kCodeAction, static_cast<double>(n)}; }
+inline TokenRecord Jump(int code, int target) { return {code, static_cast<double>(target)}; }
 inline TokenRecord Op(int code) { return {code, 0}; }
 inline const TokenRecord kOpen = Op(kCodeOpenBracket), kClose = Op(kCodeCloseBracket), kEq = Op(kCodeEquals),
                          kComma = Op(kCodeListSeparator), kEnd = Op(kCodeEndOfList), kOn = Op(kCodeOnTo);
@@ -49,5 +57,26 @@ void ExpectRange(const CompileFault& fault, const Case& c) {
   EXPECT_EQ(fault.lastLine, c.lastLine);
   EXPECT_EQ(fault.lastColumn, c.lastColumn);
 }
+
+// A script compiled for a seat: the message of its first fault and the range shown, or
+// "" when it compiles. The test of the table is in compile_messages_test.cpp; the passes'
+// files add rows of their own.
+struct ScriptCase {
+  std::vector<std::string> lines;
+  const char* message;
+  int firstLine = 0, firstColumn = 0, lastLine = 0, lastColumn = 0;
+  int seat = 1;  // 0: the scratch script of the editor, with no seat selected
+};
+
+inline std::ostream& operator<<(std::ostream& os, const ScriptCase& c) { return PrintScript(os, c.lines); }
+
+inline ScriptCase Ok(std::vector<std::string> lines) { return {std::move(lines), ""}; }
+
+inline ScriptCase Faulty(std::vector<std::string> lines, const char* message, int firstLine, int firstColumn,
+                         int lastLine, int lastColumn) {
+  return {std::move(lines), message, firstLine, firstColumn, lastLine, lastColumn};
+}
+
+class CompileScriptTest : public testing::TestWithParam<ScriptCase> {};
 
 }  // namespace records

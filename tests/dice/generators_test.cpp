@@ -28,40 +28,6 @@ bool SameSources(const DiceSources& a, const DiceSources& b) {
          a.ran2.idum == b.ran2.idum && a.lcgState == b.lcgState;
 }
 
-// ---- Uniformity -------------------------------------------------------------------------
-
-class DiceUniformTest : public ::testing::TestWithParam<int> {};
-
-// Faces: chi-square with 5 degrees of freedom (mean 5, sd 3.2); cells in ten bins, 9
-// degrees of freedom (mean 9, sd 4.2). Bounds are about 7 sd above the mean.
-TEST_P(DiceUniformTest, FacesAndCellsAreEvenAndInRange) {
-  const int rng = GetParam();
-  TestTable t;
-  Seed(t.g, rng, 240601);
-  constexpr int kRolls = 30000;
-  std::array<int, 7> faces{};
-  std::array<int, 10> bins{};
-  const int32_t top = rng == 4 || rng == 5 || rng == 6 || rng == 7 ? 100001 : 100000;
-  for (int n = 0; n < kRolls; ++n) {
-    int d1 = 0, d2 = 0;
-    GeneratorDice(t.g.Dice, n, d1, d2);
-    ASSERT_TRUE(d1 >= 1 && d1 <= 6 && d2 >= 1 && d2 <= 6) << d1 << d2;
-    ++faces[d1];
-    ++faces[d2];
-    const int32_t cell = GeneratorCell(t.g.Dice, n);
-    ASSERT_TRUE(cell >= 1 && cell <= top) << cell;
-    ++bins[std::min(cell - 1, 99999) / 10000];
-  }
-  double chiFaces = 0, chiCells = 0;
-  for (int f = 1; f <= 6; ++f) chiFaces += std::pow(faces[f] - kRolls / 3.0, 2) / (kRolls / 3.0);
-  for (int b : bins) chiCells += std::pow(b - kRolls / 10.0, 2) / (kRolls / 10.0);
-  EXPECT_LT(chiFaces, 27.0);
-  EXPECT_LT(chiCells, 39.0);
-  EXPECT_EQ(t.g.Dice.pendingErrorText, nullptr);
-}
-
-INSTANTIATE_TEST_SUITE_P(DiceEveryGenerator, DiceUniformTest, ::testing::Range(1, 9));
-
 // ---- Which source each generator draws from ------------------------------------------
 
 enum Source { kMt, kCokus, kLcg, kRan1, kRan2 };

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -29,15 +27,6 @@ std::pair<int, int> Draw(const ProbabilityTable& t, int32_t number) {
   int d1 = 0, d2 = 0;
   DrawCell(t, number, d1, d2, plain);
   return {d1, d2};
-}
-
-std::string ReadBytes(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
-  std::ofstream(p, std::ios::binary) << bytes;
 }
 
 // The 36 cells make 100000, none is negative, and the sum column and face rows agree.
@@ -116,7 +105,7 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   p.ProbabilityChanged = true;
   ASSERT_TRUE(SaveProbabilityFile(p, dir.path.string(), "skewed.prb", error)) << error;
 
-  const std::string bytes = ReadBytes(dir.path / "skewed.prb");
+  const std::string bytes = FileText(dir.path / "skewed.prb");
   ASSERT_EQ(bytes.size(), 1280u);
   EXPECT_EQ(bytes.substr(0, 200), std::string(kProbabilityFileHeader) + std::string(158, ' '));
   EXPECT_EQ(bytes.substr(200, 56), std::string(56, '\0'));
@@ -139,7 +128,7 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   EXPECT_EQ(q.ProbabilityFileName, "skewed.prb");
   EXPECT_FALSE(q.ProbabilityChanged);
   ASSERT_TRUE(SaveProbabilityFile((dir.path / "again.prb").string(), q.Table, error));
-  EXPECT_EQ(ReadBytes(dir.path / "again.prb"), bytes);
+  EXPECT_EQ(FileText(dir.path / "again.prb"), bytes);
 }
 
 TEST(ProbabilityFile, WrongHeaderOrMissingFileLeavesTableAlone) {
@@ -148,8 +137,8 @@ TEST(ProbabilityFile, WrongHeaderOrMissingFileLeavesTableAlone) {
   good.replace(0, 42, kProbabilityFileHeader);
   std::string older = good;
   older[41] = '5';  // Data Format 4.5
-  WriteBytes(dir.path / "older.prb", older);
-  WriteBytes(dir.path / "tiny.prb", "DiceHall");
+  WriteText(dir.path / "older.prb", older);
+  WriteText(dir.path / "tiny.prb", "DiceHall");
 
   PercentageDice p;
   SetDefaultPercentageDice(p);
@@ -180,7 +169,7 @@ TEST(ProbabilityFile, ShortFileGivesZerosForMissingValues) {
   bytes[256] = 5;  // value 0
   bytes[260] = 1;  // value 1, whose upper bytes are missing
   bytes[261] = 1;
-  WriteBytes(dir.path / "short.prb", bytes);
+  WriteText(dir.path / "short.prb", bytes);
   ProbabilityTable t = Default();
   std::string error;
   ASSERT_TRUE(LoadProbabilityFile((dir.path / "short.prb").string(), t, error)) << error;

@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 
 #include "tests/test_support.h"
@@ -24,22 +22,17 @@ std::string Rolls(std::initializer_list<int> pairs) {
   return s;
 }
 
-std::string ReadFile(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 struct EditorTable : TestTable {
   TempDir dir;
   RollFiles rf;
   explicit EditorTable(const std::string& bytes = Rolls({11, 22, 33, 44, 55})) {
     g.ProgramFolder = dir.path.string();
-    std::ofstream(dir.path / "edit.rol", std::ios::binary) << bytes;
+    WriteText(dir.path / "edit.rol", bytes);
     EXPECT_TRUE(OpenRollFile(g, rf, "edit.rol"));
   }
   std::string Content() {
     rf.RollFile.Flush();
-    return ReadFile(dir.path / "edit.rol");
+    return FileText(dir.path / "edit.rol");
   }
 };
 
@@ -119,7 +112,7 @@ TEST_P(RollFileTextTest, WordsReplacedAndRenumberingOffered) {
   EditorTable t(Rolls({12, 34, 56, 61}));
   if (c.reply >= 0) t.ui.replies.push_back({c.reply, "", false});
   ASSERT_TRUE(CopyRollsToTextFile(t.g, t.rf, c.first, c.last, c.format, "out.txt"));
-  EXPECT_EQ(ReadFile(t.dir.path / "out.txt"), c.text);
+  EXPECT_EQ(FileText(t.dir.path / "out.txt"), c.text);
   ASSERT_EQ(t.ui.transcript.size(), c.reply < 0 ? 0u : 1u);
   if (c.reply >= 0) {
     EXPECT_EQ(t.ui.LastText(),

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -20,20 +18,13 @@ namespace fs = std::filesystem;
 
 const std::string kOutOfLimitsStop = "Stopped due to Dice Roll File value out of limits.";
 
-void WriteFile(const fs::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
-
-std::string ReadFile(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 struct RollFileTable : TestTable {
   TempDir dir;
   RollFiles rf;
   RollFileTable() { g.ProgramFolder = dir.path.string(); }
   fs::path File(const char* name) const { return dir.path / name; }
   void PlayBack(const std::string& bytes) {
-    WriteFile(File("dice.rol"), bytes);
+    WriteText(File("dice.rol"), bytes);
     ASSERT_TRUE(OpenRollFile(g, rf, "dice.rol"));
     ASSERT_TRUE(StartPlayback(g, rf));
   }
@@ -126,7 +117,7 @@ class RollFilePopupTest : public ::testing::TestWithParam<PopupCase> {};
 TEST_P(RollFilePopupTest, FirstTwoDigitsOneToSixAreTheDice) {
   const PopupCase& c = GetParam();
   RollFileTable t;
-  if (c.content) WriteFile(t.File("popup.txt"), c.content);
+  if (c.content) WriteText(t.File("popup.txt"), c.content);
   OpenPopupSource(t.g, t.rf, "popup.txt");
   EXPECT_EQ(ReadPopupRoll(t.g, t.rf), c.dice != 0);
   EXPECT_EQ(t.g.Table.Die1 * 10 + t.g.Table.Die2, c.dice ? c.dice : 34);
@@ -154,7 +145,7 @@ struct WaitingUi : HeadlessUi {
   void Refresh(const std::vector<std::string>&) override { statuses.push_back(t->g.Auto.StatusText); }
   void Yield() override {
     t->clock.tick += 100;
-    if (++yields == dropAt) WriteFile(t->File("popup.txt"), "4 4");
+    if (++yields == dropAt) WriteText(t->File("popup.txt"), "4 4");
     if (yields == stopAt) ToggleAutoRoll(t->g);
   }
 };
@@ -178,7 +169,7 @@ TEST_P(RollFileWaitTest, WaitsTestingEveryHalfSecond) {
   t.g.Ui = &ui;
   t.g.Auto.StatusText = "Ready";
   ToggleAutoRoll(t.g);
-  if (c.dropAt == 0) WriteFile(t.File("popup.txt"), "1 1");
+  if (c.dropAt == 0) WriteText(t.File("popup.txt"), "1 1");
   OpenPopupSource(t.g, t.rf, "popup.txt");
   EXPECT_EQ(WaitForPopupFile(t.g, t.rf), c.goOn);
   EXPECT_EQ(ui.yields, c.yields);
@@ -204,9 +195,9 @@ TEST(RollFileRecord, RecordedRollsCarryTheirMarksAndPlayBackTheSameDice) {
                                    {5, 6, 0, 0}, {6, 4, 0, 2}, {4, 3, 10, 1},  // come-out 11; point 10, seven-out
                                    {1, 1, 0, 0}, {6, 6, 0, 0}, {3, 4, 0, 0}};
   RollFileTable t;
-  WriteFile(t.File("current roll history.rol"), "old");
+  WriteText(t.File("current roll history.rol"), "old");
   ASSERT_TRUE(ReopenRollHistory(t.g, t.rf));
-  WriteFile(t.File("rec.rol"), std::string(12, static_cast<char>(EncodeRoll(1, 1, 0))));
+  WriteText(t.File("rec.rol"), std::string(12, static_cast<char>(EncodeRoll(1, 1, 0))));
   ASSERT_TRUE(OpenRollFile(t.g, t.rf, "rec.rol"));
   ASSERT_TRUE(StartRecording(t.g, t.rf));
   std::string expected;
@@ -221,11 +212,11 @@ TEST(RollFileRecord, RecordedRollsCarryTheirMarksAndPlayBackTheSameDice) {
     expected += static_cast<char>(r.die2 * 32 + r.die1 * 4 + r.mark);
   }
   CloseRollHistory(t.rf);
-  EXPECT_EQ(ReadFile(t.File("current roll history.rol")), expected);
+  EXPECT_EQ(FileText(t.File("current roll history.rol")), expected);
 
   ApplyDiceFileMode(t.rf, 1);  // a new session playing from the start
   EXPECT_EQ(t.rf.RecorderState, 2);
-  EXPECT_EQ(ReadFile(t.File("rec.rol")), expected + std::string(3, static_cast<char>(EncodeRoll(1, 1, 0))));
+  EXPECT_EQ(FileText(t.File("rec.rol")), expected + std::string(3, static_cast<char>(EncodeRoll(1, 1, 0))));
   for (const Roll& r : rolls) {
     ASSERT_TRUE(ReadRollFromFile(t.g, t.rf));
     EXPECT_EQ(t.g.Table.Die1 * 10 + t.g.Table.Die2, r.die1 * 10 + r.die2);

@@ -19,8 +19,7 @@ class HandlingActions : public testing::TestWithParam<ActionCase> {};
 
 TEST_P(HandlingActions, LeaveTheStakeAsTheActionSays) {
   const ActionCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.RollTotal(5);  // a point, so that the Place bet works
   ASSERT_EQ(t.Bet(1, bet::Place4 + 2, Money::Dollars(12)), Money::Dollars(12));

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <string>
 #include <vector>
 
 #include "engine/handling.h"
@@ -37,8 +36,7 @@ class LineSettleActionTest : public ::testing::TestWithParam<ActionCase> {};
 
 TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
   const ActionCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.AutoHandleWin[1] = t.g.AutoHandleLose[1] = c.action;
   t.Bet(1, bet::PassLine, 10_usd);
   for (int a : c.dialogReply) t.ui.settleReplies.push_back(a);
@@ -54,21 +52,16 @@ TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
 INSTANTIATE_TEST_SUITE_P(
     PassLine, LineSettleActionTest,
     ::testing::Values(
-        ActionCase{"win, take down", {7}, kTakeDown, false, {}, 0, Money{}, 1010_usd},
-        ActionCase{"win, same bet", {7}, kSameBet, false, {}, 0, 10_usd, 1010_usd},
         ActionCase{"win, dialog: same bet", {7}, kAskByDialog, false, {kSameBet}, 1, 10_usd, 1010_usd},
         ActionCase{"win, dialog: take down", {7}, kAskByDialog, false, {kTakeDown}, 1, Money{}, 1010_usd},
         ActionCase{"win, dialog under SilentMode takes down", {7}, kAskByDialog, true, {}, 0, Money{}, 1010_usd},
-        ActionCase{"loss, no bet", {3}, kTakeDown, false, {}, 0, Money{}, 990_usd},
-        ActionCase{"loss, same bet", {3}, kSameBet, false, {}, 0, 10_usd, 990_usd},
         ActionCase{"loss, dialog: same bet", {3}, kAskByDialog, false, {kSameBet}, 1, 10_usd, 990_usd},
         ActionCase{"loss, dialog: no bet", {3}, kAskByDialog, false, {kTakeDown}, 1, Money{}, 990_usd},
         ActionCase{"loss, dialog under SilentMode takes down", {3}, kAskByDialog, true, {}, 0, Money{}, 990_usd},
         ActionCase{"seven-out, same bet", {6, 7}, kSameBet, false, {}, 0, 10_usd, 990_usd}));
 
 TEST(LineSettleDialog, AWinnersDialog) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(11);
   ASSERT_EQ(t.ui.settles.size(), 1u);
@@ -97,24 +90,17 @@ TEST(LineSettleDialog, ARoundedPayoffSaysSo) {
 }
 
 TEST(LineSettleDialog, ALosersDialog) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 25_usd);
   t.RollTotal(12);
   ASSERT_EQ(t.ui.settles.size(), 1u);
-  const std::vector<std::string>& b = t.ui.settles[0].Buttons;
-  ASSERT_EQ(b.size(), 5u);
-  EXPECT_EQ(b[0], "&No Bet");
-  EXPECT_EQ(b[1], "&Same Bet");
-  EXPECT_EQ(b[2], "Bet &Remainder");
-  EXPECT_THAT(b[3], StartsWith("Press &1 Unit - Add $25"));
-  EXPECT_EQ(b[4], "&Double Bet");
+  EXPECT_THAT(t.ui.settles[0].Buttons, ElementsAre("&No Bet", "&Same Bet", "Bet &Remainder",
+                                                   StartsWith("Press &1 Unit - Add $25"), "&Double Bet"));
   EXPECT_THAT(t.ui.settles[0].Labels, Contains("Net loss: $25"));
 }
 
 TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 10_usd);
   t.ui.settleReplies.push_back(kTakeMaxOdds);  // offered only for an odds bet that wasn't working
   t.RollTotal(7);
@@ -125,13 +111,13 @@ TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
 
 // ---- Passing the dice ----------------------------------------------------------------------
 
-// Seats 5, 2 and 7, seated in that order: 5 has the dice first.
+// Seats 5, 1 and 8, seated in that order: 5 has the dice first, and they go down and round.
 struct ThreeAtTheTable : LineTable {
   ThreeAtTheTable() {
     g.Rules.BetNeededToShoot = 0;
     Seat(5, "Ann", 1000_usd);
-    Seat(2, "Bob", 1000_usd);
-    Seat(7, "Cid", 1000_usd);
+    Seat(1, "Bob", 1000_usd);
+    Seat(8, "Cid", 1000_usd);
   }
   void SevenOut() {
     RollTotal(6);
@@ -150,27 +136,27 @@ TEST(PassDiceRotation, SevenOutsMoveTheDiceDownAndRound) {
     EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
     shooters.push_back(t.g.Table.Shooter);
   }
-  EXPECT_THAT(shooters, ElementsAre(2, 7, 5, 2));
+  EXPECT_THAT(shooters, ElementsAre(1, 8, 5, 1));
 }
 
 TEST(PassDiceRotation, APlayerWhoPassesIsSkipped) {
   ThreeAtTheTable t;
-  t.g.AutoPassDice[2] = true;
+  t.g.AutoPassDice[1] = true;
   t.SevenOut();
-  EXPECT_EQ(t.g.Table.Shooter, 7);
+  EXPECT_EQ(t.g.Table.Shooter, 8);
 }
 
 TEST(PassDiceRotation, SilentPassBetweenHandsAndWithinOne) {
   ThreeAtTheTable t;
   PassDice(t.g, kPassSilent);
-  EXPECT_EQ(t.g.Table.Shooter, 2);
-  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.g.Table.Shooter, 1);
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
   EXPECT_EQ(t.Messages(), 0);
 
   t.RollTotal(8);
   PassDice(t.g, kPassSilent);
-  EXPECT_EQ(t.g.Table.Shooter, 7);  // 2 − 1 is empty; 0 wraps to 8, empty; then 7
-  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.g.Table.Shooter, 8);  // 1 − 1 wraps to 8
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
   EXPECT_EQ(t.Messages(), 0);
 }
 
@@ -178,7 +164,7 @@ TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
   ThreeAtTheTable t;
   t.RollTotal(9);
   PassDice(t.g, kPassAsked);
-  EXPECT_EQ(t.g.Table.Shooter, 2);
+  EXPECT_EQ(t.g.Table.Shooter, 1);
   EXPECT_EQ(t.g.Table.HandShooter, 5);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
@@ -186,14 +172,14 @@ TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
             "Ann is passing the dice to Bob who may finish the current hand and then roll his/her own hand.");
 
   t.RollTotal(7);
-  EXPECT_EQ(t.g.Table.Shooter, 2);
-  EXPECT_EQ(t.g.Table.HandShooter, 2);
+  EXPECT_EQ(t.g.Table.Shooter, 1);
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
   EXPECT_EQ(t.g.Table.LastHandShooter, 5);
 
   // Bob's own hand ends: now the dice go on.
   t.SevenOut();
-  EXPECT_EQ(t.g.Table.Shooter, 7);
-  EXPECT_EQ(t.g.Table.LastHandShooter, 2);
+  EXPECT_EQ(t.g.Table.Shooter, 8);
+  EXPECT_EQ(t.g.Table.LastHandShooter, 1);
 }
 
 TEST(PassDiceRotation, PassingBackToTheHandsShooter) {

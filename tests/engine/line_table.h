@@ -3,7 +3,6 @@
 // and a table with named players.
 
 #include <ostream>
-#include <string>
 #include <utility>
 
 #include "engine/money.h"
@@ -32,4 +31,9 @@ struct LineTable : TestTable {
   Money Amount(int seat, int bet) const { return g.BetAmount[seat][bet]; }
   int Messages() const { return static_cast<int>(ui.transcript.size()); }
   const MessageRequest& LastMessage() const { return ui.transcript.back().request; }
+};
+
+// Ann at seat 1 with $1000.
+struct AnnTable : LineTable {
+  AnnTable() { Seat(1, "Ann", 1000_usd); }
 };

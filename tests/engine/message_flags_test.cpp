@@ -51,8 +51,7 @@ TEST(MessageFlags, HideOnAMessageOfNoClassChangesNothing) {
 }
 
 TEST(MessageFlags, AHiddenPutRefusalStillRefuses) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.Rules.AllowPutBets = false;
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(4);

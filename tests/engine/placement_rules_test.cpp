@@ -22,8 +22,7 @@ class PlacementRuleTest : public testing::TestWithParam<RuleCase> {};
 
 TEST_P(PlacementRuleTest, RefusesWithItsWords) {
   const RuleCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   if (c.setUp) c.setUp(t);
   const Money before = t.Amount(1, c.bet);
   const size_t shown = t.ui.transcript.size();
@@ -91,8 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "You may not make or increase a Repeater 8 bet while any hits are marked.", 510}));
 
 TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   // Come-out: Point 7, 7 Point 7, Fire, Hot Roller (no rolls yet) and the collect bets are open.
   for (int b : {bet::Point7, bet::SevenPoint7, bet::Fire, bet::HotRoller, bet::AllSmall, bet::MakeAll})
     EXPECT_EQ(t.Bet(1, b, Money::Dollars(5)), Money::Dollars(5)) << BetName(b);
@@ -100,8 +98,7 @@ TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
 }
 
 TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   PointOnSix(t);
   ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
   t.RollTotal(4);  // the Come bet travels to 4
@@ -117,20 +114,14 @@ TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
 }
 
 TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.SilentMode = true;
   EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
   EXPECT_TRUE(t.ui.transcript.empty());
 }
 
-}  // namespace
-
-namespace {
-
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   ASSERT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(20));
   EXPECT_EQ(t.g.BuyVigHeld[1][0], Money::Dollars(1));
   EXPECT_EQ(t.g.OnTable[1], Money::Dollars(21));
@@ -143,8 +134,7 @@ TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
 }
 
 TEST(PlacementVig, VigOnWinOnlyStaysOutOfOnTable) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.Rules.ChargeAllLay = false;
   ASSERT_EQ(t.Bet(1, bet::Lay4, Money::Dollars(40)), Money::Dollars(40));
   EXPECT_EQ(t.g.LayVigHeld[1][0], Money::Dollars(1));  // 5% of the win of 20
@@ -162,21 +152,15 @@ TEST(PlacementVig, UpFrontVigMustFitTheBankroll) {
 }
 
 TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   ASSERT_EQ(t.Bet(1, bet::Repeater2 + 5, Money::Dollars(5)), Money::Dollars(5));  // Repeater 8
   t.g.Table.RepeaterCount[8] = 2;
   t.Bet(1, bet::Repeater2 + 5, -Money::Dollars(5));
   EXPECT_EQ(t.g.Table.RepeaterCount[8], 0);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.RollTotal(6);
   ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
@@ -187,10 +171,6 @@ TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
   EXPECT_EQ(t.Amount(1, bet::Come), Money{});
   EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
 }
-
-}  // namespace
-
-namespace {
 
 struct AdjustCase {
   int bet;
@@ -227,13 +207,8 @@ INSTANTIATE_TEST_SUITE_P(
                     AdjustCase{bet::PassLineOdds, 1, 15, 14},   // odds on 5 pay 3:2
                     AdjustCase{bet::Place4 + 2, 1, 3, 3}));     // nothing lower is a bet: left as asked, and told
 
-}  // namespace
-
-namespace {
-
 TEST(PlacementAdjust, AnAmountThatCantBeAdjustedIsTold) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.AdjustForPayoff[1].fill(1);
   EXPECT_EQ(t.Bet(1, bet::Place4 + 2, Money::Dollars(3)), Money::Dollars(3));
   EXPECT_EQ(t.LastMessage().Text,

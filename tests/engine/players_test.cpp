@@ -152,22 +152,6 @@ INSTANTIATE_TEST_SUITE_P(
                  "because a line bet is required and Put bets are not allowed.\n\nPlease wait for a come-out roll or "
                  "check the 'Allow Put bets' option on the 'Bets tab' of the configuration screen."}));
 
-TEST(PlayersPassDice2, TheDiceGoTowardLowerSeatsAndWrap) {
-  LineTable t;
-  t.Seat(2, "Ann", Money::Dollars(1000));
-  t.Seat(7, "Bob", Money::Dollars(1000));
-  t.Seat(5, "Cat", Money::Dollars(1000));
-  ASSERT_EQ(t.g.Table.Shooter, 2);
-  PassDice(t.g, kPassSilent);
-  EXPECT_EQ(t.g.Table.Shooter, 7) << "from 2 down: 1, then round to 8, 7";
-  PassDice(t.g, kPassSilent);
-  EXPECT_EQ(t.g.Table.Shooter, 5);
-}
-
-}  // namespace
-
-namespace {
-
 TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
   LineTable t;
   t.Seat(1, "Bob", Money::Dollars(100));

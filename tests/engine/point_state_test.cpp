@@ -36,6 +36,14 @@ struct LineBettors : LineTable {
   }
 };
 
+using Ints = std::vector<int>;
+
+// Point, last point, passes, misses and come-out rolls of the hand, shooter and hand's shooter.
+Ints State(const LineBettors& t) {
+  const TableState& s = t.g.Table;
+  return {s.Point, s.LastPoint, s.PassesInHand, s.MissesInHand, s.ComeOutRollsInHand, s.Shooter, s.HandShooter};
+}
+
 // ---- The come-out roll ------------------------------------------------------------------
 
 struct ComeOutCase {
@@ -56,24 +64,16 @@ TEST_P(PointStateComeOutTest, MovesThePointAndSettlesTheLine) {
   const ComeOutCase& c = GetParam();
   LineBettors t(c.bar);
   t.RollTotal(c.total);
-  const TableState& s = t.g.Table;
-  EXPECT_EQ(s.Point, c.point);
-  EXPECT_EQ(s.PassesInHand, c.passes);
-  EXPECT_EQ(s.MissesInHand, c.misses);
-  EXPECT_EQ(s.ComeOutRollsInHand, 1);
-  EXPECT_EQ(s.LastPoint, 0);
+  // No come-out roll ends the hand or moves the dice.
+  EXPECT_EQ(State(t), (Ints{c.point, 0, c.passes, c.misses, 1, kShooterSeat, kShooterSeat}));
   // The table's hand column and the shooter's: one come-out roll of this total, and the
   // natural or craps counted on the total itself.
-  for (int col : {kHandScope, kHandScope + kShooterSeat, kSessionScope, kAllScope}) {
-    EXPECT_EQ(t.g.Stats.HandDecisions[col][c.total][0], 1) << "column " << col;
-    EXPECT_EQ(t.g.Stats.HandDecisions[col][c.total][1], c.passes) << "column " << col;
-    EXPECT_EQ(t.g.Stats.HandDecisions[col][c.total][2], c.misses) << "column " << col;
-  }
-  EXPECT_EQ(t.Outcome(kShooterSeat, bet::PassLine), c.passLine);
-  EXPECT_EQ(t.Outcome(kDarkSeat, bet::DontPass), c.dontPass);
-  // No come-out roll ends the hand or moves the dice.
-  EXPECT_EQ(s.Shooter, kShooterSeat);
-  EXPECT_EQ(s.HandShooter, kShooterSeat);
+  for (int col : {kHandScope, kHandScope + kShooterSeat, kSessionScope, kAllScope})
+    EXPECT_EQ((Ints{t.g.Stats.HandDecisions[col][c.total].begin(), t.g.Stats.HandDecisions[col][c.total].end()}),
+              (Ints{1, c.passes, c.misses}))
+        << "column " << col;
+  EXPECT_EQ((Ints{t.Outcome(kShooterSeat, bet::PassLine), t.Outcome(kDarkSeat, bet::DontPass)}),
+            (Ints{c.passLine, c.dontPass}));
   EXPECT_EQ(t.g.Stats.RollCount[kHandScope][0], 1);
 }
 
@@ -123,50 +123,32 @@ TEST_P(PointStatePointOnTest, OnlyThePointOrASevenDecides) {
   t.RollTotal(c.point);
   ASSERT_EQ(t.g.Table.Point, c.point);
   t.RollTotal(c.total);
-  const TableState& s = t.g.Table;
   const Statistics& st = t.g.Stats;
+  const Ints outcomes = {t.Outcome(kShooterSeat, bet::PassLine), t.Outcome(kDarkSeat, bet::DontPass)};
 
   if (c.total == c.point) {
     // A made point: a pass, the hand goes on with the same shooter.
-    EXPECT_EQ(s.Point, 0);
-    EXPECT_EQ(s.LastPoint, c.point);
-    EXPECT_EQ(s.PassesInHand, 1);
-    EXPECT_EQ(s.MissesInHand, 0);
-    EXPECT_EQ(st.HandDecisions[kHandScope][c.point][1], 1);
-    EXPECT_EQ(st.HandDecisions[kHandScope + kShooterSeat][c.point][1], 1);
-    EXPECT_EQ(st.MostPassesInHand[kSessionScope], 1);
-    EXPECT_EQ(st.RollCount[kHandScope][0], 2);
-    EXPECT_EQ(t.Outcome(kShooterSeat, bet::PassLine), kWinsBet);
-    EXPECT_EQ(t.Outcome(kDarkSeat, bet::DontPass), kLosesBet);
-    EXPECT_EQ(s.Shooter, kShooterSeat);
+    EXPECT_EQ(State(t), (Ints{0, c.point, 1, 0, 1, kShooterSeat, kShooterSeat}));
+    EXPECT_EQ((Ints{st.HandDecisions[kHandScope][c.point][1], st.HandDecisions[kHandScope + kShooterSeat][c.point][1],
+                    st.MostPassesInHand[kSessionScope], st.RollCount[kHandScope][0]}),
+              (Ints{1, 1, 1, 2}));
+    EXPECT_EQ(outcomes, (Ints{kWinsBet, kLosesBet}));
   } else if (c.total == 7) {
-    // A seven-out: a miss; the hand ends and its counters go to "Last hand".
-    EXPECT_EQ(s.Point, 0);
-    EXPECT_EQ(s.LastPoint, c.point);
-    EXPECT_EQ(st.RollCount[kHandScope][0], 0);
-    EXPECT_EQ(st.RollCount[kLastHandScope][0], 2);
-    EXPECT_EQ(st.HandDecisions[kLastHandScope][c.point][2], 1);
-    EXPECT_EQ(st.HandDecisions[kLastHandScope][c.point][1], 0);
-    EXPECT_EQ(st.HandDecisions[kSessionScope][c.point][2], 1);
-    EXPECT_EQ(st.MostMissesInHand[kSessionScope], 1);
-    EXPECT_EQ(s.PassesInHand, 0);
-    EXPECT_EQ(s.MissesInHand, 0);
-    EXPECT_EQ(s.ComeOutRollsInHand, 0);
-    EXPECT_EQ(t.Outcome(kShooterSeat, bet::PassLine), kLosesBet);
-    EXPECT_EQ(t.Outcome(kDarkSeat, bet::DontPass), kWinsBet);
-    EXPECT_EQ(s.LastHandShooter, kShooterSeat);
-    EXPECT_EQ(s.Shooter, kDarkSeat);  // the dice went on to the next player
+    // A seven-out: a miss; the hand ends, its counters go to "Last hand" and the dice
+    // go on to the next player.
+    EXPECT_EQ(State(t), (Ints{0, c.point, 0, 0, 0, kDarkSeat, kDarkSeat}));
+    EXPECT_EQ((Ints{st.RollCount[kHandScope][0], st.RollCount[kLastHandScope][0],
+                    st.HandDecisions[kLastHandScope][c.point][2], st.HandDecisions[kLastHandScope][c.point][1],
+                    st.HandDecisions[kSessionScope][c.point][2], st.MostMissesInHand[kSessionScope],
+                    t.g.Table.LastHandShooter}),
+              (Ints{0, 2, 1, 0, 1, 1, kShooterSeat}));
+    EXPECT_EQ(outcomes, (Ints{kLosesBet, kWinsBet}));
   } else {
-    // Anything else, the bar totals included, decides nothing.
-    EXPECT_EQ(s.Point, c.point);
-    EXPECT_EQ(s.LastPoint, 0);
-    EXPECT_EQ(s.PassesInHand, 0);
-    EXPECT_EQ(s.MissesInHand, 0);
-    EXPECT_EQ(s.ComeOutRollsInHand, 1);  // a roll with the point on isn't a come-out
+    // Anything else, the bar totals included, decides nothing; a roll with the point on
+    // isn't a come-out.
+    EXPECT_EQ(State(t), (Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
     EXPECT_EQ(st.HandDecisions[kHandScope][c.total][0], 0);
-    EXPECT_EQ(t.Outcome(kShooterSeat, bet::PassLine), kStands);
-    EXPECT_EQ(t.Outcome(kDarkSeat, bet::DontPass), kStands);
-    EXPECT_EQ(s.Shooter, kShooterSeat);
+    EXPECT_EQ(outcomes, (Ints{kStands, kStands}));
   }
 }
 
@@ -180,32 +162,21 @@ TEST(PointStateHand, ComeOutSevensArePassesWithinOneHand) {
   t.RollTotal(7);
   t.RollTotal(7);
   t.RollTotal(11);
-  const TableState& s = t.g.Table;
   const Statistics& st = t.g.Stats;
-  EXPECT_EQ(s.PassesInHand, 3);
-  EXPECT_EQ(s.ComeOutRollsInHand, 3);
-  EXPECT_EQ(st.RollCount[kHandScope][0], 3);
-  EXPECT_EQ(st.HandsShot[kSessionScope], 1);
-  EXPECT_EQ(st.MostPassesInHand[kSessionScope + kShooterSeat], 3);
-  EXPECT_EQ(st.HandDecisions[kHandScope][7][1], 2);
-  EXPECT_EQ(st.HandDecisions[kHandScope][11][1], 1);
-  EXPECT_EQ(s.Shooter, kShooterSeat);
-  EXPECT_EQ(s.HandShooter, kShooterSeat);
+  EXPECT_EQ(State(t), (Ints{0, 0, 3, 0, 3, kShooterSeat, kShooterSeat}));
+  EXPECT_EQ(
+      (Ints{st.RollCount[kHandScope][0], st.HandsShot[kSessionScope], st.MostPassesInHand[kSessionScope + kShooterSeat],
+            st.HandDecisions[kHandScope][7][1], st.HandDecisions[kHandScope][11][1]}),
+      (Ints{3, 1, 3, 2, 1}));
   EXPECT_EQ(t.g.Bankroll[kShooterSeat], 1030_usd);
   EXPECT_EQ(t.g.Bankroll[kDarkSeat], 970_usd);
 
   // Point 5, made; point 9, seven-out: one hand of two passes after three naturals.
-  t.RollTotal(5);
-  t.RollTotal(5);
-  t.RollTotal(9);
-  t.RollTotal(7);
-  EXPECT_EQ(st.HandsShot[kSessionScope], 1);
-  EXPECT_EQ(st.RollCount[kLastHandScope][0], 7);
-  EXPECT_EQ(st.HandDecisions[kLastHandScope][5][1], 1);
-  EXPECT_EQ(st.HandDecisions[kLastHandScope][9][2], 1);
-  EXPECT_EQ(st.MostPassesInHand[kSessionScope], 4);
-  EXPECT_EQ(st.MostComeOutRollsInHand[kSessionScope], 5);
-  EXPECT_EQ(s.LastPoint, 9);
+  for (int total : {5, 5, 9, 7}) t.RollTotal(total);
+  EXPECT_EQ((Ints{st.HandsShot[kSessionScope], st.RollCount[kLastHandScope][0], st.HandDecisions[kLastHandScope][5][1],
+                  st.HandDecisions[kLastHandScope][9][2], st.MostPassesInHand[kSessionScope],
+                  st.MostComeOutRollsInHand[kSessionScope], t.g.Table.LastPoint}),
+            (Ints{1, 7, 1, 1, 4, 5, 9}));
   EXPECT_EQ(t.g.Bankroll[kShooterSeat], 1030_usd);  // +10 on the 5, -10 at the seven-out
 }
 

@@ -25,8 +25,7 @@ class ResetAbandonedTest : public ::testing::TestWithParam<AbandonCase> {};
 // Ann: Pass Line 10, and a Come bet of 15 that travelled to the 9.
 TEST_P(ResetAbandonedTest, ContractBetsAtANewSession) {
   const AbandonCase& c = GetParam();
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.Rules.ReturnAbandonedBets = c.returnAbandoned;
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(5);
@@ -66,8 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                       AbandonCase{"come-out: returned", true, false, false, Money{}}));
 
 TEST(ResetTableAbandoned, WithoutHistoryTheLossIsCarriedIntoTheBuyIn) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(5);
   ResetTable(t.g, false, false, true, 0);

@@ -20,8 +20,7 @@ const SettleRequest* DialogFor(const LineTable& t, const std::string& betLabel) 
 }
 
 TEST(SettleDialog, ASplitBetTellsItsParts) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.g.AutoHandleWin[1] = 0;  // ask by dialog
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.Bet(1, bet::CAndE, Money::Dollars(2));
@@ -39,8 +38,7 @@ TEST(SettleDialog, ASplitBetTellsItsParts) {
 }
 
 TEST(SettleDialog, ABuyBetShowsThePayoffBeforeVigAndTheVig) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.RollTotal(6);  // a point, so that the Buy bet works
   t.Bet(1, bet::Buy4, Money::Dollars(20));
@@ -53,8 +51,7 @@ TEST(SettleDialog, ABuyBetShowsThePayoffBeforeVigAndTheVig) {
 }
 
 TEST(SettleDialog, AReturnedBetOffersOnlyToTakeIt) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.RollTotal(6);
   t.Bet(1, bet::PassLineOdds, Money::Dollars(10));
@@ -68,8 +65,7 @@ TEST(SettleDialog, AReturnedBetOffersOnlyToTakeIt) {
 }
 
 TEST(SettleDialog, TheSeatsChoiceRuns) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
+  AnnTable t;
   t.Bet(1, bet::PassLine, Money::Dollars(10));
   t.RollTotal(6);
   t.Bet(1, bet::Place4 + 2, Money::Dollars(12));

@@ -119,8 +119,7 @@ INSTANTIATE_TEST_SUITE_P(
 // ---- The session's roll limit ----------------------------------------------------------------
 
 TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.Rules.BetNeededToShoot = 0;
   SetSessionRolls(t.g, 1999999999);
   t.Roll(2, 3);
@@ -139,24 +138,10 @@ TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
   EXPECT_THAT(t.LastMessage().Text, HasSubstr("\"Game\""));
 }
 
-TEST(ShotGateRollLimit, SilentlyTheStopText) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
-  t.g.Rules.BetNeededToShoot = 0;
-  SetSessionRolls(t.g, 2000000000);
-  t.g.SilentMode = true;
-  t.Roll(6, 6);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
-  EXPECT_EQ(t.Messages(), 0);
-  EXPECT_THAT(t.g.StopReason, StartsWith("Stopped due to reaching the maximum limit of 2,000,000,000 rolls."));
-  EXPECT_THAT(t.g.StopReason, HasSubstr("\"New\""));
-}
-
 // ---- The bankroll limit after a roll at normal speed -------------------------------------
 
 TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
-  LineTable t;
-  t.Seat(1, "Ann", 1000_usd);
+  AnnTable t;
   t.g.Rules.BetNeededToShoot = 0;
   SetBankroll(t.g, 1, 10000000_usd);
   t.Roll(1, 2);
@@ -193,10 +178,6 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
   EXPECT_EQ(t.g.BankrollGraphIndex, 2);
   EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
 }
-
-}  // namespace
-
-namespace {
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {
   LineTable t;

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "dice/seeding.h"
@@ -30,9 +28,7 @@ struct LogTable : TestTable {
     g.RecordEvents = true;
   }
   std::vector<std::string> Lines() const {
-    std::stringstream in;
-    in << std::ifstream(dir.path / "Events Log.txt", std::ios::binary).rdbuf();
-    const std::string text = in.str();
+    const std::string text = FileText(dir.path / "Events Log.txt");
     std::vector<std::string> lines;
     for (size_t at = 0, end; (end = text.find("\r\n", at)) != std::string::npos; at = end + 2)
       lines.push_back(text.substr(at, end - at));
@@ -246,8 +242,8 @@ TEST(EventsLog, FindAsksForItsText) {
 
 TEST(EventsLog, IndexIsRebuiltFromAnyTextFile) {
   LogTable t;
-  std::ofstream(t.dir.path / "Events Log.txt", std::ios::binary) << "one\r\ntwo\nthree";
-  std::ofstream(t.dir.path / kEventsLogIndexName, std::ios::binary) << "junk";
+  WriteText(t.dir.path / "Events Log.txt", "one\r\ntwo\nthree");
+  WriteText(t.dir.path / kEventsLogIndexName, "junk");
   ASSERT_TRUE(BuildEventsLogIndex(t.g));
   ASSERT_EQ(EventsLogLineCount(t.g), 3);
   EXPECT_EQ(EventsLogLine(t.g, 2), "two");

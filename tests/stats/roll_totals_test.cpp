@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <memory>
-#include <string>
 
 namespace {
 

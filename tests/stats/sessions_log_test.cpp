@@ -5,23 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "tests/test_support.h"
 
 namespace {
-
-std::string ReadBytes(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
-  std::ofstream(p, std::ios::binary) << bytes;
-}
 
 std::string Le(uint64_t v, int n) {
   std::string s;
@@ -57,7 +46,7 @@ TEST(SessionsLogFile, RoundTripIsByteExact) {
   const std::string p = (d.path / "Ann.slg").string();
   std::string error;
   ASSERT_TRUE(CreateNewSessionsLog(p, error)) << error;
-  EXPECT_EQ(ReadBytes(p), Header(0));
+  EXPECT_EQ(FileText(p), Header(0));
 
   SessionRecord a = Net(Money::FromRaw(-125000), 37);
   a[31] = Money::FromRaw(INT64_MIN);
@@ -67,7 +56,7 @@ TEST(SessionsLogFile, RoundTripIsByteExact) {
   std::string recA = Le(370000, 8) + std::string(56, '\0') + Le(static_cast<uint64_t>(-125000), 8) +
                      std::string(22 * 8, '\0') + Le(0x8000000000000000ULL, 8);
   std::string recB = std::string(64, '\0') + Le(50000, 8) + std::string(23 * 8, '\0');
-  EXPECT_EQ(ReadBytes(p), Header(2) + recA + recB);
+  EXPECT_EQ(FileText(p), Header(2) + recA + recB);
 
   SessionsLogFile log;
   ASSERT_TRUE(ReadSessionsLog(p, log, error, "test")) << error;
@@ -88,7 +77,7 @@ TEST_P(SessionsLogRefusal, LeavesFileAndRecords) {
   t.g.ProgramFolder = d.path.string();
   t.Seat(1, "Ann", 100_usd);
   const std::string p = (d.path / "Ann.slg").string();
-  WriteBytes(p, GetParam());
+  WriteText(p, GetParam());
   SessionsLogFile held;
   held.Records.push_back(Net(7_usd));
   std::string error, path;
@@ -100,7 +89,7 @@ TEST_P(SessionsLogRefusal, LeavesFileAndRecords) {
   EXPECT_FALSE(DeleteAllSessions(p, error));
   EXPECT_EQ(t.ui.LastText(), kNotASessionsLog);
   EXPECT_TRUE(path.empty());
-  EXPECT_EQ(ReadBytes(p), GetParam());
+  EXPECT_EQ(FileText(p), GetParam());
 }
 
 // An older format, a cut-off header, a count beyond the records, a negative count, text
@@ -114,14 +103,14 @@ TEST(SessionsLogFile, CountGovernsAndUnusedBytesStay) {
   TempDir d;
   const std::string p = (d.path / "long.slg").string();
   // One counted session, one surplus record, and marks in the unused header bytes.
-  WriteBytes(p, Header(1, 'x') + std::string(256, '\0') + std::string(256, '\x7f'));
+  WriteText(p, Header(1, 'x') + std::string(256, '\0') + std::string(256, '\x7f'));
   EXPECT_EQ(Nets(p), std::vector<Money>{Money{}});
   std::string error;
   ASSERT_TRUE(AppendSessionRecord(p, Net(3_usd), error)) << error;  // over the surplus
   EXPECT_EQ(Nets(p), (std::vector<Money>{Money{}, 3_usd}));
   ASSERT_TRUE(DeleteSessions(p, {0}, error)) << error;
-  EXPECT_EQ(ReadBytes(p).size(), 512u);
-  EXPECT_EQ(ReadBytes(p).substr(0, 256), Header(1, 'x'));
+  EXPECT_EQ(FileText(p).size(), 512u);
+  EXPECT_EQ(FileText(p).substr(0, 256), Header(1, 'x'));
   EXPECT_EQ(Nets(p), std::vector<Money>{3_usd});
 }
 
@@ -204,20 +193,12 @@ std::vector<SessionRecord> Records(const std::vector<Money>& nets) {
 TEST(SessionsLogStats, HandComputedSet) {
   SessionsStats s;
   ASSERT_TRUE(ComputeSessionsStats(Records({9_usd, 4_usd, 2_usd, 5_usd, 4_usd, 7_usd, 4_usd, 5_usd}), {}, s));
-  EXPECT_EQ(s.N, 8);
-  EXPECT_EQ(s.Sum, 40_usd);
-  EXPECT_EQ(s.Mean, 5_usd);
-  EXPECT_EQ(s.High, 9_usd);
-  EXPECT_EQ(s.Low, 2_usd);
-  EXPECT_EQ(s.Range, 7_usd);
-  EXPECT_EQ(s.Mid, Money::FromRaw(55000));
-  EXPECT_EQ(s.Median, Money::FromRaw(45000));
-  EXPECT_EQ(s.Mode, 4_usd);
-  EXPECT_EQ(s.ModeCount, 3);
-  EXPECT_EQ(s.Variance, 4_usd);
-  EXPECT_EQ(s.StdDev, 2_usd);
-  EXPECT_EQ(s.Skew, Money::FromRaw(6562));
-  EXPECT_EQ(s.Kurtosis, Money::FromRaw(27812));
+  EXPECT_EQ((std::vector<int32_t>{s.N, s.ModeCount}), (std::vector<int32_t>{8, 3}));
+  // Sum, mean, high, low, range, mid, median, mode, variance, standard deviation, skew, kurtosis.
+  EXPECT_EQ((std::vector<Money>{s.Sum, s.Mean, s.High, s.Low, s.Range, s.Mid, s.Median, s.Mode, s.Variance, s.StdDev,
+                                s.Skew, s.Kurtosis}),
+            (std::vector<Money>{40_usd, 5_usd, 9_usd, 2_usd, 7_usd, Money::FromRaw(55000), Money::FromRaw(45000), 4_usd,
+                                4_usd, 2_usd, Money::FromRaw(6562), Money::FromRaw(27812)}));
 
   ASSERT_TRUE(ComputeSessionsStats(Records({7_usd, 2_usd, 4_usd, 5_usd, 4_usd, 5_usd, 4_usd}), {}, s));
   EXPECT_EQ(s.Median, 4_usd);  // odd count: the middle value
@@ -287,12 +268,12 @@ TEST(SessionsLog, MergeAndDelete) {
   ASSERT_TRUE(CreateNewSessionsLog(a, error) && CreateNewSessionsLog(b, error)) << error;
   for (Money m : {1_usd, 2_usd}) ASSERT_TRUE(AppendSessionRecord(a, Net(m), error));
   for (Money m : {3_usd, 4_usd}) ASSERT_TRUE(AppendSessionRecord(b, Net(m), error));
-  WriteBytes(junk, Header(0).substr(0, 100));
+  WriteText(junk, Header(0).substr(0, 100));
 
-  const std::string before = ReadBytes(a);
+  const std::string before = FileText(a);
   EXPECT_FALSE(MergeSessionsLog(t.g, a, junk));
   EXPECT_EQ(t.ui.LastText(), kNotASessionsLog);
-  EXPECT_EQ(ReadBytes(a), before);
+  EXPECT_EQ(FileText(a), before);
 
   ASSERT_TRUE(MergeSessionsLog(t.g, a, b));
   EXPECT_EQ(Nets(a), (std::vector<Money>{1_usd, 2_usd, 3_usd, 4_usd}));
@@ -305,7 +286,7 @@ TEST(SessionsLog, MergeAndDelete) {
   EXPECT_EQ(Nets(a).size(), 2u);
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(DeleteAllSessions(t.g, 1, a));
-  EXPECT_EQ(ReadBytes(a), Header(0));
+  EXPECT_EQ(FileText(a), Header(0));
 }
 
 }  // namespace
