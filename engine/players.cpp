@@ -76,6 +76,7 @@ void PassDice(Game& g, int mode) {
       if (g.Ui && !g.SilentMode) g.Ui->Refresh({"frmHands", "frmRollTotals", "frmSummary"});
     }
     if (!handRunning) t.HandShooter = t.Shooter;
+    if (mode == kPassAsked && g.Online) g.Online->DicePassed();
     return;
   }
 
@@ -151,7 +152,7 @@ std::string RemovalQuestion(const Game& g, int seat, const std::vector<int>& con
 bool RemovePlayer(Game& g, int seat) {
   if (seat < 1 || seat > 8 || !SeatOccupied(g, seat)) return false;
   const std::string name = g.PlayerName[seat];
-  if (g.OnlineRole == 2) {
+  if (g.OnlineRole == kOnlineClient) {
     // A client asks the host; only its own seat, and never as an observer.
     if (g.ClientObserver)
       Tell(g,

@@ -373,6 +373,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "Ann), and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
   app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
+  AddOnlineOptions(app, o.online, players);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -580,6 +581,7 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   }
   g.Auto.AfterRoll = &PlaceStanding;
   g.Auto.AfterRollData = &standing;
+  if (OnlineMode(o.online)) return RunOnline(g, o, out, err);
   RunHyperDrive(g, o.rolls);
   if (ui.tty) fmt::print(stderr, "\r{:40}\r", "");
 

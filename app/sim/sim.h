@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/sim/sim_online.h"
 #include "engine/money.h"
 #include "storage/paths.h"
 
@@ -44,6 +45,7 @@ struct SimOptions {
   bool json = false;
   std::string checkFile;  // --check: compile this script and say where it fails
   bool dump = false;
+  OnlineOptions online;
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,

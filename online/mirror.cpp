@@ -1,0 +1,480 @@
+#include "online/mirror.h"
+
+#include <cstring>
+#include <type_traits>
+
+#include "engine/placement.h"
+
+namespace {
+
+bool IsBuy(int bet) { return bet >= bet::Buy4 && bet <= bet::Buy10; }
+bool IsLay(int bet) { return bet >= bet::Lay4 && bet <= bet::Lay10; }
+
+Money VigOf(const Game& g, int seat, int bet) {
+  if (IsBuy(bet)) return g.BuyVigHeld[seat][bet - bet::Buy4];
+  if (IsLay(bet)) return g.LayVigHeld[seat][bet - bet::Lay4];
+  return Money{};
+}
+
+void AddBet(std::string& m, const Game& g, int seat, int bet) {
+  m += "~777";
+  PutInt(m, seat);
+  PutInt(m, bet);
+  PutAmount(m, g.BetAmount[seat][bet]);
+  PutAmount(m, g.ContractBase[seat][bet]);
+  PutAmount(m, VigOf(g, seat, bet));
+}
+
+void AddWorking(std::string& m, const Game& g, int seat, int bet) {
+  m += "~779";
+  PutInt(m, seat);
+  PutInt(m, bet);
+  PutInt(m, g.BetWorking[seat][bet]);
+}
+
+void AddBankroll(std::string& m, const Game& g, int seat) {
+  m += "~887";
+  PutInt(m, seat);
+  PutAmount(m, g.Bankroll[seat]);
+  PutAmount(m, g.BeginningBankroll[seat + kSessionScope]);
+  PutAmount(m, g.BuyInTotal[seat + kSessionScope]);
+}
+
+void AddPayoffRows(std::vector<std::string>& out, std::string_view code, const PayoffRow* rows, int first, int last) {
+  std::string m;
+  for (int r = first; r <= last; ++r) {
+    m += code;
+    PutInt(m, r);
+    PutAmount(m, rows[r].PayoffPay);
+    PutAmount(m, rows[r].PayoffToFor);
+    PutAmount(m, rows[r].PayoffFor);
+  }
+  out.push_back(std::move(m));
+}
+
+std::string One(std::string_view code, Money v) {
+  std::string m(code);
+  PutAmount(m, v);
+  return m;
+}
+std::string One(std::string_view code, int64_t v) {
+  std::string m(code);
+  PutInt(m, v);
+  return m;
+}
+std::string OneFlag(std::string_view code, bool v) {
+  std::string m(code);
+  PutFlag(m, v);
+  return m;
+}
+
+// The rule tables a payoff code writes, with their first and last row.
+template <class Row>
+struct PayoffTable {
+  std::string_view code;
+  Row* rows;
+  int first, last;
+};
+
+template <class Rules, class Row = std::conditional_t<std::is_const_v<Rules>, const PayoffRow, PayoffRow>>
+std::vector<PayoffTable<Row>> PayoffTables(Rules& r) {
+  return {{"~909", r.BetPayoff.data(), 1, kBets},         {"~910", r.FieldPayoff.data(), 1, 21},
+          {"~911", r.SevenPointSevenPayoff.data(), 1, 2}, {"~912", r.MidwayPayoff.data(), 1, 5},
+          {"~913", r.HotRollerPayoff.data(), 1, 7},       {"~914", r.SharpShooterPayoff.data(), 1, 11},
+          {"~915", r.RideLinePayoff.data(), 1, 12},       {"~916", r.FirePayoff.data(), 0, 6}};
+}
+
+// The parts a mirror must hold alike, each named, in one walk for the digest and the difference.
+template <class F>
+void VisitTable(const Game& g, F&& part) {
+  auto bytes = [&](const char* name, const auto& v) { part(name, &v, sizeof(v)); };
+  for (int s = 1; s < kSeats; ++s) part("player name", g.PlayerName[s].data(), g.PlayerName[s].size());
+  for (int s = 1; s < kSeats; ++s) {
+    const Money money[] = {g.Bankroll[s], g.BuyInTotal[s + kSessionScope], g.BeginningBankroll[s + kSessionScope]};
+    bytes("bankroll, buy-in and beginning bankroll of a seat", money);
+  }
+  bytes("bets", g.BetAmount);
+  bytes("contract bases", g.ContractBase);
+  bytes("working states", g.BetWorking);
+  bytes("buy vig", g.BuyVigHeld);
+  bytes("lay vig", g.LayVigHeld);
+  bytes("wagered", g.OnTable);
+  bytes("auto-pass", g.AutoPassDice);
+  bytes("negative bankroll", g.AllowNegBankroll);
+  const TableState& t = g.Table;
+  const int32_t table[] = {t.Die1,           t.Die2,      t.DiceTotal,     t.Point,           t.PriorPoint,
+                           t.LastPoint,      t.Shooter,   t.HandShooter,   t.LastHandShooter, t.NumberOfPlayers,
+                           t.FireMask,       t.FireCount, t.HotRollerMask, t.HotRollerCount,  t.FourRollCount,
+                           t.AllNumbersMask, t.PointsWon, t.PassesMade};
+  bytes("dice, point, shooters and counters", table);
+  bytes("repeater counts", t.RepeaterCount);
+  const RuleSet& r = g.Rules;
+  const Money money[] = {r.MinPlacardBet, r.MinPlacardPropBet, r.MaxPlacardBet, r.MaxPropBetPayoff,
+                         r.MaxOddsBet,    r.OddsAllowed410,    r.OddsAllowed59, r.OddsAllowed68,
+                         r.BuyVigPct,     r.LayVigPct,         g.HostMinBuyIn,  g.HostMaxBuyIn};
+  bytes("limits, odds, vig and buy-in bounds", money);
+  const int32_t options[] = {r.OddsCalcMethod, r.ChargeAllBuy,       r.RoundBuyVig, r.ChargeAllLay,
+                             r.RoundLayVig,    r.AllowPennyPayoffs,  r.BarNumber,   r.BetNeededToShoot,
+                             r.AllowPutBets,   r.ReturnAbandonedBets};
+  bytes("table options", options);
+  bytes("checks", r.CheckDenom);
+  bytes("working on the come-out", r.WorkOnComeOut);
+  bytes("bet payoffs", r.BetPayoff);
+  bytes("field payoffs", r.FieldPayoff);
+  bytes("midway payoffs", r.MidwayPayoff);
+  bytes("seven point seven payoffs", r.SevenPointSevenPayoff);
+  bytes("hot roller payoffs", r.HotRollerPayoff);
+  bytes("sharp shooter payoffs", r.SharpShooterPayoff);
+  bytes("ride the line payoffs", r.RideLinePayoff);
+  bytes("fire payoffs", r.FirePayoff);
+}
+
+uint64_t Fnv(uint64_t h, const void* data, size_t n) {
+  const auto* p = static_cast<const unsigned char*>(data);
+  for (size_t i = 0; i < n; ++i) h = (h ^ p[i]) * 1099511628211ull;
+  return h;
+}
+
+constexpr uint64_t kFnvStart = 14695981039346656037ull;
+
+}  // namespace
+
+bool ChangedBets::Any() const {
+  for (const auto& seat : marked_)
+    for (bool b : seat)
+      if (b) return true;
+  return false;
+}
+
+std::vector<std::string> ChangedBets::Take(const Game& g) {
+  std::vector<std::string> out;
+  std::string m;
+  for (int s = 0; s < kSeats; ++s)
+    for (int b = 1; b <= kBets; ++b) {
+      if (!marked_[s][b]) continue;
+      marked_[s][b] = false;
+      std::string record = BetRecord(g, s, b);
+      if (m.size() + record.size() + 4 > 9000) out.push_back(std::move(m)), m.clear();
+      m += record;
+    }
+  if (!m.empty()) out.push_back(std::move(m));
+  return out;
+}
+
+std::string BetRecord(const Game& g, int seat, int bet) {
+  std::string m;
+  AddBet(m, g, seat, bet);
+  return m;
+}
+
+std::string WorkingRecord(const Game& g, int seat, int bet) {
+  std::string m;
+  AddWorking(m, g, seat, bet);
+  return m;
+}
+
+std::string SeatBetsMessage(const Game& g, int seat) {
+  std::string m;
+  for (int b = 1; b <= kBets; ++b) AddBet(m, g, seat, b);
+  return m;
+}
+
+std::string SeatWorkingMessage(const Game& g, int seat) {
+  std::string m;
+  for (int b = 1; b <= kBets; ++b) AddWorking(m, g, seat, b);
+  return m;
+}
+
+std::string WorkOnComeOutMessage(const Game& g) {
+  std::string m;
+  for (int s = 0; s < kSeats; ++s) {
+    if (s > 0 && !SeatOccupied(g, s)) continue;
+    m += "~899";
+    PutInt(m, s);
+    for (int b = 1; b <= 87; ++b) m += g.Rules.WorkOnComeOut[b][s] ? '1' : '0';
+    m += '\t';
+  }
+  return m;
+}
+
+std::vector<std::string> PlayersMessages(const Game& g) {
+  std::string taken, free;
+  for (int s = 1; s < kSeats; ++s) {
+    if (SeatOccupied(g, s)) {
+      taken += "~888";
+      PutInt(taken, s);
+      PutText(taken, g.PlayerName[s]);
+      PutAmount(taken, g.Bankroll[s]);
+    } else {
+      free += "~886";
+      PutInt(free, s);
+    }
+  }
+  std::vector<std::string> out;
+  if (!taken.empty()) out.push_back(std::move(taken));
+  if (!free.empty()) out.push_back(std::move(free));
+  out.push_back(ShootersMessage(g));
+  return out;
+}
+
+std::string ShootersMessage(const Game& g) {
+  std::string m = "~889";
+  PutInt(m, g.Table.Shooter);
+  PutInt(m, g.Table.LastHandShooter);
+  PutInt(m, g.Table.HandShooter);
+  return m;
+}
+
+std::string BankrollRecord(const Game& g, int seat) {
+  std::string m;
+  AddBankroll(m, g, seat);
+  return m;
+}
+
+std::string BankrollsMessage(const Game& g) {
+  std::string m;
+  for (int s = 1; s < kSeats; ++s)
+    if (SeatOccupied(g, s)) AddBankroll(m, g, s);
+  return m;
+}
+
+std::vector<std::string> ConfigurationMessages(const Game& g) {
+  const RuleSet& r = g.Rules;
+  std::vector<std::string> out;
+  std::string checks;
+  for (int d = 1; d <= 5; ++d) {
+    checks += "~890";
+    PutDigit(checks, d);
+    PutAmount(checks, r.CheckDenom[d]);
+  }
+  out.push_back(std::move(checks));
+  out.push_back(One("~891", r.MinPlacardBet));
+  out.push_back(One("~892", r.MaxPlacardBet));
+  out.push_back(One("~893", r.MinPlacardPropBet));
+  out.push_back(One("~894", r.MaxPropBetPayoff));
+  out.push_back(One("~895", r.MaxOddsBet));
+  std::string odds;
+  const Money multiples[] = {r.OddsAllowed410, r.OddsAllowed59, r.OddsAllowed68};
+  for (int k = 0; k < 3; ++k) {
+    odds += "~896";
+    PutDigit(odds, 4 + k);
+    PutAmount(odds, multiples[k]);
+  }
+  out.push_back(std::move(odds));
+  out.push_back(One("~897", int64_t{r.OddsCalcMethod}));
+  out.push_back(One("~898", int64_t{r.BarNumber}));
+  out.push_back(WorkOnComeOutMessage(g));
+  out.push_back(One("~900", r.LayVigPct));
+  out.push_back(One("~901", int64_t{r.RoundLayVig}));
+  out.push_back(OneFlag("~902", r.ChargeAllLay));
+  out.push_back(One("~903", r.BuyVigPct));
+  out.push_back(One("~904", int64_t{r.RoundBuyVig}));
+  out.push_back(OneFlag("~905", r.ChargeAllBuy));
+  out.push_back(One("~906", int64_t{r.BetNeededToShoot}));
+  out.push_back(OneFlag("~907", r.AllowPutBets));
+  out.push_back(OneFlag("~908", r.ReturnAbandonedBets));
+  for (const auto& t : PayoffTables(r)) AddPayoffRows(out, t.code, t.rows, t.first, t.last);
+  out.push_back(OneFlag("~917", r.AllowPennyPayoffs));
+  std::string negative;
+  for (int s = 1; s < kSeats; ++s) {
+    negative += "~918";
+    PutInt(negative, s);
+    PutFlag(negative, g.AllowNegBankroll[s]);
+  }
+  out.push_back(std::move(negative));
+  out.push_back(CountersMessage(g));
+  return out;
+}
+
+std::string CountersMessage(const Game& g) {
+  const TableState& t = g.Table;
+  std::string m = "~919";
+  for (int32_t v : {t.Point, t.PriorPoint, t.SecondPriorPoint, t.LastPoint, t.HotRollerMask, t.HotRollerCount,
+                    t.AllNumbersMask, t.FourRollCount, t.FireMask, t.FireCount, t.PointsWon, t.PassesMade})
+    PutInt(m, v);
+  for (int total = 2; total <= 12; ++total) PutInt(m, t.RepeaterCount[total]);
+  return m;
+}
+
+void ApplyBetRecords(Game& g, const ParsedMessage& m) {
+  for (int r = 0; r < m.records; ++r) {
+    const int seat = static_cast<int>(m.At(r, 0).number), bet = static_cast<int>(m.At(r, 1).number);
+    const Money amount = m.At(r, 2).amount;
+    if (amount != g.BetAmount[seat][bet]) CommitAmount(g, seat, bet, amount - g.BetAmount[seat][bet]);
+    g.ContractBase[seat][bet] = m.At(r, 3).amount;
+    // Vig is held by Buy and Lay only; charged up front it is part of what the seat wagers.
+    if (IsBuy(bet) || IsLay(bet)) {
+      Money& held = IsBuy(bet) ? g.BuyVigHeld[seat][bet - bet::Buy4] : g.LayVigHeld[seat][bet - bet::Lay4];
+      const bool upFront = IsBuy(bet) ? g.Rules.ChargeAllBuy : g.Rules.ChargeAllLay;
+      const Money vig = m.At(r, 4).amount;
+      if (upFront) g.OnTable[seat] += vig - held;
+      held = vig;
+    }
+  }
+}
+
+void ApplyWorkingRecords(Game& g, const ParsedMessage& m) {
+  for (int r = 0; r < m.records; ++r)
+    g.BetWorking[m.At(r, 0).number][m.At(r, 1).number] = static_cast<int32_t>(m.At(r, 2).number);
+}
+
+void ApplyBankrollRecords(Game& g, const ParsedMessage& m) {
+  for (int r = 0; r < m.records; ++r) {
+    const int seat = static_cast<int>(m.At(r, 0).number);
+    const Money bankroll = m.At(r, 1).amount, invested = m.At(r, 3).amount;
+    for (int scope : kCountedScopes) g.Bankroll[seat + scope] = bankroll;
+    // What came in since the buy-in counts in all sessions as well, as the ATM counts it.
+    g.BuyInTotal[seat + kAllScope] += invested - g.BuyInTotal[seat + kSessionScope];
+    g.BuyInTotal[seat] = g.BuyInTotal[seat + kSessionScope] = invested;
+    g.BeginningBankroll[seat + kSessionScope] = m.At(r, 2).amount;
+  }
+}
+
+void ApplyShooters(Game& g, const ParsedMessage& m) {
+  g.Table.Shooter = static_cast<int32_t>(m.At(0, 0).number);
+  g.Table.LastHandShooter = static_cast<int32_t>(m.At(0, 1).number);
+  g.Table.HandShooter = static_cast<int32_t>(m.At(0, 2).number);
+}
+
+void ApplyCounters(Game& g, const ParsedMessage& m) {
+  TableState& t = g.Table;
+  int32_t* fields[] = {&t.Point,         &t.PriorPoint,     &t.SecondPriorPoint, &t.LastPoint,
+                       &t.HotRollerMask, &t.HotRollerCount, &t.AllNumbersMask,   &t.FourRollCount,
+                       &t.FireMask,      &t.FireCount,      &t.PointsWon,        &t.PassesMade};
+  int k = 0;
+  for (int32_t* f : fields) *f = static_cast<int32_t>(m.At(0, k++).number);
+  for (int total = 2; total <= 12; ++total) t.RepeaterCount[total] = static_cast<int32_t>(m.At(0, k++).number);
+}
+
+bool IsRuleCode(std::string_view code) { return code >= "~890" && code <= "~918" && code.size() == 4; }
+
+bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
+  const std::string_view code = m.spec->code;
+  if (!IsRuleCode(code)) {
+    fault = "not a rule";
+    return false;
+  }
+  RuleSet r = g.Rules;
+  auto amount = [&](int k) { return m.At(0, k).amount; };
+  auto number = [&](int k) { return static_cast<int>(m.At(0, k).number); };
+  if (code == "~890") {
+    for (int i = 0; i < m.records; ++i) r.CheckDenom[m.At(i, 0).number] = m.At(i, 1).amount;
+    for (int d = 1; d <= 5; ++d)
+      if (r.CheckDenom[d].raw <= 0 || (d > 1 && r.CheckDenom[d] < r.CheckDenom[d - 1])) {
+        fault = "the checks must be above 0 and ascending";
+        return false;
+      }
+  } else if (code == "~891") {
+    r.MinPlacardBet = amount(0);
+  } else if (code == "~892") {
+    r.MaxPlacardBet = amount(0);
+  } else if (code == "~893") {
+    r.MinPlacardPropBet = amount(0);
+  } else if (code == "~894") {
+    r.MaxPropBetPayoff = amount(0);
+  } else if (code == "~895") {
+    r.MaxOddsBet = amount(0);
+  } else if (code == "~896") {
+    for (int i = 0; i < m.records; ++i) {
+      Money* to[] = {&r.OddsAllowed410, &r.OddsAllowed59, &r.OddsAllowed68};
+      *to[m.At(i, 0).number - 4] = m.At(i, 1).amount;
+    }
+  } else if (code == "~897") {
+    r.OddsCalcMethod = number(0);
+  } else if (code == "~898") {
+    if (number(0) != 2 && number(0) != 12) {
+      fault = "the bar number is 2 or 12";
+      return false;
+    }
+    r.BarNumber = number(0);
+  } else if (code == "~899") {
+    for (int i = 0; i < m.records; ++i) {
+      const int seat = static_cast<int>(m.At(i, 0).number);
+      const std::string_view bits = m.At(i, 1).text;
+      for (int b = 1; b <= 87; ++b) r.WorkOnComeOut[b][seat] = bits[b - 1] == '1';
+    }
+  } else if (code == "~900") {
+    r.LayVigPct = amount(0);
+  } else if (code == "~901") {
+    r.RoundLayVig = number(0);
+  } else if (code == "~902") {
+    r.ChargeAllLay = number(0) != 0;
+  } else if (code == "~903") {
+    r.BuyVigPct = amount(0);
+  } else if (code == "~904") {
+    r.RoundBuyVig = number(0);
+  } else if (code == "~905") {
+    r.ChargeAllBuy = number(0) != 0;
+  } else if (code == "~906") {
+    r.BetNeededToShoot = number(0);
+  } else if (code == "~907") {
+    r.AllowPutBets = number(0) != 0;
+  } else if (code == "~908") {
+    r.ReturnAbandonedBets = number(0) != 0;
+  } else if (code == "~917") {
+    r.AllowPennyPayoffs = number(0) != 0;
+  } else if (code == "~918") {
+    for (int i = 0; i < m.records; ++i) g.AllowNegBankroll[m.At(i, 0).number] = m.At(i, 1).number != 0;
+    return true;
+  } else {
+    for (const auto& t : PayoffTables(r)) {
+      if (t.code != code) continue;
+      for (int i = 0; i < m.records; ++i) {
+        const int row = static_cast<int>(m.At(i, 0).number);
+        if (row < t.first || row > t.last || m.At(i, 3).amount.raw <= 0) {
+          fault = "row " + std::to_string(row) + " is no row of the table or pays per nothing";
+          return false;
+        }
+        t.rows[row].PayoffPay = m.At(i, 1).amount;
+        t.rows[row].PayoffToFor = m.At(i, 2).amount;
+        t.rows[row].PayoffFor = m.At(i, 3).amount;
+      }
+    }
+  }
+  // Checks and payoffs together make each row's unit.
+  ComputeBetUnits(r);
+  const bool workingChanged = r.WorkOnComeOut != g.Rules.WorkOnComeOut;
+  g.Rules = r;
+  if (workingChanged) {
+    for (int s = 1; s < kSeats; ++s)
+      for (int b = 1; b <= 87; ++b) g.DefaultWorking[s][b] = r.WorkOnComeOut[b][s] ? 1 : 0;
+  }
+  return true;
+}
+
+uint64_t TableDigest(const Game& g) {
+  uint64_t h = kFnvStart;
+  VisitTable(g, [&](const char*, const void* data, size_t n) { h = Fnv(h, data, n); });
+  return h;
+}
+
+uint64_t StatisticsDigest(const Game& g) {
+  const Statistics& s = g.Stats;
+  uint64_t h = kFnvStart;
+  h = Fnv(h, &s.RollCount, sizeof(s.RollCount));
+  h = Fnv(h, &s.HandsShot, sizeof(s.HandsShot));
+  h = Fnv(h, &s.SeatRolls, sizeof(s.SeatRolls));
+  h = Fnv(h, &s.BetStats, sizeof(s.BetStats));
+  h = Fnv(h, &s.BetWinStats, sizeof(s.BetWinStats));
+  h = Fnv(h, &s.BetLossStats, sizeof(s.BetLossStats));
+  h = Fnv(h, &s.HandDecisions, sizeof(s.HandDecisions));
+  return h;
+}
+
+std::string TableDifference(const Game& a, const Game& b) {
+  struct Part {
+    const char* name;
+    std::string bytes;
+  };
+  auto collect = [](const Game& g) {
+    std::vector<Part> parts;
+    VisitTable(g, [&](const char* name, const void* data, size_t n) {
+      parts.push_back({name, std::string(static_cast<const char*>(data), n)});
+    });
+    return parts;
+  };
+  const std::vector<Part> pa = collect(a), pb = collect(b);
+  for (size_t i = 0; i < pa.size() && i < pb.size(); ++i)
+    if (pa[i].bytes != pb[i].bytes) return pa[i].name;
+  return "";
+}
