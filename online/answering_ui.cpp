@@ -28,8 +28,12 @@ MessageReply AnsweringUi::ShowMessage(const MessageRequest& request) {
   MessageReply reply;
   const std::string& t = request.Title;
   if (t == "Password") {
+    // A password the table refused is not given again.
+    if (request.Text.rfind("Wrong password.", 0) == 0) reply.Button = kButtonCancel;
     reply.Input = Password;
   } else if (t == "Welcome!") {
+    // The name is given once: asked again, it was refused, and the client gives up.
+    if (++namesAsked_ > 1) reply.Button = kButtonCancel;
     reply.Input = Name;
   } else if (t == "Table position") {
     reply.Input = ChooseSeat(request.Text, Seat);

@@ -22,4 +22,7 @@ class AnsweringUi : public HeadlessUi {
   MessageReply ShowMessage(const MessageRequest& request) override;
   // The titles asked, in order (kept like the transcript).
   std::deque<std::string> Titles;
+
+ private:
+  int namesAsked_ = 0;
 };

@@ -18,6 +18,7 @@ constexpr int kFirstClient = 2;
 constexpr int kFirstListEntry = 9;
 constexpr size_t kChatLimit = 500;  // characters of one chat line
 constexpr size_t kChatKept = 200;   // lines the host keeps
+constexpr int kPasswordTries = 5;
 
 // Online, boxes for other people's players never open at the host.
 struct Silent {
@@ -310,8 +311,10 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
   } else if (code == "~003") {
     if (r.Joined) return;
     if (TrimBlanks(m.At(0, 0).text) != TrimBlanks(Panel.GamePassword)) {
-      SendMsg(socket, "~003Wrong password.\r\r");
       Log(r.ClientName + " (" + r.Address + "): wrong password");
+      // A password is not guessed here.
+      if (++r.WrongPasswords >= kPasswordTries) return Drop(socket, "too many wrong passwords");
+      SendMsg(socket, "~003Wrong password.\r\r");
       return;
     }
     r.Joined = true;

@@ -113,7 +113,12 @@ class QtSocket : public SocketControl {
   // and tells the owner last.
   void Wire() {
     QTcpSocket* s = socket_;
-    QObject::connect(s, &QTcpSocket::connected, s, [this] { events_.OnConnect(index_); });
+    // Frames are small and answered at once: Nagle's wait would add its delay to every roll.
+    s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    QObject::connect(s, &QTcpSocket::connected, s, [this, s] {
+      s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+      events_.OnConnect(index_);
+    });
     QObject::connect(s, &QTcpSocket::readyRead, s, [this, s] {
       const QByteArray bytes = s->readAll();
       if (!bytes.isEmpty()) events_.OnData(index_, std::string_view(bytes.constData(), bytes.size()));

@@ -136,3 +136,33 @@ class OnlineTable {
     return true;
   }
 };
+
+// A peer that speaks raw bytes: what a hostile or broken client sends, byte for byte.
+class RawPeer : public SocketEvents {
+ public:
+  std::unique_ptr<SocketControl> socket;
+  std::string received;
+  bool closed = false;
+  RawPeer(OnlineTable& t) : t_(t) {
+    socket = t.net.NewSocket(*this, 0);
+    socket->Connect("127.0.0.1", t.host->Port());
+    t.Settle();
+  }
+  void Send(std::string_view bytes) { socket->Send(bytes); }
+  void SendFrame(std::string_view message) { socket->Send(EncodeFrame(message)); }
+  // The handshake of a client that names itself; it is an observer afterwards.
+  void Join(const std::string& name) {
+    SendFrame("~0011");
+    t_.Settle();
+    SendFrame("~004" + name);
+    t_.Settle();
+  }
+  bool Connected() const { return socket->State() == kSocketConnected; }
+  void OnConnect(int) override {}
+  void OnData(int, std::string_view bytes) override { received.append(bytes); }
+  void OnClose(int) override { closed = true; }
+  void OnConnectionRequest(int, int) override {}
+
+ private:
+  OnlineTable& t_;
+};
