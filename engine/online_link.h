@@ -47,4 +47,6 @@ class OnlineLink {
   virtual void AutoRollSwitched(bool on) = 0;
   // The dice were passed at a person's request.
   virtual void DicePassed() = 0;
+  // The player of this machine asked to leave its seat and stay on as an observer.
+  virtual void LeaveOwnSeat() = 0;
 };

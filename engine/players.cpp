@@ -159,13 +159,15 @@ bool RemovePlayer(Game& g, int seat) {
            "You're currently connected to an online game as an observer and are not allowed to add, delete, or "
            "control players.",
            "Online connection", 0, msg::kOk);
-    else if (seat == g.ClientSeat)
-      Tell(g,
-           "You're currently connected to an online game as " + name +
-               ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
-               "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
-           "Remove online player", 0, msg::kYesNoQuestion);
-    else
+    else if (seat == g.ClientSeat) {
+      const MessageReply reply =
+          Tell(g,
+               "You're currently connected to an online game as " + name +
+                   ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
+                   "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
+               "Remove online player", 0, msg::kYesNoQuestion);
+      if (reply.Button == kButtonYes && g.Online) g.Online->LeaveOwnSeat();
+    } else
       Tell(g,
            "You're currently connected to an online game and are not allowed to add, delete, or control other "
            "players.",

@@ -80,6 +80,7 @@ void Client::Join(const std::string& host, int port) {
   // The player's own game waits in "restore.crp" while the mirror takes the table.
   if (!restoreSaved_) restoreSaved_ = RestoreFile(g_, Restore, kClientRestoreFile, false);
   stateBeforeConnect_ = OnlineState;
+  tableAddress_ = host;
   winsock_[0].socket = net_.NewSocket(*this, 0);
   OnlineState = 2;
   winsock_[0].socket->Connect(host, port);
@@ -91,6 +92,8 @@ void Client::Leave() {
 }
 
 void Client::ConnectLobby(const std::string& host, int port) {
+  lobbyAddress_ = host;
+  lobbyPort_ = port;
   winsock_[1].socket = net_.NewSocket(*this, 1);
   winsock_[1].socket->Connect(host, port);
 }
@@ -124,6 +127,10 @@ void Client::LeaveSeat() {
 }
 
 void Client::AskToOperate() { SendMsg(0, "~012"); }
+
+void Client::OperatorCommand(const std::string& message) {
+  if (ClientHosting && !message.empty() && message[0] == '~') SendMsg(0, message);
+}
 
 void Client::SetAutoPass(bool on) {
   if (OwnSeat == 0) return;
@@ -205,24 +212,32 @@ void Client::OnClose(int index) {
   ConnectionLost(true);
 }
 
-void Client::ConnectionLost(bool tellUser) {
+void Client::ConnectionLost(bool tellUser, bool offline) {
   const int state = OnlineState;
   if (state >= 4 && g_.RecordEvents) {
     const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
     AddEventLine(g_, " Online session ended " + std::to_string(now.month) + "/" + std::to_string(now.day) + "/" +
                          std::to_string(now.year) + " @ " + TimeOfDay(now));
   }
-  if (tellUser && state >= 2) {
+  const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
+  if (offline && state < 4) {
+    Ask("Please check your connections", "Online play", msg::kOk);
+  } else if (offline) {
+    ChatLines.push_back("Internet connection lost at " + TimeOfDay(now));
+  } else if (tellUser && state >= 2) {
     Ask(state == 0 ? "Unable to connect" : "Connection lost", "Online play", msg::kOk);
-    const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
     ChatLines.push_back("Disconnected at " + TimeOfDay(now));
   }
-  if (state >= 2) Log(tellUser ? "the connection to the host was lost" : "left the table");
+  if (state >= 2)
+    Log(offline    ? "the machine reports no connection"
+        : tellUser ? "the connection to the host was lost"
+                   : "left the table");
   ClientHosting = false;
   OnlineState = winsock_[1].Connected() ? 1 : 0;
   OwnSeat = 0;
   OwnName.clear();
   g_.ClientSeat = 0;
+  g_.ClientObserver = false;
   if (g_.Online == this) {
     g_.Online = nullptr;
     g_.OnlineRole = 0;
@@ -239,6 +254,16 @@ void Client::Tick() {
   const uint32_t now = clock_.TickMs();
   if (now - lastKeepalive_ < static_cast<uint32_t>(settings_.KeepaliveMs)) return;
   lastKeepalive_ = now;
+  // 1. A machine that reports no connection has lost its table, whatever the socket says.
+  if (OnlineState >= 2 && !settings_.ConnectedState(tableAddress_)) {
+    if (winsock_[0].socket) winsock_[0].socket->Close();
+    ConnectionLost(true, true);
+    return;
+  }
+  // 2, 3. The lobby comes back when it was lost; in the lobby the list is asked again.
+  if (!lobbyAddress_.empty() && !winsock_[1].Connected() &&
+      (!winsock_[1].socket || winsock_[1].socket->State() != kSocketConnecting))
+    ConnectLobby(lobbyAddress_, lobbyPort_);
   if (OnlineState == 1 && winsock_[1].Connected()) SendMsg(1, "~501");
   // A host that has said nothing for so long is gone.
   if (OnlineState >= 3 && !ClientHosting && now - winsock_[0].lastData >= static_cast<uint32_t>(settings_.StaleMs)) {
@@ -330,6 +355,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
   } else if (code == "~006") {
     OwnName = text(0);
     OnlineState = number(1) >= 4 ? number(1) : 4;
+    g_.ClientObserver = OwnSeat == 0;
     if (g_.RecordEvents) {
       const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
       AddEventLine(g_, std::string(53, '='));
@@ -348,8 +374,13 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
     AskBuyIn();
   } else if (code == "~010") {
     const int seat = number(0);
+    if (SeatOccupied(g_, seat) && g_.PlayerName[seat] != OwnName) {
+      Log("the host: seat " + std::to_string(seat) + " is another player's; message dropped");
+      return;
+    }
     OwnSeat = seat;
     g_.ClientSeat = seat;
+    g_.ClientObserver = false;
     if (!SeatOccupied(g_, seat)) {
       Quiet quiet(g_);
       AddPlayer(g_, seat, OwnName, m.At(0, 1).amount);
@@ -467,7 +498,10 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
         --applyingHost_;
       }
       g_.OnlineRole = role;
-      if (seat == OwnSeat) OwnSeat = g_.ClientSeat = 0;
+      if (seat == OwnSeat) {
+        OwnSeat = g_.ClientSeat = 0;
+        g_.ClientObserver = true;
+      }
     }
   } else if (code == "~887") {
     ApplyBankrollRecords(g_, m);
@@ -498,7 +532,8 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
   } else if (code == "~889") {
     ApplyShooters(g_, m);
   } else if (code == "~919") {
-    ApplyCounters(g_, m);
+    std::string fault;
+    if (!ApplyCounters(g_, m, fault)) Log("the host: " + fault + "; message dropped");
   } else if (IsRuleCode(code)) {
     std::string fault;
     if (!ApplyRuleMessage(g_, m, fault)) Log("the host: " + fault + "; message dropped");

@@ -15,12 +15,15 @@
 #include "online/connection.h"
 #include "online/lobby.h"
 #include "online/mirror.h"
+#include "online/net_state.h"
 #include "online/restore_file.h"
 #include "online/socket_control.h"
 
 struct ClientSettings {
   int KeepaliveMs = 5000;  // tmrOnline
   int StaleMs = 30000;     // no data from the host this long: the connection is lost
+  // Whether the machine is online for an address (InternetConnectedState).
+  bool (*ConnectedState)(const std::string& address) = &InternetConnectedState;
   PeerLimits Limits{kMaxFrame, 4000, 8u << 20, 0xFFFFFFFFu};
 };
 
@@ -76,6 +79,8 @@ class Client : public SocketEvents, public OnlineLink {
   void LeaveSeat();           // "~992"
   void AskToOperate();        // "~012"
   void SetAutoPass(bool on);  // "~669": the own seat passes the dice
+  // An operator's command for the host's panel ("~661" ...); only while operating.
+  void OperatorCommand(const std::string& message);
   void Chat(const std::string& text);
   bool Connected() const;
 
@@ -96,6 +101,7 @@ class Client : public SocketEvents, public OnlineLink {
   void SessionStarted() override;
   void AutoRollSwitched(bool) override {}
   void DicePassed() override;
+  void LeaveOwnSeat() override { LeaveSeat(); }
 
  private:
   void Log(const std::string& text);
@@ -110,7 +116,7 @@ class Client : public SocketEvents, public OnlineLink {
   void AskSeat(const std::string& list);
   void AskBuyIn();
   void RunHostRoll(int32_t die1, int32_t die2);
-  void ConnectionLost(bool tellUser);
+  void ConnectionLost(bool tellUser, bool offline = false);
   MessageReply Ask(const std::string& text, const std::string& title, int flags, const std::string& input = {});
   void SendOwnBankroll();
 
@@ -130,4 +136,6 @@ class Client : public SocketEvents, public OnlineLink {
   Money toldInvested_;
   ChangedBets changed_;
   std::string hostName_, gameName_;
+  std::string tableAddress_, lobbyAddress_;
+  int lobbyPort_ = 0;
 };

@@ -1,16 +1,21 @@
 #include "online/host.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <fstream>
 
 #include "automation/auto_roll.h"
 #include "engine/bankroll.h"
+#include "engine/messages.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "online/mirror.h"
 #include "stats/events_log.h"
 #include "storage/error_report.h"
+#include "storage/paths.h"
 
 namespace {
 
@@ -42,6 +47,29 @@ ClientRecord LocalEntry(const std::string& name, int seat) {
   r.Seat = seat;
   r.Socket = -1;
   return r;
+}
+
+std::string TimeText(Game& g) {
+  const LocalDateTime t = g.Time ? g.Time->Now() : LocalDateTime{};
+  const int h = t.hour % 12 == 0 ? 12 : t.hour % 12;
+  return std::to_string(h) + ":" + (t.minute < 10 ? "0" : "") + std::to_string(t.minute) +
+         (t.hour < 12 ? " am" : " pm");
+}
+
+// One record of the visitor log: name, address, status and date, blank-padded to 110 bytes.
+void LogVisitor(Game& g, const std::string& name, const std::string& address, const std::string& status) {
+  if (g.ProgramFolder.empty()) return;
+  const LocalDateTime t = g.Time ? g.Time->Now() : LocalDateTime{};
+  auto field = [](std::string text, size_t width) {
+    text = Utf8ToWindows1252(text);
+    text.resize(width, ' ');
+    return text;
+  };
+  char date[7];
+  std::snprintf(date, sizeof date, "%02d%02d%02d", t.month % 100, t.day % 100, t.year % 100);
+  const std::string record = field(name, 20) + field(address, 20) + field(status, 10) + date + std::string(54, ' ');
+  std::ofstream out(std::filesystem::path(g.ProgramFolder) / "DiceHall Visitor Log", std::ios::binary | std::ios::app);
+  out.write(record.data(), static_cast<std::streamsize>(record.size()));
 }
 
 std::string Digits(int32_t a, int32_t b) { return {static_cast<char>('0' + a), static_cast<char>('0' + b)}; }
@@ -119,6 +147,18 @@ void Host::CloseTable() {
   OnlineState = 0;
   SendTableChanges();
   SendTable2Central();
+}
+
+bool Host::AskToCloseTable() {
+  if (ConnectedClients() > 0 && g_.Ui != nullptr) {
+    MessageRequest request;
+    request.Text = "Closing the table will disconnect all clients.\nDo you still want to close?";
+    request.Title = "Close table";
+    request.Flags = msg::kYesNoQuestion;
+    if (g_.Ui->ShowMessage(request).Button != kButtonYes) return false;
+  }
+  CloseTable();
+  return true;
 }
 
 void Host::ConnectLobby(const std::string& host, int port) {
@@ -206,7 +246,7 @@ void Host::OnData(int index, std::string_view bytes) {
 void Host::OnClose(int index) {
   if (index == 0) {
     if (OnlineState >= 4 && winsock_[0].socket && winsock_[0].socket->Listen(settings_.Address, settings_.Port))
-      Log("Listening reset");
+      Log("Listening reset at " + TimeText(g_));
     return;
   }
   if (index == 1 || index >= static_cast<int>(winsock_.size())) return;
@@ -481,6 +521,7 @@ void Host::Named(int socket, int entry, const std::string& typed) {
   r.ClientName = name;
   r.Named = true;
   r.LastRollAck = RollCount;
+  LogVisitor(g_, name, r.Address, "Observer");
   std::string hello = "~006";
   PutText(hello, name);
   PutInt(hello, OnlineState);

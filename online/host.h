@@ -92,6 +92,8 @@ class Host : public SocketEvents, public OnlineLink {
   int Port() const;
   // "&Close table": every client is let go; seats of clients are emptied.
   void CloseTable();
+  // The same after asking, when clients are connected; false when the user kept it open.
+  bool AskToCloseTable();
   void ConnectLobby(const std::string& host, int port);
   // The program's timer, as often as it likes (every 50 to 100 ms): keepalive, polling,
   // countdown, claims, held seats, the lobby's report.
@@ -141,6 +143,7 @@ class Host : public SocketEvents, public OnlineLink {
   void SessionStarted() override;
   void AutoRollSwitched(bool on) override;
   void DicePassed() override;
+  void LeaveOwnSeat() override {}
 
  private:
   void Log(const std::string& text);

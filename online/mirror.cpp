@@ -336,7 +336,14 @@ void ApplyShooters(Game& g, const ParsedMessage& m) {
   g.Table.HandShooter = static_cast<int32_t>(m.At(0, 2).number);
 }
 
-void ApplyCounters(Game& g, const ParsedMessage& m) {
+bool ApplyCounters(Game& g, const ParsedMessage& m, std::string& fault) {
+  for (int k = 0; k < 4; ++k) {
+    const int64_t p = m.At(0, k).number;
+    if (p != 0 && (p < 4 || p > 10 || p == 7)) {
+      fault = std::to_string(p) + " is no point";
+      return false;
+    }
+  }
   TableState& t = g.Table;
   int32_t* fields[] = {&t.Point,         &t.PriorPoint,     &t.SecondPriorPoint, &t.LastPoint,
                        &t.HotRollerMask, &t.HotRollerCount, &t.AllNumbersMask,   &t.FourRollCount,
@@ -344,6 +351,7 @@ void ApplyCounters(Game& g, const ParsedMessage& m) {
   int k = 0;
   for (int32_t* f : fields) *f = static_cast<int32_t>(m.At(0, k++).number);
   for (int total = 2; total <= 12; ++total) t.RepeaterCount[total] = static_cast<int32_t>(m.At(0, k++).number);
+  return true;
 }
 
 bool IsRuleCode(std::string_view code) { return code >= "~890" && code <= "~918" && code.size() == 4; }

@@ -52,7 +52,8 @@ void ApplyBetRecords(Game& g, const ParsedMessage& m);
 void ApplyWorkingRecords(Game& g, const ParsedMessage& m);
 void ApplyBankrollRecords(Game& g, const ParsedMessage& m);
 void ApplyShooters(Game& g, const ParsedMessage& m);
-void ApplyCounters(Game& g, const ParsedMessage& m);
+// False (nothing applied) when a point field holds a number that is no point.
+bool ApplyCounters(Game& g, const ParsedMessage& m, std::string& fault);
 // The rule codes "~890" to "~918"; false for another code too.
 bool IsRuleCode(std::string_view code);
 bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault);

@@ -122,7 +122,7 @@ class OnlineTable {
   }
   void Step() {
     clock.tick += 5;
-    host->Tick();
+    if (host) host->Tick();
     for (auto& p : players)
       if (p->client) p->client->Tick();
     Settle();

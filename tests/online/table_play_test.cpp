@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "automation/auto_roll.h"
 #include "tests/online/online_fixture.h"
@@ -235,6 +236,65 @@ TEST(OnlinePlay, TheSnapshotsAreTakenWhereOnlinePlayStartsAndEnds) {
   host.Restore = {&SaveFake, &OpenFake};
   host.OpenTable();
   EXPECT_EQ(p->game->StopReason, "saved " + folder + "/restore host.crp");
+}
+
+}  // namespace
+
+namespace {
+
+bool Offline(const std::string&) { return false; }
+
+TEST(OnlinePlay, AMachineThatReportsNoConnectionHasLostItsTable) {
+  EXPECT_TRUE(InternetConnectedState("127.0.0.1")) << "the loopback interface is up wherever the tests run";
+  OnlineTable t;
+  StartTable(t);
+  auto p = std::make_unique<OnlinePlayer>();
+  p->ui.Name = "Bob";
+  p->game = NewTable(p->ui, t.clock, t.home.path.string(), 8);
+  ClientSettings settings;
+  settings.ConnectedState = &Offline;
+  Client client(*p->game, t.net, t.clock, settings);
+  client.OnJoined = [&] { client.RequestSeat(); };
+  client.Join("127.0.0.1", t.host->Port());
+  t.Settle();
+  ASSERT_EQ(client.OnlineState, 4);
+  t.clock.tick += 6000;
+  client.Tick();
+  t.Settle();
+  EXPECT_FALSE(client.Connected());
+  ASSERT_FALSE(client.ChatLines.empty());
+  EXPECT_EQ(client.ChatLines.back().rfind("Internet connection lost at ", 0), 0u);
+}
+
+TEST(OnlinePlay, TheHostMayNotBetForAClientsSeatNorAClientForAnotherSeat) {
+  OnlineTable t;
+  StartTable(t);
+  OnlinePlayer& bob = t.Join("Bob");
+  EXPECT_EQ(PlaceBet(t.g(), bob.seated, bet::Field, 5_usd, 0, 0), Money{});
+  EXPECT_EQ(t.hostUi.LastText(),
+            "You're currently connected to an online game and are not allowed to bet for online players.");
+  EXPECT_EQ(PlaceBet(*bob.game, 1, bet::Field, 5_usd, 0, 0), Money{});
+  EXPECT_EQ(
+      bob.ui.LastText(),
+      "You're currently connected to an online game and are not allowed to add, delete or control other players.");
+  EXPECT_EQ(bob.game->BetAmount[1][bet::Field], 5_usd) << "Ann's own Field bet stands in the mirror";
+}
+
+TEST(OnlinePlay, AClientThatLeavesItsSeatStaysOnAsAnObserver) {
+  OnlineTable t;
+  StartTable(t);
+  OnlinePlayer& bob = t.Join("Bob");
+  const int seat = bob.seated;
+  bob.ui.replies.push_back({kButtonYes, "", false});
+  EXPECT_FALSE(RemovePlayer(*bob.game, seat));  // the mirror asks; the host removes
+  t.Settle();
+  EXPECT_EQ(t.g().PlayerName[seat], "");
+  EXPECT_EQ(bob.game->PlayerName[seat], "");
+  EXPECT_EQ(bob.client->OwnSeat, 0);
+  EXPECT_TRUE(bob.client->Connected());
+  EXPECT_TRUE(bob.game->ClientObserver);
+  // The visitor log has its record of 110 bytes.
+  EXPECT_EQ(std::filesystem::file_size(t.home.path / "DiceHall Visitor Log"), 110u);
 }
 
 }  // namespace
