@@ -553,7 +553,10 @@ void Client::ClearTable() {
   const bool events = g_.RecordEvents;
   const int32_t categories = g_.EventsLogCategories;
   const std::string eventsFile = g_.EventsLogFile;
+  const bool silent = g_.SilentMode, hyper = g_.Auto.HyperDrive;
   SetDefaultGame(g_);
+  g_.SilentMode = silent;
+  g_.Auto.HyperDrive = hyper;
   g_.Online = link;
   g_.OnlineRole = role;
   g_.RecordEvents = events;

@@ -1146,6 +1146,9 @@ void Host::RollNow() {
   RollDice(g_);
   if (RollCount == before) {
     // No roll (the shot was refused): betting opens again.
+    const int shooter = g_.Table.Shooter;
+    Log("no roll: " + (shooter ? g_.PlayerName[shooter] : std::string("nobody")) + " has the dice" +
+        (g_.StopReason.empty() ? std::string() : "; " + g_.StopReason));
     AcceptBets();
     if (g_.Auto.AutoRollActive) StartCountdown(Panel.CountdownToLockout);
   }

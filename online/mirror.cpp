@@ -87,13 +87,15 @@ std::vector<PayoffTable<Row>> PayoffTables(Rules& r) {
 // The parts a mirror must hold alike, each named, in one walk for the digest and the difference.
 template <class F>
 void VisitTable(const Game& g, F&& part) {
-  auto bytes = [&](const char* name, const auto& v) { part(name, &v, sizeof(v)); };
-  for (int s = 1; s < kSeats; ++s) part("player name", g.PlayerName[s].data(), g.PlayerName[s].size());
+  auto bytes = [&](const char* name, const auto& v) { part(name, &v, sizeof(v), sizeof(v[0])); };
+  for (int s = 1; s < kSeats; ++s) part("player name", g.PlayerName[s].data(), g.PlayerName[s].size(), size_t{1});
   for (int s = 1; s < kSeats; ++s) {
     const Money money[] = {g.Bankroll[s], g.BuyInTotal[s + kSessionScope], g.BeginningBankroll[s + kSessionScope]};
     bytes("bankroll, buy-in and beginning bankroll of a seat", money);
   }
-  bytes("bets", g.BetAmount);
+  // Bets, not the CheckStacks behind them: those are the memory of a seat's script and
+  // stay with the machine that runs it.
+  for (int s = 0; s < kSeats; ++s) part("bets", g.BetAmount[s].data(), sizeof(Money) * (kBets + 1), sizeof(Money));
   bytes("contract bases", g.ContractBase);
   bytes("working states", g.BetWorking);
   bytes("buy vig", g.BuyVigHeld);
@@ -452,7 +454,7 @@ bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
 
 uint64_t TableDigest(const Game& g) {
   uint64_t h = kFnvStart;
-  VisitTable(g, [&](const char*, const void* data, size_t n) { h = Fnv(h, data, n); });
+  VisitTable(g, [&](const char*, const void* data, size_t n, size_t) { h = Fnv(h, data, n); });
   return h;
 }
 
@@ -473,16 +475,24 @@ std::string TableDifference(const Game& a, const Game& b) {
   struct Part {
     const char* name;
     std::string bytes;
+    size_t row;  // bytes of one element of the part's outer array
   };
   auto collect = [](const Game& g) {
     std::vector<Part> parts;
-    VisitTable(g, [&](const char* name, const void* data, size_t n) {
-      parts.push_back({name, std::string(static_cast<const char*>(data), n)});
+    VisitTable(g, [&](const char* name, const void* data, size_t n, size_t row) {
+      parts.push_back({name, std::string(static_cast<const char*>(data), n), row});
     });
     return parts;
   };
   const std::vector<Part> pa = collect(a), pb = collect(b);
-  for (size_t i = 0; i < pa.size() && i < pb.size(); ++i)
-    if (pa[i].bytes != pb[i].bytes) return pa[i].name;
+  for (size_t i = 0; i < pa.size() && i < pb.size(); ++i) {
+    if (pa[i].bytes == pb[i].bytes) continue;
+    size_t at = 0;
+    while (at < pa[i].bytes.size() && at < pb[i].bytes.size() && pa[i].bytes[at] == pb[i].bytes[at]) ++at;
+    // Per seat and bet, the seat and the element; elsewhere the element.
+    const size_t row = pa[i].row ? pa[i].row : 1;
+    const size_t outer = at / row, inner = (at % row) / sizeof(int64_t);
+    return std::string(pa[i].name) + " [" + std::to_string(outer) + "][" + std::to_string(inner) + "]";
+  }
   return "";
 }

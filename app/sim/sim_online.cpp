@@ -7,9 +7,11 @@
 #include <ostream>
 
 #include "app/sim/sim.h"
+#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "engine/game_state.h"
 #include "engine/placement.h"
+#include "engine/roll_cycle.h"
 #include "online/answering_ui.h"
 #include "online/client.h"
 #include "online/host.h"
@@ -79,7 +81,9 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   }
   // The host's seats bet before the first roll as before every other.
   if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
-  g.Auto.AutoRollThrottle = 12;
+  // Nobody watches a server: its Auto-Roll runs as Hyper-Drive does, no box opens and no
+  // script cycle waits to be read. The countdown still times each roll.
+  g.Auto.AutoRollThrottle = 0;
   ToggleAutoRoll(g);
 
   bool stopping = false;
@@ -125,6 +129,10 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   const auto rules = g.SettleRules[1];
   const bool shoots = !g.AutoPassDice[1];
   g.Auto.AfterRoll = nullptr;
+  // Nobody watches this mirror either: its rolls run silent, its scripts without the wait
+  // that lets a person read the status.
+  g.SilentMode = true;
+  g.Auto.HyperDrive = true;
 
   QtLoop loop;
   QtNetwork net;
@@ -147,6 +155,12 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
     g.AutoHandleLose[seat] = onLose;
     g.SettleRules[seat] = rules;
     client.SetAutoPass(!shoots);
+    // A script starts as its activation starts it: one run with "initializing script" true.
+    if (g.ScriptActive[seat] && CompileActiveScripts(g)) {
+      g.AutoBet.InitializingScript = true;
+      RunAutoBet(g);
+      g.AutoBet.InitializingScript = false;
+    }
     if (client.OnlineState == 4) PlaceOwnBets(g, seat, bets);
     if (!seatedOnce) out << "SEATED " << SeatName(seat) << "\n" << std::flush;
     seatedOnce = true;

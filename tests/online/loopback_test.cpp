@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "app/sim/sim.h"
+#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "engine/handling.h"
 #include "tests/online/online_fixture.h"
@@ -60,6 +64,43 @@ TEST(OnlineLoopback, EveryMirrorEndsAsTheHostsTable) {
     EXPECT_EQ(p->client->HostRollCount, t.host->RollCount);
   }
   for (const std::string& line : t.log) ADD_FAILURE() << line;
+}
+
+}  // namespace
+
+namespace {
+
+TEST(OnlineLoopback, AClientThatBetsByScriptEndsAsTheHostsTable) {
+  OnlineTable t;
+  Game& g = t.g();
+  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
+  t.hostBets = {{bet::PassLine, 10_usd}};
+  PlaceStandingBets(g, 1, t.hostBets);
+  OnlinePlayer& bob = t.Join("Bob");
+  Game& mirror = *bob.game;
+  const int seat = bob.seated;
+  std::vector<std::string> lines;
+  ASSERT_TRUE(ReadScriptLines(
+      (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples" / "martingale_passline.bet").string(),
+      lines));
+  // A headless client: silent rolls, no wait after a script cycle.
+  mirror.SilentMode = true;
+  mirror.Auto.HyperDrive = true;
+  mirror.AutoBet.ScriptSource[seat] = lines;
+  mirror.ScriptActive[seat] = true;
+  mirror.AutoBet.ScriptsCompiled = false;
+  ASSERT_TRUE(CompileActiveScripts(mirror));
+  mirror.AutoBet.InitializingScript = true;
+  RunAutoBet(mirror);
+  mirror.AutoBet.InitializingScript = false;
+  t.Settle();
+  ToggleAutoRoll(g);
+  for (int32_t roll = 1; roll <= 500; ++roll) {
+    ASSERT_TRUE(t.RollUntil(roll));
+    t.Settle();
+    ASSERT_EQ(TableDifference(g, mirror), "") << "after roll " << roll;
+  }
+  EXPECT_NE(g.Bankroll[seat], 1000_usd) << "the script played";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "tests/online/process.h"
@@ -36,10 +37,12 @@ TEST(OnlinePrograms, ClientsOfALobbyListedHostEndWithItsTable) {
   const std::string table = "127.0.0.1:" + hostPort;
   Program bob(Sim(home, "bob", {"--join", table, "--name", "Bob", "--bet", "Place 8=12", "--bet", "Field=5"}));
   Program cy(Sim(home, "cy", {"--join", table, "--name", "Cy", "--seat", "1R", "--bet", "Don't Pass=10"}));
-  // The third finds the table in the lobby by its game name.
+  // The third finds the table in the lobby by its game name, and bets by script.
+  const std::string script =
+      (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples" / "iron_cross.bet").string();
   Program dee(Sim(home, "dee",
-                  {"--lobby", "127.0.0.1:" + lobbyPort, "--table", "DiceHall Online", "--name", "Dee", "--bet",
-                   "Come=5", "--bet", "Hard 6=5"}));
+                  {"--lobby", "127.0.0.1:" + lobbyPort, "--table", "DiceHall Online", "--player", "Dee:2000:" + script,
+                   "--bet", "Dee:Hard 6=5"}));
   for (Program* p : {&bob, &cy, &dee}) EXPECT_NE(p->LineStarting("SEATED "), "") << p->Errors();
 
   // The lobby lists the table with its host and players while it plays.
