@@ -1,7 +1,6 @@
 #include "online/host.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -65,8 +64,11 @@ void LogVisitor(Game& g, const std::string& name, const std::string& address, co
     text.resize(width, ' ');
     return text;
   };
-  char date[7];
-  std::snprintf(date, sizeof date, "%02d%02d%02d", t.month % 100, t.day % 100, t.year % 100);
+  auto two = [](int v) {
+    v = (v % 100 + 100) % 100;
+    return std::string(1, static_cast<char>('0' + v / 10)) + static_cast<char>('0' + v % 10);
+  };
+  const std::string date = two(t.month) + two(t.day) + two(t.year);
   const std::string record = field(name, 20) + field(address, 20) + field(status, 10) + date + std::string(54, ' ');
   std::ofstream out(std::filesystem::path(g.ProgramFolder) / "DiceHall Visitor Log", std::ios::binary | std::ios::app);
   out.write(record.data(), static_cast<std::streamsize>(record.size()));
@@ -1112,6 +1114,13 @@ void Host::LockoutBets() {
   OnlineState = 5;
   countdownLeft_ = 0;
   if (!g_.Auto.AutoRollActive) countdownRunning_ = false;
+  SendMsgAllX(operatorSocket_, "~662");
+}
+
+void Host::StopRolling() {
+  countdownRunning_ = rollDue_ = countdownPending_ = false;
+  countdownLeft_ = 0;
+  OnlineState = 5;
   SendMsgAllX(operatorSocket_, "~662");
 }
 

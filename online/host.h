@@ -101,6 +101,9 @@ class Host : public SocketEvents, public OnlineLink {
 
   void StartCountdown(int seconds);
   void LockoutBets();
+  // No more rolls: the countdown ends and the bets are locked out, so the clients' last
+  // word is their report of the last roll.
+  void StopRolling();
   void AcceptBets();
   // The host's roll button: with a countdown, the lockout now and the roll RollDelay later.
   void RequestRoll();

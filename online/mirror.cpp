@@ -52,22 +52,6 @@ void AddPayoffRows(std::vector<std::string>& out, std::string_view code, const P
   out.push_back(std::move(m));
 }
 
-std::string One(std::string_view code, Money v) {
-  std::string m(code);
-  PutAmount(m, v);
-  return m;
-}
-std::string One(std::string_view code, int64_t v) {
-  std::string m(code);
-  PutInt(m, v);
-  return m;
-}
-std::string OneFlag(std::string_view code, bool v) {
-  std::string m(code);
-  PutFlag(m, v);
-  return m;
-}
-
 // The rule tables a payoff code writes, with their first and last row.
 template <class Row>
 struct PayoffTable {
@@ -82,6 +66,41 @@ std::vector<PayoffTable<Row>> PayoffTables(Rules& r) {
           {"~911", r.SevenPointSevenPayoff.data(), 1, 2}, {"~912", r.MidwayPayoff.data(), 1, 5},
           {"~913", r.HotRollerPayoff.data(), 1, 7},       {"~914", r.SharpShooterPayoff.data(), 1, 11},
           {"~915", r.RideLinePayoff.data(), 1, 12},       {"~916", r.FirePayoff.data(), 0, 6}};
+}
+
+// The rules of one value each, by code: the host writes them and a mirror applies them
+// from this one table.
+struct SingleRule {
+  std::string_view code;
+  Money RuleSet::*amount = nullptr;
+  int RuleSet::*number = nullptr;
+  bool RuleSet::*flag = nullptr;
+};
+
+const SingleRule kSingleRules[] = {{"~891", &RuleSet::MinPlacardBet},
+                                   {"~892", &RuleSet::MaxPlacardBet},
+                                   {"~893", &RuleSet::MinPlacardPropBet},
+                                   {"~894", &RuleSet::MaxPropBetPayoff},
+                                   {"~895", &RuleSet::MaxOddsBet},
+                                   {"~897", nullptr, &RuleSet::OddsCalcMethod},
+                                   {"~898", nullptr, &RuleSet::BarNumber},
+                                   {"~900", &RuleSet::LayVigPct},
+                                   {"~901", nullptr, &RuleSet::RoundLayVig},
+                                   {"~902", nullptr, nullptr, &RuleSet::ChargeAllLay},
+                                   {"~903", &RuleSet::BuyVigPct},
+                                   {"~904", nullptr, &RuleSet::RoundBuyVig},
+                                   {"~905", nullptr, nullptr, &RuleSet::ChargeAllBuy},
+                                   {"~906", nullptr, &RuleSet::BetNeededToShoot},
+                                   {"~907", nullptr, nullptr, &RuleSet::AllowPutBets},
+                                   {"~908", nullptr, nullptr, &RuleSet::ReturnAbandonedBets},
+                                   {"~917", nullptr, nullptr, &RuleSet::AllowPennyPayoffs}};
+
+std::string SingleRuleMessage(const SingleRule& rule, const RuleSet& r) {
+  std::string m(rule.code);
+  if (rule.amount) PutAmount(m, r.*rule.amount);
+  else if (rule.number) PutInt(m, r.*rule.number);
+  else PutFlag(m, r.*rule.flag);
+  return m;
 }
 
 // The parts a mirror must hold alike, each named, in one walk for the digest and the difference.
@@ -250,11 +269,12 @@ std::vector<std::string> ConfigurationMessages(const Game& g) {
     PutAmount(checks, r.CheckDenom[d]);
   }
   out.push_back(std::move(checks));
-  out.push_back(One("~891", r.MinPlacardBet));
-  out.push_back(One("~892", r.MaxPlacardBet));
-  out.push_back(One("~893", r.MinPlacardPropBet));
-  out.push_back(One("~894", r.MaxPropBetPayoff));
-  out.push_back(One("~895", r.MaxOddsBet));
+  // The single rules between two codes, in code order.
+  auto singles = [&](std::string_view from, std::string_view to) {
+    for (const SingleRule& rule : kSingleRules)
+      if (rule.code >= from && rule.code <= to) out.push_back(SingleRuleMessage(rule, r));
+  };
+  singles("~891", "~895");
   std::string odds;
   const Money multiples[] = {r.OddsAllowed410, r.OddsAllowed59, r.OddsAllowed68};
   for (int k = 0; k < 3; ++k) {
@@ -263,20 +283,11 @@ std::vector<std::string> ConfigurationMessages(const Game& g) {
     PutAmount(odds, multiples[k]);
   }
   out.push_back(std::move(odds));
-  out.push_back(One("~897", int64_t{r.OddsCalcMethod}));
-  out.push_back(One("~898", int64_t{r.BarNumber}));
+  singles("~897", "~898");
   out.push_back(WorkOnComeOutMessage(g));
-  out.push_back(One("~900", r.LayVigPct));
-  out.push_back(One("~901", int64_t{r.RoundLayVig}));
-  out.push_back(OneFlag("~902", r.ChargeAllLay));
-  out.push_back(One("~903", r.BuyVigPct));
-  out.push_back(One("~904", int64_t{r.RoundBuyVig}));
-  out.push_back(OneFlag("~905", r.ChargeAllBuy));
-  out.push_back(One("~906", int64_t{r.BetNeededToShoot}));
-  out.push_back(OneFlag("~907", r.AllowPutBets));
-  out.push_back(OneFlag("~908", r.ReturnAbandonedBets));
+  singles("~900", "~908");
   for (const auto& t : PayoffTables(r)) AddPayoffRows(out, t.code, t.rows, t.first, t.last);
-  out.push_back(OneFlag("~917", r.AllowPennyPayoffs));
+  singles("~917", "~917");
   std::string negative;
   for (int s = 1; s < kSeats; ++s) {
     negative += "~918";
@@ -365,64 +376,35 @@ bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
     return false;
   }
   RuleSet r = g.Rules;
-  auto amount = [&](int k) { return m.At(0, k).amount; };
-  auto number = [&](int k) { return static_cast<int>(m.At(0, k).number); };
-  if (code == "~890") {
+  const SingleRule* single = nullptr;
+  for (const SingleRule& rule : kSingleRules)
+    if (rule.code == code) single = &rule;
+  if (single) {
+    if (single->amount) r.*single->amount = m.At(0, 0).amount;
+    else if (single->number) r.*single->number = static_cast<int>(m.At(0, 0).number);
+    else r.*single->flag = m.At(0, 0).number != 0;
+    if (r.BarNumber != 2 && r.BarNumber != 12) {
+      fault = "the bar number is 2 or 12";
+      return false;
+    }
+  } else if (code == "~890") {
     for (int i = 0; i < m.records; ++i) r.CheckDenom[m.At(i, 0).number] = m.At(i, 1).amount;
     for (int d = 1; d <= 5; ++d)
       if (r.CheckDenom[d].raw <= 0 || (d > 1 && r.CheckDenom[d] < r.CheckDenom[d - 1])) {
         fault = "the checks must be above 0 and ascending";
         return false;
       }
-  } else if (code == "~891") {
-    r.MinPlacardBet = amount(0);
-  } else if (code == "~892") {
-    r.MaxPlacardBet = amount(0);
-  } else if (code == "~893") {
-    r.MinPlacardPropBet = amount(0);
-  } else if (code == "~894") {
-    r.MaxPropBetPayoff = amount(0);
-  } else if (code == "~895") {
-    r.MaxOddsBet = amount(0);
   } else if (code == "~896") {
     for (int i = 0; i < m.records; ++i) {
       Money* to[] = {&r.OddsAllowed410, &r.OddsAllowed59, &r.OddsAllowed68};
       *to[m.At(i, 0).number - 4] = m.At(i, 1).amount;
     }
-  } else if (code == "~897") {
-    r.OddsCalcMethod = number(0);
-  } else if (code == "~898") {
-    if (number(0) != 2 && number(0) != 12) {
-      fault = "the bar number is 2 or 12";
-      return false;
-    }
-    r.BarNumber = number(0);
   } else if (code == "~899") {
     for (int i = 0; i < m.records; ++i) {
       const int seat = static_cast<int>(m.At(i, 0).number);
       const std::string_view bits = m.At(i, 1).text;
       for (int b = 1; b <= 87; ++b) r.WorkOnComeOut[b][seat] = bits[b - 1] == '1';
     }
-  } else if (code == "~900") {
-    r.LayVigPct = amount(0);
-  } else if (code == "~901") {
-    r.RoundLayVig = number(0);
-  } else if (code == "~902") {
-    r.ChargeAllLay = number(0) != 0;
-  } else if (code == "~903") {
-    r.BuyVigPct = amount(0);
-  } else if (code == "~904") {
-    r.RoundBuyVig = number(0);
-  } else if (code == "~905") {
-    r.ChargeAllBuy = number(0) != 0;
-  } else if (code == "~906") {
-    r.BetNeededToShoot = number(0);
-  } else if (code == "~907") {
-    r.AllowPutBets = number(0) != 0;
-  } else if (code == "~908") {
-    r.ReturnAbandonedBets = number(0) != 0;
-  } else if (code == "~917") {
-    r.AllowPennyPayoffs = number(0) != 0;
   } else if (code == "~918") {
     for (int i = 0; i < m.records; ++i) g.AllowNegBankroll[m.At(i, 0).number] = m.At(i, 1).number != 0;
     return true;

@@ -93,7 +93,7 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
     stopping = true;
     stopAt = DefaultClock().TickMs();
     if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
-    host.AcceptBets();
+    host.StopRolling();
   };
   loop.OnStopSignal(stop);
   loop.Every(std::clamp(settings.CountdownTickMs / 4, 2, 50), [&] {
@@ -169,7 +169,7 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
     if (client.OwnSeat != 0) PlaceOwnBets(g, client.OwnSeat, bets);
   };
   client.AfterRoll = [&] {
-    if (client.OwnSeat != 0) PlaceOwnBets(g, client.OwnSeat, bets);
+    if (client.OwnSeat != 0 && client.OnlineState == 4) PlaceOwnBets(g, client.OwnSeat, bets);
     if (on.rollsGiven && client.HostRollCount >= o.rolls) client.Leave();
   };
   int code = 0;

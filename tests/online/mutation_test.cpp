@@ -89,8 +89,9 @@ TEST(OnlineMutation, ReadersKeepEveryFieldTheyReturnInRange) {
         for (int f = 0; f < p.width; ++f) {
           const FieldSpec& s = specs[static_cast<size_t>(f)];
           const FieldValue& v = p.At(r, f);
-          if (s.kind == FieldKind::Int || s.kind == FieldKind::Digit || s.kind == FieldKind::RestInt)
+          if (s.kind == FieldKind::Int || s.kind == FieldKind::Digit || s.kind == FieldKind::RestInt) {
             ASSERT_TRUE(v.number >= s.min && v.number <= s.max) << m;
+          }
         }
     }
   }
