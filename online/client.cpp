@@ -14,14 +14,6 @@
 
 namespace {
 
-// Nothing the host sends opens a box of the mirror's own making, nor leaves a dialog waiting.
-struct Quiet {
-  Game& g;
-  bool was;
-  explicit Quiet(Game& game) : g(game), was(game.SilentMode) { g.SilentMode = true; }
-  ~Quiet() { g.SilentMode = was; }
-};
-
 int SeatByName(std::string name) {
   name = TrimBlanks(name);
   for (char& c : name) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
@@ -30,12 +22,6 @@ int SeatByName(std::string name) {
     if (name == seat || (name.size() == 2 && name[0] == seat[1] && name[1] == seat[0])) return s;
   }
   return 0;
-}
-
-std::string TimeOfDay(const LocalDateTime& t) {
-  const int h = t.hour % 12 == 0 ? 12 : t.hour % 12;
-  return std::to_string(h) + ":" + (t.minute < 10 ? "0" : "") + std::to_string(t.minute) +
-         (t.hour < 12 ? " am" : " pm");
 }
 
 }  // namespace
@@ -214,19 +200,14 @@ void Client::OnClose(int index) {
 
 void Client::ConnectionLost(bool tellUser, bool offline) {
   const int state = OnlineState;
-  if (state >= 4 && g_.RecordEvents) {
-    const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
-    AddEventLine(g_, " Online session ended " + std::to_string(now.month) + "/" + std::to_string(now.day) + "/" +
-                         std::to_string(now.year) + " @ " + TimeOfDay(now));
-  }
-  const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
+  if (state >= 4 && g_.RecordEvents) AddEventLine(g_, " Online session ended " + DayText(g_) + " @ " + ClockText(g_));
   if (offline && state < 4) {
     Ask("Please check your connections", "Online play", msg::kOk);
   } else if (offline) {
-    ChatLines.push_back("Internet connection lost at " + TimeOfDay(now));
+    ChatLines.push_back("Internet connection lost at " + ClockText(g_));
   } else if (tellUser && state >= 2) {
     Ask(state == 0 ? "Unable to connect" : "Connection lost", "Online play", msg::kOk);
-    ChatLines.push_back("Disconnected at " + TimeOfDay(now));
+    ChatLines.push_back("Disconnected at " + ClockText(g_));
   }
   if (state >= 2)
     Log(offline    ? "the machine reports no connection"
@@ -356,14 +337,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
     OwnName = text(0);
     OnlineState = number(1) >= 4 ? number(1) : 4;
     g_.ClientObserver = OwnSeat == 0;
-    if (g_.RecordEvents) {
-      const LocalDateTime now = g_.Time ? g_.Time->Now() : LocalDateTime{};
-      AddEventLine(g_, std::string(53, '='));
-      AddEventLine(g_, " New online session started " + std::to_string(now.month) + "/" + std::to_string(now.day) +
-                           "/" + std::to_string(now.year) + " @ " + TimeOfDay(now));
-      AddEventLine(g_, "    Game name: " + gameName_);
-      AddEventLine(g_, "    Host name: " + hostName_);
-    }
+    if (g_.RecordEvents) LogSessionHeader(g_);
     if (OnJoined) OnJoined();
   } else if (code == "~007") {
     Welcome = text(0);
@@ -382,7 +356,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
     g_.ClientSeat = seat;
     g_.ClientObserver = false;
     if (!SeatOccupied(g_, seat)) {
-      Quiet quiet(g_);
+      NoBoxes quiet(g_);
       AddPlayer(g_, seat, OwnName, m.At(0, 1).amount);
     }
     toldInvested_ = g_.BuyInTotal[seat + kSessionScope];
@@ -434,7 +408,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
   } else if (code == "~666") {
     if (OnlineState >= 4) RunHostRoll(number(0), number(1));
   } else if (code == "~668") {
-    Quiet quiet(g_);
+    NoBoxes quiet(g_);
     ++applyingHost_;
     PassDice(g_, kPassLogged);
     --applyingHost_;
@@ -447,7 +421,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
     const int state = OnlineState;
     OnlineState = 6;
     {
-      Quiet quiet(g_);
+      NoBoxes quiet(g_);
       ++applyingHost_;
       ResetTable(g_, true, false, true, 0);
       --applyingHost_;
@@ -492,7 +466,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
       const int role = g_.OnlineRole;
       g_.OnlineRole = 0;
       {
-        Quiet quiet(g_);
+        NoBoxes quiet(g_);
         ++applyingHost_;
         RemovePlayer(g_, seat);
         --applyingHost_;
@@ -522,7 +496,7 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
       const int role = g_.OnlineRole;
       g_.OnlineRole = 0;
       {
-        Quiet quiet(g_);
+        NoBoxes quiet(g_);
         AddPlayer(g_, seat, name, m.At(r, 2).amount);
       }
       g_.OnlineRole = role;

@@ -24,14 +24,6 @@ constexpr size_t kChatLimit = 500;  // characters of one chat line
 constexpr size_t kChatKept = 200;   // lines the host keeps
 constexpr int kPasswordTries = 5;
 
-// Online, boxes for other people's players never open at the host.
-struct Silent {
-  Game& g;
-  bool was;
-  explicit Silent(Game& game) : g(game), was(game.SilentMode) { g.SilentMode = true; }
-  ~Silent() { g.SilentMode = was; }
-};
-
 // An entry of a seat nobody sits at, and one of a seat played at the host itself.
 ClientRecord EmptyEntry() {
   ClientRecord r;
@@ -46,13 +38,6 @@ ClientRecord LocalEntry(const std::string& name, int seat) {
   r.Seat = seat;
   r.Socket = -1;
   return r;
-}
-
-std::string TimeText(Game& g) {
-  const LocalDateTime t = g.Time ? g.Time->Now() : LocalDateTime{};
-  const int h = t.hour % 12 == 0 ? 12 : t.hour % 12;
-  return std::to_string(h) + ":" + (t.minute < 10 ? "0" : "") + std::to_string(t.minute) +
-         (t.hour < 12 ? " am" : " pm");
 }
 
 // One record of the visitor log: name, address, status and date, blank-padded to 110 bytes.
@@ -248,7 +233,7 @@ void Host::OnData(int index, std::string_view bytes) {
 void Host::OnClose(int index) {
   if (index == 0) {
     if (OnlineState >= 4 && winsock_[0].socket && winsock_[0].socket->Listen(settings_.Address, settings_.Port))
-      Log("Listening reset at " + TimeText(g_));
+      Log("Listening reset at " + ClockText(g_));
     return;
   }
   if (index == 1 || index >= static_cast<int>(winsock_.size())) return;
@@ -425,7 +410,7 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
       if (!ownSeat(seat) || !SeatOccupied(g_, seat)) return refuse("a bankroll of a seat not its own");
       const Money change = m.At(i, 3).amount - g_.BuyInTotal[seat + kSessionScope];
       if (change.raw != 0) {
-        Silent quiet(g_);
+        NoBoxes quiet(g_);
         Atm(g_, seat, change);
       }
       SendMsg(socket, BankrollRecord(g_, seat));  // what the ATM allowed
@@ -453,7 +438,8 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
 
 void Host::ClientChat(int socket, int entry, const std::string& text) {
   ClientRecord& r = ClientList[entry];
-  if (!r.Named || !r.ChatAllowed) return;
+  // An empty frame is chat that says nothing.
+  if (!r.Named || !r.ChatAllowed || text.empty()) return;
   if (FirstCharacters(text, kChatLimit).size() < text.size()) {
     Log(r.ClientName + ": a chat line longer than " + std::to_string(kChatLimit) + " characters; dropped");
     return;
@@ -577,7 +563,7 @@ void Host::SeatClient(int socket, int entry, Money amount) {
     return;
   }
   {
-    Silent quiet(g_);
+    NoBoxes quiet(g_);
     if (!AddPlayer(g_, seat, r.ClientName, amount)) return;
   }
   ClientRecord seated = r;
@@ -637,7 +623,7 @@ void Host::RemoveSeat(int seat) {
   SendMsg(-1, "~886" + std::to_string(seat) + "\t");
   told_.names[seat].clear();
   {
-    Silent quiet(g_);
+    NoBoxes quiet(g_);
     RemovePlayer(g_, seat);
   }
   listChanged_ = true;
@@ -669,7 +655,7 @@ void Host::ApplyClientBets(int socket, int entry, const ParsedMessage& m) {
     }
     applyingFrom_ = socket;
     {
-      Silent quiet(g_);
+      NoBoxes quiet(g_);
       ChangeBet(g_, seat, bet, requested - g_.BetAmount[seat][bet]);
     }
     applyingFrom_ = 0;
@@ -884,6 +870,16 @@ bool Host::AcksIn() const {
     const ClientRecord& r = ClientList[k];
     if (r.Socket <= 0 || r.Socket == operatorSocket_ || !r.Named || r.LastRollAck == -1) continue;
     if (winsock_[r.Socket].Connected() && r.LastRollAck != RollCount) return false;
+  }
+  return true;
+}
+
+bool Host::AllInStep() const {
+  for (size_t k = 1; k < ClientList.size(); ++k) {
+    const ClientRecord& r = ClientList[k];
+    if (r.Socket > 0 && r.Socket != operatorSocket_ && r.Named && winsock_[r.Socket].Connected() &&
+        r.LastRollAck != RollCount)
+      return false;
   }
   return true;
 }
@@ -1122,6 +1118,7 @@ void Host::StopRolling() {
   countdownLeft_ = 0;
   OnlineState = 5;
   SendMsgAllX(operatorSocket_, "~662");
+  SendOutOfSync();  // a client out of step is resynced now, not at the next keepalive
 }
 
 void Host::AcceptBets() {

@@ -121,8 +121,8 @@ class Host : public SocketEvents, public OnlineLink {
   // Runs PollClients (the timer does too).
   void PollClients();
   int Entry(int socket) const;
-  // Every client in step has reported the last roll.
-  bool AllReported() const { return AcksIn(); }
+  // Every client has reported the last roll (none is out of step, waiting for a resync).
+  bool AllInStep() const;
   int OperatorSocket() const { return operatorSocket_; }
   int ConnectedClients() const;
   int WaitListCount() const;

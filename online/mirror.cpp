@@ -434,6 +434,18 @@ bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
   return true;
 }
 
+std::string ClockText(const Game& g) {
+  const LocalDateTime t = g.Time ? g.Time->Now() : LocalDateTime{};
+  const int h = t.hour % 12 == 0 ? 12 : t.hour % 12;
+  return std::to_string(h) + ":" + (t.minute < 10 ? "0" : "") + std::to_string(t.minute) +
+         (t.hour < 12 ? " am" : " pm");
+}
+
+std::string DayText(const Game& g) {
+  const LocalDateTime t = g.Time ? g.Time->Now() : LocalDateTime{};
+  return std::to_string(t.month) + "/" + std::to_string(t.day) + "/" + std::to_string(t.year);
+}
+
 uint64_t TableDigest(const Game& g) {
   uint64_t h = kFnvStart;
   VisitTable(g, [&](const char*, const void* data, size_t n, size_t) { h = Fnv(h, data, n); });

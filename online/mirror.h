@@ -58,6 +58,23 @@ bool ApplyCounters(Game& g, const ParsedMessage& m, std::string& fault);
 bool IsRuleCode(std::string_view code);
 bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault);
 
+// While it lives no box opens at the table: what runs is another machine's doing.
+class NoBoxes {
+ public:
+  explicit NoBoxes(Game& g) : g_(g), was_(g.SilentMode) { g.SilentMode = true; }
+  ~NoBoxes() { g_.SilentMode = was_; }
+  NoBoxes(const NoBoxes&) = delete;
+  NoBoxes& operator=(const NoBoxes&) = delete;
+
+ private:
+  Game& g_;
+  bool was_;
+};
+
+// The time of the table's clock as the chat and the logs show it: "h:mm am"; its date "m/d/yyyy".
+std::string ClockText(const Game& g);
+std::string DayText(const Game& g);
+
 // A checksum of what a mirror must hold as the host does: players, bankrolls, bets with
 // their bases, vig and working states, dice, point, shooters, counters and rules.
 uint64_t TableDigest(const Game& g);

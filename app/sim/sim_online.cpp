@@ -105,8 +105,8 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
       restartAt = now + 1000;
       ToggleAutoRoll(g);
     }
-    // The last roll's reports are in (or won't come): the table closes.
-    if (stopping && !g.Table.Rolling && (host.AllReported() || now - stopAt > 3000)) {
+    // Every client has the last roll (or won't have it): the table closes.
+    if (stopping && !g.Table.Rolling && (host.AllInStep() || now - stopAt > 5000)) {
       PrintTable(g, host.RollCount, out);
       host.CloseTable();
       loop.Quit(0);
@@ -177,6 +177,11 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   client.OnLeft = [&] {
     if (ended) return;
     ended = true;
+    if (!seatedOnce) {
+      err << "dicehall-sim: no seat at the table" << (on.join.empty() ? "" : " at " + on.join)
+          << (client.OwnName.empty() && ui.Titles.empty() ? ": it can't be reached.\n" : ".\n");
+      code = 1;
+    }
     PrintTable(g, client.HostRollCount, out);
     loop.Quit(code);
   };

@@ -9,6 +9,13 @@
 
 namespace {
 
+LobbySettings QuickLobby() {
+  LobbySettings ls;
+  ls.Port = 0;
+  ls.StaleMs = 3000;
+  return ls;
+}
+
 struct LobbyRun {
   OnlineTable& t;
   LobbyServer& lobby;
@@ -26,10 +33,7 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   OnlineTable t(s);
   t.g().HostName = "Zed";
   AddPlayer(t.g(), 1, "Ann", 500_usd);
-  LobbySettings ls;
-  ls.Port = 0;
-  ls.StaleMs = 3000;
-  LobbyServer lobby(t.net, t.clock, ls);
+  LobbyServer lobby(t.net, t.clock, QuickLobby());
   std::vector<std::string> said;
   lobby.OnLog = [&](const std::string& line) { said.push_back(line); };
   ASSERT_TRUE(lobby.Open());
@@ -75,10 +79,7 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
 
 TEST(OnlineLobby, ATableThatStopsReportingLeavesTheList) {
   OnlineTable t;
-  LobbySettings ls;
-  ls.Port = 0;
-  ls.StaleMs = 3000;
-  LobbyServer lobby(t.net, t.clock, ls);
+  LobbyServer lobby(t.net, t.clock, QuickLobby());
   std::vector<std::string> said;
   lobby.OnLog = [&](const std::string& line) { said.push_back(line); };
   ASSERT_TRUE(lobby.Open());

@@ -57,7 +57,7 @@ TEST(OnlinePrograms, ClientsOfALobbyListedHostEndWithItsTable) {
   for (Program* p : {&bob, &cy, &dee}) {
     ASSERT_EQ(p->Wait(20000), 0) << p->Errors();
     EXPECT_EQ(p->LineStarting("Rolls: "), "Rolls: 300");
-    EXPECT_EQ(p->Line(), hostTable) << p->Errors();
+    EXPECT_EQ(p->Line(), hostTable) << p->Errors() << host.Errors();
   }
   // Once the host has stopped, its table is gone from the list.
   Program after(Sim(home, "after", {"--lobby", "127.0.0.1:" + lobbyPort}));

@@ -24,15 +24,26 @@ struct Quiet : SocketEvents {
   void OnConnectionRequest(int, int) override {}
 };
 
-TEST(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
+// A host of real sockets on a free port of 127.0.0.1, with its event loop.
+struct QtTable {
   QtLoop loop;
   QtNetwork net;
   TempDir home;
   HeadlessUi ui;
-  auto game = NewTable(ui, DefaultClock(), home.path.string(), 3);
-  HostSettings settings;
-  settings.Port = 0;
-  Host host(*game, net, DefaultClock(), settings);
+  std::unique_ptr<Game> game = NewTable(ui, DefaultClock(), home.path.string(), 3);
+  Host host{*game, net, DefaultClock(), Settings()};
+  static HostSettings Settings() {
+    HostSettings s;
+    s.Port = 0;
+    return s;
+  }
+};
+
+TEST(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
+  QtTable t;
+  QtLoop& loop = t.loop;
+  QtNetwork& net = t.net;
+  Host& host = t.host;
   ASSERT_TRUE(host.OpenTable());
   // Each cycle drops in its own way: after a greeting, after half a frame, at once.
   auto cycle = [&](int k) {
@@ -57,14 +68,10 @@ TEST(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
 }
 
 TEST(OnlineQt, ANewConnectionTakesTheLowestClosedSocket) {
-  QtLoop loop;
-  QtNetwork net;
-  TempDir home;
-  HeadlessUi ui;
-  auto game = NewTable(ui, DefaultClock(), home.path.string(), 3);
-  HostSettings settings;
-  settings.Port = 0;
-  Host host(*game, net, DefaultClock(), settings);
+  QtTable t;
+  QtLoop& loop = t.loop;
+  QtNetwork& net = t.net;
+  Host& host = t.host;
   ASSERT_TRUE(host.OpenTable());
   Quiet a, b, c;
   auto first = net.NewSocket(a, 0), second = net.NewSocket(b, 0);
