@@ -18,7 +18,17 @@
 struct QtNetwork::Impl {
   std::map<int, QPointer<QTcpSocket>> pending;  // connections waiting for Accept
   int nextRequest = 1;
+  // Connections closed with data still to go out; it goes before they end.
+  std::shared_ptr<int> closing = std::make_shared<int>(0);
 };
+
+namespace {
+
+// A peer that has taken nothing of this much is not waited for.
+constexpr qint64 kGracefulLimit = 1 << 20;
+constexpr int kGraceMs = 5000;
+
+}  // namespace
 
 class QtSocket : public SocketControl {
  public:
@@ -101,10 +111,29 @@ class QtSocket : public SocketControl {
       server_ = nullptr;
     }
     if (socket_) {
-      socket_->disconnect();
-      socket_->abort();
-      socket_->deleteLater();
+      QTcpSocket* s = socket_;
       socket_ = nullptr;
+      s->disconnect();  // the owner hears nothing more of it
+      // What was sent goes out before the connection ends, unless the peer took nothing.
+      const qint64 unsent = s->bytesToWrite();
+      if (s->state() != QAbstractSocket::ConnectedState || unsent == 0 || unsent > kGracefulLimit) {
+        s->abort();
+        s->deleteLater();
+        return;
+      }
+      std::shared_ptr<int> closing = net_.impl_->closing;
+      ++*closing;
+      auto done = std::make_shared<bool>(false);
+      auto end = [s, closing, done] {
+        if (*done) return;
+        *done = true;
+        --*closing;
+        s->abort();
+        s->deleteLater();
+      };
+      QObject::connect(s, &QTcpSocket::disconnected, s, end);
+      QTimer::singleShot(kGraceMs, s, end);
+      s->disconnectFromHost();
     }
   }
 
@@ -164,6 +193,8 @@ class QtSocket : public SocketControl {
 };
 
 QtNetwork::QtNetwork() : impl_(std::make_unique<Impl>()) {}
+
+int QtNetwork::Closing() const { return *impl_->closing; }
 QtNetwork::~QtNetwork() {
   for (auto& [request, s] : impl_->pending)
     if (s) s->deleteLater();

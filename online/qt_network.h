@@ -15,6 +15,8 @@ class QtNetwork : public SocketNetwork {
   ~QtNetwork() override;
   std::unique_ptr<SocketControl> NewSocket(SocketEvents& events, int index) override;
   int LiveSockets() const override { return live_; }
+  // Connections closed with data still going out (the loop must turn for them to end).
+  int Closing() const;
 
   struct Impl;
 

@@ -86,8 +86,8 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   g.Auto.AutoRollThrottle = 0;
   ToggleAutoRoll(g);
 
-  bool stopping = false;
-  uint32_t stopAt = 0, restartAt = 0;
+  bool stopping = false, closed = false;
+  uint32_t stopAt = 0, restartAt = 0, closedAt = 0;
   auto stop = [&] {
     if (stopping) return;
     stopping = true;
@@ -106,11 +106,14 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
       ToggleAutoRoll(g);
     }
     // Every client has the last roll (or won't have it): the table closes.
-    if (stopping && !g.Table.Rolling && (host.AllInStep() || now - stopAt > 5000)) {
+    if (stopping && !closed && !g.Table.Rolling && (host.AllInStep() || now - stopAt > 5000)) {
       PrintTable(g, host.RollCount, out);
       host.CloseTable();
-      loop.Quit(0);
+      closedAt = now;
+      closed = true;
     }
+    // What was sent last reaches the clients before the program ends.
+    if (closed && (net.Closing() == 0 || now - closedAt > 6000)) loop.Quit(0);
   });
   return loop.Run();
 }
