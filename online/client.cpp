@@ -638,17 +638,15 @@ void Client::DiceRolled(int32_t die1, int32_t die2) {
 void Client::RollEnded() {
   const bool fromHost = rollFromHost_;
   rollFromHost_ = false;
-  for (const std::string& m : changed_.Take(g_)) SendMsg(0, m);
-  if (!fromHost) return;
-  ++HostRollCount;
-  // The seat's own bets for the next roll go out before the report, so the host has
-  // them when it counts the reports.
-  if (AfterRoll) AfterRoll();
-  if (WithheldReports > 0) {
-    --WithheldReports;
-    return;
+  // The report comes first: what this player does after it belongs to the next roll, and
+  // the host can tell a bet that crossed a roll on the wire from one that didn't.
+  if (fromHost) {
+    ++HostRollCount;
+    if (WithheldReports > 0) --WithheldReports;
+    else SendMsg(0, "~667" + std::to_string(HostRollCount));
   }
-  SendMsg(0, "~667" + std::to_string(HostRollCount));
+  for (const std::string& m : changed_.Take(g_)) SendMsg(0, m);
+  if (fromHost && AfterRoll) AfterRoll();
 }
 
 void Client::BetChanged(int seat, int bet) {

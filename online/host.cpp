@@ -320,6 +320,15 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
   }
   const bool seated = r.Status == 'P' && entry < kFirstListEntry;
   const bool operating = socket == operatorSocket_;
+  // A change made before its client had the last roll crossed that roll on the wire: the
+  // client's mirror played the roll with it, this table without. It still counts as the
+  // player's word; a resync at the client's next report mends the mirror.
+  const bool changesTable =
+      code == "~777" || code == "~779" || code == "~887" || code == "~669" || code == "~899" || code == "~668";
+  if (changesTable && !operating && r.Named && !r.ResyncDue && r.LastRollAck != RollCount) {
+    r.ResyncDue = true;
+    Log(r.ClientName + " is out of sync: a change made before it had roll " + std::to_string(RollCount));
+  }
   auto ownSeat = [&](int64_t seat) { return (seated && seat == entry) || (operating && !ClientSeat(seat)); };
   auto refuse = [&](const char* what) { Log(r.ClientName + ": " + what + "; message dropped"); };
 
@@ -373,9 +382,10 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     }
   } else if (code == "~667") {
     const int32_t count = static_cast<int32_t>(m.At(0, 0).number);
-    if (r.LastRollAck == -1) {
+    if (r.LastRollAck == -1 || (r.ResyncDue && count == RollCount)) {
       if (count != RollCount) return;
       r.LastRollAck = count;
+      r.ResyncDue = false;
       SyncClient(socket, false);
       SendMsg(socket, "~701");
       Log(r.ClientName + " was resynced.");
@@ -391,14 +401,14 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
   } else if (code == "~669") {
     if (!ownSeat(m.At(0, 0).number)) return refuse("auto-pass of a seat not its own");
     g_.AutoPassDice[m.At(0, 0).number] = m.At(0, 1).number != 0;
-    SendMsgAllX(socket, message);
+    SendMsg(-1, message);
   } else if (code == "~777") {
     ApplyClientBets(socket, entry, m);
   } else if (code == "~779") {
     for (int i = 0; i < m.records; ++i)
       if (!ownSeat(m.At(i, 0).number)) return refuse("a working state of a seat not its own");
     ApplyWorkingRecords(g_, m);
-    SendMsgAllX(socket, message);
+    SendMsg(-1, message);
   } else if (code == "~886" || code == "~992") {
     const int seat = static_cast<int>(m.At(0, 0).number);
     if (!seated || seat != entry) return refuse("a seat not its own left");
@@ -644,22 +654,20 @@ void Host::ApplyClientBets(int socket, int entry, const ParsedMessage& m) {
       Log(r.ClientName + ": a bet for seat " + std::to_string(seat) + ", not its own; dropped");
       continue;
     }
-    const Money requested = m.At(i, 2).amount;
+    const Money requested = m.At(i, 2).amount, before = g_.BetAmount[seat][bet];
     // Too late: the bets are locked out, or the dice are rolling. The client hears the truth.
     if (OnlineState == 5 || g_.Table.Rolling) {
-      if (requested != g_.BetAmount[seat][bet]) {
-        SendMsg(socket, BetRecord(g_, seat, bet));
-        Log(r.ClientName + ": a bet after the lockout; refused");
-      }
+      SendMsg(socket, BetRecord(g_, seat, bet));
+      if (requested != before) Log(r.ClientName + ": a bet after the lockout; refused");
       continue;
     }
-    applyingFrom_ = socket;
     {
       NoBoxes quiet(g_);
-      ChangeBet(g_, seat, bet, requested - g_.BetAmount[seat][bet]);
+      ChangeBet(g_, seat, bet, requested - before);
     }
-    applyingFrom_ = 0;
-    if (g_.BetAmount[seat][bet] != requested) SendMsg(socket, BetRecord(g_, seat, bet));
+    // Everyone hears a change, the sender too: its mirror may have moved on since (a
+    // resync between its request and this answer); an unchanged bet it hears alone.
+    if (g_.BetAmount[seat][bet] == before) SendMsg(socket, BetRecord(g_, seat, bet));
   }
 }
 
@@ -1200,9 +1208,7 @@ void Host::BetChanged(int seat, int bet) {
     changed_.Mark(seat, bet);
     return;
   }
-  const std::string record = BetRecord(g_, seat, bet);
-  if (applyingFrom_) SendMsgAllX(applyingFrom_, record);
-  else SendMsg(-1, record);
+  SendMsg(-1, BetRecord(g_, seat, bet));
 }
 
 BetRefusal Host::RefuseBet(int seat, int bet) {

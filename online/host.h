@@ -61,6 +61,7 @@ struct ClientRecord {
   // Beyond the record the host keeps: the stage of the handshake, the address, and the
   // time a dropped player's seat has been held since.
   bool Joined = false, Named = false;
+  bool ResyncDue = false;  // a change of its crossed a roll: resynced at its next report
   int WrongPasswords = 0;
   std::string Address;
   bool Held = false;

@@ -11,6 +11,7 @@
 #include "automation/auto_roll.h"
 #include "engine/game_state.h"
 #include "engine/placement.h"
+#include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "online/answering_ui.h"
 #include "online/client.h"
@@ -101,8 +102,10 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
     const uint32_t now = DefaultClock().TickMs();
     if (on.rollsGiven && host.RollCount >= o.rolls) stop();
     if (!stopping && !g.Auto.AutoRollActive && static_cast<int32_t>(now - restartAt) >= 0) {
-      // A refused shot switched Auto-Roll off: the server goes on trying.
+      // A refused shot switched Auto-Roll off: a shooter who can't shoot passes the dice,
+      // and the server goes on.
       restartAt = now + 1000;
+      PassDice(g, kPassAsked);
       ToggleAutoRoll(g);
     }
     // Every client has the last roll (or won't have it): the table closes.

@@ -34,7 +34,7 @@ TEST(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
   OnlineTable t;
   StartTable(t);
   OnlinePlayer& bob = t.Join("Bob");
-  bob.bets = {{bet::DontPass, 10_usd}, {bet::Field, 5_usd}};
+  PlaceStandingBets(*bob.game, bob.seated, {{bet::DontPass, 10_usd}});
   ToggleAutoRoll(t.g());
   ASSERT_TRUE(t.RollUntil(5));
   bob.client->WithheldReports = 1;
@@ -49,6 +49,24 @@ TEST(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
   t.Settle();
   EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
   EXPECT_EQ(bob.client->HostRollCount, t.host->RollCount);
+}
+
+TEST(OnlinePlay, ABetThatCrossesARollOnTheWireIsResynced) {
+  OnlineTable t;
+  StartTable(t);
+  OnlinePlayer& bob = t.Join("Bob");
+  // Bob bets, and the host rolls before the bet reaches it: Bob's mirror plays the roll
+  // with the bet, the host's table without.
+  ChangeBet(*bob.game, bob.seated, bet::Field, 5_usd);
+  t.g().Dice.padPending = true;
+  t.g().Dice.padDie1 = 1;
+  t.g().Dice.padDie2 = 1;
+  RollDice(t.g());
+  t.Settle();
+  EXPECT_TRUE(Logged(t, "Bob is out of sync: a change made before it had roll 1"));
+  EXPECT_TRUE(Logged(t, "Bob was resynced."));
+  EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
+  EXPECT_EQ(bob.game->Bankroll[bob.seated], 1000_usd) << "the Field bet the host didn't have won nothing";
 }
 
 TEST(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
