@@ -33,7 +33,7 @@ class OnlineLink {
   virtual OnlineDice TakeDice(int32_t& die1, int32_t& die2) = 0;
   // The dice of the roll in progress are known.
   virtual void DiceRolled(int32_t die1, int32_t die2) = 0;
-  // A roll has run to its end.
+  // RollDice has run to its end (with or without dice rolled).
   virtual void RollEnded() = 0;
   // The amount (and with it the base or vig) of a bet of a seat changed.
   virtual void BetChanged(int seat, int bet) = 0;

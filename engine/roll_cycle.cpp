@@ -555,7 +555,6 @@ void RollDice(Game& g) {
   g.StopReason.clear();
   t.Rolling = true;
   uint32_t started = g.Time ? g.Time->TickMs() : 0;
-  bool rolledOnce = false;
 
   try {
     for (;;) {
@@ -564,7 +563,6 @@ void RollDice(Game& g) {
         if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
         break;
       }
-      rolledOnce = true;
       // Online, each roll is timed by the table's countdown: one roll per call.
       if (g.Online) break;
       // 18. Wait or loop.
@@ -604,5 +602,5 @@ void RollDice(Game& g) {
   }
   if (g.Rolls.EndOfFile) StopPlayback(g, g.Rolls);
   t.Rolling = false;
-  if (rolledOnce && g.Online) g.Online->RollEnded();
+  if (g.Online) g.Online->RollEnded();
 }

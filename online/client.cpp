@@ -631,13 +631,14 @@ OnlineDice Client::TakeDice(int32_t& die1, int32_t& die2) {
 }
 
 void Client::DiceRolled(int32_t die1, int32_t die2) {
+  diceRolled_ = true;
   // An operator's own roll goes to the host, which rolls it for everyone else.
   if (!rollFromHost_ && ClientHosting) SendMsg(0, "~666" + std::to_string(die1) + std::to_string(die2));
 }
 
 void Client::RollEnded() {
-  const bool fromHost = rollFromHost_;
-  rollFromHost_ = false;
+  const bool fromHost = rollFromHost_ && diceRolled_;
+  rollFromHost_ = diceRolled_ = false;
   // The report comes first: what this player does after it belongs to the next roll, and
   // the host can tell a bet that crossed a roll on the wire from one that didn't.
   if (fromHost) {

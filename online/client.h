@@ -130,6 +130,7 @@ class Client : public SocketEvents, public OnlineLink {
   bool diceWaiting_ = false;
   int32_t die1_ = 0, die2_ = 0;
   bool rollFromHost_ = false;
+  bool diceRolled_ = false;  // the dice of the roll in progress were rolled
   uint32_t lastKeepalive_ = 0;
   int stateBeforeConnect_ = 0;
   bool restoreSaved_ = false;

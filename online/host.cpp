@@ -1180,6 +1180,7 @@ OnlineDice Host::TakeDice(int32_t& die1, int32_t& die2) {
 }
 
 void Host::DiceRolled(int32_t die1, int32_t die2) {
+  rolled_ = true;
   ++RollCount;
   const std::string dice = "~666" + Digits(die1, die2);
   if (rollFromOperator_) SendMsgAllX(operatorSocket_, dice);
@@ -1188,6 +1189,8 @@ void Host::DiceRolled(int32_t die1, int32_t die2) {
 
 void Host::RollEnded() {
   rollFromOperator_ = false;
+  if (!rolled_) return;
+  rolled_ = false;
   for (const std::string& m : changed_.Take(g_)) SendMsg(-1, m);
   // The clients rolled the same roll: what it changed they know.
   TakeBaseline();

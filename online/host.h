@@ -204,6 +204,7 @@ class Host : public SocketEvents, public OnlineLink {
   bool operatorDicePending_ = false;
   int32_t operatorDie1_ = 0, operatorDie2_ = 0;
   bool rollFromOperator_ = false;
+  bool rolled_ = false;  // the dice of the roll in progress were rolled
   bool countdownRunning_ = false;
   int countdownLength_ = 0, countdownLeft_ = 0;
   uint32_t nextCountdownTick_ = 0;

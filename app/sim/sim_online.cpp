@@ -67,6 +67,8 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   host.Panel.CountdownToLockout = 1;
   host.Panel.RollDelay = 1;
   host.Panel.GamePassword = on.password;
+  // A server has no owner at hand to let a client operate it.
+  host.Panel.AllowClientHosting = false;
   if (!on.name.empty()) g.HostName = on.name;
   host.OnLog = [&err](const std::string& line) { err << "dicehall-sim: " << line << "\n" << std::flush; };
   if (!host.OpenTable()) {
