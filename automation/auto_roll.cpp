@@ -10,7 +10,9 @@ std::string Text(const Game& g, int number) { return std::string(LanguageText(g.
 
 }  // namespace
 
-void ToggleAutoRoll(Game& g) {
+namespace {
+
+void SwitchAutoRoll(Game& g) {
   if (!g.Auto.AutoRollActive) {
     // A table stopped by a bankroll limit only repeats that stop.
     if (g.Table.PendingStopSeat != 0) {
@@ -60,6 +62,14 @@ void ToggleAutoRoll(Game& g) {
     ShowMessage(g, std::move(request));
   }
   if (g.Ui) g.Ui->Refresh({"table", "frmRolls"});
+}
+
+}  // namespace
+
+void ToggleAutoRoll(Game& g) {
+  SwitchAutoRoll(g);
+  // An online table hears of it: a host's countdown times the rolls of Auto-Roll.
+  if (g.Online) g.Online->AutoRollSwitched(g.Auto.AutoRollActive);
 }
 
 void SetAutoRollThrottle(Game& g, int throttle) {

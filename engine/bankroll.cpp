@@ -5,7 +5,7 @@
 
 void BuyIn(Game& g, int seat, Money amount) {
   // 1. A client's own seat keeps within the bankroll limits.
-  if (g.OnlineRole == 2 && seat == g.ClientSeat) {
+  if (g.OnlineRole == kOnlineClient && seat == g.ClientSeat) {
     if (amount > kMaxBankroll) {
       Tell(g, std::string(LanguageText(g.LanguageId, 10)) + "$" + MoneyText(kMaxBankroll), "Bankroll", 180, msg::kOk);
       amount = kMaxBankroll;
@@ -60,7 +60,8 @@ Money Atm(Game& g, int seat, Money amount) {
   const std::string& name = g.PlayerName[seat];
   std::string why;  // the end of the box's sentence, when the amount was cut
   if (amount > Money{}) {
-    if (g.OnlineRole == 2 && g.HostMaxBuyIn < kMaxBankroll && g.BuyInTotal[seat] + amount > g.HostMaxBuyIn) {
+    if (g.OnlineRole == kOnlineClient && g.HostMaxBuyIn < kMaxBankroll &&
+        g.BuyInTotal[seat] + amount > g.HostMaxBuyIn) {
       amount = Max(g.HostMaxBuyIn - g.BuyInTotal[seat], Money{});
       why = "it would've caused " + name + "'s buy-in to exceed the host's max buy-in limit of $" +
             MoneyText(g.HostMaxBuyIn);

@@ -13,6 +13,7 @@
 #include "engine/bets.h"
 #include "engine/clock.h"
 #include "engine/money.h"
+#include "engine/online_link.h"
 #include "engine/user_interface.h"
 #include "stats/events_log_state.h"
 #include "stats/statistics.h"
@@ -34,6 +35,7 @@ using ByPoint = std::array<std::array<T, 6>, kSeats>;
 constexpr Money kMaxBankroll = Money::Dollars(9999999);
 constexpr int32_t kMaxSessionRolls = 2000000000;
 constexpr int kBankrollGraphSize = 1050;
+constexpr int32_t kOnlineHost = 1, kOnlineClient = 3;  // values of Game::OnlineRole
 
 struct TableState {
   int32_t Die1 = 3, Die2 = 4;
@@ -109,8 +111,8 @@ struct Game {
   EventsLog Events;  // the log's own settings, view and working values
   std::string OnlineGameName = "DiceHall Online";
   std::string HostName = "Host";
-  // Online role of this table: 0 offline, 1 host, 2 client; a client's own seat. The
-  // host's buy-in bounds hold at every table.
+  // Online role of this table: 0 offline, kOnlineHost or kOnlineClient; a client's own
+  // seat. The host's buy-in bounds hold at every table.
   int32_t OnlineRole = 0;
   int32_t ClientSeat = 0;
   bool ClientObserver = false;
@@ -177,7 +179,7 @@ struct Game {
   // The game file: what the screens and the online panel keep in it, the hot keys it
   // names, the name Save writes to, and whether anything changed since.
   DesktopSettings Desktop;
-  OnlineSettings Online;
+  OnlineSettings OnlinePanel;
   std::string HotKeysFileName = kDefaultHotKeysFile;
   HotKeyTable HotKeys;
   std::string GameFileName;
@@ -186,6 +188,7 @@ struct Game {
   // Boundaries.
   UserInterface* Ui = nullptr;
   Clock* Time = nullptr;
+  OnlineLink* Online = nullptr;  // null at a table played alone
 };
 
 enum AdjustBiasFamily { kBiasPlace = 0, kBiasLay = 1, kBiasDoOdds = 2, kBiasDontOdds = 3 };

@@ -206,6 +206,12 @@ void SetAmount(Game& g, const Settlement& s, int row) {
   ChangeBet(g, seat, bet, Money::FromDouble(rule.Operand.ToDouble() * factor));
 }
 
+// Online, the stake of a seat played at another machine stays until that machine's
+// word comes; a bet that must come down comes down everywhere alike.
+bool StakeDecidedElsewhere(Game& g, const Settlement& s) {
+  return g.Online && !s.returned && g.Online->StakeOf(s.seat) == StakeDecision::Elsewhere;
+}
+
 // The chosen action is out of the table's range, or says to take the bet down.
 bool TakesDown(const Settlement& s, int action, int highest) {
   return s.returned || action == kTakeDown || action > highest || action < 0;
@@ -214,6 +220,7 @@ bool TakesDown(const Settlement& s, int action, int highest) {
 }  // namespace
 
 void HandleWinner(Game& g, const Settlement& s) {
+  if (StakeDecidedElsewhere(g, s)) return;
   const int action = ChooseAction(g, s, g.AutoHandleWin[s.seat], true, false);
   if (TakesDown(s, action, kSetToAmount)) {
     TakeDown(g, s.seat, s.bet);
@@ -231,6 +238,7 @@ void HandleWinner(Game& g, const Settlement& s) {
 }
 
 void HandleLoser(Game& g, const Settlement& s) {
+  if (StakeDecidedElsewhere(g, s)) return;
   const int action = ChooseAction(g, s, g.AutoHandleLose[s.seat], false, false);
   if (TakesDown(s, action, kSetToAmount)) {
     TakeDown(g, s.seat, s.bet);
@@ -266,6 +274,7 @@ void HandleNotWorking(Game& g, int seat, int bet) {
   s.stake = g.BetAmount[seat][bet];
   s.row = Row(g, bet);
   s.returned = flat == 0 || g.BetAmount[seat][flat].raw <= 0 || !g.Rules.AllowPutBets;
+  if (StakeDecidedElsewhere(g, s)) return;
   const bool asWinner = flat != 0 && g.BetStreak[1][seat][flat] >= 2;
   const int seatAction = asWinner ? g.AutoHandleWin[seat] : g.AutoHandleLose[seat];
   const int action = ChooseAction(g, s, seatAction, asWinner, true);

@@ -520,6 +520,8 @@ void TellOutcome(Money amount, Money change, Pending& p) {
 Money ChangeBet(Game& g, int seat, int bet, Money change) {
   // Rows 108..199 hold no bet, and nothing lies beyond the CheckStacks.
   if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows) return {};
+  // Online, a seat played at another machine changes only by that machine's word.
+  if (g.Online && !g.Online->MayChangeBets(seat)) return {};
   Pending p;
   p.on = !g.SilentMode && g.Ui != nullptr;
   const Money amount = g.BetAmount[seat][bet];
@@ -558,13 +560,20 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   }
 
   if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
-  // 11. The windows that show bets follow. (Online tables tell the other side here once
-  // online play exists.)
+  // 11. The other side of an online table hears of it; the windows that show bets follow.
+  if (change.raw != 0 && g.Online) g.Online->BetChanged(seat, bet);
   if (change.raw != 0 && p.on) g.Ui->Refresh({"frmBetResults", "frmCheckStacks"});
   return change;
 }
 
 Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int32_t placementB) {
+  if (g.Online) {
+    const BetRefusal refused = g.Online->RefuseBet(seat, bet);
+    if (!refused.text.empty()) {
+      Tell(g, refused.text, refused.title, 0, msg::kOk);
+      return Money{};
+    }
+  }
   g.PlacementA[seat][bet] = placementA;
   g.PlacementB[seat][bet] = placementB;
   const Money applied = ChangeBet(g, seat, bet, change);
@@ -572,7 +581,6 @@ Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int
     if (!g.CheckSound.empty()) g.Ui->PlaySound(g.CheckSound, false);
     g.Ui->Refresh({"table"});
   }
-  // Online tables tell the other side here once online play exists.
   return applied;
 }
 

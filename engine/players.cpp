@@ -76,6 +76,7 @@ void PassDice(Game& g, int mode) {
       if (g.Ui && !g.SilentMode) g.Ui->Refresh({"frmHands", "frmRollTotals", "frmSummary"});
     }
     if (!handRunning) t.HandShooter = t.Shooter;
+    if (mode == kPassAsked && g.Online) g.Online->DicePassed();
     return;
   }
 
@@ -151,20 +152,22 @@ std::string RemovalQuestion(const Game& g, int seat, const std::vector<int>& con
 bool RemovePlayer(Game& g, int seat) {
   if (seat < 1 || seat > 8 || !SeatOccupied(g, seat)) return false;
   const std::string name = g.PlayerName[seat];
-  if (g.OnlineRole == 2) {
+  if (g.OnlineRole == kOnlineClient) {
     // A client asks the host; only its own seat, and never as an observer.
     if (g.ClientObserver)
       Tell(g,
            "You're currently connected to an online game as an observer and are not allowed to add, delete, or "
            "control players.",
            "Online connection", 0, msg::kOk);
-    else if (seat == g.ClientSeat)
-      Tell(g,
-           "You're currently connected to an online game as " + name +
-               ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
-               "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
-           "Remove online player", 0, msg::kYesNoQuestion);
-    else
+    else if (seat == g.ClientSeat) {
+      const MessageReply reply =
+          Tell(g,
+               "You're currently connected to an online game as " + name +
+                   ".\n\nWould you like to remove yourself from playing at the table and stay on as an observer?\n\n"
+                   "Note: to remove yourself entirely, select Lobby from the Online menu or close the Online window.",
+               "Remove online player", 0, msg::kYesNoQuestion);
+      if (reply.Button == kButtonYes && g.Online) g.Online->LeaveOwnSeat();
+    } else
       Tell(g,
            "You're currently connected to an online game and are not allowed to add, delete, or control other "
            "players.",

@@ -246,6 +246,7 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
 
   // 14.
   t.PendingStopSeat = 0;
+  if (g.Online) g.Online->SessionStarted();
   if (g.Ui && !g.SilentMode) g.Ui->Refresh({});
 }
 
@@ -420,7 +421,10 @@ void AfterResolution(Game& g, int pointBefore) {
 // Steps 3 to 17 of one roll; false when the roll was refused or the table stopped.
 bool OneRoll(Game& g) {
   TableState& t = g.Table;
-  if (!ShooterMayRoll(g)) return false;
+  // Online, dice that came over the wire are rolled as the other side rolled them.
+  int32_t wireDie1 = 0, wireDie2 = 0;
+  const OnlineDice online = g.Online ? g.Online->TakeDice(wireDie1, wireDie2) : OnlineDice::Local;
+  if (online == OnlineDice::Refused || (online == OnlineDice::Local && !ShooterMayRoll(g))) return false;
 
   // 4. Limits.
   if (g.Stats.RollCount[kSessionScope][0] >= kMaxSessionRolls) {
@@ -451,7 +455,11 @@ bool OneRoll(Game& g) {
 
   // 9. The dice: the manual pad, a pop-up roll file, a dice roll file in playback, else
   // the selected generator, through the percentage table when that is on.
-  if (g.Dice.padPending) {
+  if (online == OnlineDice::Remote) {
+    t.Die1 = wireDie1;
+    t.Die2 = wireDie2;
+    if (g.RecordEvents) LogRollLine(g, RollSource::OnlineHost);
+  } else if (g.Dice.padPending) {
     g.Dice.padPending = false;
     t.Die1 = g.Dice.padDie1;
     t.Die2 = g.Dice.padDie2;
@@ -468,6 +476,8 @@ bool OneRoll(Game& g) {
     GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
     if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
   }
+
+  if (g.Online) g.Online->DiceRolled(t.Die1, t.Die2);
 
   // 10. Total and recording.
   t.DiceTotal = t.Die1 + t.Die2;
@@ -596,6 +606,8 @@ void RollDice(Game& g) {
         if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
         break;
       }
+      // Online, each roll is timed by the table's countdown: one roll per call.
+      if (g.Online) break;
       // 18. Wait or loop.
       const int64_t every = g.Auto.AutoStopRolls.raw / Money::kScale;
       const int32_t sessionRolls = g.Stats.RollCount[kSessionScope][0];
@@ -633,4 +645,5 @@ void RollDice(Game& g) {
   }
   if (g.Rolls.EndOfFile) StopPlayback(g, g.Rolls);
   t.Rolling = false;
+  if (g.Online) g.Online->RollEnded();
 }

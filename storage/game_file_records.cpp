@@ -99,7 +99,7 @@ void WindowRecords(RecordIo& io, DesktopSettings& d) {
 }
 
 void OnlineRecords(RecordIo& io, Game& g) {
-  OnlineSettings& o = g.Online;
+  OnlineSettings& o = g.OnlinePanel;
   for (std::string* text : {&g.OnlineGameName, &g.HostName, &o.GamePassword, &o.LastPassword, &o.GameNotes})
     io.Text(*text);
   io.Words([&](Run& r) {

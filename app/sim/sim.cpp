@@ -56,6 +56,8 @@ struct Runner {
   bool sessionOver = false;
   bool finished = false;
   bool interrupted = false;
+  // At an online table the host passes the dice itself, so that its clients hear of it.
+  bool online = false;
 };
 
 // Before every roll: each standing bet that is absent and that the table allows. Line
@@ -108,7 +110,7 @@ void AfterEachRoll(Game& g, void* data) {
   }
   r.primed = true;
   PlaceStanding(g, r);
-  KeepAShooter(g);
+  if (!r.online) KeepAShooter(g);
 }
 
 // The progress line on a terminal (at most ten times a second), the wait for a pop-up
@@ -526,6 +528,14 @@ int RunSim(const SimOptions& o, std::ostream& out, std::ostream& err) {
   }
   const std::vector<int32_t> before = SessionCounts(g);
 
+  if (OnlineMode(o.online)) {
+    // An online table plays until its --rolls have gone out, or until it is stopped.
+    if (!o.online.rollsGiven) runner.asked = INT64_MAX;
+    runner.online = true;
+    g.Auto.AfterRoll = &AfterEachRoll;
+    g.Auto.AfterRollData = &runner;
+    return RunOnline(g, o, out, err);
+  }
   ui.game = &g;
   ui.runner = &runner;
   ui.progress = o.progress;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/sim/sim_game.h"
+#include "app/sim/sim_online.h"
 #include "engine/money.h"
 #include "storage/paths.h"
 
@@ -69,6 +70,7 @@ struct SimOptions {
   std::string gameFile;   // --game: play on from a saved game
   std::string saveFile;   // --save: save the table at the end
   std::vector<SimAutoPlay> autoPlay;
+  OnlineOptions online;
 };
 
 // Parses the command line. Returns -1 to go on, else the exit code (0 for --help,

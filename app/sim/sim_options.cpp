@@ -278,6 +278,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
   app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
+  AddOnlineOptions(app, o.online, players);  // last: it reads --rolls
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

@@ -1,0 +1,106 @@
+// A host and three clients play 2,000 rolls with bets from every seat; every mirror must
+// end as the host's table is.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "app/sim/sim.h"
+#include "autobet/interpreter.h"
+#include "automation/auto_roll.h"
+#include "engine/handling.h"
+#include "tests/online/online_fixture.h"
+
+namespace {
+
+std::string hostUiText(OnlineTable& t) { return t.hostUi.LastText(); }
+
+TEST(OnlineLoopback, EveryMirrorEndsAsTheHostsTable) {
+  OnlineTable t;
+  Game& g = t.g();
+  // A shooter whose bankroll ran dry must not stop the run: no bet is needed to shoot.
+  g.Rules.BetNeededToShoot = 0;
+  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
+  g.AutoHandleWin[1] = kSameBet;
+  t.hostBets = {{bet::PassLine, 10_usd}, {PointRow(BetFamily::Place, 6), 12_usd}, {bet::Hard8, 5_usd}};
+  OnlinePlayer& bob = t.Join("Bob", "3L");
+  bob.bets = {{PointRow(BetFamily::Place, 8), 12_usd}, {bet::Field, 5_usd}, {bet::Come, 5_usd}};
+  bob.game->AutoHandleWin[bob.seated] = kPressUnitOrRemainder;
+  OnlinePlayer& cy = t.Join("Cy", "1R");
+  cy.bets = {{bet::DontPass, 10_usd}, {bet::Buy4, 20_usd}, {bet::Lay10, 40_usd}};
+  OnlinePlayer& dee = t.Join("Dee", "", Money::Dollars(20000));
+  dee.bets = {
+      {bet::PassLine, 25_usd}, {PointRow(BetFamily::Place, 5), 25_usd}, {bet::Horn, 4_usd}, {bet::DontCome, 10_usd}};
+  // Bob makes no line bet and leaves the dice to the others.
+  bob.client->SetAutoPass(true);
+  ASSERT_NE(bob.seated, 0);
+  ASSERT_NE(cy.seated, 0);
+  ASSERT_NE(dee.seated, 0);
+  PlaceStandingBets(g, 1, t.hostBets);
+  ToggleAutoRoll(g);
+  for (int32_t roll = 1; roll <= 2000; ++roll) {
+    ASSERT_TRUE(t.RollUntil(roll)) << "the host stopped rolling at " << t.host->RollCount << ": " << g.StopReason
+                                   << hostUiText(t);
+    t.Settle();
+    for (auto& p : t.players) {
+      const std::string diff = TableDifference(g, *p->game);
+      if (!diff.empty()) {
+        for (int s = 1; s < kSeats; ++s)
+          for (int b = 1; b <= kBets; ++b)
+            if (g.BetAmount[s][b] != p->game->BetAmount[s][b])
+              ADD_FAILURE() << "seat " << s << " bet " << BetName(b) << " host " << MoneyText(g.BetAmount[s][b])
+                            << " mirror " << MoneyText(p->game->BetAmount[s][b]) << " dice " << g.Table.Die1
+                            << g.Table.Die2 << " point " << g.Table.Point;
+      }
+      ASSERT_EQ(diff, "") << p->ui.Name << " differs after roll " << roll;
+    }
+  }
+  if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
+  t.Run(100);
+  for (auto& p : t.players) {
+    EXPECT_EQ(TableDifference(g, *p->game), "") << p->ui.Name;
+    EXPECT_EQ(TableDigest(g), TableDigest(*p->game)) << p->ui.Name;
+    EXPECT_EQ(StatisticsDigest(g), StatisticsDigest(*p->game)) << p->ui.Name;
+    EXPECT_EQ(p->client->HostRollCount, t.host->RollCount);
+  }
+  for (const std::string& line : t.log) ADD_FAILURE() << line;
+}
+
+}  // namespace
+
+namespace {
+
+TEST(OnlineLoopback, AClientThatBetsByScriptEndsAsTheHostsTable) {
+  OnlineTable t;
+  Game& g = t.g();
+  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
+  t.hostBets = {{bet::PassLine, 10_usd}};
+  PlaceStandingBets(g, 1, t.hostBets);
+  OnlinePlayer& bob = t.Join("Bob");
+  Game& mirror = *bob.game;
+  const int seat = bob.seated;
+  std::vector<std::string> lines;
+  ASSERT_TRUE(ReadScriptLines(
+      (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples" / "martingale_passline.bet").string(),
+      lines));
+  // A headless client: silent rolls, no wait after a script cycle.
+  mirror.SilentMode = true;
+  mirror.Auto.HyperDrive = true;
+  mirror.AutoBet.ScriptSource[seat] = lines;
+  mirror.ScriptActive[seat] = true;
+  mirror.AutoBet.ScriptsCompiled = false;
+  ASSERT_TRUE(CompileActiveScripts(mirror));
+  mirror.AutoBet.InitializingScript = true;
+  RunAutoBet(mirror);
+  mirror.AutoBet.InitializingScript = false;
+  t.Settle();
+  ToggleAutoRoll(g);
+  for (int32_t roll = 1; roll <= 500; ++roll) {
+    ASSERT_TRUE(t.RollUntil(roll));
+    t.Settle();
+    ASSERT_EQ(TableDifference(g, mirror), "") << "after roll " << roll;
+  }
+  EXPECT_NE(g.Bankroll[seat], 1000_usd) << "the script played";
+}
+
+}  // namespace
