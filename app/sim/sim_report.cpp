@@ -15,15 +15,6 @@ namespace {
 // The run is every session it played: the "All sessions" columns.
 constexpr int kRun = kAllScope;
 
-int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly) {
-  int32_t n = 0;
-  for (int t = 2; t <= 12; ++t) {
-    if (pointsOnly && (t == 2 || t == 3 || t == 7 || t == 11 || t == 12)) continue;
-    n += st.HandDecisions[column][t][which];
-  }
-  return n;
-}
-
 struct BetLine {
   int bet;
   int64_t decisions, won, lost;  // counts
@@ -57,6 +48,17 @@ std::string Percent(double part, double whole) {
   return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole);
 }
 
+std::string Dollars(double d) { return DollarText(Money::FromDouble(d)); }
+
+}  // namespace
+
+std::string BetLineText(int bet, int64_t decisions, int64_t won, Money wagered, Money amountWon, Money amountLost) {
+  const Money net = amountWon - amountLost;
+  return fmt::format("{}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)", BetName(bet),
+                     decisions, DollarText(wagered), DollarText(amountWon), DollarText(amountLost), DollarText(net),
+                     Percent(net.ToDouble(), wagered.ToDouble()), Percent(double(won), double(decisions)));
+}
+
 std::string OneLineText(std::string text) {
   for (char& c : text)
     if (c == '\n') c = ' ';
@@ -67,9 +69,14 @@ std::string OneLineText(std::string text) {
   return out;
 }
 
-std::string Dollars(double d) { return DollarText(Money::FromDouble(d)); }
-
-}  // namespace
+int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly) {
+  int32_t n = 0;
+  for (int t = 2; t <= 12; ++t) {
+    if (pointsOnly && (t == 2 || t == 3 || t == 7 || t == 11 || t == 12)) continue;
+    n += st.HandDecisions[column][t][which];
+  }
+  return n;
+}
 
 SessionSpread SpreadOf(const std::vector<SessionRecord>& records) {
   SessionSpread s;
@@ -133,13 +140,8 @@ void WriteTextReport(const Game& g, const RunOutcome& run, const std::vector<Ses
         out << fmt::format("    line {}: {} ({}), {} time{}\n", fault.line, OneLineText(RunErrorText(fault.code)),
                            fault.code, fault.count, fault.count == 1 ? "" : "s");
     }
-    for (const BetLine& l : BetLines(g, s)) {
-      const Money netBet = l.amountWon - l.amountLost;
-      out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)\n",
-                         BetName(l.bet), l.decisions, DollarText(l.wagered), DollarText(l.amountWon),
-                         DollarText(l.amountLost), DollarText(netBet), Percent(netBet.ToDouble(), l.wagered.ToDouble()),
-                         Percent(double(l.won), double(l.decisions)));
-    }
+    for (const BetLine& l : BetLines(g, s))
+      out << "  " << BetLineText(l.bet, l.decisions, l.won, l.wagered, l.amountWon, l.amountLost) << "\n";
   }
 }
 

@@ -29,6 +29,14 @@ struct SessionSpread {
 };
 SessionSpread SpreadOf(const std::vector<SessionRecord>& records);
 
+// The hands' decisions of a statistics column: passes (which 1) or misses (2), on any
+// total or on the points only.
+int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly);
+// A bet's line of the report: its decisions, what was wagered, won and lost.
+std::string BetLineText(int bet, int64_t decisions, int64_t won, Money wagered, Money amountWon, Money amountLost);
+// The text of a report line: line breaks become spaces and runs of spaces one.
+std::string OneLineText(std::string text);
+
 void WriteTextReport(const Game& g, const RunOutcome& run, const std::vector<SessionSpread>& sessions,
                      std::ostream& out);
 void WriteJsonReport(const Game& g, const RunOutcome& run, const std::vector<SessionSpread>& sessions,
