@@ -126,6 +126,7 @@ int BetEdge(const RuleSet& rules, int bet, int point, double& edge) {
     (rules.ChargeAllLay ? vigAlways : vigOnWin) = Dollars(rules.LayVigPct) * ratio;
   }
   edge = pWin * (ratio - vigOnWin) - pLose - vigAlways;
+  if (std::abs(edge) < 1e-12) edge = 0;  // true odds, not a rounding's worth of edge
   return 0;
 }
 

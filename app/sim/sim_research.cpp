@@ -25,6 +25,9 @@ int ExitCode(const ResearchOutcome& outcome) {
 }
 
 // A statistic in dollars and cents.
+// A confidence as a percentage; one that rounds to certainty isn't.
+std::string Confidence(double c) { return c >= 0.99995 ? "more than 99.99%" : fmt::format("{:.2f}%", 100 * c); }
+
 std::string Dollars(double d) { return DollarText(Money::FromDouble(std::round(d * 100) / 100)); }
 
 // One system of a comparison: its file, its sessions' results and what its bets expect.
@@ -200,9 +203,9 @@ int RunCompare(const SimOptions& o, std::ostream& out, std::ostream& err) {
     if (same) out << "No difference: A and B ended every session alike.\n";
     else if (verdict == "within noise")
       out << fmt::format(
-          "Within noise: the 95% confidence interval of B - A holds 0 ({} is ahead with {:.2f}% confidence only).\n",
-          ahead, 100 * confidence);
-    else out << fmt::format("{} is ahead, with {:.2f}% confidence.\n", ahead, 100 * confidence);
+          "Within noise: the 95% confidence interval of B - A holds 0 ({} is ahead with {} confidence only).\n", ahead,
+          Confidence(confidence));
+    else out << fmt::format("{} is ahead, with {} confidence.\n", ahead, Confidence(confidence));
   }
   if (!o.research.csvFile.empty()) {
     std::ofstream csv(o.research.csvFile, std::ios::binary | std::ios::trunc);

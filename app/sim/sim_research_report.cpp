@@ -187,9 +187,12 @@ void WriteResearchText(const ResearchFacts& f, const ResearchTotals& t, const Re
     const PlayerTotals& p = t.players[i];
     const PlayerAnswers a = AnswersOf(f, p);
     const int64_t n = a.result.count;
-    out << fmt::format("{} ({}): {} sessions, buy-in {}\n", rp.name, SeatName(rp.seat), n, DollarText(p.buyIn));
-    out << fmt::format("  result: mean {}, sd {}, 95% confidence {} to {}\n", Dollars(a.result.mean),
-                       Dollars(a.result.sd), Dollars(a.result.low), Dollars(a.result.high));
+    out << fmt::format("{} ({}): {} session{}, buy-in {}\n", rp.name, SeatName(rp.seat), n, n == 1 ? "" : "s",
+                       DollarText(p.buyIn));
+    if (n < 2) out << fmt::format("  result: {} (one session: no spread)\n", Dollars(a.result.mean));
+    else
+      out << fmt::format("  result: mean {}, sd {}, 95% confidence {} to {}\n", Dollars(a.result.mean),
+                         Dollars(a.result.sd), Dollars(a.result.low), Dollars(a.result.high));
     std::string percentiles;
     for (size_t k = 0; k < kPercentiles.size(); ++k)
       percentiles += fmt::format("{}{}% {}", k ? ", " : "", kPercentiles[k], Dollars(a.percentiles[k]));

@@ -270,6 +270,17 @@ void SetUpDice(Game& g, const SimOptions& o) {
   SetReseedSessions(g, d.reseedSessions);
 }
 
+// A table without a folder shares no file with another table: a saved game's recording,
+// pop-up roll file and events log stay off on it.
+void KeepToItself(Game& g) {
+  g.Rolls.PopupActive = false;
+  if (g.Rolls.RecorderState == 1) {
+    StopRecorder(g, g.Rolls);
+    CloseRollFile(g.Rolls);
+  }
+  g.RecordEvents = false;
+}
+
 }  // namespace
 
 int TellFault(const RunFault& fault, std::ostream& err) {
@@ -355,6 +366,7 @@ int SetUpSimTable(Game& g, UserInterface& ui, const SimOptions& o, const SimPrep
         err << "dicehall-sim: --bet: there's no player named " << b.player << " in " << o.gameFile << ".\n";
         return 1;
       }
+    if (folder.empty()) KeepToItself(g);
     rules = g.Rules;
     RunFault fault;
     if (!BuildRules(o, rules, fault)) return TellFault(fault, err);

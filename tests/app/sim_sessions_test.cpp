@@ -112,6 +112,33 @@ TEST(SimResearch, ARunWithoutASeedSaysItsSeed) {
   EXPECT_EQ(Sim(With(run, {"--seed", seed}), (dir.path / "b").string()).out, first.out);
 }
 
+// Every session from the saved game as it stands: its players, their bankrolls and
+// scripts; the game's own history counts in no session.
+TEST(SimResearch, SessionsFromASavedGame) {
+  TempDir dir;
+  const std::string game = (dir.path / "evening.crp").string();
+  const std::string script = (dir.path / "line.bet").string();
+  Write(script, "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
+  ASSERT_EQ(Sim({"--rolls", "3000", "--seed", "9", "--player", "Ann:5000", "--player", "Cy:800:" + script, "--bet",
+                 "Ann:Pass Line=10", "--save", game},
+                (dir.path / "saved").string())
+                .code,
+            0);
+  const std::vector<std::string> run{"--game", game,    "--sessions",     "20",    "--session-rolls", "200", "--seed",
+                                     "3",      "--bet", "Ann:Place 8=12", "--json"};
+  const SimRun one = Sim(With(run, {"--threads", "1"}), (dir.path / "one").string());
+  ASSERT_EQ(one.code, 0) << one.err;
+  EXPECT_EQ(Sim(With(run, {"--threads", "2"}), (dir.path / "two").string()).out, one.out);
+  EXPECT_EQ(Files(dir.path / "one"), Files(dir.path / "two"));
+  const json report = json::parse(one.out);
+  ASSERT_EQ(report["players"].size(), 2u);
+  EXPECT_GE(report["rolls"].get<int64_t>(), 20 * 200);
+  EXPECT_LT(report["rolls"].get<int64_t>(), 20 * 260) << "the game's 3000 rolls aren't the sessions'";
+  for (const json& p : report["players"]) EXPECT_EQ(p["sessions"], 20);
+  EXPECT_EQ(report["players"][0]["bets"][0]["bet"], "Place 8");
+  EXPECT_EQ(report["players"][1]["script"]["file"], script);
+}
+
 // ---- Answers with a known truth. -------------------------------------------------------
 
 TEST(SimResearch, PassLineFlatBetsLoseTheExactEdge) {
