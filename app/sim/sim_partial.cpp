@@ -387,13 +387,9 @@ int RunMerge(const SimOptions& o, std::ostream& out, std::ostream& err) {
     return 1;
   }
   std::ofstream csv;
-  if (!o.research.csvFile.empty()) {
-    csv.open(o.research.csvFile, std::ios::binary | std::ios::trunc);
-    if (!csv) {
-      err << "dicehall-sim merge: --csv " << o.research.csvFile << ": the file can't be written.\n";
-      return 1;
-    }
-    WriteCsvHeader(csv);
+  if (!o.research.csvFile.empty() && !StartCsv(o.research.csvFile, csv)) {
+    err << "dicehall-sim merge: --csv " << o.research.csvFile << ": the file can't be written.\n";
+    return 1;
   }
   ResearchTotals totals;
   int64_t merged = 0;

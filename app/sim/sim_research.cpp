@@ -87,13 +87,9 @@ int RunResearch(const SimOptions& o, const SimPrepared& p, std::ostream& out, st
       err << "dicehall-sim: " << error << "\n";
       return 1;
     }
-    if (!o.research.csvFile.empty()) {
-      csv.open(o.research.csvFile, std::ios::binary | std::ios::trunc);
-      if (!csv) {
-        err << "dicehall-sim: --csv " << o.research.csvFile << ": the file can't be written.\n";
-        return 1;
-      }
-      WriteCsvHeader(csv);
+    if (!o.research.csvFile.empty() && !StartCsv(o.research.csvFile, csv)) {
+      err << "dicehall-sim: --csv " << o.research.csvFile << ": the file can't be written.\n";
+      return 1;
     }
   }
   ResearchTotals totals;

@@ -211,15 +211,10 @@ void WriteResearchText(const ResearchFacts& f, const ResearchTotals& t, const Re
     for (int e = 0; e < kSessionEnds; ++e)
       ends += fmt::format("{}{} {}", e ? ", " : "", SessionEndName(static_cast<SessionEnd>(e)), p.ends[e]);
     out << "  ended by: " << ends << "\n";
-    if (!rp.script.empty()) {
-      out << fmt::format("  script {}: {} run-time fault{}\n", rp.script, p.faults, p.faults == 1 ? "" : "s");
-      for (const FaultTally& fault : p.firstFaults)
-        out << fmt::format("    line {}: {} ({}), {} time{}\n", fault.line, OneLineText(RunErrorText(fault.code)),
-                           fault.code, fault.count, fault.count == 1 ? "" : "s");
-    }
+    if (!rp.script.empty()) WriteScriptFaults(rp.script, p.faults, p.firstFaults, out);
     for (const BetTally& b : p.bets) {
       if (b.decisions == 0) continue;
-      out << "  " << BetLineText(b.bet, b.decisions, b.won, b.wagered, b.amountWon, b.amountLost);
+      out << "  " << BetLineText(b);
       if (f.hasEdge[b.bet])
         out << fmt::format(", expected {} (edge {:.4f}%)", Dollars(f.edge[b.bet] * b.wagered.ToDouble()),
                            100 * f.edge[b.bet]);
@@ -279,14 +274,7 @@ void WriteResearchJson(const ResearchFacts& f, const ResearchTotals& t, const Re
     json bets = json::array();
     for (const BetTally& b : p.bets) {
       if (b.decisions == 0) continue;
-      json bj = {{"bet", std::string(BetName(b.bet))},
-                 {"decisions", b.decisions},
-                 {"won", b.won},
-                 {"lost", b.lost},
-                 {"wagered", money(b.wagered)},
-                 {"amount_won", money(b.amountWon)},
-                 {"amount_lost", money(b.amountLost)},
-                 {"net", money(b.amountWon - b.amountLost)}};
+      json bj = BetJson(b);
       if (f.hasEdge[b.bet]) {
         bj["edge"] = f.edge[b.bet];
         bj["expected_net"] = f.edge[b.bet] * b.wagered.ToDouble();
@@ -294,13 +282,7 @@ void WriteResearchJson(const ResearchFacts& f, const ResearchTotals& t, const Re
       bets.push_back(std::move(bj));
     }
     j["bets"] = std::move(bets);
-    if (!rp.script.empty()) {
-      json first = json::array();
-      for (const FaultTally& fault : p.firstFaults)
-        first.push_back(
-            {{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)}, {"count", fault.count}});
-      j["script"] = {{"file", rp.script}, {"faults", p.faults}, {"first_faults", std::move(first)}};
-    }
+    if (!rp.script.empty()) j["script"] = ScriptJson(rp.script, p.faults, p.firstFaults);
     players.push_back(std::move(j));
   }
   report["players"] = std::move(players);
@@ -308,9 +290,11 @@ void WriteResearchJson(const ResearchFacts& f, const ResearchTotals& t, const Re
   out << report.dump(2) << "\n";
 }
 
-void WriteCsvHeader(std::ostream& out) {
+bool StartCsv(const std::string& path, std::ofstream& out) {
+  out.open(path, std::ios::binary | std::ios::trunc);
   out << "session,player,seat,rolls,hours,buy_in,result,max_drawdown,reason,decisions,handle,expected_net,"
          "bets_without_edge\n";
+  return static_cast<bool>(out);
 }
 
 void WriteCsvRows(const ResearchFacts& f, const SessionResult& s, std::ostream& out) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <fstream>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -45,8 +46,9 @@ void WriteResearchText(const ResearchFacts& facts, const ResearchTotals& totals,
 void WriteResearchJson(const ResearchFacts& facts, const ResearchTotals& totals, const ResearchOutcome& outcome,
                        std::ostream& out);
 
-// One row per session per player, for a notebook.
-void WriteCsvHeader(std::ostream& out);
+// One row per session per player, for a notebook: the file opened afresh with its header
+// (false when it can't be written), then the rows of each session.
+bool StartCsv(const std::string& path, std::ofstream& out);
 void WriteCsvRows(const ResearchFacts& facts, const SessionResult& session, std::ostream& out);
 
 // An exact amount as a plain decimal: "-12.5", "1000", "0.0125".

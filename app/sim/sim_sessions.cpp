@@ -42,21 +42,6 @@ struct Capture {
   std::array<std::vector<BetTally>, kSeats> start{};
 };
 
-// The seat's bet rows with decisions, over every session of the table.
-std::vector<BetTally> TalliesOf(const Game& g, int seat) {
-  std::vector<BetTally> tallies;
-  const Statistics& st = g.Stats;
-  const int c = kAllScope + seat;
-  for (int b = 1; b <= kBets; ++b) {
-    const auto& w = st.BetStats[c][b];
-    if (w[0].raw == 0) continue;
-    tallies.push_back({b, w[0].raw / Money::kScale, st.BetWinStats[c][b][0].raw / Money::kScale,
-                       st.BetLossStats[c][b][0].raw / Money::kScale, w[1], st.BetWinStats[c][b][1],
-                       st.BetLossStats[c][b][1]});
-  }
-  return tallies;
-}
-
 // `now` less what a saved game had counted before the session.
 std::vector<BetTally> Since(std::vector<BetTally> now, const std::vector<BetTally>& before) {
   for (const BetTally& b : before)
@@ -82,10 +67,9 @@ void CaptureSeat(Game& g, int seat, void* data) {
   p.records.push_back(SessionRecordOf(g, seat));
   p.result = NetOf(g, seat) - play.startNet;
   p.rolls = g.Stats.SeatRolls[kAllScope + seat] - play.startRolls;
-  p.bets = Since(TalliesOf(g, seat), c.start[seat]);
+  p.bets = Since(BetTallies(g, kAllScope + seat), c.start[seat]);
   p.faults = g.AutoBet.FaultCount[seat];
-  p.firstFaults.clear();
-  for (const auto& f : g.AutoBet.FirstFaults[seat]) p.firstFaults.push_back({f.code, f.line, f.count});
+  p.firstFaults = FaultTallies(g, seat);
 }
 
 // The table's counters over every session of the table.
@@ -206,7 +190,7 @@ SessionResult PlaySession(Game& g, Runner& r, uint32_t runSeed, int64_t k) {
   for (int s = 1; s < kSeats; ++s) {
     if (!SeatOccupied(g, s)) continue;
     capture.index[s] = static_cast<int>(result.players.size());
-    capture.start[s] = TalliesOf(g, s);
+    capture.start[s] = BetTallies(g, kAllScope + s);
     PlayerSession p;
     p.buyIn = g.Bankroll[s];
     result.players.push_back(std::move(p));

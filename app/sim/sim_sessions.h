@@ -17,22 +17,10 @@
 #include <string>
 #include <vector>
 
+#include "app/sim/sim_report.h"
 #include "app/sim/sim_table.h"
 #include "engine/money.h"
 #include "stats/sessions_log_file.h"
-
-// One bet row's decisions in a session, as the statistics count them.
-struct BetTally {
-  int bet = 0;
-  int64_t decisions = 0, won = 0, lost = 0;
-  Money wagered, amountWon, amountLost;
-};
-
-// A kind of script fault and how often it came.
-struct FaultTally {
-  int32_t code = 0, line = 0;
-  int64_t count = 0;
-};
 
 // One player's session, as the player left the table.
 struct PlayerSession {
