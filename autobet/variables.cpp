@@ -17,6 +17,7 @@
 #include "autobet/statement_buffer.h"
 #include "engine/bet_limits.h"
 #include "engine/game_state.h"
+#include "engine/house_edge.h"
 #include "engine/resolution.h"
 #include "stats/roll_totals.h"
 #include "storage/language_text.h"
@@ -27,15 +28,6 @@ double Truth(bool b) { return b ? -1.0 : 0.0; }
 double Dollars(Money m) { return m.ToDouble(); }
 // Counts and roll numbers in the bet statistics are kept as whole dollars of Money.
 double Whole(Money m) { return static_cast<double>(m.raw / Money::kScale); }
-
-// The roll rate as a number of rolls per hour, whatever unit the rules keep it in.
-double RollsPerHour(const RuleSet& r) {
-  switch (r.RollRateUnit) {
-    case kPerMinute: return r.RollsPerTime * 60;
-    case kPerSecond: return r.RollsPerTime * 3600;
-    default: return r.RollsPerTime;
-  }
-}
 
 // Simulated hours of a scope column: the rolls the table made in that period at the
 // rule's roll rate.
@@ -105,30 +97,9 @@ bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, doubl
 
 // Payoff ratio, numerator or denominator (k = 0, 1, 2) of the row the bet is paid by now.
 bool BetPayoffRead(Game& g, int bet, int k, double& v) {
-  const RuleSet& r = g.Rules;
-  const int point = g.Table.Point;
-  const PayoffRow* row = &r.BetPayoff[bet];
-  switch (bet) {
-    case bet::PassLineOdds:
-    case bet::DontPassOdds:
-      if (point == 0) return Fault(g, 915 + k);
-      row = &r.BetPayoff[PointRow(bet == bet::PassLineOdds ? BetFamily::ComeOdds : BetFamily::DontComeOdds, point)];
-      break;
-    case bet::Field:
-    case bet::Midway:
-    case bet::SevenPoint7:
-    case bet::Fire:
-    case bet::HotRoller:
-    case bet::SharpShooter:
-    case bet::RideTheLine: return Fault(g, 918 + k);
-    case bet::PassLine:
-      if (point != 0) row = &r.BetPayoff[PointRow(BetFamily::ComeNumber, point)];
-      break;
-    case bet::DontPass:
-      if (point != 0) row = &r.BetPayoff[PointRow(BetFamily::DontComeNumber, point)];
-      break;
-    default: break;
-  }
+  int fault = 0;
+  const PayoffRow* row = PaidByRow(g.Rules, bet, g.Table.Point, fault);
+  if (row == nullptr) return Fault(g, fault + k);
   const double x = Dollars(row->PayoffPay), y = Dollars(row->PayoffFor);
   if (k == 1) v = x;
   else if (k == 2) v = y;
@@ -137,85 +108,10 @@ bool BetPayoffRead(Game& g, int bet, int k, double& v) {
   return true;
 }
 
-// The expected net of one unit wagered on `bet`, decision by decision: its payoff as the
-// table pays it now against the odds of the dice, less the vig where one is charged. The
-// bets whose payoff varies, or whose decision has more than two outcomes besides a push,
-// are refused as their payoff ratio is.
+// The edge of a unit on `bet` as the table pays it now.
 bool BetEdge(Game& g, int bet, double& edge) {
-  const RuleSet& rules = g.Rules;
-  const int point = g.Table.Point;
-  const auto ways = [](int n) { return 6 - std::abs(7 - n); };
-  static constexpr std::array<int, 6> kNumbers = {4, 5, 6, 8, 9, 10};
-  if (bet == bet::Field) {
-    // A one-roll bet paid by the row of each pair of dice.
-    edge = 0;
-    for (int d1 = 1; d1 <= 6; ++d1) {
-      for (int d2 = 1; d2 <= 6; ++d2) {
-        const PayoffRow& row = rules.FieldPayoff[static_cast<std::size_t>(FieldRow(d1, d2))];
-        if (row.PayoffFor.raw == 0) return Fault(g, 9999);
-        edge += Dollars(row.PayoffPay) / Dollars(row.PayoffFor) / 36;
-      }
-    }
-    return true;
-  }
-  double pWin = 0, pLose = 0;
-  double vigAlways = 0, vigOnWin = 0;  // parts of a unit
-  const auto number = [&](int n, bool right) {
-    const double w = ways(n);
-    pWin = right ? w / (w + 6) : 6 / (w + 6);
-    pLose = 1 - pWin;
-  };
-  if (bet >= bet::Lay4 && bet <= bet::DontCome10Odds) {
-    number(kNumbers[static_cast<std::size_t>((bet - bet::Lay4) % 6)], false);
-  } else if (bet >= bet::Come4 && bet <= bet::Buy10) {
-    number(kNumbers[static_cast<std::size_t>((bet - bet::Come4) % 6)], true);
-  } else if (bet == bet::PassLine || bet == bet::Come) {
-    // A line bet over its whole decision, from the come-out, whatever the point is now.
-    pWin = 244.0 / 495;
-    pLose = 251.0 / 495;
-  } else if (bet == bet::DontPass || bet == bet::DontCome) {
-    pWin = 949.0 / 1980;  // the barred craps number pushes
-    pLose = 244.0 / 495;
-  } else if (bet == bet::PassLineOdds || bet == bet::DontPassOdds) {
-    if (point == 0) return Fault(g, 915);
-    number(point, bet == bet::PassLineOdds);
-  } else if (bet == bet::Big6 || bet == bet::Big8) {
-    number(bet == bet::Big6 ? 6 : 8, true);
-  } else if (bet >= bet::Hard4 && bet <= bet::Hard10) {
-    pWin = 1.0 / (6 + ways(4 + 2 * (bet - bet::Hard4)));
-    pLose = 1 - pWin;
-  } else if (bet >= bet::Two && bet <= bet::Craps) {
-    static constexpr std::array<int, 6> kWays = {1, 2, 6, 2, 1, 4};  // 2, 3, 7, 11, 12, craps
-    pWin = kWays[static_cast<std::size_t>(bet - bet::Two)] / 36.0;
-    pLose = 1 - pWin;
-  } else if (bet >= bet::Hop13 && bet <= bet::Hop55) {
-    // The hop rows run 1-3 .. 5-5; the pairs among them come one way, the others two.
-    static constexpr std::array<bool, 17> kPair = {false, false, false, false, true, false, false, false, false,
-                                                   true,  false, false, false, true, false, false, true};
-    pWin = (kPair[static_cast<std::size_t>(bet - bet::Hop13)] ? 1 : 2) / 36.0;
-    pLose = 1 - pWin;
-  } else if (bet == bet::Over7 || bet == bet::Under7) {
-    pWin = 15.0 / 36;
-    pLose = 1 - pWin;
-  } else {
-    return Fault(g, 918);
-  }
-  double ratio = 0;
-  if (bet == bet::PassLine || bet == bet::Come || bet == bet::DontPass || bet == bet::DontCome) {
-    const PayoffRow& row = rules.BetPayoff[bet];
-    if (row.PayoffFor.raw == 0) return Fault(g, 9999);
-    ratio = Dollars(row.PayoffPay) / Dollars(row.PayoffFor);
-  } else if (!BetPayoffRead(g, bet, 0, ratio)) {
-    return false;
-  }
-  if (bet >= bet::Buy4 && bet <= bet::Buy10) {
-    (rules.ChargeAllBuy ? vigAlways : vigOnWin) = Dollars(rules.BuyVigPct);
-  } else if (bet >= bet::Lay4 && bet <= bet::Lay10) {
-    // The lay vig is a share of the win.
-    (rules.ChargeAllLay ? vigAlways : vigOnWin) = Dollars(rules.LayVigPct) * ratio;
-  }
-  edge = pWin * (ratio - vigOnWin) - pLose - vigAlways;
-  return true;
+  const int fault = BetEdge(g.Rules, bet, g.Table.Point, edge);
+  return fault == 0 || Fault(g, fault);
 }
 
 // Net (wins less losses) of a statistic.

@@ -82,6 +82,10 @@ struct AutomationState {
   // that a headless runner can place its standing bets; plain pointer, no allocation.
   void (*AfterRoll)(struct Game&, void*) = nullptr;
   void* AfterRollData = nullptr;
+  // When set, a finished session goes here instead of the seat's sessions log, so that a
+  // table on a worker thread hands its sessions to the run that owns it.
+  void (*SessionSink)(struct Game&, int seat, void*) = nullptr;
+  void* SessionSinkData = nullptr;
   uint32_t YieldCounter = 0;
 };
 

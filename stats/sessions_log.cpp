@@ -58,6 +58,10 @@ SessionRecord SessionRecordOf(const Game& g, int seat) {
 bool AddSessionRecord(Game& g, int seat, std::string& path) {
   constexpr const char* kLabel = "AddSessionRecord";
   if (seat < 1 || seat >= kSeats || !SeatOccupied(g, seat)) return false;
+  if (g.Auto.SessionSink) {
+    g.Auto.SessionSink(g, seat, g.Auto.SessionSinkData);
+    return true;
+  }
   const std::string target = path.empty() ? DefaultSessionsLogPath(g, seat) : path;
   if (target.empty()) return false;
   std::string error;

@@ -25,8 +25,9 @@ std::string DefaultSessionsLogPath(const Game& g, int seat);
 SessionRecord SessionRecordOf(const Game& g, int seat);
 
 // Appends the seat's session to its log, creating the log when the file is missing.
-// An empty `path` takes the default first. Does nothing for an empty seat. Label
-// "AddSessionRecord".
+// An empty `path` takes the default first. Does nothing for an empty seat. With the
+// table's SessionSink set, the session goes to the sink instead and no file is touched.
+// Label "AddSessionRecord".
 bool AddSessionRecord(Game& g, int seat, std::string& path);
 
 // A new session with no session written: the seat's log starts afresh. An existing

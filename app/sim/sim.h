@@ -47,13 +47,33 @@ struct SimDice {
   std::string popupFile;
 };
 
+// What a run of many sessions adds: the session rules, the workers, the shard it plays,
+// and the files it writes beside the report.
+struct SimResearch {
+  bool on = false;  // the sessions are independent, each on a table of its own
+  int threads = 0;  // 0: the cores of the machine
+  Money stopLoss;   // 0 for none
+  Money stopWin;    // 0 for none
+  double sessionHours = 0;
+  int shardIndex = 0;  // 1..shardCount; 0 plays every session
+  int shardCount = 0;
+  std::string partialFile;
+  std::string csvFile;
+};
+
+// dicehall-sim's commands besides a run.
+enum class SimCommand { Run, Compare, Merge };
+
 struct SimOptions {
+  SimCommand command = SimCommand::Run;
+  std::vector<std::string> files;  // compare: the two systems; merge: the partial result files
+  SimResearch research;
   std::vector<SimPlayer> players;
   std::vector<SimBet> bets;
   std::vector<SimHandling> handling;
   int64_t rolls = 1000;      // the run's rolls in all, whatever sessions a script starts
   int64_t sessions = 1;      // the runner's sessions, of sessionRolls each
-  int64_t sessionRolls = 0;  // 0: one session of `rolls`
+  int64_t sessionRolls = 0;  // 0: one session of `rolls` (or of --session-hours)
   bool seeded = false;
   uint32_t seed = 0;
   SimDice dice;
@@ -90,6 +110,7 @@ std::string FaultLine(const std::string& file, const struct CompileFault& fault)
 // The fixed seeded scenarios with their speed and signature.
 int RunSimBench(std::ostream& out);
 
-// Ctrl-C: the run stops after the roll in progress (a script cycle in progress stops
-// too). Set by the program's signal handler; tests may set it.
+// Ctrl-C: a single run stops after the roll in progress (a script cycle in progress
+// stops too); a run of sessions after the sessions in progress. Set by the program's
+// signal handler (it is safe there); tests may set it.
 void RequestSimStop();

@@ -43,13 +43,32 @@ const char* const kDescription =
     "placed again before the next roll. Every bet of the table is offered by its name, e.g.\n"
     "\"Place 6\", \"Hard 8\", \"Hop 23\", \"Don't Come 4 Odds\"; a bet that its rules refuse at a\n"
     "roll (a Come bet on the come-out, odds without their line bet) waits for a roll that allows it.\n"
-    "Sessions: each ends in every player's sessions log (NAME.slg in the data folder, appended to),\n"
-    "the last one too; a player's next session starts with the bankroll the last one ended with.\n"
-    "On a terminal a progress line shows on stderr; Ctrl-C stops after the roll in progress,\n"
-    "logs the session so far and prints the report of what was played.\n"
+    "A single run plays one table for --rolls; its session ends in every player's sessions log\n"
+    "(NAME.slg in the data folder, appended to). On a terminal a progress line shows on stderr;\n"
+    "Ctrl-C stops after the roll in progress, logs the session so far and prints the report.\n"
+    "A run of sessions (--sessions M with M > 1, or any of --threads, --shard, --stop-loss,\n"
+    "--stop-win, --session-hours, --csv) plays every session on a table of its own, set up from the\n"
+    "options, with the buy-ins, on --threads workers. Session k's dice come from a seed derived from\n"
+    "--seed and k alone (without --seed the run's seed comes from the clock and is printed), so the\n"
+    "report, --json, --csv and the logs are the same for any number of threads or shards. A player\n"
+    "walks away at --session-rolls N, --session-hours H, --stop-loss or --stop-win: no new bets, what\n"
+    "may come down comes down, and the player leaves once nothing is at risk (a line or Come bet with\n"
+    "its point is decided first, so a session may run a few rolls past N); one who can't make a bet\n"
+    "any more leaves broke. The session ends when everyone has left and reaches the logs whole, in\n"
+    "session order. A table of a session opens and writes no file: a script's output files are\n"
+    "refused (counted as the script's run-time faults in the report); --events-log, --record,\n"
+    "--playback, --popup, --reseed-sessions and --save go with single runs. Ctrl-C stops every worker\n"
+    "after its session in progress and reports the sessions played.\n"
+    "  dicehall-sim compare A.bet B.bet [options]: the two systems, each alone at the table as the\n"
+    "same player, play every session on the same dice; the report gives B - A with its confidence.\n"
+    "  dicehall-sim merge FILES... [--json] [--csv FILE] [--data-dir DIR]: the partial files of the\n"
+    "shards of one run (--shard I/N --partial FILE) make the report of the unsharded run, and their\n"
+    "sessions reach the logs.\n"
+    "A run holds the data folder's lock (dicehall.lock) while it writes there; a second run on the\n"
+    "same folder is refused with exit code 1 rather than mixing its files with the first one's.\n"
     "Exit codes: 0 after the rolls or when the table stops by itself (the report's first line then\n"
-    "says how many rolls were played and why), 1 for a script or file fault, 2 for bad options or\n"
-    "rules, 130 when interrupted.";
+    "says how many rolls were played and why), 1 for a script or file fault or a folder in use, 2 for\n"
+    "bad options or rules, 130 when interrupted.";
 
 // "[NAME=]ACTION": an action's name or number, with the rule of modify and set.
 void ParseHandling(const std::string& text, SimHandling& h) {
@@ -193,12 +212,50 @@ void CheckDiceSources(const SimOptions& o, bool fromRollGiven) {
     Refuse("--prb shapes the dice of the generators; with --playback or --popup no generator rolls.");
 }
 
+// "AMOUNT" above 0, for the stops.
+Money StopAmount(const char* option, const std::string& text) {
+  Money m;
+  std::string error;
+  if (!ParseMoney(text, m, error)) Refuse(std::string(option) + " " + text + ": " + error);
+  if (m.raw <= 0) Refuse(std::string(option) + " " + text + ": the amount must be above 0.");
+  return m;
+}
+
+// "I/N", the I-th of N slices of the sessions.
+void ParseShard(const std::string& text, SimOptions& o) {
+  std::string left, right;
+  const auto number = [](const std::string& t, int& n) {
+    if (t.empty() || t.size() > 9 || t.find_first_not_of("0123456789") != std::string::npos) return false;
+    n = std::stoi(t);
+    return true;
+  };
+  if (!SplitOnce(text, '/', left, right) || !number(left, o.research.shardIndex) ||
+      !number(right, o.research.shardCount) || o.research.shardIndex < 1 ||
+      o.research.shardIndex > o.research.shardCount)
+    Refuse("--shard " + text + ": expected I/N, the I-th of N slices, 1 <= I <= N (e.g. --shard 2/3).");
+  if (o.research.shardCount > o.sessions)
+    Refuse("--shard " + text + ": " + std::to_string(o.sessions) + " sessions make fewer than " +
+           std::to_string(o.research.shardCount) + " slices.");
+}
+
+// The options that set the table of one run only; a run of sessions refuses them.
+void RefuseSingleRunOptions(const CLI::App& app) {
+  for (const char* option :
+       {"--events-log", "--record", "--playback", "--from-roll", "--popup", "--reseed-sessions", "--save"})
+    if (app.count(option) > 0)
+      Refuse(std::string(option) +
+             " goes with a single run: the sessions of a run of many are played on tables of their own, which write "
+             "no file (give --sessions 1 and none of --threads, --shard, --stop-loss, --stop-win, --session-hours, "
+             "--csv).");
+}
+
 }  // namespace
 
 int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
   CLI::App app{kDescription, "dicehall-sim"};
   app.get_formatter()->column_width(34);
   std::vector<std::string> players, bets, onWin, onLose, autoPlay;
+  std::string stopLoss, stopWin, shard;
   int64_t seed = -1;
   app.add_option(
       "--player", players,
@@ -237,10 +294,31 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   app.add_option("--rolls", o.rolls,
                  "rolls to play in all, whatever sessions a script starts (default 1000; 0 plays none)")
       ->check(CLI::NonNegativeNumber);
-  app.add_option("--sessions", o.sessions, "M: play M sessions of --session-rolls rolls each (default 1)")
+  app.add_option("--sessions", o.sessions,
+                 "M: play M independent sessions, each on a table of its own, of --session-rolls rolls or "
+                 "--session-hours hours (default 1). Example: --sessions 10000 --session-rolls 500")
       ->check(CLI::Range(int64_t{1}, int64_t{1000000000}));
   app.add_option("--session-rolls", o.sessionRolls, "N: the rolls of each session of --sessions")
       ->check(CLI::PositiveNumber);
+  app.add_option("--session-hours", o.research.sessionHours,
+                 "H: a session lasts H hours at the table's rolls per hour (RollsPerTime, RollRateUnit; 120 an hour "
+                 "by default); with --session-rolls, whichever comes first")
+      ->check(CLI::PositiveNumber);
+  app.add_option("--stop-loss", stopLoss,
+                 "AMOUNT: a player walks away once the session's result (bankroll less what the session put in) is "
+                 "-AMOUNT or worse. Example: --stop-loss 200");
+  app.add_option("--stop-win", stopWin, "AMOUNT: a player walks away once the session's result is AMOUNT or better");
+  app.add_option("--threads", o.research.threads,
+                 "T: play the sessions on T workers (default: the cores of the machine); the results are the same "
+                 "for any T")
+      ->check(CLI::Range(1, 1024));
+  app.add_option("--shard", shard,
+                 "I/N: play the I-th of N equal slices of the sessions (the same sessions the whole run plays) into "
+                 "--partial FILE; needs --seed. Example: --shard 2/3 --partial part2.json");
+  app.add_option("--partial", o.research.partialFile, "FILE: the partial result file of --shard, for merge");
+  app.add_option("--csv", o.research.csvFile,
+                 "FILE: one row per session per player (session, player, rolls, result, drawdown, reason, handle, "
+                 "expected net...)");
   app.add_option("--seed", seed,
                  "seed of the selected generator, 1 to 2147483647, for #3 1 to 999999 (default: from the time of day)")
       ->check(CLI::Range(int64_t{1}, int64_t{2147483647}));
@@ -278,7 +356,21 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
   app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
-  AddOnlineOptions(app, o.online, players);  // last: it reads --rolls
+  AddOnlineOptions(app, o.online, players);  // after --rolls, which it reads
+  CLI::App* compare = app.add_subcommand(
+      "compare",
+      "A.bet B.bet [options]: both systems, each seated alone as the same player (--player NAME[:BANKROLL], default "
+      "Player:1000) with the same options, play every session on the same dice; prints B - A with its 95% "
+      "confidence interval and which system is ahead with what confidence. Writes no sessions log.");
+  compare->add_option("systems", o.files, "A.bet B.bet")->expected(2)->required();
+  compare->fallthrough();
+  CLI::App* merge = app.add_subcommand(
+      "merge",
+      "FILES... [--json] [--csv FILE] [--data-dir DIR]: merges the partial files of the shards of one run into the "
+      "report of the unsharded run, and appends their sessions to the logs in order");
+  merge->add_option("files", o.files, "the partial result files")->required();
+  merge->fallthrough();
+  app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -293,16 +385,61 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       o.seeded = true;
       o.seed = static_cast<uint32_t>(seed);
     }
-    const bool rollsGiven = app.count("--rolls") > 0, sessionsGiven = app.count("--sessions") > 0;
-    if (app.count("--session-rolls") > 0) {
-      if (rollsGiven) Refuse("--rolls is the run's rolls in all; with --session-rolls the run plays M x N rolls.");
-      o.rolls = o.sessions * o.sessionRolls;
-    } else if (sessionsGiven && o.sessions > 1) {
-      Refuse("--sessions needs --session-rolls N, the rolls of each session.");
+    if (merge->parsed()) {
+      o.command = SimCommand::Merge;
+      for (const CLI::Option* option : app.get_options())
+        if (option->count() > 0 && option->get_name() != "--json" && option->get_name() != "--csv" &&
+            option->get_name() != "--data-dir")
+          Refuse(
+              "merge takes the partial files, --json, --csv and --data-dir only: the run's options are in "
+              "the files.");
+      return -1;
     }
+    if (compare->parsed()) o.command = SimCommand::Compare;
+    SimResearch& r = o.research;
+    if (!stopLoss.empty()) r.stopLoss = StopAmount("--stop-loss", stopLoss);
+    if (!stopWin.empty()) r.stopWin = StopAmount("--stop-win", stopWin);
+    const bool rollsGiven = app.count("--rolls") > 0, sessionRollsGiven = app.count("--session-rolls") > 0;
+    r.on = o.command == SimCommand::Compare || o.sessions > 1 || app.count("--threads") > 0 || !shard.empty() ||
+           !stopLoss.empty() || !stopWin.empty() || r.sessionHours > 0 || !r.csvFile.empty();
+    if (r.on && OnlineMode(o.online))
+      Refuse(
+          "an online table is one table: --sessions, --threads, --shard, --csv, compare and the session rules "
+          "don't go with --host, --join or --lobby.");
+    if (sessionRollsGiven && rollsGiven)
+      Refuse("--rolls is the run's rolls in all; --session-rolls the rolls of each session: give one of them.");
+    if (r.on) {
+      RefuseSingleRunOptions(app);
+      if (!sessionRollsGiven && r.sessionHours <= 0) {
+        if (o.sessions > 1)
+          Refuse("--sessions needs --session-rolls N or --session-hours H, the length of each session.");
+        o.sessionRolls = o.rolls;  // one session of --rolls
+        if (o.sessionRolls == 0) Refuse("--rolls 0 plays no session.");
+      } else if (rollsGiven) {
+        Refuse("--rolls is a single run's rolls; a session lasts --session-rolls or --session-hours.");
+      }
+      if (!shard.empty()) {
+        ParseShard(shard, o);
+        if (r.partialFile.empty()) Refuse("--shard needs --partial FILE, the file its results go to.");
+        if (!o.seeded) Refuse("--shard needs --seed S, so that every shard plays the sessions of the same run.");
+        if (o.json || !r.csvFile.empty())
+          Refuse("--shard writes a partial result file; --json and --csv go with dicehall-sim merge.");
+      }
+    } else if (sessionRollsGiven) {
+      o.rolls = o.sessionRolls;
+    }
+    if (!r.partialFile.empty() && shard.empty()) Refuse("--partial goes with --shard I/N.");
     if (!o.gameFile.empty() && !players.empty())
       Refuse("--player can't be given with --game: the game brings its players.");
     AddPlayers(players, o);
+    if (o.command == SimCommand::Compare) {
+      if (!o.gameFile.empty() || !shard.empty())
+        Refuse("compare plays its two systems whole: --game and --shard don't go with it.");
+      if (o.sessions < 2) Refuse("compare needs --sessions M, M of 2 or more, to tell a difference from luck.");
+      if (o.players.size() > 1 || (!o.players.empty() && !o.players[0].script.empty()))
+        Refuse("compare seats one player who plays A, then B: give --player NAME[:BANKROLL], without a script.");
+      if (o.players.empty()) o.players.push_back({"Player", Money::Dollars(1000), ""});
+    }
     AddBets(bets, o);
     AddHandling(onWin, true, o);
     AddHandling(onLose, false, o);

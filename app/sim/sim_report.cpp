@@ -15,36 +15,6 @@ namespace {
 // The run is every session it played: the "All sessions" columns.
 constexpr int kRun = kAllScope;
 
-int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly) {
-  int32_t n = 0;
-  for (int t = 2; t <= 12; ++t) {
-    if (pointsOnly && (t == 2 || t == 3 || t == 7 || t == 11 || t == 12)) continue;
-    n += st.HandDecisions[column][t][which];
-  }
-  return n;
-}
-
-struct BetLine {
-  int bet;
-  int64_t decisions, won, lost;  // counts
-  Money wagered, amountWon, amountLost;
-};
-
-// The seat's bets that had decisions in the run, in bet order.
-std::vector<BetLine> BetLines(const Game& g, int seat) {
-  std::vector<BetLine> lines;
-  const Statistics& st = g.Stats;
-  const int c = kRun + seat;
-  for (int b = 1; b <= kBets; ++b) {
-    const auto& w = st.BetStats[c][b];
-    if (w[0].raw == 0) continue;
-    lines.push_back({b, w[0].raw / Money::kScale, st.BetWinStats[c][b][0].raw / Money::kScale,
-                     st.BetLossStats[c][b][0].raw / Money::kScale, w[1], st.BetWinStats[c][b][1],
-                     st.BetLossStats[c][b][1]});
-  }
-  return lines;
-}
-
 // The dice as rolled against fair dice: the chi-square test of the eleven totals.
 ChiSquareTest DiceTest(const Game& g) {
   RollTotalsRequest request;
@@ -57,6 +27,63 @@ std::string Percent(double part, double whole) {
   return whole == 0 ? "-" : fmt::format("{:.2f}%", 100.0 * part / whole);
 }
 
+std::string Dollars(double d) { return DollarText(Money::FromDouble(d)); }
+
+}  // namespace
+
+std::vector<BetTally> BetTallies(const Game& g, int c) {
+  std::vector<BetTally> tallies;
+  const Statistics& st = g.Stats;
+  for (int b = 1; b <= kBets; ++b) {
+    const auto& w = st.BetStats[c][b];
+    if (w[0].raw == 0) continue;
+    tallies.push_back({b, w[0].raw / Money::kScale, st.BetWinStats[c][b][0].raw / Money::kScale,
+                       st.BetLossStats[c][b][0].raw / Money::kScale, w[1], st.BetWinStats[c][b][1],
+                       st.BetLossStats[c][b][1]});
+  }
+  return tallies;
+}
+
+std::vector<FaultTally> FaultTallies(const Game& g, int seat) {
+  std::vector<FaultTally> faults;
+  for (const auto& f : g.AutoBet.FirstFaults[seat]) faults.push_back({f.code, f.line, f.count});
+  return faults;
+}
+
+std::string BetLineText(const BetTally& b) {
+  const Money net = b.amountWon - b.amountLost;
+  return fmt::format("{}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)", BetName(b.bet),
+                     b.decisions, DollarText(b.wagered), DollarText(b.amountWon), DollarText(b.amountLost),
+                     DollarText(net), Percent(net.ToDouble(), b.wagered.ToDouble()),
+                     Percent(double(b.won), double(b.decisions)));
+}
+
+nlohmann::json BetJson(const BetTally& b) {
+  return {{"bet", std::string(BetName(b.bet))},
+          {"decisions", b.decisions},
+          {"won", b.won},
+          {"lost", b.lost},
+          {"wagered", b.wagered.ToDouble()},
+          {"amount_won", b.amountWon.ToDouble()},
+          {"amount_lost", b.amountLost.ToDouble()},
+          {"net", (b.amountWon - b.amountLost).ToDouble()}};
+}
+
+void WriteScriptFaults(const std::string& file, int64_t faults, const std::vector<FaultTally>& first,
+                       std::ostream& out) {
+  out << fmt::format("  script {}: {} run-time fault{}\n", file, faults, faults == 1 ? "" : "s");
+  for (const FaultTally& f : first)
+    out << fmt::format("    line {}: {} ({}), {} time{}\n", f.line, OneLineText(RunErrorText(f.code)), f.code, f.count,
+                       f.count == 1 ? "" : "s");
+}
+
+nlohmann::json ScriptJson(const std::string& file, int64_t faults, const std::vector<FaultTally>& first) {
+  nlohmann::json list = nlohmann::json::array();
+  for (const FaultTally& f : first)
+    list.push_back({{"code", f.code}, {"line", f.line}, {"text", RunErrorText(f.code)}, {"count", f.count}});
+  return {{"file", file}, {"faults", faults}, {"first_faults", std::move(list)}};
+}
+
 std::string OneLineText(std::string text) {
   for (char& c : text)
     if (c == '\n') c = ' ';
@@ -67,9 +94,14 @@ std::string OneLineText(std::string text) {
   return out;
 }
 
-std::string Dollars(double d) { return DollarText(Money::FromDouble(d)); }
-
-}  // namespace
+int32_t SumDecisions(const Statistics& st, int column, int which, bool pointsOnly) {
+  int32_t n = 0;
+  for (int t = 2; t <= 12; ++t) {
+    if (pointsOnly && (t == 2 || t == 3 || t == 7 || t == 11 || t == 12)) continue;
+    n += st.HandDecisions[column][t][which];
+  }
+  return n;
+}
 
 SessionSpread SpreadOf(const std::vector<SessionRecord>& records) {
   SessionSpread s;
@@ -126,20 +158,9 @@ void WriteTextReport(const Game& g, const RunOutcome& run, const std::vector<Ses
       out << fmt::format("  sessions: {}, result mean {}, sd {}, min {}, max {}, {:.2f}% won\n", d.count,
                          Dollars(d.mean), Dollars(d.sd), Dollars(d.min), Dollars(d.max), 100.0 * d.wonShare);
     }
-    if (g.ScriptActive[s] || !g.ScriptFile[s].empty()) {
-      const int64_t count = g.AutoBet.FaultCount[s];
-      out << fmt::format("  script {}: {} run-time fault{}\n", g.ScriptFile[s], count, count == 1 ? "" : "s");
-      for (const auto& fault : g.AutoBet.FirstFaults[s])
-        out << fmt::format("    line {}: {} ({}), {} time{}\n", fault.line, OneLineText(RunErrorText(fault.code)),
-                           fault.code, fault.count, fault.count == 1 ? "" : "s");
-    }
-    for (const BetLine& l : BetLines(g, s)) {
-      const Money netBet = l.amountWon - l.amountLost;
-      out << fmt::format("  {}: {} decisions, wagered {}, won {}, lost {}, net {} ({} of wagered; {} won)\n",
-                         BetName(l.bet), l.decisions, DollarText(l.wagered), DollarText(l.amountWon),
-                         DollarText(l.amountLost), DollarText(netBet), Percent(netBet.ToDouble(), l.wagered.ToDouble()),
-                         Percent(double(l.won), double(l.decisions)));
-    }
+    if (g.ScriptActive[s] || !g.ScriptFile[s].empty())
+      WriteScriptFaults(g.ScriptFile[s], g.AutoBet.FaultCount[s], FaultTallies(g, s), out);
+    for (const BetTally& b : BetTallies(g, kRun + s)) out << "  " << BetLineText(b) << "\n";
   }
 }
 
@@ -174,24 +195,10 @@ void WriteJsonReport(const Game& g, const RunOutcome& run, const std::vector<Ses
                        {"min", d.min},     {"max", d.max},   {"won_share", d.wonShare}};
     }
     json bets = json::array();
-    for (const BetLine& l : BetLines(g, s))
-      bets.push_back({{"bet", std::string(BetName(l.bet))},
-                      {"decisions", l.decisions},
-                      {"won", l.won},
-                      {"lost", l.lost},
-                      {"wagered", money(l.wagered)},
-                      {"amount_won", money(l.amountWon)},
-                      {"amount_lost", money(l.amountLost)},
-                      {"net", money(l.amountWon - l.amountLost)}});
+    for (const BetTally& b : BetTallies(g, kRun + s)) bets.push_back(BetJson(b));
     p["bets"] = std::move(bets);
-    if (!g.ScriptFile[s].empty()) {
-      json first = json::array();
-      for (const auto& fault : g.AutoBet.FirstFaults[s])
-        first.push_back(
-            {{"code", fault.code}, {"line", fault.line}, {"text", RunErrorText(fault.code)}, {"count", fault.count}});
-      p["script"] = {
-          {"file", g.ScriptFile[s]}, {"faults", g.AutoBet.FaultCount[s]}, {"first_faults", std::move(first)}};
-    }
+    if (!g.ScriptFile[s].empty())
+      p["script"] = ScriptJson(g.ScriptFile[s], g.AutoBet.FaultCount[s], FaultTallies(g, s));
     players.push_back(std::move(p));
   }
   report["players"] = std::move(players);

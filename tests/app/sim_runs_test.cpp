@@ -137,9 +137,11 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
 
 // ---- Sessions. ------------------------------------------------------------------------
 
+// Sessions are independent: each starts from the buy-in, and a player walks away at the
+// session's length once nothing is at risk (a one-roll bettor at once, a line bettor
+// once the line is decided).
 TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
   TempDir dir;
-  // A system whose unit lives in a CheckStack keeps it from session to session.
   Write(dir.path / "unit.bet",
         "If initializing script Then cs1 = 5\nEndIf\n"
         "If next roll is a comeout roll and passline = 0 Then Bet cs1 on passline\nEndIf\n");
@@ -155,21 +157,23 @@ TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
   SimRun r = Sim(args, dir.path.string());
   ASSERT_EQ(r.code, 0) << r.err;
   const json report = json::parse(r.out);
-  EXPECT_EQ(report["rolls"], 20000);
+  EXPECT_EQ(report["sessions"]["played"], 20);
+  EXPECT_GE(report["rolls"].get<int64_t>(), 20000);
   for (const json& p : report["players"]) {
-    const std::vector<SessionRecord> records = Sessions(dir.path / (p["name"].get<std::string>() + ".slg"));
+    const std::string name = p["name"].get<std::string>();
+    const std::vector<SessionRecord> records = Sessions(dir.path / (name + ".slg"));
     ASSERT_EQ(records.size(), 20u);
     double sum = 0;
-    int64_t rolls = 0;
     for (const SessionRecord& s : records) {
       sum += (s[slg::Ending] - s[slg::Invested]).ToDouble();
-      rolls += s[slg::Rolls].raw / Money::kScale;
+      EXPECT_EQ(s[slg::Invested].ToDouble(), p["buy_in"].get<double>()) << name << ": every session buys in afresh";
+      EXPECT_GT(s[slg::BetsDecided].raw, 0) << "every session was played";
+      const int64_t rolls = s[slg::Rolls].raw / Money::kScale;
+      if (name == "Bob") EXPECT_EQ(rolls, 1000);
+      else EXPECT_TRUE(rolls >= 1000 && rolls < 1100) << name << " " << rolls;
     }
-    EXPECT_EQ(rolls, 20000);
-    for (const SessionRecord& s : records) EXPECT_GT(s[slg::BetsDecided].raw, 0) << "every session was played";
-    EXPECT_EQ(p["sessions"]["count"], 20);
-    EXPECT_NEAR(p["sessions"]["mean"].get<double>(), sum / 20, 1e-9);
-    EXPECT_EQ(records.back()[slg::Ending].ToDouble(), p["bankroll"].get<double>());
+    EXPECT_EQ(p["sessions"], 20);
+    EXPECT_NEAR(p["result"]["mean"].get<double>(), sum / 20, 1e-9);
   }
   ASSERT_EQ(Sim(args, dir.path.string()).code, 0);
   EXPECT_EQ(Sessions(dir.path / "Ann.slg").size(), 40u) << "a second run appends";
@@ -191,8 +195,8 @@ TEST(SimSessions, RollsCountTheWholeRunWhateverSessionsAScriptStarts) {
   for (const SessionRecord& s : records) EXPECT_EQ(s[slg::Rolls], Money::Dollars(100));
 }
 
-// Ctrl-C: the process stops after its roll, logs the session so far, and every log holds
-// whole records only.
+// Ctrl-C: every worker finishes its session in progress; the logs hold the sessions
+// played, whole, the same ones for every player.
 TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
   TempDir dir;
   const std::string data = dir.path.string();
@@ -202,8 +206,8 @@ TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
     const int null = open("/dev/null", O_WRONLY);
     dup2(null, STDOUT_FILENO);
     execl(DICEHALL_SIM_PATH, "dicehall-sim", "--data-dir", data.c_str(), "--sessions", "1000000", "--session-rolls",
-          "997", "--player", "Ann:-1", "--player", "Bob:-1", "--bet", "Ann:Pass Line=10", "--bet", "Bob:Place 6=12",
-          static_cast<char*>(nullptr));
+          "997", "--threads", "2", "--player", "Ann:-1", "--player", "Bob:-1", "--bet", "Ann:Pass Line=10", "--bet",
+          "Bob:Place 6=12", static_cast<char*>(nullptr));
     _exit(127);
   }
   const fs::path slg = dir.path / "Bob.slg";
@@ -214,12 +218,13 @@ TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
   ASSERT_EQ(waitpid(pid, &status, 0), pid);
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 130);
-  for (const char* name : {"Ann.slg", "Bob.slg"}) {
-    const std::vector<SessionRecord> records = Sessions(dir.path / name);
-    EXPECT_GE(records.size(), 20u);
-    EXPECT_EQ(fs::file_size(dir.path / name), 256 * (records.size() + 1)) << name;
-    EXPECT_NE(records.back()[slg::Rolls].raw % (997 * Money::kScale), 0) << "the session in progress is logged";
-  }
+  const std::vector<SessionRecord> ann = Sessions(dir.path / "Ann.slg"), bob = Sessions(slg);
+  EXPECT_GE(bob.size(), 20u);
+  EXPECT_EQ(ann.size(), bob.size());
+  for (const char* name : {"Ann.slg", "Bob.slg"})
+    EXPECT_EQ(fs::file_size(dir.path / name), 256 * (bob.size() + 1)) << name;
+  for (const SessionRecord& s : bob) EXPECT_EQ(s[slg::Rolls], Money::Dollars(997)) << "no session is cut short";
+  for (const SessionRecord& s : ann) EXPECT_GE(s[slg::Rolls], Money::Dollars(997));
 }
 
 // ---- Rules. ---------------------------------------------------------------------------

@@ -119,7 +119,9 @@ TEST(SimProgram, PressingOnWinsWagersMoreThanFlatBetting) {
 TEST(SimProgram, HelpListsEveryOption) {
   SimRun r = Sim({"--help"});
   EXPECT_EQ(r.code, 0);
-  for (const char* option : {"--player", "--bet", "--rolls", "--seed", "--data-dir", "--bench"})
+  for (const char* option :
+       {"--player", "--bet", "--rolls", "--seed", "--data-dir", "--bench", "--threads", "--stop-loss", "--stop-win",
+        "--session-hours", "--shard", "--partial", "--csv", "compare", "merge"})
     EXPECT_NE(r.out.find(option), std::string::npos) << option;
 }
 

@@ -1,0 +1,88 @@
+// The exact edge of the bets against the house edges worked out by hand from the dice.
+
+#include "engine/house_edge.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "engine/bets.h"
+
+namespace {
+
+struct EdgeCase {
+  const char* bet;
+  int point;
+  std::optional<double> edge;      // of BetEdge; none when it can't be given
+  std::optional<double> decision;  // of DecisionEdge
+};
+
+class HouseEdge : public testing::TestWithParam<EdgeCase> {};
+
+TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
+  const EdgeCase& c = GetParam();
+  RuleSet rules;
+  SetDefaultRules(rules);
+  const int bet = FindBetByName(c.bet);
+  ASSERT_NE(bet, 0) << c.bet;
+  double edge = 99;
+  EXPECT_EQ(BetEdge(rules, bet, c.point, edge) == 0, c.edge.has_value()) << c.bet;
+  if (c.edge) EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
+  double decision = 99;
+  EXPECT_EQ(DecisionEdge(rules, bet, decision), c.decision.has_value()) << c.bet;
+  if (c.decision) EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DefaultRules, HouseEdge,
+    testing::Values(EdgeCase{"Pass Line", 0, -7.0 / 495, -7.0 / 495}, EdgeCase{"Don't Pass", 0, -3.0 / 220, -3.0 / 220},
+                    // The Come row keeps the bets decided on their first roll: 7 and 11 win, 2, 3 and 12 lose.
+                    EdgeCase{"Come", 0, -7.0 / 495, 1.0 / 3}, EdgeCase{"Don't Come", 0, -3.0 / 220, -5.0 / 11},
+                    EdgeCase{"Place 6", 0, -1.0 / 66, -1.0 / 66}, EdgeCase{"Place 5", 0, -1.0 / 25, -1.0 / 25},
+                    EdgeCase{"Place 10", 0, -1.0 / 15, -1.0 / 15}, EdgeCase{"Big 8", 0, -1.0 / 11, -1.0 / 11},
+                    EdgeCase{"Field", 0, -1.0 / 18, -1.0 / 18}, EdgeCase{"Hard 8", 0, -1.0 / 11, -1.0 / 11},
+                    EdgeCase{"Hard 4", 0, -1.0 / 9, -1.0 / 9}, EdgeCase{"Seven", 0, -1.0 / 6, -1.0 / 6},
+                    EdgeCase{"Two", 0, -5.0 / 36, -5.0 / 36},
+                    // The lay vig of 5% of the win is charged up front, a part of the unit.
+                    EdgeCase{"Lay 4", 0, -0.025, -0.025},
+                    // True odds: no edge on any point, so none over all of them either.
+                    EdgeCase{"Pass Line Odds", 4, 0.0, 0.0}, EdgeCase{"Don't Pass Odds", 0, std::nullopt, 0.0},
+                    EdgeCase{"Fire", 0, std::nullopt, std::nullopt},
+                    EdgeCase{"7 Point 7", 0, std::nullopt, std::nullopt}));
+
+TEST(HouseEdge, FollowsTheTablesPayoffs) {
+  RuleSet rules;
+  SetDefaultRules(rules);
+  const int place6 = FindBetByName("Place 6"), odds = FindBetByName("Pass Line Odds");
+  rules.BetPayoff[place6].PayoffPay = Money::Dollars(6);  // even money for 6 to 6
+  double edge = 0;
+  ASSERT_EQ(BetEdge(rules, place6, 0, edge), 0);
+  EXPECT_NEAR(edge, -1.0 / 11, 1e-12);
+  // Odds paid short on the 4 only: the odds row then has no single edge.
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffPay = Money::Dollars(3);
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffFor = Money::Dollars(2);
+  ASSERT_EQ(BetEdge(rules, odds, 4, edge), 0);
+  EXPECT_NEAR(edge, 1.0 / 3 * 1.5 - 2.0 / 3, 1e-12);
+  ASSERT_EQ(BetEdge(rules, odds, 10, edge), 0);
+  EXPECT_NEAR(edge, 0, 1e-12);
+  EXPECT_FALSE(DecisionEdge(rules, odds, edge));
+  rules.BetPayoff[place6].PayoffFor = Money{};
+  EXPECT_EQ(BetEdge(rules, place6, 0, edge), 9999) << "a payoff for 0";
+}
+
+TEST(HouseEdge, RollsPerHourInEveryUnit) {
+  RuleSet rules;
+  SetDefaultRules(rules);
+  EXPECT_DOUBLE_EQ(RollsPerHour(rules), 120);
+  const struct {
+    int unit;
+    double perTime, hour;
+  } cases[] = {{kPerHour, 90, 90}, {kPerMinute, 2.5, 150}, {kPerSecond, 0.5, 1800}};
+  for (const auto& c : cases) {
+    rules.RollRateUnit = c.unit;
+    rules.RollsPerTime = c.perTime;
+    EXPECT_DOUBLE_EQ(RollsPerHour(rules), c.hour) << c.unit;
+  }
+}
+
+}  // namespace
