@@ -295,6 +295,7 @@ void RuleBlocks(RecordIo& io, Game& g) {
 
 void StatisticsBlocks(RecordIo& io, Statistics& s) {
   const int32_t kMax = INT32_MAX;
+  if (io.Reading()) s.UncheckedRolls = 0;  // counters read from a file are scanned again
   io.Words([&](Run& r) {
     for (auto& column : s.RollCount)
       for (int32_t& v : column) r.Int(v, 0, kMax);
