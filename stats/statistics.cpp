@@ -384,8 +384,7 @@ void RollOverHand(Statistics& s, const std::array<bool, kSeats>& occupied) {
       const std::bitset<kStatBetRows> rows = s.BetRowsUsed[c] | s.BetRowsUsed[c + kLastHandScope];
       s.BetRowsUsed[c + kLastHandScope] = s.BetRowsUsed[c];
       s.BetRowsUsed[c].reset();
-      for (int b = 1; b <= kBets; ++b) {
-        if (!rows.test(static_cast<size_t>(b))) continue;
+      for (size_t b = rows._Find_next(0); b <= kBets; b = rows._Find_next(b)) {
         s.BetStats[c + kLastHandScope][b] = s.BetStats[c][b];
         s.BetWinStats[c + kLastHandScope][b] = s.BetWinStats[c][b];
         s.BetLossStats[c + kLastHandScope][b] = s.BetLossStats[c][b];
