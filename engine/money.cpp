@@ -10,6 +10,19 @@ Money Money::FromDouble(double d) {
 }
 
 Money MulMoney(Money a, Money b) {
+  // In 64 bits when the product fits, as it does for every amount of a table; the same
+  // quotient and remainder as in 128.
+  int64_t p64;
+  if (!__builtin_mul_overflow(a.raw, b.raw, &p64)) {
+    int64_t q = p64 / Money::kScale;
+    int64_t r = p64 % Money::kScale;
+    if (r < 0) {
+      r += Money::kScale;
+      q -= 1;
+    }
+    if (2 * r > Money::kScale || (2 * r == Money::kScale && (q & 1))) q += 1;
+    return Money::FromRaw(q);
+  }
   __int128 p = static_cast<__int128>(a.raw) * b.raw;
   __int128 q = p / Money::kScale;
   __int128 r = p % Money::kScale;
@@ -23,6 +36,13 @@ Money MulMoney(Money a, Money b) {
 
 Money MulDivMoney(Money a, Money x, Money y) {
   if (y.raw == 0) return Money{};
+  int64_t n64;
+  // 64 bits when the product fits (and the quotient can't overflow): the same result.
+  if (!__builtin_mul_overflow(a.raw, x.raw, &n64) && y.raw != -1) {
+    int64_t q = n64 / y.raw;
+    if ((n64 % y.raw != 0) && ((n64 < 0) != (y.raw < 0))) q -= 1;
+    return Money::FromRaw(q);
+  }
   __int128 n = static_cast<__int128>(a.raw) * x.raw;
   __int128 d = y.raw;
   __int128 q = n / d;
