@@ -687,7 +687,18 @@ int GroupSize(int v) {
 }
 
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
-  const ReferencePieces r = ReadPieces(group);
+  return ReadReference(g, ReadPieces(group), out);
+}
+
+bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
+  const int seat = SeatOfPiece(g, piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  out = {kCodeNumber, Dollars(g.BetAmount[seat][row])};
+  return true;
+}
+
+bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out) {
+  if (IsAmountRead(r)) return ReadAmount(g, r.piece, r.v, out);
   const int seat = SeatOfPiece(g, r.piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
   const int v = r.v;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "autobet/tokens.h"
 
@@ -58,6 +59,15 @@ double Share(double part, double whole);
 // Reads the reference group at `group` (a -11 or -12 record followed by its pieces) into
 // a number or string record. Sets RunError (and returns false) on a fault.
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
+// The same for a group already read into its parts (ReadVariable is ReadPieces, then this).
+bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out);
+// The reads scripts make most, kept apart so that a plan makes them without the whole
+// dispatch: the amount of bet row `row` (a bet read with Y34, or a checkstack) of the seat
+// that player piece `piece` names.
+bool ReadAmount(Game& g, int piece, int row, TokenRecord& out);
+inline bool IsAmountRead(const ReferencePieces& r) {
+  return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
+}
 
 // Replaces the variable record at buffer index `position` by its value. Returns the number
 // of piece records that follow it, which the caller then removes.
@@ -71,6 +81,20 @@ int AssignFunction(Game& g, int position);
 // A function in target form (-2: a bet family with its number, CS( ), CSN( )) becomes
 // the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
 void ResolveTargetFunction(Game& g, int position);
+
+// Where the call at `position` of a buffer (records 1..length) ends: its close bracket (0
+// when it has none), the reference pieces after it, and how many records AssignFunction
+// consumes after the function record. Reads the records' codes only.
+struct CallExtent {
+  int close = 0;
+  int pieces = 0;
+  int consumed = 0;
+};
+CallExtent LocateCallExtent(const std::vector<TokenRecord>& buffer, int length, int position);
+// The variable that numbered form `f` (a bet family, CS, CSN) names with argument `n`, its
+// group to have `pieces` pieces: 0, with RunError set, when it names none. What
+// ResolveTargetFunction makes of a call with one argument.
+int NamedVariable(Game& g, int f, double n, int pieces);
 
 // The roll counters V2600..V2605 of a scope column: come-out rolls, passes and misses,
 // each as a count and a share. With `total` 0 over the totals Y names (Y0 all, Y14
