@@ -9,20 +9,7 @@ Money Money::FromDouble(double d) {
   return FromRaw(static_cast<int64_t>(std::nearbyint(d * static_cast<double>(kScale))));
 }
 
-Money MulMoney(Money a, Money b) {
-  // In 64 bits when the product fits, as it does for every amount of a table; the same
-  // quotient and remainder as in 128.
-  int64_t p64;
-  if (!__builtin_mul_overflow(a.raw, b.raw, &p64)) {
-    int64_t q = p64 / Money::kScale;
-    int64_t r = p64 % Money::kScale;
-    if (r < 0) {
-      r += Money::kScale;
-      q -= 1;
-    }
-    if (2 * r > Money::kScale || (2 * r == Money::kScale && (q & 1))) q += 1;
-    return Money::FromRaw(q);
-  }
+Money MulMoneyWide(Money a, Money b) {
   __int128 p = static_cast<__int128>(a.raw) * b.raw;
   __int128 q = p / Money::kScale;
   __int128 r = p % Money::kScale;
@@ -34,35 +21,14 @@ Money MulMoney(Money a, Money b) {
   return Money::FromRaw(static_cast<int64_t>(q));
 }
 
-Money MulDivMoney(Money a, Money x, Money y) {
+Money MulDivMoneyWide(Money a, Money x, Money y) {
   if (y.raw == 0) return Money{};
-  int64_t n64;
-  // 64 bits when the product fits (and the quotient can't overflow): the same result.
-  if (!__builtin_mul_overflow(a.raw, x.raw, &n64) && y.raw != -1) {
-    int64_t q = n64 / y.raw;
-    if ((n64 % y.raw != 0) && ((n64 < 0) != (y.raw < 0))) q -= 1;
-    return Money::FromRaw(q);
-  }
   __int128 n = static_cast<__int128>(a.raw) * x.raw;
   __int128 d = y.raw;
   __int128 q = n / d;
   if ((n % d != 0) && ((n < 0) != (d < 0))) q -= 1;
   return Money::FromRaw(static_cast<int64_t>(q));
 }
-
-int64_t FloorDiv(Money a, Money unit) {
-  if (unit.raw == 0) return 0;
-  int64_t q = a.raw / unit.raw;
-  if ((a.raw % unit.raw != 0) && ((a.raw < 0) != (unit.raw < 0))) q -= 1;
-  return q;
-}
-
-Money FloorToUnit(Money a, Money unit) {
-  if (unit.raw == 0) return a;
-  return Money::FromRaw(FloorDiv(a, unit) * unit.raw);
-}
-
-bool IsMultipleOf(Money a, Money unit) { return unit.raw != 0 && a.raw % unit.raw == 0; }
 
 namespace {
 

@@ -193,7 +193,8 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   const TableState& t = g.Table;
   const bool pointOn = t.Point != 0;
   const bool exceeds = amount + change > base;
-  const std::string name(p.on ? BetName(bet) : std::string_view{});
+  // The bet's name, made only for a message.
+  const auto name = [bet] { return std::string(BetName(bet)); };
   auto refuse = [&](auto text, int help) {
     if (p.on) p.Say(text(), help, kRuleClass);
     return true;
@@ -256,7 +257,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
             [&] {
               const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
               const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
-              return "You may not make or increase " + std::string(kind) + name + " bet while any " + adjective +
+              return "You may not make or increase " + std::string(kind) + name() + " bet while any " + adjective +
                      "numbers are marked.";
             },
             510);
@@ -264,19 +265,21 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     }
     case bet::FourRollsNo7:
       if (t.FourRollCount > 0 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet if the count is in progress."; },
+        return refuse([&] { return "You may not make or increase a " + name() + " bet if the count is in progress."; },
                       510);
       return false;
     case bet::Point7:
     case bet::SevenPoint7:
       if (pointOn && exceeds)
         return refuse(
-            [&] { return "You may not make or increase a " + name + " bet unless the shooter is on a come-out roll."; },
+            [&] {
+              return "You may not make or increase a " + name() + " bet unless the shooter is on a come-out roll.";
+            },
             510);
       return false;
     case bet::HotRoller:
       if (g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet until the next seven rolls."; },
+        return refuse([&] { return "You may not make or increase a " + name() + " bet until the next seven rolls."; },
                       510);
       return false;
     case bet::SharpShooter:
@@ -284,7 +287,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     case bet::Fire:
       if (g.Stats.RollCount[kHandScope][0] > 0 && exceeds)
         return refuse(
-            [&] { return "You may not make or increase a " + name + " bet after the shooter has started a hand."; },
+            [&] { return "You may not make or increase a " + name() + " bet after the shooter has started a hand."; },
             510);
       return false;
     default: break;
@@ -306,7 +309,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     if (g.BetAmount[seat][bet - 6].raw <= 0)
       return refuse(
           [&] {
-            return "You may not make a " + name + " bet until you've established a " + std::string(BetName(bet - 6)) +
+            return "You may not make a " + name() + " bet until you've established a " + std::string(BetName(bet - 6)) +
                    " bet.";
           },
           bet >= bet::Come4Odds ? 45 : 48);
@@ -315,7 +318,8 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   if (bet >= bet::Repeater2 && bet <= bet::Repeater12) {
     const int n = bet - bet::Repeater2 + (bet - bet::Repeater2 < 5 ? 2 : 3);
     if (t.RepeaterCount[n] > 0 && exceeds)
-      return refuse([&] { return "You may not make or increase a " + name + " bet while any hits are marked."; }, 510);
+      return refuse([&] { return "You may not make or increase a " + name() + " bet while any hits are marked."; },
+                    510);
   }
   return false;
 }
