@@ -8,9 +8,7 @@
 #include <vector>
 
 #include "autobet/tokens.h"
-
-struct Game;
-struct AutoBetProgram;
+#include "engine/game_state.h"
 
 // A record read as a number: numbers as they are, strings by the numeric value at the
 // head of their text (Val), anything else 0.
@@ -31,10 +29,28 @@ std::string_view StringView(const Game& g, int code, double value, std::string& 
 
 // The seat that a player piece names: 10 shooter, 11 last shooter, 12 original shooter,
 // 13 the selected player, 14 the Bettor, 15 no one (0), otherwise the piece itself.
-int SeatOfPiece(const Game& g, int piece);
+inline int SeatOfPiece(const Game& g, int piece) {
+  const int selected = g.AutoBet.SelectedSeat;
+  switch (piece) {
+    case 10: return g.Table.Shooter;
+    case 11: return g.Table.LastHandShooter;
+    case 12: return g.Table.HandShooter;
+    case 13: return selected;
+    case 14: return g.AutoBet.Bettor != 0 ? g.AutoBet.Bettor : selected;
+    case 15: return 0;
+    default: return piece;
+  }
+}
 
 // How many piece records follow a variable record of V number `v` (0, 1, 2, 3 or 4).
-int GroupSize(int v);
+inline int GroupSize(int v) {
+  if (v >= 1 && v <= 107) return 4;
+  if (v >= 108 && v <= 999) return 1;
+  if (v >= 1000 && v <= 1999) return 2;
+  if (v >= 2000 && v <= 2999) return 3;
+  if (v >= 3000 && v <= 4999) return 4;
+  return 0;
+}
 
 // A reference group (a variable or target record and the GroupSize(v) pieces after it)
 // read into its parts. The compiler writes every piece the V number takes; a piece a
@@ -47,11 +63,37 @@ struct ReferencePieces {
   int y = 34;              // current $
   bool hasPlayer = false;  // a player piece was written
 };
-ReferencePieces ReadPieces(const TokenRecord* group);
+inline ReferencePieces ReadPieces(const TokenRecord* group) {
+  ReferencePieces r;
+  r.v = static_cast<int>(group[0].value);
+  const int n = GroupSize(r.v);
+  for (int i = 1; i <= n; ++i) {
+    const int value = static_cast<int>(group[i].value);
+    switch (group[i].code) {
+      case kCodePlayer:
+        r.piece = value;
+        r.hasPlayer = true;
+        break;
+      case kCodeTime: r.time = value; break;
+      case kCodeCounted: r.x = value; break;
+      case kCodeModifier: r.y = value; break;
+      default: break;
+    }
+  }
+  return r;
+}
 
 // H1..H5 to the base column of their scope group: current hand, last hand, current
 // session (also "all hands"), last session, all sessions.
-int ScopeBase(int time);
+inline int ScopeBase(int time) {
+  switch (time) {
+    case 1: return kHandScope;
+    case 2: return kLastHandScope;
+    case 4: return kLastSessionScope;
+    case 5: return kAllScope;
+    default: return kSessionScope;
+  }
+}
 
 // `part` as a percentage of `whole`; 0 of nothing.
 double Share(double part, double whole);
