@@ -482,14 +482,15 @@ Money ApplyMaximum(const Game& g, int seat, int bet, Money amount, Money change,
 }
 
 // 7. Bankroll: what the seat's free bankroll allows, up-front vig included, in whole checks
-// and never below the minimum.
-Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, Money minimum, Pending& p) {
+// and never below the minimum (worked out here when the caller has none).
+Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, const Money* knownMinimum, Pending& p) {
   if (g.AllowNegBankroll[seat]) return change;
   const Money u = g.Rules.CheckDenom[1];
   const Money held = UpFrontHeld(g, seat, bet);
   const Money bankroll = g.Bankroll[seat];
   auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
   if (fits(change)) return change;
+  const Money minimum = knownMinimum ? *knownMinimum : GetMinimum(g, bet);
   const bool hadOthers = g.OnTable[seat] - amount - held > Money{};
   change = bankroll - g.OnTable[seat];
   if (amount + change < Money{}) change = -amount;
@@ -508,6 +509,18 @@ Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, 
     p.Say(std::move(t), 130, kLimitClass);
   }
   return change;
+}
+
+// A change that leaves nothing on the bet (taking it down) meets no limit: the minimum bounds
+// only an amount above 0, the maximum is never below 0 (an odds limit never is; any other
+// bet's is at least the table minimum, when that isn't below 0), and the payoff adjustment
+// works only on an amount above 0. Limits then needn't be worked out at all.
+bool ComesDown(const Game& g, int bet, Money amount, Money change) {
+  if (change.raw > 0 || (amount + change).raw > 0) return false;
+  const bool odds = bet == bet::PassLineOdds || bet == bet::DontPassOdds ||
+                    (bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
+                    (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds);
+  return odds || g.Rules.MinPlacardBet.raw >= 0;
 }
 
 // After a cut by a limit, the tail tells what came of the request.
@@ -538,14 +551,17 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   change = RoundToChecks(g, amount, change);
   bool ended = false;
   change = ApplyContractRules(g, seat, bet, amount, change, p, ended);
-  if (!ended) {
+  if (!ended && ComesDown(g, bet, amount, change)) {
+    // Nothing to bound: 4 to 6 leave the change as it is.
+    change = FitBankroll(g, seat, bet, amount, change, nullptr, p);
+  } else if (!ended) {
     const Money minimum = GetMinimum(g, bet);
     change = ApplyMinimum(bet, amount, change, minimum, p);
     const Money maximum = GetMaximum(g, seat, bet);
     change = ApplyMaximum(g, seat, bet, amount, change, maximum, p);
     // 6. Proper odds payoff.
     change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
-    change = FitBankroll(g, seat, bet, amount, change, minimum, p);
+    change = FitBankroll(g, seat, bet, amount, change, &minimum, p);
   }
   TellOutcome(amount, change, p);
 
