@@ -458,7 +458,7 @@ class LiveMachine {
 
 }  // namespace
 
-bool Truthy(const Game& g, const TokenRecord& r) {
+bool TruthyText(const Game& g, const TokenRecord& r) {
   if (r.code == kCodeNumber) return r.value != 0;
   if (r.code == kCodeString) {
     std::string scratch;
@@ -485,6 +485,7 @@ struct PlanStep {
   enum Kind : std::uint8_t {
     kRead,         // a group read into `out`
     kReadAmount,   // the same for a bet's amount or a checkstack: row `code`, player piece `a`
+    kReadFact,     // the same for a table fact: variable `code`, player piece `a`
     kReadNamed,    // the same for a group whose variable a call named: variable in slot `a`
     kCall,         // a function call, its records the template [a, a + n)
     kTarget,       // a bet or checkstack named by a number: its group head into `out`
@@ -646,9 +647,9 @@ class PlanMachine {
     s.pieces = ReadPieces(group.data());
     if (head.slot >= 0) {
       s.a = head.slot;
-    } else if (IsAmountRead(s.pieces)) {
+    } else if (IsAmountRead(s.pieces) || s.pieces.v >= 5000) {
       const ReferencePieces r = s.pieces;
-      s = MakeStep(PlanStep::kReadAmount, r.v);
+      s = MakeStep(r.v >= 5000 ? PlanStep::kReadFact : PlanStep::kReadAmount, r.v);
       s.a = r.piece;
     }
     s.out = Result(i);
@@ -846,6 +847,7 @@ void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
         break;
       }
       case PlanStep::kReadAmount: ReadAmount(g, s.a, s.code, at(s.out)); break;
+      case PlanStep::kReadFact: ReadFact(g, s.a, s.code, at(s.out)); break;
       case PlanStep::kReadNamed: {
         ReferencePieces r = s.pieces;
         r.v = static_cast<int>(at(s.a).value);

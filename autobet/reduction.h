@@ -27,7 +27,10 @@ void ReduceStatement(Game& g);
 
 // Whether a value record counts as true in a condition: a number other than 0, a string
 // that isn't blank.
-bool Truthy(const Game& g, const TokenRecord& r);
+bool TruthyText(const Game& g, const TokenRecord& r);
+inline bool Truthy(const Game& g, const TokenRecord& r) {
+  return r.code == kCodeNumber ? r.value != 0 : TruthyText(g, r);
+}
 
 // Plans are kept for one program: ProgramRecords as it stands at the start of a cycle.
 // Whatever writes ProgramRecords drops them (AutoBetProgram::Plans = nullptr), as the

@@ -645,8 +645,18 @@ bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
   return true;
 }
 
+bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
+  const int seat = SeatOfPiece(g, piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  double value = 0;
+  if (!TableFact(g, v, value)) return false;
+  out = {kCodeNumber, value};
+  return true;
+}
+
 bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out) {
   if (IsAmountRead(r)) return ReadAmount(g, r.piece, r.v, out);
+  if (r.v >= 5000) return ReadFact(g, r.piece, r.v, out);
   const int seat = SeatOfPiece(g, r.piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
   const int v = r.v;
@@ -756,7 +766,7 @@ std::string RunErrorText(int code) {
 
 // ---- Values read from records.
 
-double NumberOf(const Game& g, const TokenRecord& r) {
+double NumberOfText(const Game& g, const TokenRecord& r) {
   if (r.code == kCodeNumber) return r.value;
   if (r.code == kCodeString) {
     std::string scratch;
@@ -788,8 +798,7 @@ bool Relate(const T& a, int relational, const T& b) {
 
 }  // namespace
 
-bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
-  if (left.code != kCodeString) return Relate(NumberOf(g, left), relational, NumberOf(g, right));
+bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
   // Binary, case-sensitive: string_view compares bytes as unsigned char.
   std::string leftScratch, rightScratch;
   return Relate(StringView(g, left.code, left.value, leftScratch), relational,

@@ -12,12 +12,28 @@
 
 // A record read as a number: numbers as they are, strings by the numeric value at the
 // head of their text (Val), anything else 0.
-double NumberOf(const Game& g, const TokenRecord& r);
+double NumberOfText(const Game& g, const TokenRecord& r);
+inline double NumberOf(const Game& g, const TokenRecord& r) {
+  return r.code == kCodeNumber ? r.value : NumberOfText(g, r);
+}
 // A record read as text: numbers in general format, strings through StringValue.
 std::string TextOf(const Game& g, const TokenRecord& r);
 // Compares two value records by a relational code 50..55: numeric when the left is a
 // number, else binary text compare.
-bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
+bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
+inline bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
+  if (left.code == kCodeString) return CompareTexts(g, left, relational, right);
+  const double a = NumberOf(g, left), b = NumberOf(g, right);
+  switch (relational) {
+    case 50: return a == b;
+    case 51: return a != b;
+    case 52: return a < b;
+    case 53: return a > b;
+    case 54: return a <= b;
+    case 55: return a >= b;
+    default: return false;
+  }
+}
 
 // The text of a string record's value: a pool entry above 0, the special strings at or
 // below it. An unknown special sets RunError 998 and gives "".
@@ -107,6 +123,9 @@ bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out);
 // dispatch: the amount of bet row `row` (a bet read with Y34, or a checkstack) of the seat
 // that player piece `piece` names.
 bool ReadAmount(Game& g, int piece, int row, TokenRecord& out);
+// A table fact (V5000 and up), which names no seat but still wants the player piece's to
+// be one.
+bool ReadFact(Game& g, int piece, int v, TokenRecord& out);
 inline bool IsAmountRead(const ReferencePieces& r) {
   return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
 }
