@@ -342,7 +342,7 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
     }
   }
   g.BetAmount[seat][row] += change;
-  g.HasCheckStacks[seat] = true;
+  NoteCheckStackWrite(g, seat, row);
   return change;
 }
 
@@ -371,7 +371,7 @@ void CommitAmount(Game& g, int seat, int bet, Money delta) {
     }
     if (bet >= bet::Field) g.HeldPropBets += (before == 0) - (g.BetHolders[bet] == 0);
   } else {
-    g.HasCheckStacks[seat] = true;
+    NoteCheckStackWrite(g, seat, bet);
   }
   if (amount.raw == 0) ResetWorkingState(g, seat, bet);
 }

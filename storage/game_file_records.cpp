@@ -578,6 +578,9 @@ void RebuildDerivedStores(Game& g) {
     }
     for (int b = 1; b <= kBets; ++b)
       g.DefaultWorking[seat][static_cast<size_t>(b)] = g.Rules.WorkOnComeOut[static_cast<size_t>(b)][seat] ? 1 : 0;
+    // The copies of a seat with CheckStacks follow every row, as they did when saved.
+    g.CheckStacksWritten[seat] = {};
+    if (g.HasCheckStacks[seat]) g.CheckStacksWritten[seat] = {~uint64_t{0}, (uint64_t{1} << 36) - 1};
   }
   for (int b = bet::Field; b <= kBets; ++b) g.HeldPropBets += g.BetHolders[static_cast<size_t>(b)] != 0;
   Statistics& st = g.Stats;
