@@ -264,8 +264,7 @@ Money& OddsFactorOf(RuleSet& r, int v) {
 
 // Checks the write of `value` to the target group and, with `apply`, makes it. Returns
 // false with RunError set when the write is refused; then nothing was changed.
-bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bool apply) {
-  const Target t = ReadTarget(g, group);
+bool WriteTarget(Game& g, const Target& t, const TokenRecord& value, bool apply) {
   const int v = t.v, seat = t.seat;
   // Table settings (V5000 and up) have no player piece and belong to nobody's seat.
   if ((v < 5000 || t.hasPlayer) && !CheckSeat(g, seat)) return false;
@@ -372,11 +371,16 @@ bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bo
   }
 }
 
+bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bool apply) {
+  return WriteTarget(g, ReadTarget(g, group), value, apply);
+}
+
 // ---- The target walk.
 
-// Calls f(group) for each target of the list from `start` to `last` that passes the
-// qualifier in force. A qualifier (a relational operator with its operand) stays until
-// the next one. Stops, returning false, at the first refusal of f or fault of a read.
+// Calls f(group, target) for each target of the list from `start` to `last` that passes
+// the qualifier in force, the group read into its parts once. A qualifier (a relational
+// operator with its operand) stays until the next one. Stops, returning false, at the first
+// refusal of f or fault of a read.
 template <class F>
 bool WalkTargets(Game& g, int start, int last, F&& f) {
   AutoBetProgram& p = g.AutoBet;
@@ -397,14 +401,15 @@ bool WalkTargets(Game& g, int start, int last, F&& f) {
     const int next = i + 1 + GroupSize(static_cast<int>(r.value));
     if (next > last + 1) return Fault(g, kErrNoValue);
     const TokenRecord* group = &p.StatementBuffer[i];
+    const Target target = ReadTarget(g, group);
     bool selected = true;
     if (relational != 0) {
       TokenRecord current;
-      if (!ReadVariable(g, group, current)) return false;
+      if (!ReadReference(g, target, current)) return false;
       selected = CompareValues(g, current, relational, operand);
       if (p.RunError != 0) return false;
     }
-    if (selected && !f(group)) return false;
+    if (selected && !f(group, target)) return false;
     i = next;
   }
   return true;
@@ -418,7 +423,9 @@ void CheckedWalk(Game& g, int start, int last, F&& each) {
   int softFault = 0;
   auto pass = [&](bool apply) {
     softFault = 0;
-    return WalkTargets(g, start, last, [&](const TokenRecord* group) { return each(group, apply, softFault); });
+    return WalkTargets(g, start, last, [&](const TokenRecord* group, const Target& target) {
+      return each(group, target, apply, softFault);
+    });
   };
   if (!pass(false)) return;
   pass(true);
@@ -454,10 +461,10 @@ void AmountVerb(Game& g, int action) {
   const Money xMoney = ToMoney(x);
   const bool rounding = action >= 487 && action <= 489;
   if (rounding && xMoney.raw == 0) return;  // rounding to nothing leaves every target as it is
-  CheckedWalk(g, 4, p.StatementLength, [&](const TokenRecord* group, bool apply, int&) {
-    if (action == 481) return WriteTarget(g, group, amount, apply);
+  CheckedWalk(g, 4, p.StatementLength, [&](const TokenRecord*, const Target& target, bool apply, int&) {
+    if (action == 481) return WriteTarget(g, target, amount, apply);
     TokenRecord current;
-    if (!ReadVariable(g, group, current)) return false;
+    if (!ReadReference(g, target, current)) return false;
     const double v = NumberOf(g, current);
     double result = v;
     switch (action) {
@@ -467,7 +474,7 @@ void AmountVerb(Game& g, int action) {
       case 485: result = v - x; break;
       default: result = RoundToMultiple(ToMoney(v), xMoney, action).ToDouble(); break;
     }
-    return WriteTarget(g, group, {kCodeNumber, result}, apply);
+    return WriteTarget(g, target, {kCodeNumber, result}, apply);
   });
 }
 
@@ -487,11 +494,10 @@ void MoveBet(Game& g, int seat, int from, int to) {
 // The verbs 450..499 without an amount: their targets follow the verb.
 void TargetVerb(Game& g, int action) {
   const TokenRecord cleared{kCodeNumber, 0}, clearedName{kCodeString, 0};
-  CheckedWalk(g, 2, g.AutoBet.StatementLength, [&](const TokenRecord* group, bool apply, int& softFault) {
-    const Target t = ReadTarget(g, group);
+  CheckedWalk(g, 2, g.AutoBet.StatementLength, [&](const TokenRecord*, const Target& t, bool apply, int& softFault) {
     const int bet = t.v, seat = t.seat;
     switch (action) {
-      case 460: return WriteTarget(g, group, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
+      case 460: return WriteTarget(g, t, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
       case 450:
       case 454: {
         const bool buying = action == 450;
@@ -694,8 +700,9 @@ void Assign(Game& g) {
     return;
   }
   const TokenRecord value = p.StatementBuffer[equals + 1];
-  CheckedWalk(g, 1, equals - 1,
-              [&](const TokenRecord* group, bool apply, int&) { return WriteTarget(g, group, value, apply); });
+  CheckedWalk(g, 1, equals - 1, [&](const TokenRecord*, const Target& target, bool apply, int&) {
+    return WriteTarget(g, target, value, apply);
+  });
 }
 
 void StartNewSession(Game& g, int action) {

@@ -293,6 +293,7 @@ CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const S
     program.ScriptSource[seats.selectedSeat] = program.EditorLines;
   program.ProgramRecords.clear();
   program.ProgramStrings.clear();
+  program.Plans = nullptr;  // worked out for the records that were here
 
   const int first = player >= 1 && player <= kPlayerSeats ? player : 1;
   const int last = player >= 1 && player <= kPlayerSeats ? player : kPlayerSeats;

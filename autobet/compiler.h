@@ -5,11 +5,14 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "autobet/tokens.h"
+
+struct StatementPlans;  // autobet/reduction.cpp
 
 // Everything the compiler and the interpreter keep between runs. Record lists are
 // indexed from 0 with the script header at 0, so a label's or a jump's record index is
@@ -68,6 +71,9 @@ struct AutoBetProgram {
   std::int64_t MaxCycleStatements = 10000000;
   std::int32_t MaxCycleRestarts = 1000;
   std::int32_t RunawaySeat = 0, RunawayLine = 0;
+  // How each statement of ProgramRecords is reduced, worked out when it first runs and
+  // kept with the records it was worked out from (see autobet/reduction.h).
+  std::shared_ptr<StatementPlans> Plans;
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.

@@ -87,14 +87,13 @@ struct Call {
   int pieces = 0;
 };
 
-Call LocateCall(const AutoBetProgram& p, int position) {
+Call LocateCallIn(const std::vector<TokenRecord>& b, int length, int position) {
   Call c;
-  const auto& b = p.StatementBuffer;
-  if (position + 1 > p.StatementLength || b[position + 1].code != kCodeOpenBracket) return c;
+  if (position + 1 > length || b[position + 1].code != kCodeOpenBracket) return c;
   c.open = position + 1;
   int depth = 0, element = 0;
   bool empty = true;
-  for (int i = c.open; i <= p.StatementLength; ++i) {
+  for (int i = c.open; i <= length; ++i) {
     const TokenRecord& r = b[i];
     if (r.code == kCodeOpenBracket && depth++ == 0) continue;
     if (r.code == kCodeCloseBracket && --depth == 0) {
@@ -111,9 +110,12 @@ Call LocateCall(const AutoBetProgram& p, int position) {
   }
   if (c.close == 0) return c;
   c.count = empty ? 0 : element + 1;
-  while (c.pieces < 4 && c.close + c.pieces + 1 <= p.StatementLength && IsReferencePiece(b[c.close + c.pieces + 1]))
-    ++c.pieces;
+  while (c.pieces < 4 && c.close + c.pieces + 1 <= length && IsReferencePiece(b[c.close + c.pieces + 1])) ++c.pieces;
   return c;
+}
+
+Call LocateCall(const AutoBetProgram& p, int position) {
+  return LocateCallIn(p.StatementBuffer, p.StatementLength, position);
 }
 
 // The piece of a kind after the close bracket, or `otherwise` when the call has none.
@@ -557,6 +559,25 @@ int SelectedRollKind(int x, double n, int& limitsFault) {
   return PairKind(die1, die2, x != 32);  // 0 unless both are faces
 }
 
+namespace {
+
+// The records a call takes after its function record: up to the close bracket, the pieces,
+// and the end-of-list record that follows a list function's bracket.
+int Consumed(const std::vector<TokenRecord>& b, int length, int position, const Call& c) {
+  const int f = static_cast<int>(b[position].value);
+  int consumed = c.close - position + c.pieces;
+  if (IsListFunction(f) && c.close + 1 <= length && b[c.close + 1].code == kCodeEndOfList) ++consumed;
+  return consumed;
+}
+
+}  // namespace
+
+CallExtent LocateCallExtent(const std::vector<TokenRecord>& buffer, int length, int position) {
+  const Call c = LocateCallIn(buffer, length, position);
+  if (c.close == 0) return {};
+  return {c.close, c.pieces, Consumed(buffer, length, position, c)};
+}
+
 int AssignFunction(Game& g, int position) {
   AutoBetProgram& p = g.AutoBet;
   // A fault met in the arguments (a division by zero) stands for the statement.
@@ -567,11 +588,16 @@ int AssignFunction(Game& g, int position) {
     return 0;
   }
   const int f = static_cast<int>(p.StatementBuffer[position].value);
-  int consumed = c.close - position + c.pieces;
-  if (IsListFunction(f) && c.close + 1 <= p.StatementLength && p.StatementBuffer[c.close + 1].code == kCodeEndOfList)
-    ++consumed;
+  const int consumed = Consumed(p.StatementBuffer, p.StatementLength, position, c);
   Evaluate(g, f, position, c);
   return consumed;
+}
+
+int NamedVariable(Game& g, int f, double n, int pieces) {
+  const int v = FormVariable(f, n);
+  if (v == 0) return Fault(g, f), 0;
+  if (GroupSize(v) != pieces) return Fault(g, kUnexpected), 0;
+  return v;
 }
 
 void ResolveTargetFunction(Game& g, int position) {
@@ -587,15 +613,8 @@ void ResolveTargetFunction(Game& g, int position) {
     p.RunError = kUnexpected;
     return;
   }
-  const int v = FormVariable(f, NumberArgument(g, c, 0));
-  if (v == 0) {
-    p.RunError = f;
-    return;
-  }
-  if (GroupSize(v) != c.pieces) {
-    p.RunError = kUnexpected;
-    return;
-  }
+  const int v = NamedVariable(g, f, NumberArgument(g, c, 0), c.pieces);
+  if (v == 0) return;
   // The bracket and its number go; the pieces behind them become the group's.
   p.StatementBuffer[position] = {kCodeVariableTarget, static_cast<double>(v)};
   DeleteRecords(p, position + 1, c.close - position);

@@ -8,397 +8,13 @@
 #include <stdexcept>
 
 #include "autobet/actions.h"
+#include "autobet/reduction.h"
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
 #include "automation/auto_roll.h"
 #include "engine/game_state.h"
 #include "engine/messages.h"
 #include "storage/error_report.h"
-
-// ---- Reduction.
-
-namespace {
-
-// Records that belong to the reference group starting at `i` (0 for anything else).
-int PiecesAfter(const TokenRecord& r) {
-  return (r.code == kCodeVariable || r.code == kCodeVariableTarget) ? GroupSize(static_cast<int>(r.value)) : 0;
-}
-
-bool IsBetFamilyFunction(int f) { return (f >= 1 && f <= 11) || f == 21 || f == 800; }
-
-// A truth value as the logical operators use it: a rounded 32-bit integer.
-std::int32_t LogicalOf(const Game& g, const TokenRecord& r) {
-  const double v = std::nearbyint(NumberOf(g, r));
-  if (v >= 2147483647.0) return INT32_MAX;
-  if (v <= -2147483648.0) return INT32_MIN;
-  return static_cast<std::int32_t>(v);
-}
-
-// Replaces left, operator and right (at i - 1, i, i + 1) by one record already written to
-// i - 1.
-void CollapseBinary(AutoBetProgram& p, int i) { DeleteRecords(p, i, 2); }
-
-bool Truthy(const Game& g, const TokenRecord& r) {
-  if (r.code == kCodeNumber) return r.value != 0;
-  if (r.code == kCodeString) {
-    std::string scratch;
-    return StringView(g, r.code, r.value, scratch).find_first_not_of(" \t") != std::string_view::npos;
-  }
-  return false;
-}
-
-// The arithmetic operators of one class, left to right across the range.
-template <class Op>
-void BinaryPass(Game& g, std::initializer_list<int> codes, Op op) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  for (int i = p.OpenBracket + 2; i < p.CloseBracket - 1 && p.RunError == 0;) {
-    bool match = false;
-    for (int c : codes) match = match || b[i].code == c;
-    if (match && IsValueRecord(b[i - 1]) && IsValueRecord(b[i + 1])) {
-      if (op(b[i].code, b[i - 1], b[i + 1])) {
-        CollapseBinary(p, i);
-        continue;  // the result may be the left operand of the next operator
-      }
-      return;
-    }
-    ++i;
-  }
-}
-
-void Arithmetic(Game& g, std::initializer_list<int> codes) {
-  AutoBetProgram& p = g.AutoBet;
-  BinaryPass(g, codes, [&](int code, TokenRecord& left, const TokenRecord& right) {
-    const double a = NumberOf(g, left), c = NumberOf(g, right);
-    double r = 0;
-    switch (code) {
-      case 60: r = std::pow(a, c); break;
-      case 61: r = a * c; break;
-      case 62:
-        if (c == 0) return p.RunError = 9999, false;
-        r = a / c;
-        break;
-      case 63:
-      case 64: {
-        const double x = std::nearbyint(a), y = std::nearbyint(c);
-        if (y == 0) return p.RunError = 9999, false;
-        r = code == 63 ? std::trunc(x / y) : std::fmod(x, y);
-        break;
-      }
-      case 65: r = a + c; break;
-      case 66: r = a - c; break;
-      default: break;
-    }
-    left = {kCodeNumber, r};
-    return true;
-  });
-}
-
-// Unary operators (minus, not) right to left, so that chains apply innermost first.
-void UnaryPass(Game& g, int code) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  for (int i = p.CloseBracket - 2; i > p.OpenBracket; --i) {
-    if (b[i].code != code || !IsValueRecord(b[i + 1])) continue;
-    if (code == kCodeMinus && i - 1 > p.OpenBracket && IsValueRecord(b[i - 1])) continue;  // a subtraction
-    if (code == kCodeMinus) {
-      b[i] = {kCodeNumber, -NumberOf(g, b[i + 1])};
-    } else {
-      b[i] = {kCodeNumber, static_cast<double>(~LogicalOf(g, b[i + 1]))};
-    }
-    DeleteRecords(p, i + 1, 1);
-  }
-}
-
-// Ranges: `a thru b` of one family becomes a, a+1 .. b (or down), each a copy of a's group.
-void ExpandRanges(Game& g) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  for (int i = p.OpenBracket + 1; i < p.CloseBracket && p.RunError == 0; ++i) {
-    const int pieces = PiecesAfter(b[i]);
-    if (pieces == 0 && b[i].code != kCodeVariable && b[i].code != kCodeVariableTarget) continue;
-    const int thru = i + 1 + pieces;
-    const int right = thru + 1;
-    if (thru >= p.CloseBracket || b[thru].code != kCodeThru || right >= p.CloseBracket) {
-      i += pieces;
-      continue;
-    }
-    if (b[right].code != kCodeVariable && b[right].code != kCodeVariableTarget) {
-      i += pieces;
-      continue;
-    }
-    const int rightPieces = PiecesAfter(b[right]);
-    for (int k = 1; k <= pieces && k <= rightPieces; ++k) {
-      const TokenRecord& l = b[i + k];
-      const TokenRecord& r = b[right + k];
-      if (l.code != r.code || l.value == r.value) continue;
-      p.RunError = l.code == kCodePlayer ? 51 : l.code == kCodeTime ? 52 : 53;
-      return;
-    }
-    const int from = static_cast<int>(b[i].value), to = static_cast<int>(b[right].value);
-    const int count = std::abs(to - from) + 1;
-    const int groupLength = 1 + pieces;
-    // The right group and the thru go; count - 1 commas and copies come in their place.
-    const int removed = 1 + 1 + rightPieces;
-    const int added = (count - 1) * (1 + groupLength);
-    const int tailFrom = thru + removed;
-    const int newLength = p.StatementLength - removed + added;
-    if (static_cast<int>(b.size()) <= newLength + 1) b.resize(newLength + 64);
-    std::copy_backward(b.begin() + tailFrom, b.begin() + p.StatementLength + 1,
-                       b.begin() + p.StatementLength + 1 - removed + added);
-    const int step = to >= from ? 1 : -1;
-    int w = thru;
-    for (int n = 1; n < count; ++n) {
-      b[w++] = {kCodeListSeparator, 0};
-      b[w] = b[i];
-      b[w].value = from + n * step;
-      for (int k = 1; k <= pieces; ++k) b[w + k] = b[i + k];
-      w += groupLength;
-    }
-    p.StatementLength = newLength;
-    p.CloseBracket += added - removed;
-    i = w - 1;
-  }
-}
-
-// The extent of the list that a list kind at `i` heads: its open bracket at i + 1, and
-// the index of its end-of-list record. 0 when the shape isn't a list.
-int ListEnd(const AutoBetProgram& p, int i) {
-  const auto& b = p.StatementBuffer;
-  if (i + 1 >= p.CloseBracket || b[i + 1].code != kCodeOpenBracket) return 0;
-  int depth = 0;
-  for (int k = i + 1; k < p.CloseBracket; ++k) {
-    if (b[k].code == kCodeOpenBracket) ++depth;
-    if (b[k].code == kCodeCloseBracket && --depth == 0) {
-      return (k + 1 < p.CloseBracket && b[k + 1].code == kCodeEndOfList) ? k + 1 : k;
-    }
-  }
-  return 0;
-}
-
-// Evaluates an any/all list whose elements stand between `first` and `last` (exclusive of
-// the brackets). `relational`/`side` give a comparison with `operand` (side -1: operand on
-// the left, +1: on the right, 0: none).
-bool EvaluateList(Game& g, int kind, int first, int last, int relational, int side, const TokenRecord& operand) {
-  const auto& b = g.AutoBet.StatementBuffer;
-  int qualifier = 0;
-  TokenRecord qualifierValue;
-  const bool any = kind == 2;
-  for (int k = first; k <= last; ++k) {
-    const TokenRecord& r = b[k];
-    if (r.code == kCodeListSeparator) continue;
-    if (IsRelational(r) && k + 1 <= last && IsValueRecord(b[k + 1])) {
-      qualifier = r.code;
-      qualifierValue = b[k + 1];
-      ++k;
-      continue;
-    }
-    if (!IsValueRecord(r)) continue;
-    const bool qualifies = qualifier == 0 || CompareValues(g, r, qualifier, qualifierValue);
-    bool pass;
-    if (side == 0) {
-      // On its own the list tests each element by the qualifier, or by its truth.
-      pass = qualifier != 0 ? qualifies : Truthy(g, r);
-    } else if (!qualifies) {
-      continue;  // compared only when it passes the qualifier
-    } else {
-      pass = side < 0 ? CompareValues(g, operand, relational, r) : CompareValues(g, r, relational, operand);
-    }
-    if (any && pass) return true;
-    if (!any && !pass) return false;
-  }
-  return !any;
-}
-
-void ListKinds(Game& g) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  for (int i = p.OpenBracket + 1; i < p.CloseBracket && p.RunError == 0; ++i) {
-    if (b[i].code != kCodeListKind) continue;
-    const int end = ListEnd(p, i);
-    if (end == 0) continue;
-    const int close = b[end].code == kCodeEndOfList ? end - 1 : end;
-    bool holdsTarget = false;
-    for (int k = i + 2; k < close; ++k) holdsTarget = holdsTarget || b[k].code == kCodeVariableTarget;
-    if (holdsTarget) {
-      i = end;
-      continue;
-    }
-    const int kind = static_cast<int>(b[i].value);
-    int from = i, to = end, side = 0, relational = 0;
-    TokenRecord operand;
-    if (i - 2 > p.OpenBracket && IsRelational(b[i - 1]) && IsValueRecord(b[i - 2])) {
-      side = -1;
-      relational = b[i - 1].code;
-      operand = b[i - 2];
-      from = i - 2;
-    } else if (end + 2 < p.CloseBracket && IsRelational(b[end + 1]) && IsValueRecord(b[end + 2])) {
-      side = 1;
-      relational = b[end + 1].code;
-      operand = b[end + 2];
-      to = end + 2;
-    }
-    const bool result = EvaluateList(g, kind, i + 2, close - 1, relational, side, operand);
-    b[from] = {kCodeNumber, result ? -1.0 : 0.0};
-    DeleteRecords(p, from + 1, to - from);
-    i = from;
-  }
-}
-
-// Applies every operator class across (OpenBracket, CloseBracket), stopping at a fault.
-void ReduceRange(Game& g) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  // One look at what the range holds, so that each class with nothing to do costs a bit
-  // test: this runs for every statement of every script after every roll. Reads and calls
-  // only ever leave values behind, so the operators found now are all there will be.
-  std::uint64_t ops = 0;  // bit c - 50 for the operator codes 50..113
-  bool calls = false, reads = false, lists = false;
-  for (int i = p.OpenBracket + 1; i < p.CloseBracket; ++i) {
-    const int c = b[i].code;
-    if (c >= 50 && c < 114) {
-      ops |= std::uint64_t{1} << (c - 50);
-    } else if (c == kCodeFunction || c == kCodeFunctionTarget) {
-      calls = true;
-    } else if (c == kCodeVariable || c == kCodeVariableTarget) {
-      reads = true;
-    } else if (c == kCodeListKind) {
-      lists = true;
-    }
-  }
-  const auto has = [ops](int code) { return (ops >> (code - 50)) & 1; };
-  constexpr std::uint64_t kRelational = 0x3F;  // 50..55
-  // 1. Functions. The bet-family forms become the group of the variable they name, read
-  // in 3 (or expanded by a range in 2).
-  for (int i = p.OpenBracket + 1; calls && i < p.CloseBracket && p.RunError == 0; ++i) {
-    if (b[i].code == kCodeFunction || b[i].code == kCodeFunctionTarget) {
-      const bool target = b[i].code == kCodeFunctionTarget;
-      const int f = static_cast<int>(b[i].value);
-      if (target || IsBetFamilyFunction(f)) {
-        ResolveTargetFunction(g, i);
-        if (!target && b[i].code == kCodeVariableTarget) b[i].code = kCodeVariable;
-        i += PiecesAfter(b[i]);
-      } else {
-        const int consumed = AssignFunction(g, i);
-        DeleteRecords(p, i + 1, consumed);
-      }
-    }
-  }
-  if (p.RunError) return;
-  reads = reads || calls;  // a bet-family call becomes a variable group
-  // 2. Ranges.
-  if (has(kCodeThru)) ExpandRanges(g);
-  if (p.RunError) return;
-  // 3. Variable reads; targets stay for the action.
-  // One sweep that reads and closes up behind itself, rather than shifting the tail at
-  // every read.
-  if (reads) {
-    int w = p.OpenBracket + 1;
-    int i = w;
-    while (i < p.CloseBracket) {
-      int length = 1;
-      if (b[i].code == kCodeVariable) {
-        const int pieces = AssignVariable(g, i);
-        if (p.RunError) return;
-        b[w++] = b[i];
-        i += 1 + pieces;
-        continue;
-      }
-      if (b[i].code == kCodeVariableTarget) length += PiecesAfter(b[i]);
-      for (int k = 0; k < length; ++k) b[w++] = b[i++];
-    }
-    const int removed = i - w;
-    if (removed > 0) {
-      for (int k = i; k <= p.StatementLength; ++k) b[w++] = b[k];
-      p.StatementLength -= removed;
-      p.CloseBracket -= removed;
-    }
-  }
-  // 4. Power; a unary minus right behind it binds to its operand first.
-  if (has(kCodePower)) {
-    for (int i = p.OpenBracket + 2; i + 2 < p.CloseBracket; ++i) {
-      if (b[i].code == kCodePower && b[i + 1].code == kCodeMinus && IsValueRecord(b[i + 2])) {
-        b[i + 1] = {kCodeNumber, -NumberOf(g, b[i + 2])};
-        DeleteRecords(p, i + 2, 1);
-      }
-    }
-    Arithmetic(g, {kCodePower});
-  }
-  // 5. Unary minus.
-  if (p.RunError == 0 && has(kCodeMinus)) UnaryPass(g, kCodeMinus);
-  // 6, 7, 8. Multiply and divide; integer divide; modulus; add and subtract.
-  if (p.RunError == 0 && (has(kCodeTimes) || has(kCodeDivide))) Arithmetic(g, {kCodeTimes, kCodeDivide});
-  if (p.RunError == 0 && has(kCodeIntegerDivide)) Arithmetic(g, {kCodeIntegerDivide});
-  if (p.RunError == 0 && has(kCodeMod)) Arithmetic(g, {kCodeMod});
-  if (p.RunError == 0 && (has(kCodePlus) || has(kCodeMinus))) Arithmetic(g, {kCodePlus, kCodeMinus});
-  if (p.RunError) return;
-  // 9. Concatenation.
-  if (has(kCodeConcatenate))
-    BinaryPass(g, {kCodeConcatenate}, [&](int, TokenRecord& left, const TokenRecord& right) {
-      std::string text = TextOf(g, left);
-      text += TextOf(g, right);
-      left = {kCodeString, static_cast<double>(NewRunString(p, std::move(text)))};
-      return true;
-    });
-  // 10. Relational operators; a list on either side waits for 11.
-  if (ops & kRelational)
-    BinaryPass(g, {50, 51, 52, 53, 54, 55}, [&](int code, TokenRecord& left, const TokenRecord& right) {
-      left = {kCodeNumber, CompareValues(g, left, code, right) ? -1.0 : 0.0};
-      return true;
-    });
-  // 11. any / all.
-  if (lists) ListKinds(g);
-  // 12. not; and; or; xor.
-  if (has(kCodeNot)) UnaryPass(g, kCodeNot);
-  for (int code : {kCodeAnd, kCodeOr, kCodeXor}) {
-    if (!has(code)) continue;
-    BinaryPass(g, {code}, [&](int c, TokenRecord& left, const TokenRecord& right) {
-      const std::int32_t a = LogicalOf(g, left), r = LogicalOf(g, right);
-      left = {kCodeNumber, static_cast<double>(c == kCodeAnd ? (a & r) : c == kCodeOr ? (a | r) : (a ^ r))};
-      return true;
-    });
-  }
-}
-
-}  // namespace
-
-void ReduceStatement(Game& g) {
-  AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  for (;;) {
-    // The innermost pair not yet handled: the last open before the first close.
-    int open = 0, close = 0;
-    for (int i = 1; i <= p.StatementLength; ++i) {
-      if (b[i].value != 0) continue;  // a pair already reduced keeps value 1
-      if (b[i].code == kCodeOpenBracket) open = i;
-      if (b[i].code == kCodeCloseBracket) {
-        close = i;
-        break;
-      }
-    }
-    if (open == 0 || close == 0 || close < open) break;
-    p.OpenBracket = open;
-    p.CloseBracket = close;
-    ReduceRange(g);
-    if (p.RunError) return;
-    close = p.CloseBracket;
-    const int owner = open > 1 ? b[open - 1].code : 0;
-    bool holdsTarget = false;
-    for (int k = open + 1; k < close; ++k) holdsTarget = holdsTarget || b[k].code == kCodeVariableTarget;
-    const bool owned = owner == kCodeFunction || owner == kCodeFunctionTarget || owner == kCodeListKind;
-    if (!owned && (holdsTarget || (close == open + 2 && IsValueRecord(b[open + 1])))) {
-      // Grouping brackets: a value, or targets that the action walks as a list.
-      DeleteRecords(p, close, 1);
-      DeleteRecords(p, open, 1);
-    } else {
-      b[open].value = 1;
-      b[close].value = 1;
-    }
-  }
-  p.OpenBracket = 0;
-  p.CloseBracket = p.StatementLength + 1;
-  ReduceRange(g);
-}
 
 // ---- The cycle.
 
@@ -473,9 +89,10 @@ const char* TargetStepText(const Game& g) {
   }
 }
 
-void Evaluate(Game& g) {
+void Evaluate(Game& g, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
-  ReduceStatement(g);
+  if (plan) ReducePlanned(g, *plan, p.InCondition);
+  else ReduceStatement(g);
   if (p.InCondition) {
     if (p.RunError) {
       p.ConditionResult = false;
@@ -506,11 +123,18 @@ void Evaluate(Game& g) {
 
 }  // namespace
 
-void ExecuteStatement(Game& g) {
+namespace {
+
+// Runs the statement whose records are `statement` (length records): keywords from the
+// records themselves, anything else reduced by its plan or, without one, copied to the
+// buffer and reduced there.
+void ExecuteStatementAt(Game& g, const TokenRecord* statement, int length, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
   p.RunError = 0;
   if (!p.ScriptRunning) return;
-  const TokenRecord& first = p.StatementBuffer[1];
+  const TokenRecord& first = statement[0];
+  // A jump's target is its second record.
+  const auto second = [&] { return length >= 2 ? statement[1] : p.StatementBuffer[2]; };
   switch (first.code) {
     case kCodeIf:
       p.InCondition = true;
@@ -551,12 +175,12 @@ void ExecuteStatement(Game& g) {
       }
       p.ReturnStack[++p.ReturnStack[0]] = p.InstructionPointer;
       Step(g, "A jump will be made to the designated subroutine.");
-      Jump(p, p.StatementBuffer[2].value);
+      Jump(p, second().value);
       Step(g, "Label.");
       return;
     case kCodeGoto:
       Step(g, "A jump will be made to the designated label.");
-      Jump(p, p.StatementBuffer[2].value);
+      Jump(p, second().value);
       Step(g, "Label.");
       return;
     case kCodeReturn:
@@ -578,12 +202,25 @@ void ExecuteStatement(Game& g) {
     default: break;
   }
   try {
-    Evaluate(g);
+    if (!plan && statement != &p.StatementBuffer[1]) {
+      auto& buffer = p.StatementBuffer;
+      if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(static_cast<std::size_t>(length) * 2 + 64);
+      std::copy(statement, statement + length, buffer.begin() + 1);
+      p.StatementLength = length;
+    }
+    Evaluate(g, plan);
   } catch (const std::exception& e) {
     p.RunError = 10000;
     RecordFault(g);
     if (g.Ui) Tell(g, ErrorReport(e.what(), 10000, "RunAutoBet"), "DiceHall", 0, msg::kOk);
   }
+}
+
+}  // namespace
+
+void ExecuteStatement(Game& g) {
+  AutoBetProgram& p = g.AutoBet;
+  ExecuteStatementAt(g, &p.StatementBuffer[1], p.StatementLength, nullptr);
 }
 
 namespace {
@@ -606,6 +243,35 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
+// The keywords of conditions and loops as ExecuteStatementAt runs them when no step is
+// shown: false for any other statement.
+bool RunBlockKeyword(AutoBetProgram& p, int code, double value) {
+  switch (code) {
+    case kCodeIf:
+      p.InCondition = true;
+      p.ConditionResult = false;
+      return true;
+    case kCodeThen:
+      p.InCondition = false;
+      if (p.ConditionResult) return true;
+      Jump(p, value);
+      if (p.InstructionPointer >= 0 && p.InstructionPointer < static_cast<int>(p.ProgramRecords.size()) &&
+          p.ProgramRecords[static_cast<std::size_t>(p.InstructionPointer)].code == kCodeElseIf) {
+        p.InCondition = true;
+        p.ConditionResult = false;
+      }
+      return true;
+    case kCodeElse:
+    case kCodeElseIf:
+    case kCodeLoop:
+    case kCodeExitDo: Jump(p, value); return true;
+    case kCodeEndIf:
+    case kCodeDo:
+    case kCodeLabel: return true;
+    default: return false;
+  }
+}
+
 }  // namespace
 
 void StopAutoBet(Game& g) { g.AutoBet.ScriptRunning = false; }
@@ -621,33 +287,34 @@ void RunAutoBet(Game& g) {
   p.ConditionResult = false;
   const bool hyper = g.Auto.HyperDrive;
   if (!hyper) g.Auto.StatusText = "Auto-Betting";
-  const std::uint32_t start = g.Time ? g.Time->TickMs() : 0;
+  const bool waits = !hyper && !g.SilentMode && g.Time && g.Ui;
+  const std::uint32_t start = waits ? g.Time->TickMs() : 0;
   const std::size_t stringsMark = p.ProgramStrings.size();
   const auto& records = p.ProgramRecords;
   const int last = static_cast<int>(records.size()) - 1;
-  auto& buffer = p.StatementBuffer;
+  PreparePlans(p);
   // 2.
   p.InstructionPointer = 0;
   std::int64_t executed = 0;
   std::int32_t restarts = 0;
   for (;;) {
-    // 3. The statement runs to the next marker; the pointer stays on that marker.
-    p.StatementStart = p.InstructionPointer;
-    int end = p.InstructionPointer;
-    // A script header stands alone: the next seat's script follows the last statement of
-    // the one before with no marker between them.
-    while (end <= last && records[end].code < kCodeStatement &&
-           (records[end].code != kCodeScriptHeader || end == p.InstructionPointer)) {
-      ++end;
+    // 3. The statement runs to the next marker; the pointer stays on that marker. It is
+    // run from its records: a keyword as it stands, anything else by its plan (or copied
+    // to the buffer and reduced there).
+    const int ip = p.InstructionPointer;
+    p.StatementStart = ip;
+    const FoundStatement found = FindStatement(p, ip);
+    const int length = found.end - ip;
+    p.InstructionPointer = found.next;
+    if (length > 0) {
+      const TokenRecord* statement = records.data() + ip;
+      // The flow of control without step texts is run here; the rest, and every
+      // statement in step mode, by ExecuteStatementAt.
+      const int code = statement[0].code;
+      if (p.ShowSteps || !p.ScriptRunning || !RunBlockKeyword(p, code, statement[0].value))
+        ExecuteStatementAt(g, statement, length, found.plan);
+      else p.RunError = 0;
     }
-    const int length = end - p.InstructionPointer;
-    if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(static_cast<std::size_t>(length) * 2 + 64);
-    std::copy(records.begin() + p.InstructionPointer, records.begin() + end, buffer.begin() + 1);
-    p.StatementLength = length;
-    // The pointer stays on the marker behind the statement; before a header, one short of
-    // it, so that the cycle's step comes to the header next.
-    p.InstructionPointer = end <= last && records[end].code == kCodeScriptHeader ? end - 1 : end;
-    if (length > 0) ExecuteStatement(g);
     if (!p.ScriptRunning) break;
     if (++executed > p.MaxCycleStatements || (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
       StopRunawayCycle(g);
@@ -661,7 +328,7 @@ void RunAutoBet(Game& g) {
   // 5. Strings made in the cycle go with it.
   p.ProgramStrings.resize(stringsMark);
   // 6. Long enough for the status text to be read.
-  if (!hyper && !g.SilentMode && g.Time && g.Ui) {
+  if (waits) {
     for (;;) {
       const auto elapsed = static_cast<std::int32_t>(g.Time->TickMs() - start);
       if (elapsed < 0 || elapsed >= 300 || !p.ScriptRunning) break;

@@ -26,10 +26,6 @@ void StopAutoBet(Game& g);
 // cycle; tests call it to run a statement they built.
 void ExecuteStatement(Game& g);
 
-// Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
-// RunError set on a fault.
-void ReduceStatement(Game& g);
-
 // Evaluates one expression as the script of `seat` would, outside any cycle: what a
 // watch on a value shows, and how tests read a value. It is compiled as the scratch
 // script (seat 0), as a hot key's is; strings made go with the call.

@@ -298,6 +298,7 @@ bool RunHotKey(Game& g, char key) {
   // The hot key's program runs in place of the seats' joined one, which comes back after.
   std::vector<TokenRecord> records, seatsRecords = std::move(p.ProgramRecords);
   std::vector<StringEntry> strings, seatsStrings = std::move(p.ProgramStrings);
+  auto seatsPlans = std::move(p.Plans);
   JoinScript(records, strings, p.ScriptRecords, p.ScriptStrings);
   const bool compiled = p.ScriptsCompiled;
   p.ProgramRecords = std::move(records);
@@ -306,6 +307,7 @@ bool RunHotKey(Game& g, char key) {
   RunAutoBet(g);
   p.ProgramRecords = std::move(seatsRecords);
   p.ProgramStrings = std::move(seatsStrings);
+  p.Plans = std::move(seatsPlans);
   p.ScriptsCompiled = compiled;
   return true;
 }

@@ -528,62 +528,31 @@ double DiceStatistic(const Game& g, int v, int column, int x, int kind) {
   }
 }
 
-int SeatOfPiece(const Game& g, int piece) {
-  const int selected = g.AutoBet.SelectedSeat;
-  switch (piece) {
-    case 10: return g.Table.Shooter;
-    case 11: return g.Table.LastHandShooter;
-    case 12: return g.Table.HandShooter;
-    case 13: return selected;
-    case 14: return g.AutoBet.Bettor != 0 ? g.AutoBet.Bettor : selected;
-    case 15: return 0;
-    default: return piece;
-  }
-}
-
-ReferencePieces ReadPieces(const TokenRecord* group) {
-  ReferencePieces r;
-  r.v = static_cast<int>(group[0].value);
-  const int n = GroupSize(r.v);
-  for (int i = 1; i <= n; ++i) {
-    const int value = static_cast<int>(group[i].value);
-    switch (group[i].code) {
-      case kCodePlayer:
-        r.piece = value;
-        r.hasPlayer = true;
-        break;
-      case kCodeTime: r.time = value; break;
-      case kCodeCounted: r.x = value; break;
-      case kCodeModifier: r.y = value; break;
-      default: break;
-    }
-  }
-  return r;
-}
-
-int ScopeBase(int time) {
-  switch (time) {
-    case 1: return kHandScope;
-    case 2: return kLastHandScope;
-    case 4: return kLastSessionScope;
-    case 5: return kAllScope;
-    default: return kSessionScope;
-  }
-}
-
 double Share(double part, double whole) { return whole > 0 ? part / whole * 100 : 0; }
 
-int GroupSize(int v) {
-  if (v >= 1 && v <= 107) return 4;
-  if (v >= 108 && v <= 999) return 1;
-  if (v >= 1000 && v <= 1999) return 2;
-  if (v >= 2000 && v <= 2999) return 3;
-  if (v >= 3000 && v <= 4999) return 4;
-  return 0;
+bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
+  return ReadReference(g, ReadPieces(group), out);
 }
 
-bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
-  const ReferencePieces r = ReadPieces(group);
+bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
+  const int seat = SeatOfPiece(g, piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  out = {kCodeNumber, Dollars(g.BetAmount[seat][row])};
+  return true;
+}
+
+bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
+  const int seat = SeatOfPiece(g, piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  double value = 0;
+  if (!TableFact(g, v, value)) return false;
+  out = {kCodeNumber, value};
+  return true;
+}
+
+bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out) {
+  if (IsAmountRead(r)) return ReadAmount(g, r.piece, r.v, out);
+  if (r.v >= 5000) return ReadFact(g, r.piece, r.v, out);
   const int seat = SeatOfPiece(g, r.piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
   const int v = r.v;
@@ -693,7 +662,7 @@ std::string RunErrorText(int code) {
 
 // ---- Values read from records.
 
-double NumberOf(const Game& g, const TokenRecord& r) {
+double NumberOfText(const Game& g, const TokenRecord& r) {
   if (r.code == kCodeNumber) return r.value;
   if (r.code == kCodeString) {
     std::string scratch;
@@ -725,8 +694,7 @@ bool Relate(const T& a, int relational, const T& b) {
 
 }  // namespace
 
-bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
-  if (left.code != kCodeString) return Relate(NumberOf(g, left), relational, NumberOf(g, right));
+bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
   // Binary, case-sensitive: string_view compares bytes as unsigned char.
   std::string leftScratch, rightScratch;
   return Relate(StringView(g, left.code, left.value, leftScratch), relational,

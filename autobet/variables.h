@@ -5,20 +5,35 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "autobet/tokens.h"
-
-struct Game;
-struct AutoBetProgram;
+#include "engine/game_state.h"
 
 // A record read as a number: numbers as they are, strings by the numeric value at the
 // head of their text (Val), anything else 0.
-double NumberOf(const Game& g, const TokenRecord& r);
+double NumberOfText(const Game& g, const TokenRecord& r);
+inline double NumberOf(const Game& g, const TokenRecord& r) {
+  return r.code == kCodeNumber ? r.value : NumberOfText(g, r);
+}
 // A record read as text: numbers in general format, strings through StringValue.
 std::string TextOf(const Game& g, const TokenRecord& r);
 // Compares two value records by a relational code 50..55: numeric when the left is a
 // number, else binary text compare.
-bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
+bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
+inline bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
+  if (left.code == kCodeString) return CompareTexts(g, left, relational, right);
+  const double a = NumberOf(g, left), b = NumberOf(g, right);
+  switch (relational) {
+    case 50: return a == b;
+    case 51: return a != b;
+    case 52: return a < b;
+    case 53: return a > b;
+    case 54: return a <= b;
+    case 55: return a >= b;
+    default: return false;
+  }
+}
 
 // The text of a string record's value: a pool entry above 0, the special strings at or
 // below it. An unknown special sets RunError 998 and gives "".
@@ -30,10 +45,28 @@ std::string_view StringView(const Game& g, int code, double value, std::string& 
 
 // The seat that a player piece names: 10 shooter, 11 last shooter, 12 original shooter,
 // 13 the selected player, 14 the Bettor, 15 no one (0), otherwise the piece itself.
-int SeatOfPiece(const Game& g, int piece);
+inline int SeatOfPiece(const Game& g, int piece) {
+  const int selected = g.AutoBet.SelectedSeat;
+  switch (piece) {
+    case 10: return g.Table.Shooter;
+    case 11: return g.Table.LastHandShooter;
+    case 12: return g.Table.HandShooter;
+    case 13: return selected;
+    case 14: return g.AutoBet.Bettor != 0 ? g.AutoBet.Bettor : selected;
+    case 15: return 0;
+    default: return piece;
+  }
+}
 
 // How many piece records follow a variable record of V number `v` (0, 1, 2, 3 or 4).
-int GroupSize(int v);
+inline int GroupSize(int v) {
+  if (v >= 1 && v <= 107) return 4;
+  if (v >= 108 && v <= 999) return 1;
+  if (v >= 1000 && v <= 1999) return 2;
+  if (v >= 2000 && v <= 2999) return 3;
+  if (v >= 3000 && v <= 4999) return 4;
+  return 0;
+}
 
 // A reference group (a variable or target record and the GroupSize(v) pieces after it)
 // read into its parts. The compiler writes every piece the V number takes; a piece a
@@ -46,11 +79,37 @@ struct ReferencePieces {
   int y = 34;              // current $
   bool hasPlayer = false;  // a player piece was written
 };
-ReferencePieces ReadPieces(const TokenRecord* group);
+inline ReferencePieces ReadPieces(const TokenRecord* group) {
+  ReferencePieces r;
+  r.v = static_cast<int>(group[0].value);
+  const int n = GroupSize(r.v);
+  for (int i = 1; i <= n; ++i) {
+    const int value = static_cast<int>(group[i].value);
+    switch (group[i].code) {
+      case kCodePlayer:
+        r.piece = value;
+        r.hasPlayer = true;
+        break;
+      case kCodeTime: r.time = value; break;
+      case kCodeCounted: r.x = value; break;
+      case kCodeModifier: r.y = value; break;
+      default: break;
+    }
+  }
+  return r;
+}
 
 // H1..H5 to the base column of their scope group: current hand, last hand, current
 // session (also "all hands"), last session, all sessions.
-int ScopeBase(int time);
+inline int ScopeBase(int time) {
+  switch (time) {
+    case 1: return kHandScope;
+    case 2: return kLastHandScope;
+    case 4: return kLastSessionScope;
+    case 5: return kAllScope;
+    default: return kSessionScope;
+  }
+}
 
 // `part` as a percentage of `whole`; 0 of nothing.
 double Share(double part, double whole);
@@ -58,6 +117,18 @@ double Share(double part, double whole);
 // Reads the reference group at `group` (a -11 or -12 record followed by its pieces) into
 // a number or string record. Sets RunError (and returns false) on a fault.
 bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out);
+// The same for a group already read into its parts (ReadVariable is ReadPieces, then this).
+bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out);
+// The reads scripts make most, kept apart so that a plan makes them without the whole
+// dispatch: the amount of bet row `row` (a bet read with Y34, or a checkstack) of the seat
+// that player piece `piece` names.
+bool ReadAmount(Game& g, int piece, int row, TokenRecord& out);
+// A table fact (V5000 and up), which names no seat but still wants the player piece's to
+// be one.
+bool ReadFact(Game& g, int piece, int v, TokenRecord& out);
+inline bool IsAmountRead(const ReferencePieces& r) {
+  return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
+}
 
 // Replaces the variable record at buffer index `position` by its value. Returns the number
 // of piece records that follow it, which the caller then removes.
@@ -71,6 +142,20 @@ int AssignFunction(Game& g, int position);
 // A function in target form (-2: a bet family with its number, CS( ), CSN( )) becomes
 // the -12 group of the variable it names, its pieces kept. Sets RunError on a bad number.
 void ResolveTargetFunction(Game& g, int position);
+
+// Where the call at `position` of a buffer (records 1..length) ends: its close bracket (0
+// when it has none), the reference pieces after it, and how many records AssignFunction
+// consumes after the function record. Reads the records' codes only.
+struct CallExtent {
+  int close = 0;
+  int pieces = 0;
+  int consumed = 0;
+};
+CallExtent LocateCallExtent(const std::vector<TokenRecord>& buffer, int length, int position);
+// The variable that numbered form `f` (a bet family, CS, CSN) names with argument `n`, its
+// group to have `pieces` pieces: 0, with RunError set, when it names none. What
+// ResolveTargetFunction makes of a call with one argument.
+int NamedVariable(Game& g, int f, double n, int pieces);
 
 // The roll counters V2600..V2605 of a scope column: come-out rolls, passes and misses,
 // each as a count and a share. With `total` 0 over the totals Y names (Y0 all, Y14

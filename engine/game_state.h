@@ -135,6 +135,11 @@ struct Game {
   // How many of the bets 49..107 anybody holds: the one-roll step is skipped when none.
   int32_t HeldPropBets = 0;
   BySeat<bool> HasCheckStacks{};  // set once a CheckStack of the seat changes
+  // The CheckStacks of a seat (bit n for CheckStack n) written since the bets were last
+  // cleared: the start-of-roll and after-roll copies take only those rows, every other
+  // row being 0 in both the amount and its copies. All of them when HasCheckStacks came
+  // from elsewhere (a game file).
+  BySeat<std::array<uint64_t, 2>> CheckStacksWritten{};
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};
@@ -203,6 +208,12 @@ constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
 inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }
 inline bool AnySeatHolds(const Game& g, int bet) { return g.BetHolders[bet] != 0; }
+// A CheckStack row (200..299) of the seat is written: HasCheckStacks and CheckStacksWritten.
+inline void NoteCheckStackWrite(Game& g, int seat, int row) {
+  g.HasCheckStacks[seat] = true;
+  const int n = row - kCheckStackRow;
+  if (n >= 0 && n < kBetRows - kCheckStackRow) g.CheckStacksWritten[seat][n >> 6] |= uint64_t{1} << (n & 63);
+}
 
 // Calls f(bet) for each bet 1..107 on which the seat has an amount, in bet order.
 template <class F>

@@ -9,7 +9,7 @@ Money Money::FromDouble(double d) {
   return FromRaw(static_cast<int64_t>(std::nearbyint(d * static_cast<double>(kScale))));
 }
 
-Money MulMoney(Money a, Money b) {
+Money MulMoneyWide(Money a, Money b) {
   __int128 p = static_cast<__int128>(a.raw) * b.raw;
   __int128 q = p / Money::kScale;
   __int128 r = p % Money::kScale;
@@ -21,7 +21,7 @@ Money MulMoney(Money a, Money b) {
   return Money::FromRaw(static_cast<int64_t>(q));
 }
 
-Money MulDivMoney(Money a, Money x, Money y) {
+Money MulDivMoneyWide(Money a, Money x, Money y) {
   if (y.raw == 0) return Money{};
   __int128 n = static_cast<__int128>(a.raw) * x.raw;
   __int128 d = y.raw;
@@ -29,20 +29,6 @@ Money MulDivMoney(Money a, Money x, Money y) {
   if ((n % d != 0) && ((n < 0) != (d < 0))) q -= 1;
   return Money::FromRaw(static_cast<int64_t>(q));
 }
-
-int64_t FloorDiv(Money a, Money unit) {
-  if (unit.raw == 0) return 0;
-  int64_t q = a.raw / unit.raw;
-  if ((a.raw % unit.raw != 0) && ((a.raw < 0) != (unit.raw < 0))) q -= 1;
-  return q;
-}
-
-Money FloorToUnit(Money a, Money unit) {
-  if (unit.raw == 0) return a;
-  return Money::FromRaw(FloorDiv(a, unit) * unit.raw);
-}
-
-bool IsMultipleOf(Money a, Money unit) { return unit.raw != 0 && a.raw % unit.raw == 0; }
 
 namespace {
 

@@ -42,16 +42,48 @@ struct Money {
 
 constexpr Money operator""_usd(unsigned long long d) { return Money::Dollars(static_cast<int64_t>(d)); }
 
-// a × b, exact, rounded half to even at the last place.
-Money MulMoney(Money a, Money b);
+// The same past 64 bits, in 128.
+Money MulMoneyWide(Money a, Money b);
+Money MulDivMoneyWide(Money a, Money x, Money y);
+
+// a × b, exact, rounded half to even at the last place. In 64 bits when the product fits,
+// as it does for every amount of a table; the same quotient and remainder as in 128.
+inline Money MulMoney(Money a, Money b) {
+  int64_t p;
+  if (__builtin_mul_overflow(a.raw, b.raw, &p)) return MulMoneyWide(a, b);
+  int64_t q = p / Money::kScale;
+  int64_t r = p % Money::kScale;
+  if (r < 0) {
+    r += Money::kScale;
+    q -= 1;
+  }
+  if (2 * r > Money::kScale || (2 * r == Money::kScale && (q & 1))) q += 1;
+  return Money::FromRaw(q);
+}
 // a × x / y for a payoff row, exact in 128 bits, truncated toward minus infinity at the
 // last place; y of 0 gives 0.
-Money MulDivMoney(Money a, Money x, Money y);
-// floor(a / unit) × unit, toward minus infinity; a unit of 0 leaves a as it is.
-Money FloorToUnit(Money a, Money unit);
+inline Money MulDivMoney(Money a, Money x, Money y) {
+  if (y.raw == 0) return Money{};
+  int64_t n;
+  // 64 bits when the product fits (and the quotient can't overflow): the same result.
+  if (__builtin_mul_overflow(a.raw, x.raw, &n) || y.raw == -1) return MulDivMoneyWide(a, x, y);
+  int64_t q = n / y.raw;
+  if ((n % y.raw != 0) && ((n < 0) != (y.raw < 0))) q -= 1;
+  return Money::FromRaw(q);
+}
 // The number of whole units in a (floor), and whether a is a whole multiple.
-int64_t FloorDiv(Money a, Money unit);
-bool IsMultipleOf(Money a, Money unit);
+inline int64_t FloorDiv(Money a, Money unit) {
+  if (unit.raw == 0) return 0;
+  int64_t q = a.raw / unit.raw;
+  if ((a.raw % unit.raw != 0) && ((a.raw < 0) != (unit.raw < 0))) q -= 1;
+  return q;
+}
+// floor(a / unit) × unit, toward minus infinity; a unit of 0 leaves a as it is.
+inline Money FloorToUnit(Money a, Money unit) {
+  if (unit.raw == 0) return a;
+  return Money::FromRaw(FloorDiv(a, unit) * unit.raw);
+}
+inline bool IsMultipleOf(Money a, Money unit) { return unit.raw != 0 && a.raw % unit.raw == 0; }
 constexpr Money Abs(Money a) { return a.raw < 0 ? -a : a; }
 constexpr Money Min(Money a, Money b) { return a < b ? a : b; }
 constexpr Money Max(Money a, Money b) { return a < b ? b : a; }

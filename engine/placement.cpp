@@ -193,7 +193,8 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   const TableState& t = g.Table;
   const bool pointOn = t.Point != 0;
   const bool exceeds = amount + change > base;
-  const std::string name(p.on ? BetName(bet) : std::string_view{});
+  // The bet's name, made only for a message.
+  const auto name = [bet] { return std::string(BetName(bet)); };
   auto refuse = [&](auto text, int help) {
     if (p.on) p.Say(text(), help, kRuleClass);
     return true;
@@ -256,7 +257,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
             [&] {
               const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
               const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
-              return "You may not make or increase " + std::string(kind) + name + " bet while any " + adjective +
+              return "You may not make or increase " + std::string(kind) + name() + " bet while any " + adjective +
                      "numbers are marked.";
             },
             510);
@@ -264,19 +265,21 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     }
     case bet::FourRollsNo7:
       if (t.FourRollCount > 0 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet if the count is in progress."; },
+        return refuse([&] { return "You may not make or increase a " + name() + " bet if the count is in progress."; },
                       510);
       return false;
     case bet::Point7:
     case bet::SevenPoint7:
       if (pointOn && exceeds)
         return refuse(
-            [&] { return "You may not make or increase a " + name + " bet unless the shooter is on a come-out roll."; },
+            [&] {
+              return "You may not make or increase a " + name() + " bet unless the shooter is on a come-out roll.";
+            },
             510);
       return false;
     case bet::HotRoller:
       if (g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name + " bet until the next seven rolls."; },
+        return refuse([&] { return "You may not make or increase a " + name() + " bet until the next seven rolls."; },
                       510);
       return false;
     case bet::SharpShooter:
@@ -284,7 +287,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     case bet::Fire:
       if (g.Stats.RollCount[kHandScope][0] > 0 && exceeds)
         return refuse(
-            [&] { return "You may not make or increase a " + name + " bet after the shooter has started a hand."; },
+            [&] { return "You may not make or increase a " + name() + " bet after the shooter has started a hand."; },
             510);
       return false;
     default: break;
@@ -306,7 +309,7 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
     if (g.BetAmount[seat][bet - 6].raw <= 0)
       return refuse(
           [&] {
-            return "You may not make a " + name + " bet until you've established a " + std::string(BetName(bet - 6)) +
+            return "You may not make a " + name() + " bet until you've established a " + std::string(BetName(bet - 6)) +
                    " bet.";
           },
           bet >= bet::Come4Odds ? 45 : 48);
@@ -315,7 +318,8 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
   if (bet >= bet::Repeater2 && bet <= bet::Repeater12) {
     const int n = bet - bet::Repeater2 + (bet - bet::Repeater2 < 5 ? 2 : 3);
     if (t.RepeaterCount[n] > 0 && exceeds)
-      return refuse([&] { return "You may not make or increase a " + name + " bet while any hits are marked."; }, 510);
+      return refuse([&] { return "You may not make or increase a " + name() + " bet while any hits are marked."; },
+                    510);
   }
   return false;
 }
@@ -338,7 +342,7 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
     }
   }
   g.BetAmount[seat][row] += change;
-  g.HasCheckStacks[seat] = true;
+  NoteCheckStackWrite(g, seat, row);
   return change;
 }
 
@@ -367,7 +371,7 @@ void CommitAmount(Game& g, int seat, int bet, Money delta) {
     }
     if (bet >= bet::Field) g.HeldPropBets += (before == 0) - (g.BetHolders[bet] == 0);
   } else {
-    g.HasCheckStacks[seat] = true;
+    NoteCheckStackWrite(g, seat, bet);
   }
   if (amount.raw == 0) ResetWorkingState(g, seat, bet);
 }
@@ -478,14 +482,15 @@ Money ApplyMaximum(const Game& g, int seat, int bet, Money amount, Money change,
 }
 
 // 7. Bankroll: what the seat's free bankroll allows, up-front vig included, in whole checks
-// and never below the minimum.
-Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, Money minimum, Pending& p) {
+// and never below the minimum (worked out here when the caller has none).
+Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, const Money* knownMinimum, Pending& p) {
   if (g.AllowNegBankroll[seat]) return change;
   const Money u = g.Rules.CheckDenom[1];
   const Money held = UpFrontHeld(g, seat, bet);
   const Money bankroll = g.Bankroll[seat];
   auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
   if (fits(change)) return change;
+  const Money minimum = knownMinimum ? *knownMinimum : GetMinimum(g, bet);
   const bool hadOthers = g.OnTable[seat] - amount - held > Money{};
   change = bankroll - g.OnTable[seat];
   if (amount + change < Money{}) change = -amount;
@@ -504,6 +509,18 @@ Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, 
     p.Say(std::move(t), 130, kLimitClass);
   }
   return change;
+}
+
+// A change that leaves nothing on the bet (taking it down) meets no limit: the minimum bounds
+// only an amount above 0, the maximum is never below 0 (an odds limit never is; any other
+// bet's is at least the table minimum, when that isn't below 0), and the payoff adjustment
+// works only on an amount above 0. Limits then needn't be worked out at all.
+bool ComesDown(const Game& g, int bet, Money amount, Money change) {
+  if (change.raw > 0 || (amount + change).raw > 0) return false;
+  const bool odds = bet == bet::PassLineOdds || bet == bet::DontPassOdds ||
+                    (bet >= bet::Come4Odds && bet <= bet::Come10Odds) ||
+                    (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds);
+  return odds || g.Rules.MinPlacardBet.raw >= 0;
 }
 
 // After a cut by a limit, the tail tells what came of the request.
@@ -536,14 +553,17 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   change = RoundToChecks(g, amount, change);
   bool ended = false;
   change = ApplyContractRules(g, seat, bet, amount, change, p, ended);
-  if (!ended) {
+  if (!ended && ComesDown(g, bet, amount, change)) {
+    // Nothing to bound: 4 to 6 leave the change as it is.
+    change = FitBankroll(g, seat, bet, amount, change, nullptr, p);
+  } else if (!ended) {
     const Money minimum = GetMinimum(g, bet);
     change = ApplyMinimum(bet, amount, change, minimum, p);
     const Money maximum = GetMaximum(g, seat, bet);
     change = ApplyMaximum(g, seat, bet, amount, change, maximum, p);
     // 6. Proper odds payoff.
     change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
-    change = FitBankroll(g, seat, bet, amount, change, minimum, p);
+    change = FitBankroll(g, seat, bet, amount, change, &minimum, p);
   }
   TellOutcome(amount, change, p);
 

@@ -259,6 +259,7 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.SeatBetsAtStart);
   seat(g.SeatBetsAtAfter);
   seat(g.HasCheckStacks);
+  seat(g.CheckStacksWritten);
   seat(g.OnTable);
   seat(g.AvailableBankroll);
   seat(g.BankrollStartOfRoll);

@@ -187,8 +187,10 @@ void SettleBet(Game& g, int i, BetResult result, int bet) {
 }
 
 void SettleAll(Game& g, BetResult result, int bet) {
-  if (g.BetHolders[bet] == 0) return;
-  for (int i = 1; i <= 8; ++i) SettleBet(g, i, result, bet);
+  // A seat's bit is set exactly when it has an amount on the bet, the first thing
+  // SettleBet tests: seats without one cost a bit test.
+  for (int i = 1; i <= 8 && g.BetHolders[bet] != 0; ++i)
+    if (g.BetHolders[bet] & (1u << kSettleSeat[i])) SettleBet(g, i, result, bet);
 }
 
 void MoveBet(Game& g, int seat, int from, int to) {

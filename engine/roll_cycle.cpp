@@ -185,6 +185,7 @@ void ClearBets(Game& g, bool clearCheckStacks) {
   g.HeldPropBets = 0;
   if (clearCheckStacks) {
     g.HasCheckStacks = {};
+    g.CheckStacksWritten = {};
     g.CheckStackName = {};
   }
 }
@@ -271,6 +272,17 @@ void ForChangedBets(const Game& g, int seat, std::array<uint64_t, 2>& since, F f
   since = g.SeatBets[seat];
 }
 
+// The CheckStacks of a seat written since the bets were cleared, copied to `copy`.
+void CopyCheckStacks(Game& g, int s, ByBetRow<Money>& copy) {
+  if (!g.HasCheckStacks[s]) return;
+  for (int w = 0; w < 2; ++w) {
+    for (uint64_t bits = g.CheckStacksWritten[s][w]; bits; bits &= bits - 1) {
+      const int row = kCheckStackRow + w * 64 + __builtin_ctzll(bits);
+      copy[s][row] = g.BetAmount[s][row];
+    }
+  }
+}
+
 // The start-of-roll copy: amounts of bets and CheckStacks, streaks, contract bases.
 void TakeStartOfRollCopy(Game& g, int s) {
   ForChangedBets(g, s, g.SeatBetsAtStart[s], [&](int b) {
@@ -278,16 +290,12 @@ void TakeStartOfRollCopy(Game& g, int s) {
     g.BetStreak[1][s][b] = g.BetStreak[0][s][b];
     g.ContractBase[s][b] = g.BetAmount[s][b];
   });
-  if (g.HasCheckStacks[s])
-    std::memcpy(&g.BetAmountStartOfRoll[s][kCheckStackRow], &g.BetAmount[s][kCheckStackRow],
-                sizeof(Money) * (kBetRows - kCheckStackRow));
+  CopyCheckStacks(g, s, g.BetAmountStartOfRoll);
 }
 
 void TakeAfterRollCopy(Game& g, int s) {
   ForChangedBets(g, s, g.SeatBetsAtAfter[s], [&](int b) { g.BetAmountAfterRoll[s][b] = g.BetAmount[s][b]; });
-  if (g.HasCheckStacks[s])
-    std::memcpy(&g.BetAmountAfterRoll[s][kCheckStackRow], &g.BetAmount[s][kCheckStackRow],
-                sizeof(Money) * (kBetRows - kCheckStackRow));
+  CopyCheckStacks(g, s, g.BetAmountAfterRoll);
 }
 
 // Step 3: the shooter must have the bet the table requires.

@@ -75,20 +75,46 @@ void FinishTest(ChiSquareTest& t) {
 
 }  // namespace
 
-int KindWays(int kind) {
-  if (kind < 0 || kind >= kRollKinds) return 0;
-  int ways = 0;
-  for (int a = 1; a <= 6; ++a)
-    for (int b = 1; b <= 6; ++b) ways += KindHasPair(kind, a, b);
-  return kind == 0 || IsNamedKind(kind) ? ways : 0;
+namespace {
+
+// The fair ways of every kind and the kind of every pair, worked out once: scripts ask for
+// them on every roll ("# rolls since last(3.3)").
+struct KindFacts {
+  std::array<int, kRollKinds> ways{};
+  std::array<std::array<std::array<uint8_t, 2>, 6>, 6> pairKind{};  // [die1 - 1][die2 - 1][either order]
+};
+
+const KindFacts& Facts() {
+  static const KindFacts kFacts = [] {
+    KindFacts f;
+    for (int kind = 0; kind < kRollKinds; ++kind) {
+      int ways = 0;
+      for (int a = 1; a <= 6; ++a)
+        for (int b = 1; b <= 6; ++b) ways += KindHasPair(kind, a, b);
+      f.ways[kind] = kind == 0 || IsNamedKind(kind) ? ways : 0;
+    }
+    for (int a = 1; a <= 6; ++a)
+      for (int b = 1; b <= 6; ++b)
+        for (int either = 0; either < 2; ++either) {
+          const int ways = either && a != b ? 2 : 1;
+          for (int k = 2; k < kRollKinds; ++k)
+            if (f.ways[k] == ways && KindHasPair(k, a, b) && (!either || KindHasPair(k, b, a))) {
+              f.pairKind[a - 1][b - 1][either] = static_cast<uint8_t>(k);
+              break;
+            }
+        }
+    return f;
+  }();
+  return kFacts;
 }
+
+}  // namespace
+
+int KindWays(int kind) { return kind >= 0 && kind < kRollKinds ? Facts().ways[kind] : 0; }
 
 int PairKind(int die1, int die2, bool eitherOrder) {
   if (die1 < 1 || die1 > 6 || die2 < 1 || die2 > 6) return 0;
-  const int ways = eitherOrder && die1 != die2 ? 2 : 1;
-  for (int k = 2; k < kRollKinds; ++k)
-    if (KindWays(k) == ways && KindHasPair(k, die1, die2) && (!eitherOrder || KindHasPair(k, die2, die1))) return k;
-  return 0;
+  return Facts().pairKind[die1 - 1][die2 - 1][eitherOrder ? 1 : 0];
 }
 
 double KindPercent(int kind, bool skewed, const ProbabilityPlane& plane) {

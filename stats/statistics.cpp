@@ -239,7 +239,10 @@ inline void CountKind(Statistics& s, int handShooter, int kind, const char* proc
 
 void CountRollKind(Statistics& s, int handShooter, int kind) { CountKind(s, handShooter, kind, "sub Count Roll Kind"); }
 
-void CountRoll(Statistics& s, int handShooter, int die1, int die2) {
+namespace {
+
+// Every roll, tested counter by counter: near the limit, or with a die outside 1..6.
+void CountRollChecked(Statistics& s, int handShooter, int die1, int die2) {
   const char* proc = "sub Count Roll";
   if (s.RollCount[kHandScope][0] == 0) {
     s.HandsShot[kHandScope] = 1;
@@ -281,6 +284,75 @@ void CountRoll(Statistics& s, int handShooter, int die1, int die2) {
   }
 }
 
+// The room below the limit of the fullest counter that counting a roll adds one to: those
+// of the hand, session and all-sessions groups, the gap bins and the rolls since.
+int32_t CountingHeadroom(const Statistics& s) {
+  int32_t most = s.RollsSince.Rolls();
+  for (int g : kGroups)
+    for (int c = g; c < g + kSeats; ++c) {
+      most = std::max({most, s.HandsShot[c], s.SeatRolls[c]});
+      for (int32_t n : s.RollCount[c]) most = std::max(most, n);
+    }
+  for (const auto& bins : s.RollGapHistogram)
+    for (int gap = 1; gap <= kLongGap; ++gap) most = std::max(most, bins[gap]);
+  return INT32_MAX - most;
+}
+
+// Adds one to a counter that has room for it.
+inline void AddOne(int32_t& counter) { counter = static_cast<int32_t>(static_cast<uint32_t>(counter) + 1u); }
+
+}  // namespace
+
+void CountRoll(Statistics& s, int handShooter, int die1, int die2) {
+  const bool known = die1 >= 1 && die1 <= 6 && die2 >= 1 && die2 <= 6;
+  if (known && s.UncheckedRolls <= 0) s.UncheckedRolls = CountingHeadroom(s);
+  if (!known || s.UncheckedRolls <= 0) {
+    CountRollChecked(s, handShooter, die1, die2);
+    return;
+  }
+  // The same counting as CountRollChecked, in the same order; only a sum of long gaps,
+  // which grows by more than one, is still tested.
+  --s.UncheckedRolls;
+  const int shooter = handShooter > 0 ? handShooter : 0;
+  if (s.RollCount[kHandScope][0] == 0) {
+    s.HandsShot[kHandScope] = 1;
+    AddOne(s.HandsShot[kSessionScope]);
+    AddOne(s.HandsShot[kAllScope]);
+    if (shooter) {
+      s.HandsShot[shooter] = 1;
+      AddOne(s.HandsShot[kSessionScope + shooter]);
+      AddOne(s.HandsShot[kAllScope + shooter]);
+    }
+  }
+  for (int g : kGroups) AddOne(s.RollCount[g][0]);
+  for (int g : {kSessionScope, kAllScope})
+    s.MostRollsInHand[g] = std::max(s.MostRollsInHand[g], s.RollCount[kHandScope][0]);
+  if (shooter) {
+    for (int g : kGroups) AddOne(s.RollCount[g + shooter][0]);
+    for (int g : {kSessionScope, kAllScope})
+      s.MostRollsInHand[g + shooter] = std::max(s.MostRollsInHand[g + shooter], s.RollCount[shooter][0]);
+  }
+  for (int g : kGroups)
+    for (int c = 0; c < kSeats; ++c) AddOne(s.SeatRolls[g + c]);
+  s.RollsSince.AgeUnchecked();
+
+  const PairKinds& list = kKindLists.byPair[die1 - 1][die2 - 1];
+  const int n = list.Count;
+  for (int i = 0; i < n; ++i) {
+    const int kind = list.Kinds[i];
+    for (int g : kGroups) AddOne(s.RollCount[g][kind]);
+    if (shooter)
+      for (int g : kGroups) AddOne(s.RollCount[g + shooter][kind]);
+    const int32_t since = s.RollsSince.Take(kind);
+    if (since < kLongGap) {
+      AddOne(s.RollGapHistogram[kind][since]);
+    } else {
+      AddOne(s.RollGapHistogram[kind][kLongGap]);
+      AddTo(s.RollGapHistogram[kind][0], since, "sub Count Roll");
+    }
+  }
+}
+
 void CountComeOut(Statistics& s, int handShooter, int total, int32_t handCount) {
   CountDecision(s, handShooter, total, 0, "sub Count Come-out");
   RaiseMost(s.MostComeOutRollsInHand, 0, handCount);
@@ -312,8 +384,7 @@ void RollOverHand(Statistics& s, const std::array<bool, kSeats>& occupied) {
       const std::bitset<kStatBetRows> rows = s.BetRowsUsed[c] | s.BetRowsUsed[c + kLastHandScope];
       s.BetRowsUsed[c + kLastHandScope] = s.BetRowsUsed[c];
       s.BetRowsUsed[c].reset();
-      for (int b = 1; b <= kBets; ++b) {
-        if (!rows.test(static_cast<size_t>(b))) continue;
+      for (size_t b = rows._Find_next(0); b <= kBets; b = rows._Find_next(b)) {
         s.BetStats[c + kLastHandScope][b] = s.BetStats[c][b];
         s.BetWinStats[c + kLastHandScope][b] = s.BetWinStats[c][b];
         s.BetLossStats[c + kLastHandScope][b] = s.BetLossStats[c][b];

@@ -45,6 +45,9 @@ class RollsSinceStore {
   void Assign(const std::array<int32_t, kRollKinds>& values);
   // One more roll for every kind.
   void Age(const char* procedure) { Bump(rolls_, procedure); }
+  void AgeUnchecked() { ++rolls_; }
+  // The rolls counted since the store was cleared: the largest value it holds.
+  int32_t Rolls() const { return rolls_; }
   // The kind came up: its rolls since, which start again from 0.
   int32_t Take(int kind) {
     const int32_t since = rolls_ - lastSeen_[kind];
@@ -81,6 +84,12 @@ struct Statistics {
   // gap of g rolls (bin 200 for 200 or more, whose gaps are summed at gap 0).
   RollsSinceStore RollsSince;
   std::array<std::array<int32_t, kLongGap + 1>, kRollKinds> RollGapHistogram{};
+  // Rolls that CountRoll may count without testing each counter it adds one to: the room
+  // left below the 32-bit limit in the fullest of them, found by a scan when it runs out.
+  // Counting a roll adds at most one to each, so the test of every counter at every roll
+  // is needed only near the limit. Whatever raises one of them other than by counting a
+  // roll sets this to 0 (a game file is read into fresh stores, where it is 0).
+  int32_t UncheckedRolls = 0;
 };
 
 // The name of a roll kind as the frequency list shows it; "" for 0, 1, 90 and unknown.

@@ -295,6 +295,7 @@ void RuleBlocks(RecordIo& io, Game& g) {
 
 void StatisticsBlocks(RecordIo& io, Statistics& s) {
   const int32_t kMax = INT32_MAX;
+  if (io.Reading()) s.UncheckedRolls = 0;  // counters read from a file are scanned again
   io.Words([&](Run& r) {
     for (auto& column : s.RollCount)
       for (int32_t& v : column) r.Int(v, 0, kMax);
@@ -577,6 +578,9 @@ void RebuildDerivedStores(Game& g) {
     }
     for (int b = 1; b <= kBets; ++b)
       g.DefaultWorking[seat][static_cast<size_t>(b)] = g.Rules.WorkOnComeOut[static_cast<size_t>(b)][seat] ? 1 : 0;
+    // The copies of a seat with CheckStacks follow every row, as they did when saved.
+    g.CheckStacksWritten[seat] = {};
+    if (g.HasCheckStacks[seat]) g.CheckStacksWritten[seat] = {~uint64_t{0}, (uint64_t{1} << 36) - 1};
   }
   for (int b = bet::Field; b <= kBets; ++b) g.HeldPropBets += g.BetHolders[static_cast<size_t>(b)] != 0;
   Statistics& st = g.Stats;

@@ -40,6 +40,8 @@ TEST(MoneyArithmetic, ProductsAreExactAndRoundHalfToEven) {
   EXPECT_EQ(MulMoney(M(-0.0003), M(0.5)), M(-0.0002));
   // Large amounts don't overflow in the product.
   EXPECT_EQ(MulMoney(Money::Dollars(9000000000LL), M(2)), Money::Dollars(18000000000LL));
+  // Past 64 bits the product is formed in 128.
+  EXPECT_EQ(MulMoney(Money::FromRaw(999999999999999999LL), M(3.0001)), Money::FromRaw(3000099999999999997LL));
 }
 
 TEST(MoneyArithmetic, PayoffRatioFloorsTowardMinusInfinity) {
@@ -47,6 +49,9 @@ TEST(MoneyArithmetic, PayoffRatioFloorsTowardMinusInfinity) {
   EXPECT_EQ(MulDivMoney(M(10), M(1), M(3)), M(3.3333));
   EXPECT_EQ(MulDivMoney(M(10), M(-1), M(3)), M(-3.3334));
   EXPECT_EQ(MulDivMoney(M(10), M(1), M(0)), M(0));
+  const Money large = Money::FromRaw(999999999999999999LL);  // a product past 64 bits
+  EXPECT_EQ(MulDivMoney(large, M(3), M(2)), Money::FromRaw(1499999999999999998LL));
+  EXPECT_EQ(MulDivMoney(-large, M(3), M(2)), Money::FromRaw(-1499999999999999999LL));
 }
 
 TEST(MoneyArithmetic, FloorToUnitGoesDownAlsoForLosses) {

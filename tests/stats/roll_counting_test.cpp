@@ -105,6 +105,46 @@ TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
   EXPECT_EQ(s->RollCount[kHandScope][7], 0);
 }
 
+// Counting tests the counters only when one is near the limit: each counter a roll adds
+// to reaches the limit exactly, a few rolls on, and then stops the roll; a full counter
+// that the roll doesn't touch stops nothing.
+TEST(StatsRollCounting, EveryCounterOfARollStopsAtTheLimit) {
+  struct Case {
+    const char* name;
+    void (*fill)(Statistics&, int32_t);
+    int32_t (*read)(const Statistics&);
+    bool touched;
+  };
+  const Case cases[] = {
+      {"all rolls", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][0] = v; },
+       [](const Statistics& s) { return s.RollCount[kAllScope][0]; }, true},
+      {"shooter's sevens", [](Statistics& s, int32_t v) { s.RollCount[kSessionScope + 2][7] = v; },
+       [](const Statistics& s) { return s.RollCount[kSessionScope + 2][7]; }, true},
+      {"empty seat's rolls", [](Statistics& s, int32_t v) { s.SeatRolls[kAllScope + 8] = v; },
+       [](const Statistics& s) { return s.SeatRolls[kAllScope + 8]; }, true},
+      {"gap of one", [](Statistics& s, int32_t v) { s.RollGapHistogram[7][1] = v; },
+       [](const Statistics& s) { return s.RollGapHistogram[7][1]; }, true},
+      {"rolls since",
+       [](Statistics& s, int32_t v) {
+         std::array<int32_t, kRollKinds> since{};
+         since[1] = v;
+         s.RollsSince.Assign(since);
+       },
+       [](const Statistics& s) { return s.RollsSince[1]; }, true},
+      {"twelves", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][12] = v; },
+       [](const Statistics& s) { return s.RollCount[kAllScope][12]; }, false},
+  };
+  for (const Case& c : cases) {
+    auto s = Fresh();
+    c.fill(*s, INT32_MAX - 3);
+    for (int i = 0; i < 3; ++i) EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
+    EXPECT_EQ(c.read(*s), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
+    if (c.touched) EXPECT_THROW(CountRoll(*s, 2, 3, 4), StatOverflow) << c.name;
+    else EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
+    EXPECT_EQ(c.read(*s), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
+  }
+}
+
 TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
   auto s = Fresh();
   CountRoll(*s, 2, 2, 2);

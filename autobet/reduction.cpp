@@ -1,0 +1,921 @@
+#include "autobet/reduction.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "autobet/statement_buffer.h"
+#include "autobet/variables.h"
+#include "engine/game_state.h"
+
+// ---- The operations, shared by the live reduction and by plans.
+
+namespace {
+
+bool IsBetFamilyFunction(int f) { return (f >= 1 && f <= 11) || f == 21 || f == 800; }
+
+template <class R>
+bool IsValue(const R& r) {
+  return r.code == kCodeNumber || r.code == kCodeString;
+}
+template <class R>
+bool IsRelationalCode(const R& r) {
+  return r.code >= 50 && r.code <= 55;
+}
+
+// A truth value as the logical operators use it: a rounded 32-bit integer.
+std::int32_t LogicalOf(const Game& g, const TokenRecord& r) {
+  const double v = std::nearbyint(NumberOf(g, r));
+  if (v >= 2147483647.0) return INT32_MAX;
+  if (v <= -2147483648.0) return INT32_MIN;
+  return static_cast<std::int32_t>(v);
+}
+
+// Each binary operator leaves its result in the left operand; false when it faulted.
+bool ApplyArithmetic(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
+  AutoBetProgram& p = g.AutoBet;
+  const double a = NumberOf(g, left), c = NumberOf(g, right);
+  double r = 0;
+  switch (code) {
+    case 60: r = std::pow(a, c); break;
+    case 61: r = a * c; break;
+    case 62:
+      if (c == 0) return p.RunError = 9999, false;
+      r = a / c;
+      break;
+    case 63:
+    case 64: {
+      const double x = std::nearbyint(a), y = std::nearbyint(c);
+      if (y == 0) return p.RunError = 9999, false;
+      r = code == 63 ? std::trunc(x / y) : std::fmod(x, y);
+      break;
+    }
+    case 65: r = a + c; break;
+    case 66: r = a - c; break;
+    default: break;
+  }
+  left = {kCodeNumber, r};
+  return true;
+}
+
+void ApplyConcatenation(Game& g, TokenRecord& left, const TokenRecord& right) {
+  std::string text = TextOf(g, left);
+  text += TextOf(g, right);
+  left = {kCodeString, static_cast<double>(NewRunString(g.AutoBet, std::move(text)))};
+}
+
+void ApplyRelation(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
+  left = {kCodeNumber, CompareValues(g, left, code, right) ? -1.0 : 0.0};
+}
+
+void ApplyLogic(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
+  const std::int32_t a = LogicalOf(g, left), r = LogicalOf(g, right);
+  left = {kCodeNumber, static_cast<double>(code == kCodeAnd ? (a & r) : code == kCodeOr ? (a | r) : (a ^ r))};
+}
+
+TokenRecord Negated(const Game& g, const TokenRecord& r) { return {kCodeNumber, -NumberOf(g, r)}; }
+TokenRecord Inverted(const Game& g, const TokenRecord& r) {
+  return {kCodeNumber, static_cast<double>(~LogicalOf(g, r))};
+}
+
+// Evaluates an any/all list whose elements stand between `first` and `last` of the buffer
+// (exclusive of the brackets). `relational`/`side` give a comparison with `operand` (side
+// -1: operand on the left, +1: on the right, 0: none).
+bool EvaluateList(Game& g, int kind, int first, int last, int relational, int side, const TokenRecord& operand) {
+  const auto& b = g.AutoBet.StatementBuffer;
+  int qualifier = 0;
+  TokenRecord qualifierValue;
+  const bool any = kind == 2;
+  for (int k = first; k <= last; ++k) {
+    const TokenRecord& r = b[k];
+    if (r.code == kCodeListSeparator) continue;
+    if (IsRelational(r) && k + 1 <= last && IsValueRecord(b[k + 1])) {
+      qualifier = r.code;
+      qualifierValue = b[k + 1];
+      ++k;
+      continue;
+    }
+    if (!IsValueRecord(r)) continue;
+    const bool qualifies = qualifier == 0 || CompareValues(g, r, qualifier, qualifierValue);
+    bool pass;
+    if (side == 0) {
+      // On its own the list tests each element by the qualifier, or by its truth.
+      pass = qualifier != 0 ? qualifies : Truthy(g, r);
+    } else if (!qualifies) {
+      continue;  // compared only when it passes the qualifier
+    } else {
+      pass = side < 0 ? CompareValues(g, operand, relational, r) : CompareValues(g, r, relational, operand);
+    }
+    if (any && pass) return true;
+    if (!any && !pass) return false;
+  }
+  return !any;
+}
+
+// ---- The reduction, over any machine: the live buffer, or a plan being made.
+//
+// A machine M has records (M::Rec, with a code and a value) at 1..Length(), the range being
+// reduced (Open(), Close()), the fault (Error()), the edits of the buffer, and one call per
+// operation; the reduction decides from the records' codes alone which operation comes
+// next and where.
+
+template <class M>
+class Reduction {
+ public:
+  explicit Reduction(M& m) : m_(m) {}
+
+  void Statement() {
+    for (;;) {
+      // The innermost pair not yet handled: the last open before the first close.
+      int open = 0, close = 0;
+      for (int i = 1; i <= m_.Length(); ++i) {
+        if (m_.B(i).value != 0) continue;  // a pair already reduced keeps value 1
+        if (m_.B(i).code == kCodeOpenBracket) open = i;
+        if (m_.B(i).code == kCodeCloseBracket) {
+          close = i;
+          break;
+        }
+      }
+      if (open == 0 || close == 0 || close < open) break;
+      m_.Open() = open;
+      m_.Close() = close;
+      Range();
+      if (m_.Error()) return;
+      close = m_.Close();
+      const int owner = open > 1 ? m_.B(open - 1).code : 0;
+      bool holdsTarget = false;
+      for (int k = open + 1; k < close; ++k) holdsTarget = holdsTarget || m_.B(k).code == kCodeVariableTarget;
+      const bool owned = owner == kCodeFunction || owner == kCodeFunctionTarget || owner == kCodeListKind;
+      if (!owned && (holdsTarget || (close == open + 2 && IsValue(m_.B(open + 1))))) {
+        // Grouping brackets: a value, or targets that the action walks as a list.
+        m_.Delete(close, 1);
+        m_.Delete(open, 1);
+      } else {
+        m_.B(open).value = 1;
+        m_.B(close).value = 1;
+      }
+    }
+    m_.Open() = 0;
+    m_.Close() = m_.Length() + 1;
+    Range();
+  }
+
+ private:
+  using Rec = typename M::Rec;
+
+  // Records that belong to the reference group starting at `i` (0 for anything else).
+  int PiecesAfter(const Rec& r) {
+    return (r.code == kCodeVariable || r.code == kCodeVariableTarget) ? GroupSize(static_cast<int>(r.value)) : 0;
+  }
+
+  // The binary operators of one class, left to right across the range.
+  template <class Apply>
+  void BinaryPass(std::initializer_list<int> codes, Apply apply) {
+    for (int i = m_.Open() + 2; i < m_.Close() - 1 && m_.Error() == 0;) {
+      bool match = false;
+      for (int c : codes) match = match || m_.B(i).code == c;
+      if (match && IsValue(m_.B(i - 1)) && IsValue(m_.B(i + 1))) {
+        if (apply(m_.B(i).code, i - 1, i + 1)) {
+          m_.Delete(i, 2);
+          continue;  // the result may be the left operand of the next operator
+        }
+        return;
+      }
+      ++i;
+    }
+  }
+
+  void Arithmetic(std::initializer_list<int> codes) {
+    BinaryPass(codes, [&](int code, int left, int right) { return m_.Arithmetic(code, left, right); });
+  }
+
+  // Unary operators (minus, not) right to left, so that chains apply innermost first.
+  void UnaryPass(int code) {
+    for (int i = m_.Close() - 2; i > m_.Open(); --i) {
+      if (m_.B(i).code != code || !IsValue(m_.B(i + 1))) continue;
+      if (code == kCodeMinus && i - 1 > m_.Open() && IsValue(m_.B(i - 1))) continue;  // a subtraction
+      if (code == kCodeMinus) m_.Negate(i, i + 1);
+      else m_.Invert(i, i + 1);
+      m_.Delete(i + 1, 1);
+    }
+  }
+
+  // Ranges: `a thru b` of one family becomes a, a+1 .. b (or down), each a copy of a's group.
+  void ExpandRanges() {
+    for (int i = m_.Open() + 1; i < m_.Close() && m_.Error() == 0; ++i) {
+      const int pieces = PiecesAfter(m_.B(i));
+      if (pieces == 0 && m_.B(i).code != kCodeVariable && m_.B(i).code != kCodeVariableTarget) continue;
+      const int thru = i + 1 + pieces;
+      const int right = thru + 1;
+      if (thru >= m_.Close() || m_.B(thru).code != kCodeThru || right >= m_.Close()) {
+        i += pieces;
+        continue;
+      }
+      if (m_.B(right).code != kCodeVariable && m_.B(right).code != kCodeVariableTarget) {
+        i += pieces;
+        continue;
+      }
+      // The ends must be known now: a group that a function named by a value has no plan.
+      if (!m_.Known(i) || !m_.Known(right)) return;
+      const int rightPieces = PiecesAfter(m_.B(right));
+      for (int k = 1; k <= pieces && k <= rightPieces; ++k) {
+        const Rec& l = m_.B(i + k);
+        const Rec& r = m_.B(right + k);
+        if (l.code != r.code || l.value == r.value) continue;
+        m_.SetError(l.code == kCodePlayer ? 51 : l.code == kCodeTime ? 52 : 53);
+        return;
+      }
+      const int from = static_cast<int>(m_.B(i).value), to = static_cast<int>(m_.B(right).value);
+      const int count = std::abs(to - from) + 1;
+      const int groupLength = 1 + pieces;
+      // The right group and the thru go; count - 1 commas and copies come in their place.
+      const int removed = 1 + 1 + rightPieces;
+      const int added = (count - 1) * (1 + groupLength);
+      const int tailFrom = thru + removed;
+      const int newLength = m_.Length() - removed + added;
+      m_.Reserve(newLength);
+      m_.Move(tailFrom, m_.Length() + 1, tailFrom - removed + added);
+      const int step = to >= from ? 1 : -1;
+      int w = thru;
+      for (int n = 1; n < count; ++n) {
+        m_.B(w++) = Rec{kCodeListSeparator, 0};
+        m_.B(w) = m_.B(i);
+        m_.B(w).value = from + n * step;
+        for (int k = 1; k <= pieces; ++k) m_.B(w + k) = m_.B(i + k);
+        w += groupLength;
+      }
+      m_.Length() = newLength;
+      m_.Close() += added - removed;
+      i = w - 1;
+    }
+  }
+
+  // The extent of the list that a list kind at `i` heads: its open bracket at i + 1, and
+  // the index of its end-of-list record. 0 when the shape isn't a list.
+  int ListEnd(int i) {
+    if (i + 1 >= m_.Close() || m_.B(i + 1).code != kCodeOpenBracket) return 0;
+    int depth = 0;
+    for (int k = i + 1; k < m_.Close(); ++k) {
+      if (m_.B(k).code == kCodeOpenBracket) ++depth;
+      if (m_.B(k).code == kCodeCloseBracket && --depth == 0) {
+        return (k + 1 < m_.Close() && m_.B(k + 1).code == kCodeEndOfList) ? k + 1 : k;
+      }
+    }
+    return 0;
+  }
+
+  void ListKinds() {
+    for (int i = m_.Open() + 1; i < m_.Close() && m_.Error() == 0; ++i) {
+      if (m_.B(i).code != kCodeListKind) continue;
+      const int end = ListEnd(i);
+      if (end == 0) continue;
+      const int close = m_.B(end).code == kCodeEndOfList ? end - 1 : end;
+      bool holdsTarget = false;
+      for (int k = i + 2; k < close; ++k) holdsTarget = holdsTarget || m_.B(k).code == kCodeVariableTarget;
+      if (holdsTarget) {
+        i = end;
+        continue;
+      }
+      const int kind = static_cast<int>(m_.B(i).value);
+      int from = i, to = end, side = 0, relational = 0, operand = 0;
+      if (i - 2 > m_.Open() && IsRelationalCode(m_.B(i - 1)) && IsValue(m_.B(i - 2))) {
+        side = -1;
+        relational = m_.B(i - 1).code;
+        operand = i - 2;
+        from = i - 2;
+      } else if (end + 2 < m_.Close() && IsRelationalCode(m_.B(end + 1)) && IsValue(m_.B(end + 2))) {
+        side = 1;
+        relational = m_.B(end + 1).code;
+        operand = end + 2;
+        to = end + 2;
+      }
+      m_.List(from, kind, i + 2, close - 1, relational, side, operand);
+      m_.Delete(from + 1, to - from);
+      i = from;
+    }
+  }
+
+  // Applies every operator class across (Open, Close), stopping at a fault.
+  void Range() {
+    // One look at what the range holds, so that each class with nothing to do costs a bit
+    // test. Reads and calls only ever leave values behind, so the operators found now are
+    // all there will be.
+    std::uint64_t ops = 0;  // bit c - 50 for the operator codes 50..113
+    bool calls = false, reads = false, lists = false;
+    for (int i = m_.Open() + 1; i < m_.Close(); ++i) {
+      const int c = m_.B(i).code;
+      if (c >= 50 && c < 114) {
+        ops |= std::uint64_t{1} << (c - 50);
+      } else if (c == kCodeFunction || c == kCodeFunctionTarget) {
+        calls = true;
+      } else if (c == kCodeVariable || c == kCodeVariableTarget) {
+        reads = true;
+      } else if (c == kCodeListKind) {
+        lists = true;
+      }
+    }
+    const auto has = [ops](int code) { return (ops >> (code - 50)) & 1; };
+    constexpr std::uint64_t kRelational = 0x3F;  // 50..55
+    // 1. Functions. The bet-family forms become the group of the variable they name, read
+    // in 3 (or expanded by a range in 2).
+    for (int i = m_.Open() + 1; calls && i < m_.Close() && m_.Error() == 0; ++i) {
+      if (m_.B(i).code == kCodeFunction || m_.B(i).code == kCodeFunctionTarget) {
+        const bool target = m_.B(i).code == kCodeFunctionTarget;
+        const int f = static_cast<int>(m_.B(i).value);
+        if (target || IsBetFamilyFunction(f)) {
+          m_.ResolveTarget(i);
+          if (!target && m_.B(i).code == kCodeVariableTarget) m_.B(i).code = kCodeVariable;
+          i += PiecesAfter(m_.B(i));
+        } else {
+          const int consumed = m_.Call(i);
+          m_.Delete(i + 1, consumed);
+        }
+      }
+    }
+    if (m_.Error()) return;
+    reads = reads || calls;  // a bet-family call becomes a variable group
+    // 2. Ranges.
+    if (has(kCodeThru)) ExpandRanges();
+    if (m_.Error()) return;
+    // 3. Variable reads; targets stay for the action.
+    // One sweep that reads and closes up behind itself, rather than shifting the tail at
+    // every read.
+    if (reads) {
+      int w = m_.Open() + 1;
+      int i = w;
+      while (i < m_.Close()) {
+        int length = 1;
+        if (m_.B(i).code == kCodeVariable) {
+          const int pieces = m_.Read(i);
+          if (m_.Error()) return;
+          m_.B(w++) = m_.B(i);
+          i += 1 + pieces;
+          continue;
+        }
+        if (m_.B(i).code == kCodeVariableTarget) length += PiecesAfter(m_.B(i));
+        for (int k = 0; k < length; ++k) m_.B(w++) = m_.B(i++);
+      }
+      const int removed = i - w;
+      if (removed > 0) {
+        for (int k = i; k <= m_.Length(); ++k) m_.B(w++) = m_.B(k);
+        m_.Length() -= removed;
+        m_.Close() -= removed;
+      }
+    }
+    // 4. Power; a unary minus right behind it binds to its operand first.
+    if (has(kCodePower)) {
+      for (int i = m_.Open() + 2; i + 2 < m_.Close(); ++i) {
+        if (m_.B(i).code == kCodePower && m_.B(i + 1).code == kCodeMinus && IsValue(m_.B(i + 2))) {
+          m_.Negate(i + 1, i + 2);
+          m_.Delete(i + 2, 1);
+        }
+      }
+      Arithmetic({kCodePower});
+    }
+    // 5. Unary minus.
+    if (m_.Error() == 0 && has(kCodeMinus)) UnaryPass(kCodeMinus);
+    // 6, 7, 8. Multiply and divide; integer divide; modulus; add and subtract.
+    if (m_.Error() == 0 && (has(kCodeTimes) || has(kCodeDivide))) Arithmetic({kCodeTimes, kCodeDivide});
+    if (m_.Error() == 0 && has(kCodeIntegerDivide)) Arithmetic({kCodeIntegerDivide});
+    if (m_.Error() == 0 && has(kCodeMod)) Arithmetic({kCodeMod});
+    if (m_.Error() == 0 && (has(kCodePlus) || has(kCodeMinus))) Arithmetic({kCodePlus, kCodeMinus});
+    if (m_.Error()) return;
+    // 9. Concatenation.
+    if (has(kCodeConcatenate))
+      BinaryPass({kCodeConcatenate}, [&](int, int left, int right) {
+        m_.Concatenate(left, right);
+        return true;
+      });
+    // 10. Relational operators; a list on either side waits for 11.
+    if (ops & kRelational)
+      BinaryPass({50, 51, 52, 53, 54, 55}, [&](int code, int left, int right) {
+        m_.Relate(code, left, right);
+        return true;
+      });
+    // 11. any / all.
+    if (lists) ListKinds();
+    // 12. not; and; or; xor.
+    if (has(kCodeNot)) UnaryPass(kCodeNot);
+    for (int code : {kCodeAnd, kCodeOr, kCodeXor}) {
+      if (!has(code)) continue;
+      BinaryPass({code}, [&](int c, int left, int right) {
+        m_.Logic(c, left, right);
+        return true;
+      });
+    }
+  }
+
+  M& m_;
+};
+
+// The machine of the live reduction: the statement buffer itself.
+class LiveMachine {
+ public:
+  using Rec = TokenRecord;
+  explicit LiveMachine(Game& g) : g_(g), p_(g.AutoBet) {}
+
+  Rec& B(int i) { return p_.StatementBuffer[static_cast<std::size_t>(i)]; }
+  int& Length() { return p_.StatementLength; }
+  int& Open() { return p_.OpenBracket; }
+  int& Close() { return p_.CloseBracket; }
+  int Error() const { return p_.RunError; }
+  void SetError(int code) { p_.RunError = code; }
+  bool Known(int) const { return true; }
+
+  void Delete(int position, int count) { DeleteRecords(p_, position, count); }
+  void Reserve(int length) {
+    auto& b = p_.StatementBuffer;
+    if (static_cast<int>(b.size()) <= length + 1) b.resize(static_cast<std::size_t>(length) + 64);
+  }
+  // Records [from, to) to `at`, overlapping or not.
+  void Move(int from, int to, int at) {
+    if (to > from) std::memmove(&B(at), &B(from), sizeof(Rec) * static_cast<std::size_t>(to - from));
+  }
+
+  int Call(int i) { return AssignFunction(g_, i); }
+  void ResolveTarget(int i) { ResolveTargetFunction(g_, i); }
+  int Read(int i) { return AssignVariable(g_, i); }
+  bool Arithmetic(int code, int left, int right) { return ApplyArithmetic(g_, code, B(left), B(right)); }
+  void Concatenate(int left, int right) { ApplyConcatenation(g_, B(left), B(right)); }
+  void Relate(int code, int left, int right) { ApplyRelation(g_, code, B(left), B(right)); }
+  void Logic(int code, int left, int right) { ApplyLogic(g_, code, B(left), B(right)); }
+  void Negate(int at, int operand) { B(at) = Negated(g_, B(operand)); }
+  void Invert(int at, int operand) { B(at) = Inverted(g_, B(operand)); }
+  void List(int at, int kind, int first, int last, int relational, int side, int operand) {
+    const TokenRecord value = operand != 0 ? B(operand) : TokenRecord{};
+    B(at) = {kCodeNumber, EvaluateList(g_, kind, first, last, relational, side, value) ? -1.0 : 0.0};
+  }
+
+ private:
+  Game& g_;
+  AutoBetProgram& p_;
+};
+
+}  // namespace
+
+bool TruthyText(const Game& g, const TokenRecord& r) {
+  if (r.code == kCodeNumber) return r.value != 0;
+  if (r.code == kCodeString) {
+    std::string scratch;
+    return StringView(g, r.code, r.value, scratch).find_first_not_of(" \t") != std::string_view::npos;
+  }
+  return false;
+}
+
+void ReduceStatement(Game& g) {
+  LiveMachine m(g);
+  Reduction<LiveMachine>(m).Statement();
+}
+
+// ---- Plans.
+
+// A record of a step's template or of the reduced statement: as it stands, or (slot 0 and
+// up) the value a step computes, or a group whose variable a step names.
+struct PlanItem {
+  TokenRecord record;
+  std::int32_t slot = -1;
+};
+
+struct PlanStep {
+  enum Kind : std::uint8_t {
+    kRead,         // a group read into `out`
+    kReadAmount,   // the same for a bet's amount or a checkstack: row `code`, player piece `a`
+    kReadFact,     // the same for a table fact: variable `code`, player piece `a`
+    kReadNamed,    // the same for a group whose variable a call named: variable in slot `a`
+    kCall,         // a function call, its records the template [a, a + n)
+    kTarget,       // a bet or checkstack named by a number: its group head into `out`
+    kTargetNamed,  // the same for a call of one value: form `code`, argument slot `a`, `n` pieces
+    kArithmetic,   // out = a (code) b
+    kConcatenate,  // out = a & b
+    kRelation,     // out = a (code) b
+    kLogic,        // out = a (code) b
+    kNegate,       // out = -a
+    kInvert,       // out = not a
+    kList,         // out = the list kind `code` over the template [a, a + n)
+    kFault,        // the statement faults with `code`
+  };
+  Kind kind = kFault;
+  std::int32_t code = 0;
+  std::int32_t out = 0;
+  std::int32_t a = 0, b = 0, n = 0;
+  std::int32_t relational = 0, side = 0;  // lists: the comparison with operand slot `b`
+  ReferencePieces pieces;                 // kRead
+};
+
+struct StatementPlan {
+  std::vector<PlanStep> steps;
+  std::vector<PlanItem> items;    // the templates of the steps
+  std::vector<PlanItem> outcome;  // the buffer after reduction, from 1
+  std::int32_t openBracket = 0, closeBracket = 0;
+  // The constants of the statement, then what the steps compute; the second part is
+  // written afresh by every run.
+  mutable std::vector<TokenRecord> values;
+};
+
+namespace {
+
+PlanStep MakeStep(PlanStep::Kind kind, int code = 0) {
+  PlanStep s;
+  s.kind = kind;
+  s.code = code;
+  return s;
+}
+
+// A record of the reduction that makes a plan: a value's slot, or the slot that will
+// hold the variable of a group head that a call named; -1 for a record as it stands.
+struct PlanRecord {
+  std::int32_t code = 0;
+  double value = 0;
+  std::int32_t slot = -1;
+};
+
+// A group head that a call named gets this variable while the plan is made: one with as
+// many pieces, so that the reduction steps over them as it will at run time.
+int StandInVariable(int pieces) {
+  static constexpr int kByPieces[5] = {5000, 200, 1000, 2000, 1};
+  return kByPieces[std::clamp(pieces, 0, 4)];
+}
+
+// The machine that makes a plan: it reduces a copy of the statement in which every value
+// is a slot, and writes down each operation where the live reduction would perform it.
+class PlanMachine {
+ public:
+  using Rec = PlanRecord;
+  PlanMachine(std::span<const TokenRecord> statement, StatementPlan& plan) : plan_(plan) {
+    b_.resize(statement.size() + 64);
+    for (std::size_t i = 0; i < statement.size(); ++i) {
+      const TokenRecord& r = statement[i];
+      b_[i + 1] = {r.code, r.value, IsValue(r) ? Constant(r) : -1};
+    }
+    length_ = static_cast<int>(statement.size());
+  }
+
+  // The plan, or false when the statement's course depends on a value.
+  bool Finish() {
+    if (unplannable_) return false;
+    plan_.outcome.clear();
+    for (int i = 1; i <= length_; ++i) plan_.outcome.push_back(Item(b_[static_cast<std::size_t>(i)]));
+    plan_.openBracket = open_;
+    plan_.closeBracket = close_;
+    return true;
+  }
+
+  Rec& B(int i) { return b_[static_cast<std::size_t>(i)]; }
+  int& Length() { return length_; }
+  int& Open() { return open_; }
+  int& Close() { return close_; }
+  int Error() const { return error_; }
+  void SetError(int code) {
+    if (error_ == 0) Add(MakeStep(PlanStep::kFault, code));
+    error_ = code;
+  }
+  bool Known(int i) {
+    if (b_[static_cast<std::size_t>(i)].slot < 0) return true;
+    Unplannable();
+    return false;
+  }
+
+  void Delete(int position, int count) {
+    if (count <= 0) return;
+    for (int i = position; i + count <= length_; ++i) B(i) = B(i + count);
+    length_ -= count;
+    if (close_ > position) close_ -= count;
+  }
+  void Reserve(int length) {
+    if (static_cast<int>(b_.size()) <= length + 1) b_.resize(static_cast<std::size_t>(length) + 64);
+  }
+  void Move(int from, int to, int at) {
+    if (to > from) std::memmove(&B(at), &B(from), sizeof(Rec) * static_cast<std::size_t>(to - from));
+  }
+
+  int Call(int i) {
+    const CallExtent c = Extent(i);
+    if (c.close == 0) {
+      SetError(10000);  // as AssignFunction finds it
+      return 0;
+    }
+    PlanStep s = MakeStep(PlanStep::kCall);
+    s.a = Template(i, i + c.consumed, s.n);
+    s.out = Result(i);
+    Add(s);
+    return c.consumed;
+  }
+
+  void ResolveTarget(int i) {
+    const CallExtent c = Extent(i);
+    const int f = static_cast<int>(B(i).value);
+    const bool numbered = (f >= 1 && f <= 11) || f == 21 || f == 800;
+    if (c.close == 0 || !numbered) {
+      SetError(10000);  // as ResolveTargetFunction finds it
+      return;
+    }
+    PlanStep s = MakeStep(PlanStep::kTarget);
+    if (c.close == i + 3 && IsValue(B(i + 2))) {
+      // One value between the brackets: the call's argument.
+      s = MakeStep(PlanStep::kTargetNamed, f);
+      s.a = B(i + 2).slot;
+      s.n = c.pieces;
+    } else {
+      s.a = Template(i, c.close + c.pieces, s.n);
+    }
+    s.out = NewSlot();
+    Add(s);
+    // The group's variable comes at run time; the bracket and its number go.
+    B(i) = {kCodeVariableTarget, static_cast<double>(StandInVariable(c.pieces)), s.out};
+    Delete(i + 1, c.close - i);
+  }
+
+  int Read(int i) {
+    const Rec head = B(i);
+    const int size = GroupSize(static_cast<int>(head.value));
+    const int pieces = std::min(size, std::max(0, length_ - i));
+    // A group cut short by the end of the statement would read past it.
+    if (pieces < size) {
+      Unplannable();
+      return pieces;
+    }
+    PlanStep s = MakeStep(head.slot < 0 ? PlanStep::kRead : PlanStep::kReadNamed);
+    // The pieces are read now; a named group's variable comes at run time, with as many
+    // pieces as the stand-in that is there now.
+    std::vector<TokenRecord> group;
+    for (int k = 0; k <= pieces; ++k) group.push_back({B(i + k).code, B(i + k).value});
+    s.pieces = ReadPieces(group.data());
+    if (head.slot >= 0) {
+      s.a = head.slot;
+    } else if (IsAmountRead(s.pieces) || s.pieces.v >= 5000) {
+      const ReferencePieces r = s.pieces;
+      s = MakeStep(r.v >= 5000 ? PlanStep::kReadFact : PlanStep::kReadAmount, r.v);
+      s.a = r.piece;
+    }
+    s.out = Result(i);
+    Add(s);
+    return pieces;
+  }
+
+  bool Arithmetic(int code, int left, int right) {
+    Binary(PlanStep::kArithmetic, code, left, right);
+    return true;  // a division by zero at run time stops the plan there
+  }
+  void Concatenate(int left, int right) { Binary(PlanStep::kConcatenate, 0, left, right); }
+  void Relate(int code, int left, int right) { Binary(PlanStep::kRelation, code, left, right); }
+  void Logic(int code, int left, int right) { Binary(PlanStep::kLogic, code, left, right); }
+  void Negate(int at, int operand) { Unary(PlanStep::kNegate, at, operand); }
+  void Invert(int at, int operand) { Unary(PlanStep::kInvert, at, operand); }
+  void List(int at, int kind, int first, int last, int relational, int side, int operand) {
+    PlanStep s = MakeStep(PlanStep::kList, kind);
+    s.a = Template(first, last, s.n);
+    s.relational = relational;
+    s.side = side;
+    s.b = operand != 0 ? B(operand).slot : -1;
+    s.out = Result(at);
+    Add(s);
+  }
+
+ private:
+  int NewSlot() {
+    plan_.values.push_back({kCodeNumber, 0});
+    return static_cast<int>(plan_.values.size()) - 1;
+  }
+  int Constant(const TokenRecord& r) {
+    plan_.values.push_back(r);
+    return static_cast<int>(plan_.values.size()) - 1;
+  }
+  // A new value at `i`: a number as far as the reduction's course goes (it asks only
+  // whether a record is a value).
+  int Result(int i) {
+    const int slot = NewSlot();
+    B(i) = {kCodeNumber, 0, slot};
+    return slot;
+  }
+  void Add(PlanStep s) { plan_.steps.push_back(s); }
+  void Unplannable() {
+    unplannable_ = true;
+    if (error_ == 0) error_ = -1;  // the reduction stops at once
+  }
+  PlanItem Item(const Rec& r) const { return {{r.code, r.value}, r.slot}; }
+  // Records [first, last] as a template: where it starts among the items; `n` its length.
+  int Template(int first, int last, std::int32_t& n) {
+    const int at = static_cast<int>(plan_.items.size());
+    for (int k = first; k <= last; ++k) plan_.items.push_back(Item(B(k)));
+    n = std::max(0, last - first + 1);
+    return at;
+  }
+  void Binary(PlanStep::Kind kind, int code, int left, int right) {
+    PlanStep s = MakeStep(kind, code);
+    s.a = B(left).slot;
+    s.b = B(right).slot;
+    s.out = Result(left);
+    Add(s);
+  }
+  void Unary(PlanStep::Kind kind, int at, int operand) {
+    PlanStep s = MakeStep(kind);
+    s.a = B(operand).slot;
+    s.out = Result(at);
+    Add(s);
+  }
+  // Where the call at `i` ends, found in the records as AssignFunction will find them.
+  CallExtent Extent(int i) {
+    std::vector<TokenRecord> view(static_cast<std::size_t>(length_) + 1);
+    for (int k = 1; k <= length_; ++k) view[static_cast<std::size_t>(k)] = {B(k).code, B(k).value};
+    return LocateCallExtent(view, length_, i);
+  }
+
+  StatementPlan& plan_;
+  std::vector<Rec> b_;
+  int length_ = 0, open_ = 0, close_ = 0;
+  int error_ = 0;
+  bool unplannable_ = false;
+};
+
+bool IsKeyword(int code) {
+  switch (code) {
+    case kCodeIf:
+    case kCodeThen:
+    case kCodeElse:
+    case kCodeElseIf:
+    case kCodeEndIf:
+    case kCodeGosub:
+    case kCodeGoto:
+    case kCodeReturn:
+    case kCodeDo:
+    case kCodeLoop:
+    case kCodeExitDo:
+    case kCodeLabel:
+    case kCodeScriptHeader: return true;
+    default: return false;
+  }
+}
+
+// Whether the plan of `statement` could be made.
+bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
+  PlanMachine m(statement, plan);
+  Reduction<PlanMachine>(m).Statement();
+  return m.Finish();
+}
+
+// Writes the template [at, at + n) of a plan into the buffer from 1, with this run's values.
+void PutTemplate(AutoBetProgram& p, const StatementPlan& plan, int at, int n) {
+  auto& b = p.StatementBuffer;
+  if (static_cast<int>(b.size()) < n + 2) b.resize(static_cast<std::size_t>(n) + 64);
+  for (int k = 0; k < n; ++k) {
+    const PlanItem& item = plan.items[static_cast<std::size_t>(at + k)];
+    TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
+    if (item.slot < 0) r = item.record;
+    else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
+      r = {item.record.code, plan.values[static_cast<std::size_t>(item.slot)].value};
+    else r = plan.values[static_cast<std::size_t>(item.slot)];
+  }
+  p.StatementLength = n;
+}
+
+}  // namespace
+
+StatementPlans::~StatementPlans() = default;
+
+namespace {
+
+bool SameBits(const TokenRecord& a, const TokenRecord& b) {
+  return a.code == b.code && std::memcmp(&a.value, &b.value, sizeof a.value) == 0;
+}
+
+// The statement at `start`, worked out now: its end, and its plan.
+FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& records, int start) {
+  const int last = static_cast<int>(records.size()) - 1;
+  // A script header stands alone: the next seat's script follows the last statement of
+  // the one before with no marker between them.
+  int end = start;
+  while (end <= last && records[static_cast<std::size_t>(end)].code < kCodeStatement &&
+         (records[static_cast<std::size_t>(end)].code != kCodeScriptHeader || end == start))
+    ++end;
+  FoundStatement found;
+  found.end = end;
+  found.next = end <= last && records[static_cast<std::size_t>(end)].code == kCodeScriptHeader ? end - 1 : end;
+  if (start < 0 || start > last) return found;
+  const std::span<const TokenRecord> statement(records.data() + start, static_cast<std::size_t>(end - start));
+  if (!statement.empty() && !IsKeyword(statement[0].code)) {
+    auto plan = std::make_unique<StatementPlan>();
+    if (MakePlan(statement, *plan)) {
+      found.plan = plan.get();
+      c.plans.push_back(std::move(plan));
+    }
+  }
+  return found;
+}
+
+}  // namespace
+
+void PreparePlans(AutoBetProgram& p) {
+  const auto& records = p.ProgramRecords;
+  if (p.Plans && p.Plans->data == records.data() && p.Plans->size == records.size() &&
+      (records.empty() || (SameBits(p.Plans->first, records.front()) && SameBits(p.Plans->last, records.back()))))
+    return;
+  p.Plans = std::make_shared<StatementPlans>();
+  StatementPlans& c = *p.Plans;
+  c.data = records.data();
+  c.size = records.size();
+  if (!records.empty()) {
+    c.first = records.front();
+    c.last = records.back();
+  }
+  c.found.assign(records.size(), FoundStatement{});
+}
+
+FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
+  if (!p.Plans || p.Plans->size != p.ProgramRecords.size()) PreparePlans(p);
+  StatementPlans& c = *p.Plans;
+  if (start < 0 || static_cast<std::size_t>(start) >= c.found.size()) return WorkOut(c, p.ProgramRecords, start);
+  FoundStatement& f = c.found[static_cast<std::size_t>(start)];
+  if (f.end < 0) f = WorkOut(c, p.ProgramRecords, start);
+  return f;
+}
+
+void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
+  AutoBetProgram& p = g.AutoBet;
+  auto& v = plan.values;
+  const auto at = [&](std::int32_t slot) -> TokenRecord& { return v[static_cast<std::size_t>(slot)]; };
+  for (const PlanStep& s : plan.steps) {
+    switch (s.kind) {
+      case PlanStep::kRead: {
+        TokenRecord out{kCodeNumber, 0};
+        ReadReference(g, s.pieces, out);
+        at(s.out) = out;
+        break;
+      }
+      case PlanStep::kReadAmount: ReadAmount(g, s.a, s.code, at(s.out)); break;
+      case PlanStep::kReadFact: ReadFact(g, s.a, s.code, at(s.out)); break;
+      case PlanStep::kReadNamed: {
+        ReferencePieces r = s.pieces;
+        r.v = static_cast<int>(at(s.a).value);
+        TokenRecord out{kCodeNumber, 0};
+        ReadReference(g, r, out);
+        at(s.out) = out;
+        break;
+      }
+      case PlanStep::kCall:
+        PutTemplate(p, plan, s.a, s.n);
+        AssignFunction(g, 1);
+        at(s.out) = p.StatementBuffer[1];
+        break;
+      case PlanStep::kTarget:
+        PutTemplate(p, plan, s.a, s.n);
+        ResolveTargetFunction(g, 1);
+        at(s.out) = p.StatementBuffer[1];
+        break;
+      case PlanStep::kTargetNamed:
+        at(s.out) = {kCodeVariableTarget, static_cast<double>(NamedVariable(g, s.code, NumberOf(g, at(s.a)), s.n))};
+        break;
+      case PlanStep::kArithmetic: {
+        TokenRecord left = at(s.a);
+        if (ApplyArithmetic(g, s.code, left, at(s.b))) at(s.out) = left;
+        break;
+      }
+      case PlanStep::kConcatenate: {
+        TokenRecord left = at(s.a);
+        ApplyConcatenation(g, left, at(s.b));
+        at(s.out) = left;
+        break;
+      }
+      case PlanStep::kRelation: {
+        TokenRecord left = at(s.a);
+        ApplyRelation(g, s.code, left, at(s.b));
+        at(s.out) = left;
+        break;
+      }
+      case PlanStep::kLogic: {
+        TokenRecord left = at(s.a);
+        ApplyLogic(g, s.code, left, at(s.b));
+        at(s.out) = left;
+        break;
+      }
+      case PlanStep::kNegate: at(s.out) = Negated(g, at(s.a)); break;
+      case PlanStep::kInvert: at(s.out) = Inverted(g, at(s.a)); break;
+      case PlanStep::kList: {
+        const TokenRecord operand = s.b >= 0 ? at(s.b) : TokenRecord{};
+        PutTemplate(p, plan, s.a, s.n);
+        at(s.out) = {kCodeNumber, EvaluateList(g, s.code, 1, s.n, s.relational, s.side, operand) ? -1.0 : 0.0};
+        break;
+      }
+      case PlanStep::kFault: p.RunError = s.code; break;
+    }
+    if (p.RunError != 0) return;
+  }
+  auto& b = p.StatementBuffer;
+  const int n = static_cast<int>(plan.outcome.size());
+  if (static_cast<int>(b.size()) < n + 2) b.resize(static_cast<std::size_t>(n) + 64);
+  for (int k = 0; k < (firstOnly ? std::min(n, 1) : n); ++k) {
+    const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
+    TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
+    if (item.slot < 0) r = item.record;
+    else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
+      r = {item.record.code, at(item.slot).value};
+    else r = at(item.slot);
+  }
+  p.StatementLength = n;
+  p.OpenBracket = plan.openBracket;
+  p.CloseBracket = plan.closeBracket;
+}

@@ -1,0 +1,72 @@
+#pragma once
+// The reduction of a statement in the interpreter's buffer, operator class by operator
+// class, and its plans.
+//
+// A statement's reduction takes the same course on every cycle: which records meet, in
+// which order, depends on the records' codes, not on the values read. A plan is that course
+// worked out once, by running the same reduction over the statement with each value left
+// open: the reads, calls and operations it performs, in the order it performs them, and
+// the buffer it leaves. Running a plan performs those steps on this cycle's values with
+// the same procedures, stops at the first fault as the reduction does, and leaves the
+// same buffer, without searching the records again. A statement whose course depends on
+// a value (a range whose ends a function names) has no plan and is reduced as it stands.
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "autobet/compiler.h"
+#include "autobet/tokens.h"
+
+struct Game;
+struct AutoBetProgram;
+
+// Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
+// RunError set on a fault.
+void ReduceStatement(Game& g);
+
+// Whether a value record counts as true in a condition: a number other than 0, a string
+// that isn't blank.
+bool TruthyText(const Game& g, const TokenRecord& r);
+inline bool Truthy(const Game& g, const TokenRecord& r) {
+  return r.code == kCodeNumber ? r.value != 0 : TruthyText(g, r);
+}
+
+// Plans are kept for one program: ProgramRecords as it stands at the start of a cycle.
+// Whatever writes ProgramRecords drops them (AutoBetProgram::Plans = nullptr), as the
+// compiler does; a program of another length, place or first and last record drops them
+// here as well.
+void PreparePlans(AutoBetProgram& p);
+
+// The statement that starts at record `start` of ProgramRecords: the index of the record
+// behind it (its end marker, or the end of the program), where the cycle goes on from
+// (that marker, or one short of a script header), and its plan when it is an expression
+// or an action that has one. A statement is worked out the first time it runs.
+struct StatementPlan;
+struct FoundStatement {
+  int end = -1;
+  int next = 0;
+  const StatementPlan* plan = nullptr;
+};
+struct StatementPlans {
+  const TokenRecord* data = nullptr;
+  std::size_t size = 0;
+  TokenRecord first, last;
+  std::vector<FoundStatement> found;  // by start; end -1: not worked out yet
+  std::vector<std::unique_ptr<StatementPlan>> plans;
+  ~StatementPlans();
+};
+FoundStatement WorkOutStatement(AutoBetProgram& p, int start);
+inline FoundStatement FindStatement(AutoBetProgram& p, int start) {
+  const StatementPlans* c = p.Plans.get();
+  if (c && c->size == p.ProgramRecords.size() && start >= 0 && static_cast<std::size_t>(start) < c->found.size()) {
+    const FoundStatement& f = c->found[static_cast<std::size_t>(start)];
+    if (f.end >= 0) return f;
+  }
+  return WorkOutStatement(p, start);
+}
+
+// Reduces the planned statement into the buffer, as ReduceStatement would reduce a copy
+// of its records; with `firstOnly` (a condition, which looks at nothing else) the records
+// behind the first are left as they are.
+void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly);

@@ -1,0 +1,210 @@
+// A statement's plan leaves what reducing its records leaves: the same buffer, the same
+// fault, the same strings, on every statement of the language's operator table and of
+// every example system, at every roll of a played session.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "autobet/reduction.h"
+#include "dice/seeding.h"
+#include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
+#include "tests/autobet/example_scripts.h"
+#include "tests/test_support.h"
+
+namespace {
+
+// What a reduction leaves.
+struct Reduced {
+  int error = 0;
+  std::vector<TokenRecord> records;
+  std::vector<std::string> strings;  // made while reducing
+  std::uint32_t rnd = 0;
+};
+
+bool operator==(const Reduced& a, const Reduced& b) {
+  if (a.error != b.error || a.rnd != b.rnd || a.strings != b.strings) return false;
+  if (a.error != 0) return true;  // a faulted statement's buffer is never looked at
+  if (a.records.size() != b.records.size()) return false;
+  for (std::size_t i = 0; i < a.records.size(); ++i)
+    if (a.records[i].code != b.records[i].code ||
+        std::memcmp(&a.records[i].value, &b.records[i].value, sizeof(double)) != 0)
+      return false;
+  return true;
+}
+
+std::string Show(const Reduced& r) {
+  std::string s = "fault " + std::to_string(r.error) + ":";
+  for (const TokenRecord& t : r.records) s += " " + std::to_string(t.code) + "/" + std::to_string(t.value);
+  for (const std::string& text : r.strings) s += " \"" + text + "\"";
+  return s;
+}
+
+// Runs `reduce` on the game and takes what it left, then puts back the strings and the
+// generator it may have used.
+template <class F>
+Reduced Take(Game& g, F&& reduce) {
+  AutoBetProgram& p = g.AutoBet;
+  const std::size_t mark = p.ProgramStrings.size();
+  const std::uint32_t seed = p.RndSeed;
+  p.RunError = 0;
+  reduce();
+  Reduced r;
+  r.error = p.RunError;
+  r.records.assign(p.StatementBuffer.begin() + 1, p.StatementBuffer.begin() + 1 + p.StatementLength);
+  for (std::size_t i = mark; i < p.ProgramStrings.size(); ++i) r.strings.push_back(p.ProgramStrings[i].text);
+  r.rnd = p.RndSeed;
+  p.ProgramStrings.resize(mark);
+  p.RndSeed = seed;
+  p.RunError = 0;
+  return r;
+}
+
+// Compares both ways of reducing every statement of the program as the game stands, and
+// every tail of one too (whatever records a reduction starts from, the two agree); counts
+// the statements that are no keyword, and those that have a plan.
+struct Counts {
+  int statements = 0, planned = 0;
+};
+Counts CompareEveryStatement(Game& g, const char* when) {
+  AutoBetProgram& p = g.AutoBet;
+  Counts n;
+  const int last = static_cast<int>(p.ProgramRecords.size()) - 1;
+  for (int start = 0; start <= last; ++start) {
+    if (p.ProgramRecords[static_cast<std::size_t>(start)].code == kCodeScriptHeader)
+      p.Bettor = static_cast<int>(p.ProgramRecords[static_cast<std::size_t>(start)].value);
+    if (p.ProgramRecords[static_cast<std::size_t>(start)].code >= kCodeStatement) continue;
+    const FoundStatement found = FindStatement(p, start);
+    const std::vector<TokenRecord> statement(p.ProgramRecords.begin() + start, p.ProgramRecords.begin() + found.end);
+    const int code = statement.front().code;
+    const bool whole = start == 0 || p.ProgramRecords[static_cast<std::size_t>(start - 1)].code >= kCodeStatement;
+    const bool keyword = (code >= kCodeIf && code <= kCodeExitDo) || code == kCodeLabel || code == kCodeScriptHeader;
+    n.statements += whole && !keyword;
+    if (found.plan == nullptr) continue;
+    n.planned += whole;
+    const Reduced live = Take(g, [&] {
+      if (p.StatementBuffer.size() < statement.size() + 2) p.StatementBuffer.resize(statement.size() + 64);
+      std::copy(statement.begin(), statement.end(), p.StatementBuffer.begin() + 1);
+      p.StatementLength = static_cast<int>(statement.size());
+      ReduceStatement(g);
+    });
+    const Reduced plan = Take(g, [&] { ReducePlanned(g, *found.plan, false); });
+    EXPECT_TRUE(live == plan) << when << ", statement at record " << start
+                              << "\n records: " << Show({0, statement, {}, 0}) << "\n reduced: " << Show(live)
+                              << "\n planned: " << Show(plan);
+  }
+  return n;
+}
+
+// The operators, lists, functions and ranges of the language, as values and as conditions,
+// with faults among them.
+const char* const kExpressions[] = {
+    "1 + 2 * 3",
+    "(1 + 2) * 3",
+    "2 ^ 3 ^ 2",
+    "-2 ^ 2",
+    "2 ^ -1",
+    "10 - 4 - 3",
+    "12 / 4 / 3",
+    "7 \\ 2",
+    "-7 mod 3",
+    "2 + 7 mod 4 * 2",
+    "- - cs1",
+    "3 - -cs2",
+    "50%",
+    "cs1 + cs2 = cs3",
+    "5 = \"5\"",
+    "\"B\" > \"a\"",
+    "10 < \"9\"",
+    "not cs1",
+    "not 1 = 2 and 3 = 3",
+    "cs1 = 1 or cs2 = 1 and cs3 = 2",
+    "-1 xor cs4",
+    "any(4, cs5, 6)",
+    "all(4, 0, cs2)",
+    "cs5 = any[4, 5, 6]",
+    "5 < all(cs3, 7, 8)",
+    "any(> 5, 1, cs2, 6)",
+    "9 > all(> cs1, 1, 2, 6, 7)",
+    "any(4, 5, 6) = cs3",
+    "((((cs2))))",
+    "[2 + {3 * (cs1 + 1)}]",
+    "\"a\" & cs1 + 2 & \"b\"",
+    "2.5 & \"\"",
+    "1 / cs9",
+    "5 mod cs9",
+    "(3 + 1 / cs9) * 2",
+    "sqr(2 / cs9)",
+    "sum(cs1 thru cs5)",
+    "sum(cs5 thru cs2)",
+    "count(> 25, cs1 thru cs5)",
+    "highest(cs4 thru cs1)",
+    "sum(place(4) thru place(10))",
+    "sum(cs1 thru cs3 player2)",
+    "sum(wins place4 thru place6)",
+    "cs(cs1) + cs(cs2 - 1)",
+    "place(cs5 + 1) + come(cs9)",
+    "str$(cs1) & left$(\"abcdef\", cs2) & len(\"hello\")",
+    "round(cs3 / 7, .1) + int(cs4 / 3) + abs(-cs1)",
+    "# rolls since last(3.3) + % of rolls(7) + # rolls(11)",
+    "sum(place(cs1) thru place(cs2))",
+    "passline + place6 + cs(cs5)",
+    "wins passline + losses field",
+    "point = 0 and next roll is a comeout roll",
+};
+
+TEST(StatementPlans, LeaveWhatReducingTheRecordsLeaves) {
+  TestTable t;
+  t.Seat(1, "Ann", Money::Dollars(1000));
+  t.Seat(2, "Bob", Money::Dollars(1000));
+  std::vector<std::string> lines;
+  for (const std::string e : kExpressions) {
+    // A list is a condition; it can't be assigned.
+    const bool list = e.find("any") != std::string::npos || e.find("all") != std::string::npos;
+    if (!list) lines.push_back("cs9 = " + e);
+    else lines.insert(lines.end(), {"If " + e + " Then", "EndIf"});
+    lines.insert(lines.end(), {"If (" + e + ") <> cs8 Then", "EndIf"});
+  }
+  t.g.AutoBet.ScriptSource[1] = lines;
+  t.g.ScriptActive[1] = true;
+  ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();
+  for (int n = 1; n <= 5; ++n) t.g.BetAmount[1][kCheckStackRow + n] = Money::Dollars(n * 10);
+  const Counts n = CompareEveryStatement(t.g, "with cs1..cs5 at 10..50");
+  // Every statement but those of the two ranges whose ends a function names.
+  EXPECT_EQ(n.planned, n.statements - 4);
+  t.g.BetAmount[1][kCheckStackRow + 2] = Money::Dollars(-3);
+  t.g.BetAmount[1][kCheckStackRow + 5] = Money::Dollars(6);
+  CompareEveryStatement(t.g, "with cs2 at -3 and cs5 at 6");
+}
+
+// The example systems, all seated, through a played session: the values differ at every
+// roll, the course of each statement doesn't.
+TEST(StatementPlans, LeaveWhatReducingTheRecordsLeavesInEveryExampleAtEveryRoll) {
+  FolderTable t;
+  const auto scripts = ExampleScripts();
+  ASSERT_EQ(scripts.size(), 8u);
+  for (int s = 1; s <= 8; ++s) {
+    t.Seat(s, "P" + std::to_string(s), Money::Dollars(-1));  // a negative bankroll allowed
+    t.g.AutoBet.ScriptSource[s] = scripts[static_cast<std::size_t>(s - 1)];
+    t.g.ScriptActive[s] = true;
+  }
+  RuleSet rules = t.g.Rules;
+  rules.BetNeededToShoot = 0;  // the systems without a line bet shoot too
+  ReplaceRules(t.g, rules);
+  t.g.SilentMode = true;
+  t.g.Dice.pendingSeed = Money::Dollars(77);
+  SeedRng(t.g, true);
+  ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();
+  for (int roll = 1; roll <= 300; ++roll) {
+    RollDice(t.g);
+    ASSERT_EQ(t.g.StopReason, "");
+    const Counts n = CompareEveryStatement(t.g, ("after roll " + std::to_string(roll)).c_str());
+    ASSERT_EQ(n.planned, n.statements);
+  }
+}
+
+}  // namespace
