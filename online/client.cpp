@@ -64,7 +64,10 @@ void Client::SendMsg(int target, const std::string& text) {
 
 void Client::Join(const std::string& host, int port) {
   // The player's own game waits in "restore.crp" while the mirror takes the table.
-  if (!restoreSaved_) restoreSaved_ = RestoreFile(g_, Restore, kClientRestoreFile, false);
+  if (!restoreSaved_) {
+    ownGame_ = NameOf(g_);
+    restoreSaved_ = RestoreFile(g_, Restore, kClientRestoreFile, false);
+  }
   stateBeforeConnect_ = OnlineState;
   tableAddress_ = host;
   winsock_[0].socket = net_.NewSocket(*this, 0);
@@ -225,7 +228,7 @@ void Client::ConnectionLost(bool tellUser, bool offline) {
   }
   // The player's own game comes back.
   if (restoreSaved_) {
-    RestoreFile(g_, Restore, kClientRestoreFile, true);
+    if (RestoreFile(g_, Restore, kClientRestoreFile, true)) Rename(g_, ownGame_);
     restoreSaved_ = false;
   }
   if (state >= 2 && OnLeft) OnLeft();

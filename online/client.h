@@ -134,6 +134,7 @@ class Client : public SocketEvents, public OnlineLink {
   uint32_t lastKeepalive_ = 0;
   int stateBeforeConnect_ = 0;
   bool restoreSaved_ = false;
+  GameName ownGame_;  // the name of the player's own game, given back with it
   Money toldInvested_;
   ChangedBets changed_;
   std::string hostName_, gameName_;

@@ -151,6 +151,8 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   ui.BuyIn = g.BankrollInitAmount[1];
   g.Ui = &ui;
   Client client(g, net, DefaultClock());
+  // The headless client reports the mirror it played: its own game isn't put back.
+  client.Restore = {nullptr, nullptr};
   client.OnLog = [&err](const std::string& line) { err << "dicehall-sim: " << line << "\n" << std::flush; };
   client.OnJoined = [&] { client.RequestSeat(); };
   bool seatedOnce = false;

@@ -227,33 +227,36 @@ TEST(OnlinePlay, AnOperatorRollsForTheTable) {
   EXPECT_EQ(bob.ui.LastText(), "You're currently connected to an online game and your host has control over rolling.");
 }
 
-bool SaveFake(Game& g, const std::string& path) {
-  g.StopReason = "saved " + path;
-  return true;
-}
-bool OpenFake(Game& g, const std::string& path) {
-  g.StopReason = "opened " + path;
-  return true;
-}
-
-TEST(OnlinePlay, TheSnapshotsAreTakenWhereOnlinePlayStartsAndEnds) {
+TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   OnlineTable t;
-  const std::string folder = t.home.path.string();
-  auto p = std::make_unique<OnlinePlayer>();
-  p->game = NewTable(p->ui, t.clock, folder, 7);
-  p->ui.Name = "Bob";
-  Client client(*p->game, t.net, t.clock);
-  client.Restore = {&SaveFake, &OpenFake};
+  StartTable(t);
+  const std::filesystem::path folder = t.home.path;
+  OnlinePlayer p;
+  p.game = NewTable(p.ui, t.clock, folder.string(), 7);
+  Game& own = *p.game;
+  AddPlayer(own, 5, "Zed", Money::Dollars(333));
+  own.GameFileName = (folder / "mine.crp").string();
+  p.ui.Name = "Bob";
+  Client client(own, t.net, t.clock);
   client.Join("127.0.0.1", t.host->Port());
-  EXPECT_EQ(p->game->StopReason, "saved " + folder + "/restore.crp");
   t.Settle();
+  EXPECT_TRUE(std::filesystem::exists(folder / "restore.crp"));
+  EXPECT_EQ(own.PlayerName[1], "Ann") << "the mirror holds the host's table";
   client.Leave();
-  EXPECT_EQ(p->game->StopReason, "opened " + folder + "/restore.crp");
+  EXPECT_EQ(own.PlayerName[5], "Zed");
+  EXPECT_EQ(own.Bankroll[5], 333_usd);
+  EXPECT_FALSE(SeatOccupied(own, 1));
+  EXPECT_EQ(own.GameFileName, (folder / "mine.crp").string()) << "a snapshot doesn't rename the game";
 
-  Host host(*p->game, t.net, t.clock, FastHost());
-  host.Restore = {&SaveFake, &OpenFake};
-  host.OpenTable();
-  EXPECT_EQ(p->game->StopReason, "saved " + folder + "/restore host.crp");
+  // The host's table as it opened, before Ann sat down, is put back from "restore host.crp".
+  Game& host = t.g();
+  ASSERT_TRUE(std::filesystem::exists(folder / "restore host.crp"));
+  ASSERT_TRUE(RestoreFile(host, t.host->Restore, kHostRestoreFile, true));
+  EXPECT_FALSE(SeatOccupied(host, 1));
+
+  // A table without a folder of its own writes no snapshot.
+  host.ProgramFolder.clear();
+  EXPECT_FALSE(RestoreFile(host, t.host->Restore, kHostRestoreFile, false));
 }
 
 }  // namespace
