@@ -86,6 +86,18 @@ void SetAutoRollThrottle(Game& g, int throttle) {
   else if (g.Ui) g.Ui->Refresh({"table"});
 }
 
+bool SetAutoStopRolls(Game& g, Money rolls) {
+  if (rolls.raw < 0) return false;
+  g.Auto.AutoStopRolls = Money::Dollars(rolls.raw / Money::kScale);
+  return true;
+}
+
+bool SetAutoRollDelay(Game& g, Money seconds) {
+  if (seconds.raw < 0 || seconds > Money::Dollars(300)) return false;
+  g.Auto.AutoRollDelay = seconds.ToDouble();
+  return true;
+}
+
 void LimitStop(Game& g, int seat) {
   const Money bankroll = g.Bankroll[seat];
   const std::string advice = "Select \"New\" from the \"Game\" menu to reset the table.";

@@ -197,6 +197,8 @@ void StopRecorder(Game& g, RollFiles& rf) {
   }
 }
 
+void ClosePopupSource(RollFiles& rf) { rf.PopupActive = false; }
+
 void OpenPopupSource(Game& g, RollFiles& rf, const std::string& path) {
   rf.PopupFileName = InProgramFolder(g.ProgramFolder, path);
   rf.PopupActive = !path.empty();

@@ -40,6 +40,8 @@ bool StartPlayback(Game& g, RollFiles& rf);
 // The recorder's stop: offers to close a pop-up source, then stops recording or playback.
 void StopRecorder(Game& g, RollFiles& rf);
 void OpenPopupSource(Game& g, RollFiles& rf, const std::string& path);
+// The pop-up roll file no longer waited for.
+void ClosePopupSource(RollFiles& rf);
 // The roll the recorder reads or writes next, from 1 (txtNextRollNum).
 void SetNextRollPosition(RollFiles& rf, int32_t position);
 // A new session: 1 plays from the first roll, 2 leaves the file, others close it.

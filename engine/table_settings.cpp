@@ -1,6 +1,7 @@
 #include "engine/table_settings.h"
 
 #include "engine/handling.h"
+#include "storage/language_text.h"
 
 void ReplaceRules(Game& g, const RuleSet& rules) {
   g.Rules = rules;
@@ -20,10 +21,42 @@ void SetAutoPassDice(Game& g, int seat, bool on) {
   if (seat >= 1 && seat < kSeats) g.AutoPassDice[seat] = on;
 }
 
-void SetSeatScript(Game& g, int seat, std::vector<std::string> lines, const std::string& file) {
+void SetSeatScript(Game& g, int seat, std::vector<std::string> lines, const std::string& file, bool active) {
   if (seat < 1 || seat >= kSeats) return;
   g.AutoBet.ScriptSource[seat] = std::move(lines);
   g.ScriptFile[seat] = file;
-  g.ScriptActive[seat] = true;
+  g.ScriptActive[seat] = active;
   g.AutoBet.ScriptsCompiled = false;
+}
+
+void SetScriptActive(Game& g, int seat, bool on) {
+  if (seat < 1 || seat >= kSeats || g.ScriptActive[seat] == on) return;
+  g.ScriptActive[seat] = on;
+  g.AutoBet.ScriptsCompiled = false;
+}
+
+void SetSettleRule(Game& g, int seat, int row, const SettleRule& rule) {
+  if (seat >= 1 && seat < kSeats && row >= 0 && row < static_cast<int>(g.SettleRules[seat].size()))
+    g.SettleRules[seat][static_cast<size_t>(row)] = rule;
+}
+
+SeatHandling HandlingOf(const Game& g, int seat) {
+  if (seat < 1 || seat >= kSeats) return {};
+  return {g.AutoHandleWin[seat], g.AutoHandleLose[seat], g.SettleRules[seat]};
+}
+
+void SetSeatHandling(Game& g, int seat, const SeatHandling& h) {
+  if (seat < 1 || seat >= kSeats) return;
+  const auto valid = [](int32_t action) { return action >= kAskByDialog && action <= kSetToAmount; };
+  if (valid(h.onWin)) g.AutoHandleWin[seat] = h.onWin;
+  if (valid(h.onLose)) g.AutoHandleLose[seat] = h.onLose;
+  g.SettleRules[seat] = h.rules;
+}
+
+void SetBetNeededToShoot(Game& g, int32_t need) {
+  if (need >= 0 && need <= 2) g.Rules.BetNeededToShoot = need;
+}
+
+void SetLanguage(Game& g, int language) {
+  if (language >= 0 && language < kLanguages) g.LanguageId = language;
 }

@@ -119,6 +119,8 @@ void RecordEventsFromNow(Game& g) {
   LogSessionHeader(g);
 }
 
+void StopRecordingEvents(Game& g) { g.RecordEvents = false; }
+
 bool BuildEventsLogIndex(Game& g) {
   constexpr const char* kLabel = "sub Build Events Log Index";
   const std::string textPath = EventsLogTextPath(g), indexPath = EventsLogIndexPath(g);

@@ -39,6 +39,8 @@ bool FindInLog(Game& g, int direction);
 // "&Record events" switched on while a session runs: the chosen kinds of event from now
 // on, starting with the session's header.
 void RecordEventsFromNow(Game& g);
+// "&Record events" switched off: the log keeps what it has.
+void StopRecordingEvents(Game& g);
 [[gnu::cold]] void StartEventsLogSession(Game& g);  // a new session: clear if asked, fresh working values
 [[gnu::cold]] void LogSessionHeader(Game& g);
 [[gnu::cold]] void LogChangesSinceLastRoll(Game& g);

@@ -19,6 +19,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
 #include "engine/table_tools.h"
 #include "storage/game_file.h"
 #include "storage/language_text.h"
@@ -70,7 +71,7 @@ FrmCrapTable::FrmCrapTable(Game& g, QtUi& ui, SoundBank* sounds) : g_(g), ui_(ui
     if (effect == ClickEffect::PlayedStick && sounds_) sounds_->Play(sounds_->Chosen(kSoundStick));
     RefreshStatus();
   };
-  g_.Auto.ButtonText = std::string(LanguageText(g_.LanguageId, g_.Auto.AutoRollThrottle >= 12 ? 115 : 112));
+  SetAutoRollThrottle(g_, g_.Auto.AutoRollThrottle);  // the button's caption in the table's language
   SetMenuCaptions();
   resize(1280, 800);
   RefreshStatus();
@@ -300,10 +301,7 @@ void FrmCrapTable::SetAutoStopAsked() {
     if (reply.Button != kButtonOk) return;
     Money rolls;
     std::string error;
-    if (ParseMoney(reply.Input, rolls, error) && rolls.raw >= 0) {
-      g_.Auto.AutoStopRolls = Money::Dollars(rolls.raw / Money::kScale);  // a whole number
-      return;
-    }
+    if (ParseMoney(reply.Input, rolls, error) && SetAutoStopRolls(g_, rolls)) return;
     Tell(g_, Caption(lang, "msgWholeNumber"), Caption(lang, "ttlAutoStop"), 540, msg::kAlertOk);
     typed = reply.Input;
   }
@@ -320,10 +318,7 @@ void FrmCrapTable::SetDelayAsked() {
     if (reply.Button != kButtonOk) return;
     Money seconds;
     std::string error;
-    if (ParseMoney(reply.Input, seconds, error) && seconds.raw >= 0 && seconds <= Money::Dollars(300)) {
-      g_.Auto.AutoRollDelay = seconds.ToDouble();
-      return;
-    }
+    if (ParseMoney(reply.Input, seconds, error) && SetAutoRollDelay(g_, seconds)) return;
     Tell(g_, Caption(lang, "msgDelayRange"), std::string(LanguageText(lang, 155, 1)), 540, msg::kAlertOk);
     typed = reply.Input;
   }
@@ -336,7 +331,7 @@ void FrmCrapTable::NewGameAsked() {
   if (choice.DefaultGame()) {
     const int language = g_.LanguageId;  // the language is the player's, not the game's
     SetDefaultGame(g_);
-    g_.LanguageId = language;
+    SetLanguage(g_, language);
     picTable_->Input() = TableInput{};
   } else {
     ResetTable(g_, true, false, true, 0);

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "engine/messages.h"
+#include "engine/table_settings.h"
 #include "surface/captions.h"
 
 namespace {
@@ -130,10 +131,11 @@ void FrmSettleBet::ChooseRule(int action) {
   // Each row's values are remembered for the seat, as the rules of its automatic action.
   const int seat = request_.Seat;
   if (seat >= 1 && seat < kSeats && request_.RuleRow >= 0 && request_.RuleRow + 1 < 4) {
-    SettleRule& rule = g_.SettleRules[seat][request_.RuleRow + (action == 7 ? 1 : 0)];
+    SettleRule rule;
     rule.Operand = amount;
     rule.Operator = action == 6 ? modifyOperator_ : 0;
     rule.Units = action == 6 ? modifyUnits_ : betUnits_;
+    SetSettleRule(g_, seat, request_.RuleRow + (action == 7 ? 1 : 0), rule);
   }
   action_ = action;
   accept();

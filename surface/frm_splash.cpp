@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "engine/table_settings.h"
 #include "storage/language_text.h"
 #include "surface/captions.h"
 
@@ -79,7 +80,7 @@ void FrmSplash::ToggleLanguages() { lstLanguages_->setVisible(!lstLanguages_->is
 void FrmSplash::ChooseLanguage(int row) {
   QListWidgetItem* item = lstLanguages_->item(row);
   if (item == nullptr) return;
-  g_.LanguageId = item->data(Qt::UserRole).toInt();
+  SetLanguage(g_, item->data(Qt::UserRole).toInt());
   lstLanguages_->setVisible(false);
   SetCaptions();
   if (onLanguage) onLanguage();

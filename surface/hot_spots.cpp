@@ -1,5 +1,6 @@
 #include "surface/hot_spots.h"
 
+#include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "engine/bankroll.h"
 #include "engine/messages.h"
@@ -43,7 +44,7 @@ void TellNoBettor(Game& g) {
 
 ClickEffect AskToStop(Game& g) {
   if (g.AutoBet.ScriptRunning) {
-    if (AskYesNo(g, Text(g, 145), Text(g, 121), 0)) g.AutoBet.ScriptRunning = false;
+    if (AskYesNo(g, Text(g, 145), Text(g, 121), 0)) StopAutoBet(g);
     return ClickEffect::StopAsked;
   }
   if (g.Auto.HyperDrive) {

@@ -78,8 +78,8 @@ int RunSimBench(std::ostream& out) {
     for (int s = 1; s <= sc.seats; ++s)                                                  // same bet
       for (bool winning : {true, false}) SetAutoHandling(g, s, winning, kSameBet, {});
     g.Auto.AfterRoll = &Rebet;
-    g.Auto.AutoStopRolls = Money::Dollars(sc.rolls);
-    g.Auto.AutoRollThrottle = 0;
+    SetAutoStopRolls(g, Money::Dollars(sc.rolls));
+    SetAutoRollThrottle(g, 0);
     Rebet(g, nullptr);
     auto t0 = std::chrono::steady_clock::now();
     ToggleAutoRoll(g);

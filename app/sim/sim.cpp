@@ -171,8 +171,7 @@ int RunSingle(const SimOptions& o, const SimPrepared& p, std::ostream& out, std:
   runner.asked = o.rolls;
   if (const int code = SetUpSimTable(g, ui, o, p, folder, true, runner, err); code != 0) return code;
   if (o.seeded) {
-    g.Dice.pendingSeed = Money::Dollars(o.seed);
-    if (!SeedRng(g, true)) {
+    if (!SeedRngWith(g, static_cast<int32_t>(o.seed))) {
       err << "dicehall-sim: --seed " << o.seed
           << ": Seed value out of limits. Acceptable values 1 to 2147483647 (RNG#3: 1 to 999999)\n";
       return 2;

@@ -13,6 +13,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
 #include "online/answering_ui.h"
 #include "online/client.h"
 #include "online/host.h"
@@ -86,7 +87,7 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
   // Nobody watches a server: its Auto-Roll runs as Hyper-Drive does, no box opens and no
   // script cycle waits to be read. The countdown still times each roll.
-  g.Auto.AutoRollThrottle = 0;
+  SetAutoRollThrottle(g, 0);
   ToggleAutoRoll(g);
 
   bool stopping = false, closed = false;
@@ -133,8 +134,7 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   const std::vector<std::string> script = g.AutoBet.ScriptSource[1];
   const std::string scriptFile = g.ScriptFile[1];
   const bool scripted = g.ScriptActive[1];
-  const int32_t onWin = g.AutoHandleWin[1], onLose = g.AutoHandleLose[1];
-  const auto rules = g.SettleRules[1];
+  const SeatHandling handling = HandlingOf(g, 1);
   const bool shoots = !g.AutoPassDice[1];
   g.Auto.AfterRoll = nullptr;
   // Nobody watches this mirror either: its rolls run silent, its scripts without the wait
@@ -157,20 +157,11 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   client.OnJoined = [&] { client.RequestSeat(); };
   bool seatedOnce = false;
   client.OnSeated = [&](int seat) {
-    g.AutoBet.ScriptSource[seat] = script;
-    g.ScriptFile[seat] = scriptFile;
-    g.ScriptActive[seat] = scripted && client.AllowAutoBet;
-    g.AutoBet.ScriptsCompiled = false;
-    g.AutoHandleWin[seat] = onWin;
-    g.AutoHandleLose[seat] = onLose;
-    g.SettleRules[seat] = rules;
+    SetSeatScript(g, seat, script, scriptFile, scripted && client.AllowAutoBet);
+    SetSeatHandling(g, seat, handling);
     client.SetAutoPass(!shoots);
     // A script starts as its activation starts it: one run with "initializing script" true.
-    if (g.ScriptActive[seat] && CompileActiveScripts(g)) {
-      g.AutoBet.InitializingScript = true;
-      RunAutoBet(g);
-      g.AutoBet.InitializingScript = false;
-    }
+    ActivateScripts(g);
     if (client.OnlineState == 4) PlaceOwnBets(g, seat, bets);
     if (!seatedOnce) out << "SEATED " << SeatName(seat) << "\n" << std::flush;
     seatedOnce = true;

@@ -98,13 +98,10 @@ void SeedSession(Game& g, uint32_t runSeed, int64_t k) {
   const int32_t selected = g.Dice.rngNumber;
   for (int32_t n = 1; n <= 8; ++n) {
     if (SelectRng(g, n) != 0) continue;
-    g.Dice.pendingSeed =
-        Money::Dollars(static_cast<int64_t>(1 + SplitMix64(state) % static_cast<uint64_t>(MaxSeed(g))));
-    SeedRng(g, true);
+    SeedRngWith(g, static_cast<int32_t>(1 + SplitMix64(state) % static_cast<uint64_t>(MaxSeed(g))));
   }
   SelectRng(g, selected);
-  g.Dice.pendingSeed = Money::Dollars(static_cast<int64_t>(1 + own % static_cast<uint64_t>(MaxSeed(g))));
-  SeedRng(g, true);
+  SeedRngWith(g, static_cast<int32_t>(1 + own % static_cast<uint64_t>(MaxSeed(g))));
 }
 
 class ProgressLine {

@@ -77,10 +77,7 @@ Money LeastBet(const Game& g, const Runner& r, int seat) {
 void WalkAway(Game& g, SeatPlay& seat, int s, SessionEnd end) {
   seat.walking = true;
   seat.end = end;
-  if (g.ScriptActive[s]) {
-    g.ScriptActive[s] = false;
-    g.AutoBet.ScriptsCompiled = false;
-  }
+  SetScriptActive(g, s, false);
 }
 
 // The session's rules after a roll, seat by seat; true while somebody sits.
@@ -123,7 +120,7 @@ bool KeepSessionRules(Game& g, Runner& r) {
     allWalking = allWalking && r.seats[s].walking;
   }
   // Those still at the table only wait for their bets to be decided: others shoot for them.
-  if (anyLeft && allWalking) g.Rules.BetNeededToShoot = 0;
+  if (anyLeft && allWalking) SetBetNeededToShoot(g, 0);
   return anyLeft;
 }
 
@@ -222,15 +219,10 @@ void SeatPlayers(Game& g, const SimOptions& o, const SimPrepared& p) {
   for (const SimPlayer& sp : o.players) AddPlayer(g, seat++, sp.name, sp.bankroll);
   for (size_t i = 0; i < o.players.size(); ++i) {
     const int s = static_cast<int>(i) + 1;
-    if (!o.players[i].script.empty()) {
-      g.AutoBet.ScriptSource[s] = p.scripts[i];
-      g.ScriptFile[s] = o.players[i].script;
-      g.ScriptActive[s] = true;
-    }
+    if (!o.players[i].script.empty()) SetSeatScript(g, s, p.scripts[i], o.players[i].script);
     const bool line = StandingLineBet(o, o.players[i].name) || (!o.players[i].script.empty() && p.makesLineBets[i]);
     SetAutoPassDice(g, s, !line);
   }
-  g.AutoBet.ScriptsCompiled = false;
   if (SeatOccupied(g, g.Table.Shooter) && g.AutoPassDice[g.Table.Shooter]) PassDice(g, kPassSilent);
 }
 
@@ -273,12 +265,12 @@ void SetUpDice(Game& g, const SimOptions& o) {
 // A table without a folder shares no file with another table: a saved game's recording,
 // pop-up roll file and events log stay off on it.
 void KeepToItself(Game& g) {
-  g.Rolls.PopupActive = false;
+  ClosePopupSource(g.Rolls);
   if (g.Rolls.RecorderState == 1) {
     StopRecorder(g, g.Rolls);
     CloseRollFile(g.Rolls);
   }
-  g.RecordEvents = false;
+  StopRecordingEvents(g);
 }
 
 }  // namespace
@@ -403,11 +395,7 @@ void StartHyperDrive(Game& g) {
 }
 
 bool StartScripts(Game& g) {
-  if (!AnyScriptActive(g)) return true;
-  if (!CompileActiveScripts(g)) return false;
-  g.AutoBet.InitializingScript = true;
-  RunAutoBet(g);
-  g.AutoBet.InitializingScript = false;
+  if (!ActivateScripts(g)) return false;
   return g.Auto.AutoRollActive;  // a script that loops without end from the start stops it
 }
 

@@ -1,0 +1,89 @@
+// Settings a program changes for a player: a value in range is taken, any other is
+// refused and the setting stays as it was.
+
+#include "engine/table_settings.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+
+#include "automation/auto_roll.h"
+#include "engine/handling.h"
+#include "tests/test_support.h"
+
+namespace {
+
+struct Case {
+  const char* name;
+  std::function<std::optional<bool>(Game&)> change;  // what the procedure returned, if anything
+  std::function<bool(const Game&)> taken;
+  bool accepted;
+};
+
+const SettleRule kRule{2, Money::Dollars(3), 1};
+
+std::vector<Case> Cases() {
+  return {
+      {"language 5", [](Game& g) { return SetLanguage(g, 5), std::nullopt; },
+       [](const Game& g) { return g.LanguageId == 5; }, true},
+      {"language 6", [](Game& g) { return SetLanguage(g, 6), std::nullopt; },
+       [](const Game& g) { return g.LanguageId == 6; }, false},
+      {"bet to shoot 2", [](Game& g) { return SetBetNeededToShoot(g, 2), std::nullopt; },
+       [](const Game& g) { return g.Rules.BetNeededToShoot == 2; }, true},
+      {"bet to shoot 3", [](Game& g) { return SetBetNeededToShoot(g, 3), std::nullopt; },
+       [](const Game& g) { return g.Rules.BetNeededToShoot == 3; }, false},
+      {"settle rule row 3", [](Game& g) { return SetSettleRule(g, 2, 3, kRule), std::nullopt; },
+       [](const Game& g) { return g.SettleRules[2][3].Operand == Money::Dollars(3); }, true},
+      {"settle rule of seat 0", [](Game& g) { return SetSettleRule(g, 0, 3, kRule), std::nullopt; },
+       [](const Game& g) { return g.SettleRules[0][3].Operand == Money::Dollars(3); }, false},
+      {"handling set to amount",
+       [](Game& g) {
+         return SetSeatHandling(g, 3, {kSetToAmount, kModifyByRule, {kRule, kRule, kRule, kRule}}), std::nullopt;
+       },
+       [](const Game& g) {
+         return g.AutoHandleWin[3] == kSetToAmount && g.AutoHandleLose[3] == kModifyByRule &&
+                g.SettleRules[3][1].Operator == 2;
+       },
+       true},
+      {"handling beyond the table",
+       [](Game& g) {
+         return SetSeatHandling(g, 3, {kSetToAmount + 1, -1, {}}), std::nullopt;
+       },
+       [](const Game& g) { return g.AutoHandleWin[3] == kSetToAmount + 1 || g.AutoHandleLose[3] == -1; }, false},
+      {"auto-stop 12.75 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::FromDouble(12.75)); },
+       [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(12); }, true},
+      {"auto-stop -1 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::Dollars(-1)); },
+       [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(-1); }, false},
+      {"delay 300 s", [](Game& g) { return SetAutoRollDelay(g, Money::Dollars(300)); },
+       [](const Game& g) { return g.Auto.AutoRollDelay == 300.0; }, true},
+      {"delay 300.01 s", [](Game& g) { return SetAutoRollDelay(g, Money::FromDouble(300.01)); },
+       [](const Game& g) { return g.Auto.AutoRollDelay > 300.0; }, false},
+  };
+}
+
+TEST(TableSettings, TakeValuesInRangeAndRefuseTheRest) {
+  for (const Case& c : Cases()) {
+    TestTable t;
+    const std::optional<bool> returned = c.change(t.g);
+    if (returned) EXPECT_EQ(*returned, c.accepted) << c.name;
+    EXPECT_EQ(c.taken(t.g), c.accepted) << c.name;
+  }
+}
+
+TEST(TableSettings, AScriptSwitchedOffIsCompiledAgainBeforeItRuns) {
+  TestTable t;
+  SetSeatScript(t.g, 1, {"Bet $5 on Pass Line"}, "mine.bet", false);
+  EXPECT_FALSE(t.g.ScriptActive[1]);
+  t.g.AutoBet.ScriptsCompiled = true;
+  SetScriptActive(t.g, 1, true);
+  EXPECT_TRUE(t.g.ScriptActive[1]);
+  EXPECT_FALSE(t.g.AutoBet.ScriptsCompiled);
+  // The handling taken from one seat and given to another is the same.
+  SetAutoHandling(t.g, 1, true, kSetToAmount, kRule);
+  SetSeatHandling(t.g, 4, HandlingOf(t.g, 1));
+  EXPECT_EQ(t.g.AutoHandleWin[4], kSetToAmount);
+  EXPECT_EQ(t.g.SettleRules[4][1].Operand, Money::Dollars(3));
+}
+
+}  // namespace
