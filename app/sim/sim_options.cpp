@@ -249,29 +249,33 @@ void RefuseSingleRunOptions(const CLI::App& app) {
              "--csv).");
 }
 
-}  // namespace
-
-int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
-  CLI::App app{kDescription, "dicehall-sim"};
-  app.get_formatter()->column_width(34);
+// What the options hold before they are checked and put into SimOptions.
+struct RawOptions {
   std::vector<std::string> players, bets, onWin, onLose, autoPlay;
   std::string stopLoss, stopWin, shard;
   int64_t seed = -1;
+  CLI::Option* fromRoll = nullptr;
+  CLI::App* compare = nullptr;
+  CLI::App* merge = nullptr;
+};
+
+// The players, their bets and handling, a saved game, and the length of a single run.
+void AddTableOptions(CLI::App& app, SimOptions& o, RawOptions& raw) {
   app.add_option(
-      "--player", players,
+      "--player", raw.players,
       "NAME[:BANKROLL[:SCRIPT.bet]] seat a player (repeatable; bankroll 1000 by default; a negative "
       "bankroll allows a negative bankroll for that seat). Example: --player Ann:500:examples/iron_cross.bet");
-  app.add_option("--bet", bets,
+  app.add_option("--bet", raw.bets,
                  "[NAME:]BET=AMOUNT a standing bet (repeatable; the name may be left out when one player sits; bet "
                  "names ignore case). Example: --bet \"Ann:Pass Line=10\"");
   app.add_option(
-      "--on-win", onWin,
+      "--on-win", raw.onWin,
       "[NAME=]ACTION what a player does with a bet that won (repeatable; without a name, every player): "
       "take-down, same-bet, press-unit, press-double, parlay, modify:RULE, set:AMOUNT, or the number 1..7 of "
       "the action. Default take-down, so a standing bet comes down with its winnings and is placed again "
       "before the next roll.");
   app.add_option(
-      "--on-lose", onLose,
+      "--on-lose", raw.onLose,
       "[NAME=]ACTION what a player does with a bet that lost: take-down, same-bet, remainder (bet what the "
       "roll left of it), press-unit, double, modify:RULE, set:AMOUNT, or 1..7.\n"
       "modify:RULE changes the amount the bet had before the roll by an operator + - * / and an amount: "
@@ -281,7 +285,7 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
       "set:AMOUNT takes the bet down and bets the amount: \"set:25\" bets $25; \"set:NcK\" bets N x the "
       "check K x the x of the payoff x (check K / smallest check): on a Place 6, \"set:3c1\" bets 3 x $1 x 7 "
       "= $21 and \"set:1c2\" bets 1 x $5 x 7 x 5 = $175. Either still goes through the table's limits.");
-  app.add_option("--auto-play", autoPlay,
+  app.add_option("--auto-play", raw.autoPlay,
                  "[NAME:]KEY=VALUE an Auto-Play setting of a player (repeatable; without a name, every player): "
                  "adjust=manual|minor|color, place-bias|lay-bias|odds-bias|dont-odds-bias=nearest|increase|decrease, "
                  "take-odds|lay-odds|down-place|pass-dice=on|off, \"work BET\"=yes|no|default. Example: --auto-play "
@@ -294,6 +298,10 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
   app.add_option("--rolls", o.rolls,
                  "rolls to play in all, whatever sessions a script starts (default 1000; 0 plays none)")
       ->check(CLI::NonNegativeNumber);
+}
+
+// Runs of many sessions: their number and length, the session rules, workers and shards.
+void AddResearchOptions(CLI::App& app, SimOptions& o, RawOptions& raw) {
   app.add_option("--sessions", o.sessions,
                  "M: play M independent sessions, each on a table of its own, of --session-rolls rolls or "
                  "--session-hours hours (default 1). Example: --sessions 10000 --session-rolls 500")
@@ -304,22 +312,27 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "H: a session lasts H hours at the table's rolls per hour (RollsPerTime, RollRateUnit; 120 an hour "
                  "by default); with --session-rolls, whichever comes first")
       ->check(CLI::PositiveNumber);
-  app.add_option("--stop-loss", stopLoss,
+  app.add_option("--stop-loss", raw.stopLoss,
                  "AMOUNT: a player walks away once the session's result (bankroll less what the session put in) is "
                  "-AMOUNT or worse. Example: --stop-loss 200");
-  app.add_option("--stop-win", stopWin, "AMOUNT: a player walks away once the session's result is AMOUNT or better");
+  app.add_option("--stop-win", raw.stopWin,
+                 "AMOUNT: a player walks away once the session's result is AMOUNT or better");
   app.add_option("--threads", o.research.threads,
                  "T: play the sessions on T workers (default: the cores of the machine); the results are the same "
                  "for any T")
       ->check(CLI::Range(1, 1024));
-  app.add_option("--shard", shard,
+  app.add_option("--shard", raw.shard,
                  "I/N: play the I-th of N equal slices of the sessions (the same sessions the whole run plays) into "
                  "--partial FILE; needs --seed. Example: --shard 2/3 --partial part2.json");
   app.add_option("--partial", o.research.partialFile, "FILE: the partial result file of --shard, for merge");
   app.add_option("--csv", o.research.csvFile,
                  "FILE: one row per session per player (session, player, rolls, result, drawdown, reason, handle, "
                  "expected net...)");
-  app.add_option("--seed", seed,
+}
+
+// The dice: generator and seed, percentage dice, recorded, played back and pop-up rolls.
+void AddDiceOptions(CLI::App& app, SimOptions& o, RawOptions& raw) {
+  app.add_option("--seed", raw.seed,
                  "seed of the selected generator, 1 to 2147483647, for #3 1 to 999999 (default: from the time of day)")
       ->check(CLI::Range(int64_t{1}, int64_t{2147483647}));
   app.add_option("--rng", o.dice.rng, "K: roll with generator #K, 1 to 8 (default #1). Example: --rng 5 --seed 42")
@@ -331,12 +344,16 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "FILE.rol: record every roll with its outcome marks (an existing file is replaced)");
   app.add_option("--playback", o.dice.playbackFile,
                  "FILE.rol: play the rolls of a dice roll file; the run stops at its end");
-  CLI::Option* fromRoll =
+  raw.fromRoll =
       app.add_option("--from-roll", o.dice.fromRoll, "N: with --playback, start at roll N of the file (default 1)")
           ->check(CLI::PositiveNumber);
   app.add_option("--popup", o.dice.popupFile,
                  "FILE: take each roll from a pop-up roll file another program drops there (the first two digits 1 to "
                  "6 are the dice; the file is deleted once read); the run waits for it");
+}
+
+// The rules, the data folder, what is written and printed, and the other jobs.
+void AddOutputOptions(CLI::App& app, SimOptions& o) {
   app.add_flag("--events-log", o.eventsLog,
                "write \"Events Log.txt\" and \"Events Log.ref\" in the data folder (off by default: it costs speed)");
   app.add_flag("--dump-rules", o.dumpRules,
@@ -356,20 +373,76 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
                  "and print OK (exit 0) or its first fault as FILE:LINE:COL-LINE:COL: message (exit 1)");
   app.add_flag("--dump", o.dump, "with --check: print the compiled records and string pool");
   app.add_flag("--bench", o.bench, "run the fixed benchmark scenarios and print their speed and signature");
-  AddOnlineOptions(app, o.online, players);  // after --rolls, which it reads
-  CLI::App* compare = app.add_subcommand(
+}
+
+// compare A.bet B.bet and merge FILES...
+void AddSubcommands(CLI::App& app, SimOptions& o, RawOptions& raw) {
+  raw.compare = app.add_subcommand(
       "compare",
       "A.bet B.bet [options]: both systems, each seated alone as the same player (--player NAME[:BANKROLL], default "
       "Player:1000) with the same options, play every session on the same dice; prints B - A with its 95% "
       "confidence interval and which system is ahead with what confidence. Writes no sessions log.");
-  compare->add_option("systems", o.files, "A.bet B.bet")->expected(2)->required();
-  compare->fallthrough();
-  CLI::App* merge = app.add_subcommand(
+  raw.compare->add_option("systems", o.files, "A.bet B.bet")->expected(2)->required();
+  raw.compare->fallthrough();
+  raw.merge = app.add_subcommand(
       "merge",
       "FILES... [--json] [--csv FILE] [--data-dir DIR]: merges the partial files of the shards of one run into the "
       "report of the unsharded run, and appends their sessions to the logs in order");
-  merge->add_option("files", o.files, "the partial result files")->required();
-  merge->fallthrough();
+  raw.merge->add_option("files", o.files, "the partial result files")->required();
+  raw.merge->fallthrough();
+  app.require_subcommand(0, 1);
+}
+
+// Whether this is a run of many sessions, and the lengths and shards such a run needs.
+void SettleRunKind(const CLI::App& app, SimOptions& o, const RawOptions& raw) {
+  if (raw.compare->parsed()) o.command = SimCommand::Compare;
+  SimResearch& r = o.research;
+  if (!raw.stopLoss.empty()) r.stopLoss = StopAmount("--stop-loss", raw.stopLoss);
+  if (!raw.stopWin.empty()) r.stopWin = StopAmount("--stop-win", raw.stopWin);
+  const bool rollsGiven = app.count("--rolls") > 0, sessionRollsGiven = app.count("--session-rolls") > 0;
+  r.on = o.command == SimCommand::Compare || o.sessions > 1 || app.count("--threads") > 0 || !raw.shard.empty() ||
+         !raw.stopLoss.empty() || !raw.stopWin.empty() || r.sessionHours > 0 || !r.csvFile.empty();
+  if (r.on && OnlineMode(o.online))
+    Refuse(
+        "an online table is one table: --sessions, --threads, --shard, --csv, compare and the session rules "
+        "don't go with --host, --join or --lobby.");
+  if (sessionRollsGiven && rollsGiven)
+    Refuse("--rolls is the run's rolls in all; --session-rolls the rolls of each session: give one of them.");
+  if (r.on) {
+    RefuseSingleRunOptions(app);
+    if (!sessionRollsGiven && r.sessionHours <= 0) {
+      if (o.sessions > 1)
+        Refuse("--sessions needs --session-rolls N or --session-hours H, the length of each session.");
+      o.sessionRolls = o.rolls;  // one session of --rolls
+      if (o.sessionRolls == 0) Refuse("--rolls 0 plays no session.");
+    } else if (rollsGiven) {
+      Refuse("--rolls is a single run's rolls; a session lasts --session-rolls or --session-hours.");
+    }
+    if (!raw.shard.empty()) {
+      ParseShard(raw.shard, o);
+      if (r.partialFile.empty()) Refuse("--shard needs --partial FILE, the file its results go to.");
+      if (!o.seeded) Refuse("--shard needs --seed S, so that every shard plays the sessions of the same run.");
+      if (o.json || !r.csvFile.empty())
+        Refuse("--shard writes a partial result file; --json and --csv go with dicehall-sim merge.");
+    }
+  } else if (sessionRollsGiven) {
+    o.rolls = o.sessionRolls;
+  }
+  if (!r.partialFile.empty() && raw.shard.empty()) Refuse("--partial goes with --shard I/N.");
+}
+
+}  // namespace
+
+int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostream& out, std::ostream& err) {
+  CLI::App app{kDescription, "dicehall-sim"};
+  app.get_formatter()->column_width(34);
+  RawOptions raw;
+  AddTableOptions(app, o, raw);
+  AddResearchOptions(app, o, raw);
+  AddDiceOptions(app, o, raw);
+  AddOutputOptions(app, o);
+  AddOnlineOptions(app, o.online, raw.players);  // after --rolls, which it reads
+  AddSubcommands(app, o, raw);
   app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
@@ -381,11 +454,11 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
     return 2;
   }
   try {
-    if (seed > 0) {
+    if (raw.seed > 0) {
       o.seeded = true;
-      o.seed = static_cast<uint32_t>(seed);
+      o.seed = static_cast<uint32_t>(raw.seed);
     }
-    if (merge->parsed()) {
+    if (raw.merge->parsed()) {
       o.command = SimCommand::Merge;
       for (const CLI::Option* option : app.get_options())
         if (option->count() > 0 && option->get_name() != "--json" && option->get_name() != "--csv" &&
@@ -395,56 +468,23 @@ int ParseSimOptions(int argc, const char* const* argv, SimOptions& o, std::ostre
               "the files.");
       return -1;
     }
-    if (compare->parsed()) o.command = SimCommand::Compare;
-    SimResearch& r = o.research;
-    if (!stopLoss.empty()) r.stopLoss = StopAmount("--stop-loss", stopLoss);
-    if (!stopWin.empty()) r.stopWin = StopAmount("--stop-win", stopWin);
-    const bool rollsGiven = app.count("--rolls") > 0, sessionRollsGiven = app.count("--session-rolls") > 0;
-    r.on = o.command == SimCommand::Compare || o.sessions > 1 || app.count("--threads") > 0 || !shard.empty() ||
-           !stopLoss.empty() || !stopWin.empty() || r.sessionHours > 0 || !r.csvFile.empty();
-    if (r.on && OnlineMode(o.online))
-      Refuse(
-          "an online table is one table: --sessions, --threads, --shard, --csv, compare and the session rules "
-          "don't go with --host, --join or --lobby.");
-    if (sessionRollsGiven && rollsGiven)
-      Refuse("--rolls is the run's rolls in all; --session-rolls the rolls of each session: give one of them.");
-    if (r.on) {
-      RefuseSingleRunOptions(app);
-      if (!sessionRollsGiven && r.sessionHours <= 0) {
-        if (o.sessions > 1)
-          Refuse("--sessions needs --session-rolls N or --session-hours H, the length of each session.");
-        o.sessionRolls = o.rolls;  // one session of --rolls
-        if (o.sessionRolls == 0) Refuse("--rolls 0 plays no session.");
-      } else if (rollsGiven) {
-        Refuse("--rolls is a single run's rolls; a session lasts --session-rolls or --session-hours.");
-      }
-      if (!shard.empty()) {
-        ParseShard(shard, o);
-        if (r.partialFile.empty()) Refuse("--shard needs --partial FILE, the file its results go to.");
-        if (!o.seeded) Refuse("--shard needs --seed S, so that every shard plays the sessions of the same run.");
-        if (o.json || !r.csvFile.empty())
-          Refuse("--shard writes a partial result file; --json and --csv go with dicehall-sim merge.");
-      }
-    } else if (sessionRollsGiven) {
-      o.rolls = o.sessionRolls;
-    }
-    if (!r.partialFile.empty() && shard.empty()) Refuse("--partial goes with --shard I/N.");
-    if (!o.gameFile.empty() && !players.empty())
+    SettleRunKind(app, o, raw);
+    if (!o.gameFile.empty() && !raw.players.empty())
       Refuse("--player can't be given with --game: the game brings its players.");
-    AddPlayers(players, o);
+    AddPlayers(raw.players, o);
     if (o.command == SimCommand::Compare) {
-      if (!o.gameFile.empty() || !shard.empty())
+      if (!o.gameFile.empty() || !raw.shard.empty())
         Refuse("compare plays its two systems whole: --game and --shard don't go with it.");
       if (o.sessions < 2) Refuse("compare needs --sessions M, M of 2 or more, to tell a difference from luck.");
       if (o.players.size() > 1 || (!o.players.empty() && !o.players[0].script.empty()))
         Refuse("compare seats one player who plays A, then B: give --player NAME[:BANKROLL], without a script.");
       if (o.players.empty()) o.players.push_back({"Player", Money::Dollars(1000), ""});
     }
-    AddBets(bets, o);
-    AddHandling(onWin, true, o);
-    AddHandling(onLose, false, o);
-    AddAutoPlay(autoPlay, o);
-    CheckDiceSources(o, fromRoll->count() > 0);
+    AddBets(raw.bets, o);
+    AddHandling(raw.onWin, true, o);
+    AddHandling(raw.onLose, false, o);
+    AddAutoPlay(raw.autoPlay, o);
+    CheckDiceSources(o, raw.fromRoll->count() > 0);
   } catch (const OptionFault& f) {
     err << "dicehall-sim: " << f.text << "\n";
     return 2;
