@@ -8,9 +8,8 @@
 #include <string>
 #include <vector>
 
-inline std::filesystem::path ExamplesFolder() {
-  return std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples";
-}
+// The folder comes from the build, since a compiler cache may make __FILE__ relative.
+inline std::filesystem::path ExamplesFolder() { return DICEHALL_EXAMPLES_DIR; }
 
 // Every example as its lines, in the order of their file names.
 inline std::vector<std::vector<std::string>> ExampleScripts() {

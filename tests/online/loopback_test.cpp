@@ -9,6 +9,7 @@
 #include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
 #include "engine/handling.h"
+#include "tests/autobet/example_scripts.h"
 #include "tests/online/online_fixture.h"
 
 namespace {
@@ -80,9 +81,7 @@ TEST(OnlineLoopback, AClientThatBetsByScriptEndsAsTheHostsTable) {
   Game& mirror = *bob.game;
   const int seat = bob.seated;
   std::vector<std::string> lines;
-  ASSERT_TRUE(ReadScriptLines(
-      (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples" / "martingale_passline.bet").string(),
-      lines));
+  ASSERT_TRUE(ReadScriptLines((ExamplesFolder() / "martingale_passline.bet").string(), lines));
   // A headless client: silent rolls, no wait after a script cycle.
   mirror.SilentMode = true;
   mirror.Auto.HyperDrive = true;

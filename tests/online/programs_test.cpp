@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/autobet/example_scripts.h"
 #include "tests/online/process.h"
 #include "tests/test_support.h"
 
@@ -38,8 +39,7 @@ TEST(OnlinePrograms, ClientsOfALobbyListedHostEndWithItsTable) {
   Program bob(Sim(home, "bob", {"--join", table, "--name", "Bob", "--bet", "Place 8=12", "--bet", "Field=5"}));
   Program cy(Sim(home, "cy", {"--join", table, "--name", "Cy", "--seat", "1R", "--bet", "Don't Pass=10"}));
   // The third finds the table in the lobby by its game name, and bets by script.
-  const std::string script =
-      (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "examples" / "iron_cross.bet").string();
+  const std::string script = (ExamplesFolder() / "iron_cross.bet").string();
   Program dee(Sim(home, "dee",
                   {"--lobby", "127.0.0.1:" + lobbyPort, "--table", "DiceHall Online", "--player", "Dee:2000:" + script,
                    "--bet", "Dee:Hard 6=5"}));
