@@ -39,6 +39,8 @@ enum : int {
   kErrBuyNotPlace = 12,
   kErrNotBuy = 13,
   kErrNoPlayer = 851,
+  kErrOnlineClient = 857,
+  kErrOtherSeatOnline = 864,
   kErrWinMode = 860,
   kErrLoseMode = 861,
   kErrAlwaysWorks = 862,
@@ -106,10 +108,18 @@ Target ReadTarget(const Game& g, const TokenRecord* group) {
 bool IsBet(int v) { return v >= 1 && v <= kBets; }
 
 // The seat a script acts for must hold a player. Permissions to act for other seats
-// are options of an online host; a table played offline grants every one of them.
+// are options of an online host; a table played offline grants every one of them. At
+// an online table a seat played from another machine is that machine's alone.
 bool CheckSeat(Game& g, int seat) {
   if (seat < 1 || seat > kPlayerSeats || !SeatOccupied(g, seat)) return Fault(g, kErrNoPlayer);
+  if (g.Online != nullptr && !g.Online->MayChangeBets(seat)) return Fault(g, kErrOtherSeatOnline);
   return true;
+}
+
+// What only the host of an online table does to the table as a whole: a client's
+// script is refused.
+bool NotAsOnlineClient(Game& g) {
+  return g.OnlineRole != kOnlineClient || Fault(g, kErrOnlineClient);
 }
 
 // The line bets and the Come and Don't Come bets always work.
@@ -749,6 +759,9 @@ void TakeAction(Game& g) {
 
   double x = 0;
   std::string text;
+  const bool tableWide = (action >= 100 && action <= 103) || action == 114 || action == 118 || action == 119 ||
+                         action == 213 || action == 310;
+  if (tableWide && !NotAsOnlineClient(g)) return;
   switch (action) {
     case 100:
     case 101:

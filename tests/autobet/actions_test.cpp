@@ -281,6 +281,29 @@ void Rolled(Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }
 void NoNormalNotices(Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }
 void Hyper(Game& g) { g.Auto.HyperDrive = true; }
 void NoMtLibrary(Game& g) { g.Dice.missingRngLibraries = 1; }
+// A client of an online table whose own seat is Ann's.
+struct AnnsMachine : OnlineLink {
+  OnlineDice TakeDice(int32_t&, int32_t&) override { return OnlineDice::Local; }
+  void DiceRolled(int32_t, int32_t) override {}
+  void RollEnded() override {}
+  void BetChanged(int, int) override {}
+  bool MayChangeBets(int seat) override { return seat == kAnn; }
+  BetRefusal RefuseBet(int, int) override { return {}; }
+  StakeDecision StakeOf(int) override { return StakeDecision::Here; }
+  void SessionStarted() override {}
+  void AutoRollSwitched(bool) override {}
+  void DicePassed() override {}
+  void LeaveOwnSeat() override {}
+} anns;
+void OnlineClient(Game& g) {
+  g.Online = &anns;
+  g.OnlineRole = kOnlineClient;
+  g.ClientSeat = kAnn;
+  Rolled(g);
+}
+double BobPlace6(const Game& g) { return g.BetAmount[kBob][kPlace6].ToDouble(); }
+double Shooter(const Game& g) { return g.Table.Shooter; }
+double RollsCounted(const Game& g) { return g.Stats.RollCount[kSessionScope][0]; }
 void BadRollFile(Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -308,7 +331,12 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{{"playback dice roll file \"bad.rol\""}, 1007, Recorder, 0, BadRollFile},
         FaultCase{{"open/append file for output \"no such folder/out.txt\""}, 1006, OutputFiles, 0},
         FaultCase{{"activate probability file \"missing.prb\""}, 1008, PercentageDice, 0},
-        FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4}));
+        FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4},
+        // A client's script plays its own seat, and leaves the table as a whole to the host.
+        FaultCase{{"bet 5 on place6 player2"}, 864, BobPlace6, 0, OnlineClient},
+        FaultCase{{"start new session"}, 857, RollsCounted, 1, OnlineClient},
+        FaultCase{{"pass the dice"}, 857, Shooter, kAnn, OnlineClient},
+        FaultCase{{"activate probability file \"missing.prb\""}, 857, PercentageDice, 0, OnlineClient}));
 
 TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {
   ActionTable a;
