@@ -29,6 +29,7 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_tools.h"
 #include "stats/checkstacks.h"
 #include "storage/paths.h"
 
@@ -118,15 +119,7 @@ bool CheckSeat(Game& g, int seat) {
 
 // What only the host of an online table does to the table as a whole: a client's
 // script is refused.
-bool NotAsOnlineClient(Game& g) {
-  return g.OnlineRole != kOnlineClient || Fault(g, kErrOnlineClient);
-}
-
-// The line bets and the Come and Don't Come bets always work.
-bool AlwaysWorks(int bet) {
-  return bet == bet::PassLine || bet == bet::DontPass || bet == bet::Come || bet == bet::DontCome ||
-         (bet >= bet::Come4 && bet <= bet::Come10) || (bet >= bet::DontCome4 && bet <= bet::DontCome10);
-}
+bool NotAsOnlineClient(Game& g) { return g.OnlineRole != kOnlineClient || Fault(g, kErrOnlineClient); }
 
 // ---- The modes of handling won and lost bets, as scripts spell them.
 
@@ -525,7 +518,7 @@ void TargetVerb(Game& g, int action) {
       case 452:
         if (!CheckSeat(g, seat)) return false;
         if (!IsBet(bet)) return true;
-        if (AlwaysWorks(bet)) return Fault(g, kErrAlwaysWorks);
+        if (BetAlwaysWorks(bet)) return Fault(g, kErrAlwaysWorks);
         if (apply && g.BetAmount[seat][bet].raw > 0) g.BetWorking[seat][bet] = action == 452 ? 2 : -1;
         return true;
       case 453:

@@ -1,0 +1,81 @@
+// The table's tools on a seat's bets: Call On and Call Off with their rest states, the
+// Buy tool moving a Place bet, and renaming a player.
+
+#include "engine/table_tools.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/engine/line_table.h"
+
+namespace {
+
+constexpr int kPlace6 = bet::Place4 + 2, kBuy6 = bet::Buy4 + 2;
+
+struct CallCase {
+  const char* name;
+  bool pointOn;
+  std::vector<bool> calls;  // true Call On, false Call Off, in order
+  int working;              // the state the bet ends in
+  bool lastChanged;
+};
+
+TEST(TableTools, CallingABetOnAndOffReturnsItToItsRestState) {
+  // A Place bet rests off on the come-out (0) and working with a point (1).
+  const CallCase cases[] = {
+      {"on, come-out", false, {true}, 2, true},
+      {"on twice", false, {true, true}, 2, false},
+      {"on then off, come-out", false, {true, false}, 0, true},
+      {"off, point on", true, {false}, -1, true},
+      {"off then on, point on", true, {false, true}, 1, true},
+  };
+  for (const CallCase& c : cases) {
+    AnnTable t;
+    t.Bet(1, bet::PassLine, 10_usd);
+    if (c.pointOn) t.RollTotal(6);
+    ASSERT_EQ(t.g.Table.Point, c.pointOn ? 6 : 0) << c.name;
+    t.Bet(1, kPlace6, 12_usd);
+    bool changed = false;
+    for (bool on : c.calls) changed = CallBet(t.g, 1, kPlace6, on);
+    EXPECT_EQ(t.g.BetWorking[1][kPlace6], c.working) << c.name;
+    EXPECT_EQ(changed, c.lastChanged) << c.name;
+  }
+}
+
+TEST(TableTools, ABetThatAlwaysWorksOrHasNoAmountIsNotCalled) {
+  AnnTable t;
+  t.Bet(1, bet::PassLine, 10_usd);
+  const int32_t working = t.g.BetWorking[1][bet::PassLine];
+  EXPECT_FALSE(CallBet(t.g, 1, bet::PassLine, false));
+  EXPECT_NE(t.LastMessage().Text.find("Pass Line"), std::string::npos);
+  EXPECT_EQ(t.g.BetWorking[1][bet::PassLine], working);
+  const int told = t.Messages();
+  EXPECT_FALSE(CallBet(t.g, 1, kPlace6, true)) << "no amount on Place 6";
+  EXPECT_EQ(t.Messages(), told);
+}
+
+TEST(TableTools, TheBuyToolMovesAPlaceBetAndItsCall) {
+  AnnTable t;
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.RollTotal(6);
+  t.Bet(1, kPlace6, 30_usd);
+  CallBet(t.g, 1, kPlace6, false);
+  EXPECT_EQ(BuyPlaceBet(t.g, 1, kPlace6), 30_usd);
+  EXPECT_EQ(t.Amount(1, kPlace6), 0_usd);
+  EXPECT_EQ(t.Amount(1, kBuy6), 30_usd);
+  EXPECT_EQ(t.g.BetWorking[1][kBuy6], -1) << "called off on its new row";
+  // Any other bet is refused and nothing moves.
+  t.Bet(1, bet::Field, 5_usd);
+  EXPECT_EQ(BuyPlaceBet(t.g, 1, bet::Field), 0_usd);
+  EXPECT_EQ(t.Amount(1, bet::Field), 5_usd);
+}
+
+TEST(TableTools, ARenamedPlayerKeepsAFreeNameOnly) {
+  AnnTable t;
+  t.Seat(2, "Bob", 100_usd);
+  EXPECT_EQ(RenamePlayer(t.g, 1, "  Annie "), "");
+  EXPECT_EQ(t.g.PlayerName[1], "Annie");
+  EXPECT_NE(RenamePlayer(t.g, 1, "Bob"), "");
+  EXPECT_EQ(t.g.PlayerName[1], "Annie");
+}
+
+}  // namespace
