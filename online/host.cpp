@@ -211,8 +211,8 @@ void Host::OnConnectionRequest(int index, int request) {
   if (!c.socket->Accept(request)) return;
   c.Reset(settings_.Limits, clock_.TickMs());
   ClientRecord r;
-  r.ChatAllowed = Panel.AllowNewClientsToChat;
-  r.AutoBetAllowed = Panel.AllowNewPlayersToAutobet;
+  r.ChatAllowed = g_.OnlinePanel.AllowNewClientsToChat;
+  r.AutoBetAllowed = g_.OnlinePanel.AllowNewPlayersToAutobet;
   r.LastRollAck = RollCount;
   r.Socket = s;
   r.Address = c.socket->RemoteAddress();
@@ -338,7 +338,7 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     PutText(hello, g_.HostName);
     PutText(hello, g_.OnlineGameName);
     SendMsg(socket, hello);
-    if (Panel.GamePassword.empty()) {
+    if (g_.OnlinePanel.GamePassword.empty()) {
       r.Joined = true;
       SendMsg(socket, "~004" + WelcomeText(entry));
     } else {
@@ -346,7 +346,7 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     }
   } else if (code == "~003") {
     if (r.Joined) return;
-    if (TrimBlanks(m.At(0, 0).text) != TrimBlanks(Panel.GamePassword)) {
+    if (TrimBlanks(m.At(0, 0).text) != TrimBlanks(g_.OnlinePanel.GamePassword)) {
       Log(r.ClientName + " (" + r.Address + "): wrong password");
       // A password is not guessed here.
       if (++r.WrongPasswords >= kPasswordTries) return Drop(socket, "too many wrong passwords");
@@ -693,13 +693,13 @@ void Host::TerminateClientHosting() {
 
 void Host::SendPanel(int target) {
   SendMsg(target, "~128" + MoneyText(Money::FromDouble(tableMinutes_)));
-  SendMsg(target, "~014" + Panel.GamePassword);
-  SendMsg(target, "~122" + std::to_string(Panel.CountdownToLockout));
-  SendMsg(target, "~123" + std::to_string(Panel.RollDelay));
-  SendMsg(target, std::string("~124") + (Panel.AllowNewClientsToChat ? "-1" : "0"));
-  SendMsg(target, std::string("~125") + (Panel.AllowNewPlayersToAutobet ? "-1" : "0"));
-  SendMsg(target, std::string("~126") + (Panel.ColorScheme ? "-1" : "0"));
-  SendMsg(target, "~127" + Panel.GameNotes);
+  SendMsg(target, "~014" + g_.OnlinePanel.GamePassword);
+  SendMsg(target, "~122" + std::to_string(g_.OnlinePanel.CountdownToLockout));
+  SendMsg(target, "~123" + std::to_string(g_.OnlinePanel.RollDelay));
+  SendMsg(target, std::string("~124") + (g_.OnlinePanel.AllowNewClientsToChat ? "-1" : "0"));
+  SendMsg(target, std::string("~125") + (g_.OnlinePanel.AllowNewPlayersToAutobet ? "-1" : "0"));
+  SendMsg(target, std::string("~126") + (g_.OnlinePanel.ColorScheme ? "-1" : "0"));
+  SendMsg(target, "~127" + g_.OnlinePanel.GameNotes);
   SendMsg(target, "~664" + MoneyText(Money::FromDouble(g_.Auto.AutoRollDelay)));
 }
 
@@ -708,7 +708,7 @@ void Host::OperatorMessage(int socket, const ParsedMessage& m, const std::string
   auto entryOf = [&](int64_t n) { return n >= 1 && n < static_cast<int64_t>(ClientList.size()) ? int(n) : 0; };
   std::string fault;
   if (code == "~014") {
-    Panel.GamePassword = std::string(m.At(0, 0).text);
+    g_.OnlinePanel.GamePassword = std::string(m.At(0, 0).text);
   } else if (code == "~015") {
     TerminateClientHosting();
   } else if (code >= "~100" && code <= "~104") {
@@ -723,15 +723,15 @@ void Host::OperatorMessage(int socket, const ParsedMessage& m, const std::string
     else g_.HostMaxBuyIn = v.unlimited ? kMaxBankroll : v.amount;
     SendMsgAllX(socket, message);
   } else if (code == "~122") {
-    Panel.CountdownToLockout = static_cast<int>(m.At(0, 0).number);
+    g_.OnlinePanel.CountdownToLockout = static_cast<int>(m.At(0, 0).number);
   } else if (code == "~123") {
-    Panel.RollDelay = static_cast<int>(m.At(0, 0).number);
+    g_.OnlinePanel.RollDelay = static_cast<int>(m.At(0, 0).number);
   } else if (code == "~124") {
-    Panel.AllowNewClientsToChat = m.At(0, 0).number != 0;
+    g_.OnlinePanel.AllowNewClientsToChat = m.At(0, 0).number != 0;
   } else if (code == "~125") {
-    Panel.AllowNewPlayersToAutobet = m.At(0, 0).number != 0;
+    g_.OnlinePanel.AllowNewPlayersToAutobet = m.At(0, 0).number != 0;
   } else if (code == "~127") {
-    Panel.GameNotes = std::string(m.At(0, 0).text);
+    g_.OnlinePanel.GameNotes = std::string(m.At(0, 0).text);
   } else if (code == "~130") {
     Panel.MaxPlayers = static_cast<int>(m.At(0, 0).number);
     Panel.MaxWaitList = static_cast<int>(m.At(0, 1).number);
@@ -777,7 +777,7 @@ void Host::OperatorMessage(int socket, const ParsedMessage& m, const std::string
     if (!ApplyRuleMessage(g_, m, fault)) return Log("the operator: " + fault + "; dropped");
     SendMsgAllX(socket, message);
   } else if (code >= "~922" && code <= "~926") {
-    Panel.ColorScheme = code != "~926";
+    g_.OnlinePanel.ColorScheme = code != "~926";
     SendMsgAllX(socket, message);
   } else {
     Log("the operator: " + std::string(code) + " is not the operator's; dropped");
@@ -1075,7 +1075,7 @@ void Host::Tick() {
   }
   if (countdownPending_ && (AcksIn() || now - countdownPendingSince_ >= static_cast<uint32_t>(settings_.AckWaitMs))) {
     countdownPending_ = false;
-    if (g_.Auto.AutoRollActive && !countdownRunning_ && !rollDue_) StartCountdown(Panel.CountdownToLockout);
+    if (g_.Auto.AutoRollActive && !countdownRunning_ && !rollDue_) StartCountdown(g_.OnlinePanel.CountdownToLockout);
   }
   if (rollDue_ && (AcksIn() || now - rollDueSince_ >= static_cast<uint32_t>(settings_.AckWaitMs))) {
     rollDue_ = false;
@@ -1107,7 +1107,7 @@ void Host::CountdownTick() {
     SendMsgAllX(operatorSocket_, "~662");
   }
   // The roll comes RollDelay seconds after the lockout, once the clients have reported the last one.
-  if (countdownLeft_ <= -Panel.RollDelay) {
+  if (countdownLeft_ <= -g_.OnlinePanel.RollDelay) {
     countdownRunning_ = false;
     rollDue_ = true;
     rollDueSince_ = clock_.TickMs();
@@ -1138,7 +1138,7 @@ void Host::AcceptBets() {
 
 void Host::RequestRoll() {
   if (g_.Table.Rolling || rollDue_ || OnlineState < 4) return;
-  if (Panel.RollDelay == 0) {
+  if (g_.OnlinePanel.RollDelay == 0) {
     rollDue_ = true;
     rollDueSince_ = clock_.TickMs();
     return;
@@ -1164,7 +1164,7 @@ void Host::RollNow() {
     Log("no roll: " + (shooter ? g_.PlayerName[shooter] : std::string("nobody")) + " has the dice" +
         (g_.StopReason.empty() ? std::string() : "; " + g_.StopReason));
     AcceptBets();
-    if (g_.Auto.AutoRollActive) StartCountdown(Panel.CountdownToLockout);
+    if (g_.Auto.AutoRollActive) StartCountdown(g_.OnlinePanel.CountdownToLockout);
   }
 }
 
@@ -1233,7 +1233,7 @@ void Host::SessionStarted() {
 
 void Host::AutoRollSwitched(bool on) {
   if (on && OnlineState >= 4 && !countdownRunning_ && !rollDue_ && !countdownPending_)
-    StartCountdown(Panel.CountdownToLockout);
+    StartCountdown(g_.OnlinePanel.CountdownToLockout);
 }
 
 void Host::DicePassed() { SendMsgAllX(applyingFrom_, "~668"); }
@@ -1267,12 +1267,12 @@ void Host::SendTable2Central() {
   PutText(m, FirstCharacters(OddsText(g_.Rules, false), 20));
   PutAmount(m, Max(g_.HostMinBuyIn, -kMaxBankroll));
   PutAmount(m, Min(g_.HostMaxBuyIn, kMaxBankroll));
-  PutInt(m, Panel.GamePassword.empty() ? 0 : 1);
+  PutInt(m, g_.OnlinePanel.GamePassword.empty() ? 0 : 1);
   for (int s = 1; s < kSeats; ++s) PutText(m, open ? FirstCharacters(g_.PlayerName[s], 19) : "");
   PutInt(m, SeatedCount());
   PutInt(m, WaitListCount());
   PutInt(m, ObserverCount());
-  PutText(m, FirstCharacters(Panel.GameNotes, 100));
+  PutText(m, FirstCharacters(g_.OnlinePanel.GameNotes, 100));
   SendMsg(1, m);
 }
 
@@ -1331,6 +1331,6 @@ std::string Host::WelcomeText(int entry) const {
     if (!lowOpen) t += "Min buy-in $" + MoneyText(g_.HostMinBuyIn) + "\n";
     if (!highOpen) t += "Max buy-in $" + MoneyText(g_.HostMaxBuyIn) + "\n";
   }
-  if (!Panel.GameNotes.empty()) t += "\n" + Panel.GameNotes;
+  if (!g_.OnlinePanel.GameNotes.empty()) t += "\n" + g_.OnlinePanel.GameNotes;
   return t;
 }

@@ -18,15 +18,10 @@
 #include "online/restore_file.h"
 #include "online/socket_control.h"
 
-// The host panel: every value here is the table owner's to set (and an operator's).
+// The host panel's values that the game file doesn't keep; the others (password, notes,
+// countdown, roll delay, chat and Auto-Bet for newcomers, colours) are the game's
+// OnlinePanel, saved with it. Every value is the table owner's to set (and an operator's).
 struct HostPanel {
-  std::string GamePassword;
-  std::string GameNotes;
-  int CountdownToLockout = 8;  // seconds of betting before the lockout
-  int RollDelay = 2;           // seconds from the lockout to the roll
-  bool AllowNewClientsToChat = true;
-  bool AllowNewPlayersToAutobet = true;
-  bool ColorScheme = false;
   int MaxPlayers = 8, MaxWaitList = 10, MaxObservers = 20;
   bool AllowClientHosting = true;  // a client may ask to operate the table
 };

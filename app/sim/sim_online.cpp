@@ -65,9 +65,9 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   settings.CountdownTickMs = std::max(5, static_cast<int>(on.rollInterval * 500));
   settings.AckWaitMs = std::max(2000, settings.CountdownTickMs * 4);
   Host host(g, net, DefaultClock(), settings);
-  host.Panel.CountdownToLockout = 1;
-  host.Panel.RollDelay = 1;
-  host.Panel.GamePassword = on.password;
+  g.OnlinePanel.CountdownToLockout = 1;
+  g.OnlinePanel.RollDelay = 1;
+  g.OnlinePanel.GamePassword = on.password;
   // A server has no owner at hand to let a client operate it.
   host.Panel.AllowClientHosting = false;
   if (!on.name.empty()) g.HostName = on.name;

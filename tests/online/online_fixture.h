@@ -78,8 +78,8 @@ class OnlineTable {
     host->AfterRoll = [this] {
       if (SeatOccupied(*hostGame, 1)) PlaceStandingBets(*hostGame, 1, hostBets);
     };
-    host->Panel.CountdownToLockout = 1;
-    host->Panel.RollDelay = 1;
+    hostGame->OnlinePanel.CountdownToLockout = 1;
+    hostGame->OnlinePanel.RollDelay = 1;
     host->OpenTable();
   }
   Game& g() { return *hostGame; }

@@ -188,7 +188,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, OnlineNames,
 TEST(OnlinePlay, APasswordIsAskedAndAWrongOneRefused) {
   OnlineTable t;
   StartTable(t);
-  t.host->Panel.GamePassword = "sesame";
+  t.g().OnlinePanel.GamePassword = "sesame";
   OnlinePlayer& wrong = t.Join("Bob", "", 1000_usd, "open");
   EXPECT_EQ(wrong.client->OwnName, "");
   EXPECT_FALSE(wrong.client->Connected());
