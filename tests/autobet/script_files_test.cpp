@@ -188,7 +188,7 @@ INSTANTIATE_TEST_SUITE_P(
         LegacyLine{"Set checkstack #5 = bankroll (all roll average) - lowest bankroll", false, nullptr},
         // The ATM, the aids, messages and files.
         LegacyLine{"Withdraw $50", false, " ATM withdraw $50"},
-        LegacyLine{"Set auto-take full odds to true and checkstack #1 = 1", false, nullptr},
+        LegacyLine{"Set auto-remove place bets to true", false, " AutoDown place bets = true"},
         LegacyLine{"Set Auto-Handle winnings = \"Same Bet - Take Winnings\"", false, nullptr},
         LegacyLine{"Get input and bet it on Field", false, " Bet Input() on Field"},
         LegacyLine{"Output to file. \"x\" & new line.", false, nullptr},
