@@ -4,6 +4,7 @@
 // are read so that every script ever saved still compiles. Hot keys run their .bet file
 // through the same reader.
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,12 @@ constexpr uint64_t kMaxScriptFileBytes = uint64_t{16} << 20;
 std::vector<std::string> AutoBetLinesFromBytes(const Bytes& bytes);
 // The word conversion of a plain statement of the record form.
 std::string ConvertLegacyWords(std::string line);
+// A pair of that conversion: every place of `from` (ignoring case) becomes `to`.
+struct LegacyWordPair {
+  std::string_view from, to;
+};
+// The conversion's pairs in the order they are applied.
+std::span<const LegacyWordPair> LegacyWordPairs();
 // The record form of `lines`, each kept as it stands (kind 99) under the latest mark.
 // False for a line longer than a record's text.
 bool LegacyAutoBetBytes(const std::vector<std::string>& lines, Bytes& out);
