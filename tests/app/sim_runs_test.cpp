@@ -224,20 +224,22 @@ TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
 TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
   TempDir dir;
   // 2 (craps), 5 (point), 7 (seven-out): the lines of a played roll are the events log's
-  // own; these are the run's (the roll file, the shooter's hand that ends the run).
+  // own; these are the run's (the roll file, the shooter's hand that ends the run). Bob
+  // bets nothing and so can't shoot.
   const int dice[][2] = {{1, 1}, {4, 1}, {6, 1}};
   std::string bytes;
   for (const auto& d : dice) bytes += static_cast<char>(d[1] * 32 + d[0] * 4);
   WriteText(dir.path / "seven.rol", bytes);
   const std::string rol = (dir.path / "seven.rol").string();
-  SimRun r = Sim({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--bet", "Ann:Pass Line=10", "--playback", rol,
-                  "--events-log"},
+  SimRun r = Sim({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
+                  "Ann:Pass Line=10", "--playback", rol, "--events-log"},
                  dir.path.string());
   ASSERT_EQ(r.code, 0) << r.err;
   const std::vector<std::string> golden = {
       " New session started DATE @ TIME",
       "    Players:",
       "      Ann at stick 4-left with $100",
+      "      Bob at stick 3-left with $200",
       "    Dice roll file playback activated (" + rol + ")",
       "----New shooter (Ann) coming out----------",
       "    RNG #1 seeded: 7",
