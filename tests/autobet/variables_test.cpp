@@ -729,6 +729,14 @@ TEST(FunctionCallTest, ReportsWhatTheCallConsumed) {
   }
 }
 
+TEST(FunctionCallTest, KeepsAFaultMetInTheArguments) {
+  FunctionTable t;
+  Load(t.g, "cs1 = sqr(4)");
+  t.g.AutoBet.RunError = 9999;
+  AssignFunction(t.g, 4);
+  EXPECT_EQ(t.g.AutoBet.RunError, 9999);
+}
+
 // The hops that are not on the hop rows are the one-roll bets on 2, 3, 11 and 12; a
 // chi-square with a number is that item's own cell.
 TEST(FunctionValueTest, HopsOffTheRowsAndOneChiSquareCell) {
