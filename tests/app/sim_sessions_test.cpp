@@ -219,7 +219,7 @@ struct WalkCase {
   const char* name;
   const char* player;  // with a standing Pass Line of $10
   std::vector<std::string> args;
-  std::vector<std::pair<int, int>> dice;
+  std::vector<int> dice;  // die1 * 10 + die2
   SessionEnd end;
   int64_t rolls;  // the player's, when leaving
   double result;
@@ -233,7 +233,7 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const WalkCase& c = GetParam();
   TempDir dir;
   std::string bytes;
-  for (const auto& [d1, d2] : c.dice) bytes += static_cast<char>(d2 * 32 + d1 * 4);
+  for (int d : c.dice) bytes += static_cast<char>(d % 10 * 32 + d / 10 * 4);
   WriteText(dir.path / "dice.rol", bytes);
   std::vector<std::string> args{"dicehall-sim", "--player", c.player, "--bet", "Pass Line=10"};
   args.insert(args.end(), c.args.begin(), c.args.end());
@@ -268,15 +268,15 @@ INSTANTIATE_TEST_SUITE_P(
     FixedDice, SimWalksAway,
     testing::Values(
         // Craps twice: $20 down on the come-out, nothing at risk.
-        WalkCase{"StopLoss", "Ann:100", {"--stop-loss", "20"}, {{1, 1}, {1, 2}, {6, 1}}, SessionEnd::StopLoss, 2, -20},
+        WalkCase{"StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20},
         // A natural and an eleven.
-        WalkCase{"StopWin", "Ann:100", {"--stop-win", "20"}, {{5, 2}, {5, 6}, {6, 1}}, SessionEnd::StopWin, 2, 20},
+        WalkCase{"StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20},
         // The Field loses twice ($20) while the Pass Line waits on its 5: the player bets
         // no more and leaves when the 5 comes.
         WalkCase{"StopLossWaitsForTheLine",
                  "Ann:100",
                  {"--bet", "Field=10", "--stop-loss", "20"},
-                 {{3, 2}, {4, 2}, {4, 4}, {4, 1}, {6, 1}},
+                 {32, 42, 44, 41, 61},
                  SessionEnd::StopLoss,
                  4,
                  -10},
@@ -284,7 +284,7 @@ INSTANTIATE_TEST_SUITE_P(
         WalkCase{"StopWinTakesDownThePlaceBet",
                  "Ann:100",
                  {"--bet", "Place 6=12", "--stop-win", "10"},
-                 {{2, 2}, {3, 3}, {4, 1}, {3, 1}, {6, 1}},
+                 {22, 33, 41, 31, 61},
                  SessionEnd::StopWin,
                  4,
                  24},
@@ -292,31 +292,19 @@ INSTANTIATE_TEST_SUITE_P(
         WalkCase{"Rolls",
                  "Ann:100",
                  {"--threads", "1", "--session-rolls", "2"},
-                 {{2, 2}, {5, 4}, {4, 3}, {6, 1}},
+                 {22, 54, 43, 61},
                  SessionEnd::Rolls,
                  3,
                  -10},
         // 0.025 hours at 120 rolls an hour: three rolls.
-        WalkCase{"Hours",
-                 "Ann:100",
-                 {"--session-hours", "0.025"},
-                 {{5, 2}, {5, 6}, {6, 1}, {6, 1}},
-                 SessionEnd::Hours,
-                 3,
-                 30},
+        WalkCase{"Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30},
         // Nothing left for a line bet after craps.
-        WalkCase{"Broke",
-                 "Ann:10",
-                 {"--threads", "1", "--session-rolls", "50"},
-                 {{1, 1}, {6, 1}},
-                 SessionEnd::Broke,
-                 1,
-                 -10},
+        WalkCase{"Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10},
         // The roll file ends with the point on: the table stops and the line bet is lost.
         WalkCase{"TableStopped",
                  "Ann:100",
                  {"--threads", "1", "--session-rolls", "100"},
-                 {{5, 2}, {2, 2}},
+                 {52, 22},
                  SessionEnd::TableStopped,
                  2,
                  0}));
