@@ -26,6 +26,7 @@ class ExpressionTest : public ::testing::TestWithParam<ExpressionCase> {};
 TEST_P(ExpressionTest, ReducesToTheValue) {
   TestTable t;
   t.Seat(1, "Ann", Money::Dollars(1000));
+  for (int n = 1; n <= 5; ++n) t.g.BetAmount[1][kCheckStackRow + n] = Money::Dollars(n * 10);
   const ExpressionCase& c = GetParam();
   const EvaluationResult r = EvaluateExpression(t.g, 1, c.expression);
   ASSERT_EQ(r.compileFault, "") << c.expression;
@@ -59,6 +60,14 @@ INSTANTIATE_TEST_SUITE_P(
                       ExpressionCase{"any(4, 5, 6) = 7", 0}, ExpressionCase{"any(4, 5, 6) = 5", -1},
                       ExpressionCase{"((((2))))", 2}, ExpressionCase{"[2 + {3 * (1 + 1)}]", 8}));
 
+// Ranges run either way and read each member; cs1..cs5 hold 10..50.
+INSTANTIATE_TEST_SUITE_P(
+    Ranges, ExpressionTest,
+    ::testing::Values(ExpressionCase{"sum(cs1 thru cs5)", 150}, ExpressionCase{"sum(cs5 thru cs2)", 140},
+                      ExpressionCase{"count(cs3 thru cs3)", 1}, ExpressionCase{"highest(cs4 thru cs1)", 40},
+                      ExpressionCase{"count(> 25, cs1 thru cs5)", 3}, ExpressionCase{"sum(place(4) thru place(10))", 0},
+                      ExpressionCase{"any(cs1 thru cs5) = 30", -1}));
+
 TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
   TestTable t;
   t.Seat(1, "Ann", Money::Dollars(1000));
@@ -81,23 +90,6 @@ TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
     EXPECT_FALSE(r.ok) << f.expression;
     EXPECT_EQ(r.compileFault, "") << f.expression;
     EXPECT_EQ(r.runError, f.code) << f.expression;
-  }
-}
-
-TEST(Expression, RangesRunEitherWayAndReadEachMember) {
-  TestTable t;
-  t.Seat(1, "Ann", Money::Dollars(1000));
-  for (int n = 1; n <= 5; ++n) t.g.BetAmount[1][kCheckStackRow + n] = Money::Dollars(n * 10);
-  struct Case {
-    const char* expression;
-    double value;
-  };
-  for (const Case& c : {Case{"sum(cs1 thru cs5)", 150}, Case{"sum(cs5 thru cs2)", 140}, Case{"count(cs3 thru cs3)", 1},
-                        Case{"highest(cs4 thru cs1)", 40}, Case{"count(> 25, cs1 thru cs5)", 3},
-                        Case{"sum(place(4) thru place(10))", 0}, Case{"any(cs1 thru cs5) = 30", -1}}) {
-    const EvaluationResult r = EvaluateExpression(t.g, 1, c.expression);
-    ASSERT_TRUE(r.ok) << c.expression << " " << r.compileFault << " " << r.runError;
-    EXPECT_DOUBLE_EQ(r.number, c.value) << c.expression;
   }
 }
 
@@ -201,25 +193,7 @@ TEST(Cycle, RunsAfterEveryRollAndCountsFaultsByScript) {
   EXPECT_EQ(RunErrorText(9999), "Division by zero.");
 }
 
-TEST(Cycle, StepModeShowsEachStepAndStopEndsTheCycle) {
-  ScriptRun run({"If 1 = 2 Then", "cs1 = 1", "Else", "cs1 = 1 / cs9", "EndIf", "cs2 = 1"});
-  run.t.g.AutoBet.ShowSteps = true;
-  run.Cycle();
-  std::vector<std::string> texts;
-  for (const StepRequest& s : run.t.ui.steps) texts.push_back(s.Text);
-  const std::vector<std::string> expected = {"Beginning of condition block.",
-                                             "End of condition block and beginning of action block.",
-                                             "Conditions were false, so next action block will be skipped.",
-                                             "Beginning of last action block.",
-                                             "No action taken.\nDivision by zero.",
-                                             "End of If/Then structure.",
-                                             "Action taken."};
-  EXPECT_EQ(texts, expected);
-  ASSERT_FALSE(run.t.ui.steps.empty());
-  EXPECT_EQ(run.t.ui.steps[0].Title, "Auto-Bet Steps (Ann)");
-  EXPECT_EQ(run.t.ui.steps[0].FirstLine, 1);
-  EXPECT_DOUBLE_EQ(run.Cs(2), 1);
-
+TEST(Cycle, StopInStepModeEndsTheCycle) {
   ScriptRun stopped({"cs1 = 1", "cs1 = 2", "cs1 = 3"});
   stopped.t.g.AutoBet.ShowSteps = true;
   stopped.t.ui.stepReplies = {true, false};
@@ -259,11 +233,19 @@ TEST_P(StepTextTest, EachEventShowsItsText) {
   std::vector<std::string> texts;
   for (const StepRequest& s : run.t.ui.steps) texts.push_back(s.Text);
   EXPECT_EQ(texts, GetParam().texts);
+  ASSERT_FALSE(run.t.ui.steps.empty());
+  EXPECT_EQ(run.t.ui.steps[0].Title, "Auto-Bet Steps (Ann)");
+  EXPECT_EQ(run.t.ui.steps[0].FirstLine, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Keywords, StepTextTest,
     ::testing::Values(
+        // A fault in the last action block is told, and the next statement runs.
+        StepCase{{"If 1 = 2 Then", "cs1 = 1", "Else", "cs1 = 1 / cs9", "EndIf", "cs2 = 1"},
+                 {"Beginning of condition block.", "End of condition block and beginning of action block.",
+                  "Conditions were false, so next action block will be skipped.", "Beginning of last action block.",
+                  "No action taken.\nDivision by zero.", "End of If/Then structure.", "Action taken."}},
         StepCase{{"GoSub \"s\"", "GoTo \"e\"", "\"s\"", "Return", "\"e\""},
                  {"A jump will be made to the designated subroutine.", "Label.",
                   "Return to place where subroutine was initiated.", "A jump will be made to the designated label.",

@@ -49,9 +49,7 @@ TEST_P(OnlineHostile, IsDroppedOrClosedAndTheTablePlaysOn) {
   settings.Limits.maxUnread = 8192;
   OnlineTable t(settings);
   Game& g = t.g();
-  g.Rules.BetNeededToShoot = 0;
-  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
-  t.hostBets = {{bet::PassLine, 10_usd}};
+  t.SeatAnn({{bet::PassLine, 10_usd}});
   OnlinePlayer& bob = t.Join("Bob");
   bob.bets = {{bet::Field, 5_usd}, {bet::DontPass, 10_usd}};
   ToggleAutoRoll(g);
@@ -73,15 +71,7 @@ TEST_P(OnlineHostile, IsDroppedOrClosedAndTheTablePlaysOn) {
   for (int s = 1; s < kSeats; ++s)
     for (int b = 1; b <= kBets; ++b) EXPECT_NE(g.BetAmount[s][b], 500_usd) << s << " " << b;
 
-  // The table plays on: the good client's mirror is the host's, and a new client sits down.
-  const int32_t rolled = t.host->RollCount;
-  ASSERT_TRUE(t.RollUntil(rolled + 20));
-  t.Settle();
-  EXPECT_EQ(TableDifference(g, *bob.game), "");
-  OnlinePlayer& eve = t.Join("Eve");
-  t.Run(50);
-  EXPECT_NE(eve.seated, 0);
-  EXPECT_EQ(g.PlayerName[eve.seated], "Eve");
+  t.ExpectPlaysOn(bob);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, OnlineHostile, testing::ValuesIn(kCases),

@@ -34,8 +34,6 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   t.g().HostName = "Zed";
   AddPlayer(t.g(), 1, "Ann", 500_usd);
   LobbyServer lobby(t.net, t.clock, QuickLobby());
-  std::vector<std::string> said;
-  lobby.OnLog = [&](const std::string& line) { said.push_back(line); };
   ASSERT_TRUE(lobby.Open());
   LobbyRun run{t, lobby};
   t.host->ConnectLobby("127.0.0.1", lobby.Port());

@@ -67,16 +67,10 @@ TEST(OnlineLoopback, EveryMirrorEndsAsTheHostsTable) {
   for (const std::string& line : t.log) ADD_FAILURE() << line;
 }
 
-}  // namespace
-
-namespace {
-
 TEST(OnlineLoopback, AClientThatBetsByScriptEndsAsTheHostsTable) {
   OnlineTable t;
   Game& g = t.g();
-  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
-  t.hostBets = {{bet::PassLine, 10_usd}};
-  PlaceStandingBets(g, 1, t.hostBets);
+  t.SeatAnn({{bet::PassLine, 10_usd}});
   OnlinePlayer& bob = t.Join("Bob");
   Game& mirror = *bob.game;
   const int seat = bob.seated;

@@ -2,6 +2,8 @@
 // An online table in one thread: a host and its clients, each a Game of its own, on a
 // network in memory and one fake clock, driven step by step so nothing is left to timing.
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -126,6 +128,24 @@ class OnlineTable {
     for (auto& p : players)
       if (p->client) p->client->Tick();
     Settle();
+  }
+  // Ann at seat 1, the host's own player, with standing bets; no bet is needed to shoot.
+  void SeatAnn(std::vector<StandingBet> bets) {
+    g().Rules.BetNeededToShoot = 0;
+    AddPlayer(g(), 1, "Ann", Money::Dollars(5000));
+    hostBets = std::move(bets);
+    PlaceStandingBets(g(), 1, hostBets);
+  }
+  // The table plays on: twenty more rolls leave the client's mirror the host's table, and
+  // a newcomer sits down.
+  void ExpectPlaysOn(const OnlinePlayer& client) {
+    ASSERT_TRUE(RollUntil(host->RollCount + 20));
+    Settle();
+    EXPECT_EQ(TableDifference(g(), *client.game), "");
+    OnlinePlayer& eve = Join("Eve");
+    Run(50);
+    ASSERT_NE(eve.seated, 0);
+    EXPECT_EQ(g().PlayerName[eve.seated], "Eve");
   }
   // Runs until the host has rolled `rolls` times in all; false when it got stuck.
   bool RollUntil(int32_t rolls, int limitMs = 1000000) {

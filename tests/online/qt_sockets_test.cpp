@@ -25,7 +25,9 @@ struct Quiet : SocketEvents {
 };
 
 // A host of real sockets on a free port of 127.0.0.1, with its event loop.
-struct QtTable {
+class OnlineQt : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(host.OpenTable()); }
   QtLoop loop;
   QtNetwork net;
   TempDir home;
@@ -39,12 +41,7 @@ struct QtTable {
   }
 };
 
-TEST(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
-  QtTable t;
-  QtLoop& loop = t.loop;
-  QtNetwork& net = t.net;
-  Host& host = t.host;
-  ASSERT_TRUE(host.OpenTable());
+TEST_F(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
   // Each cycle drops in its own way: after a greeting, after half a frame, at once.
   auto cycle = [&](int k) {
     Quiet events;
@@ -67,12 +64,7 @@ TEST(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
-TEST(OnlineQt, ANewConnectionTakesTheLowestClosedSocket) {
-  QtTable t;
-  QtLoop& loop = t.loop;
-  QtNetwork& net = t.net;
-  Host& host = t.host;
-  ASSERT_TRUE(host.OpenTable());
+TEST_F(OnlineQt, ANewConnectionTakesTheLowestClosedSocket) {
   Quiet a, b, c;
   auto first = net.NewSocket(a, 0), second = net.NewSocket(b, 0);
   first->Connect("127.0.0.1", host.Port());

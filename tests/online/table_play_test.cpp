@@ -21,14 +21,8 @@ bool Asked(const OnlinePlayer& p, const std::string& title) {
   return std::find(p.ui.Titles.begin(), p.ui.Titles.end(), title) != p.ui.Titles.end();
 }
 
-// A host with Ann at seat 1 and Auto-Roll on; no bet is needed to shoot.
-void StartTable(OnlineTable& t) {
-  Game& g = t.g();
-  g.Rules.BetNeededToShoot = 0;
-  AddPlayer(g, 1, "Ann", Money::Dollars(5000));
-  t.hostBets = {{bet::PassLine, 10_usd}, {bet::Field, 5_usd}};
-  PlaceStandingBets(g, 1, t.hostBets);
-}
+// A host with Ann at seat 1.
+void StartTable(OnlineTable& t) { t.SeatAnn({{bet::PassLine, 10_usd}, {bet::Field, 5_usd}}); }
 
 TEST(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
   OnlineTable t;
@@ -258,10 +252,6 @@ TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   host.ProgramFolder.clear();
   EXPECT_FALSE(RestoreFile(host, t.host->Restore, kHostRestoreFile, false));
 }
-
-}  // namespace
-
-namespace {
 
 bool Offline(const std::string&) { return false; }
 

@@ -72,11 +72,9 @@ class SessionsLogRefusal : public ::testing::TestWithParam<std::string> {};
 // Nothing is read and nothing is written: the file, the seat's path and what the caller
 // held stay as they were.
 TEST_P(SessionsLogRefusal, LeavesFileAndRecords) {
-  TempDir d;
-  TestTable t;
-  t.g.ProgramFolder = d.path.string();
+  FolderTable t;
   t.Seat(1, "Ann", 100_usd);
-  const std::string p = (d.path / "Ann.slg").string();
+  const std::string p = (t.dir.path / "Ann.slg").string();
   WriteText(p, GetParam());
   SessionsLogFile held;
   held.Records.push_back(Net(7_usd));
@@ -161,9 +159,7 @@ class SessionsLogStart : public ::testing::TestWithParam<StartCase> {};
 
 TEST_P(SessionsLogStart, ExistingLog) {
   const StartCase& c = GetParam();
-  TempDir d;
-  TestTable t;
-  t.g.ProgramFolder = d.path.string();
+  FolderTable t;
   t.Seat(1, "Ann", 100_usd);
   std::string path;
   ASSERT_TRUE(AddSessionRecord(t.g, 1, path));
@@ -241,9 +237,7 @@ INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsBreakPoint,
                                            BreakCase{"20", {false, true, false}, {0, 1, 4}, 1, 20_usd}));
 
 TEST(SessionsLogStats, OneSessionFailsWithTheSystemsWords) {
-  TempDir d;
-  TestTable t;
-  t.g.ProgramFolder = d.path.string();
+  FolderTable t;
   t.Seat(3, "Cy", 100_usd);
   std::string path;
   ASSERT_TRUE(AddSessionRecord(t.g, 3, path));

@@ -54,21 +54,11 @@ TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
   constexpr uint32_t kSeed = 8086;
   // The same session in the simulator: two players and their standing bets.
   TempDir simFolder;
-  const char* args[] = {"dicehall-sim", "--rolls",
-                        "200",          "--seed",
-                        "8086",         "--json",
-                        "--data-dir",   simFolder.path.c_str(),
-                        "--player",     "Ann:5000",
-                        "--player",     "Bob:3000",
-                        "--bet",        "Ann:Pass Line=5",
-                        "--bet",        "Ann:Field=1",
-                        "--bet",        "Bob:Don't Pass=25",
-                        "--bet",        "Bob:Hard 8=5",
-                        "--bet",        "Bob:Place 5=10"};
-  SimOptions options;
-  std::ostringstream simOut, err;
-  ASSERT_EQ(ParseSimOptions(std::size(args), args, options, simOut, err), -1) << err.str();
-  ASSERT_EQ(RunSim(options, simOut, err), 0) << err.str();
+  const SimRun sim = Sim({"--rolls", "200", "--seed", "8086", "--json", "--player", "Ann:5000", "--player", "Bob:3000",
+                          "--bet", "Ann:Pass Line=5", "--bet", "Ann:Field=1", "--bet", "Bob:Don't Pass=25", "--bet",
+                          "Bob:Hard 8=5", "--bet", "Bob:Place 5=10"},
+                         simFolder.path.string());
+  ASSERT_EQ(sim.code, 0) << sim.err;
 
   DesktopTable t;
   t.g.Dice.pendingSeed = Money::Dollars(kSeed);
@@ -118,7 +108,7 @@ TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
   outcome.asked = outcome.played = kRolls;
   outcome.seed = kSeed;
   WriteJsonReport(t.g, outcome, {}, deskOut);
-  EXPECT_EQ(deskOut.str(), simOut.str());
+  EXPECT_EQ(deskOut.str(), sim.out);
 }
 
 }  // namespace
