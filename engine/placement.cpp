@@ -187,141 +187,145 @@ void HoldVig(Game& g, int seat, int bet, Pending& p) {
   p.Say(std::move(text), 510, msg::kClass4);
 }
 
-// The rule of the bet for an added amount; true when it refuses (the message is said).
-bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base, Money change, Pending& p) {
-  const RuleSet& r = g.Rules;
-  const TableState& t = g.Table;
-  const bool pointOn = t.Point != 0;
-  const bool exceeds = amount + change > base;
-  // The bet's name, made only for a message.
-  const auto name = [bet] { return std::string(BetName(bet)); };
-  auto refuse = [&](auto text, int help) {
-    if (p.on) p.Say(text(), help, kRuleClass);
-    return true;
-  };
-  if (amount < base && (bet == bet::PassLine || bet == bet::SevenPoint7) && pointOn)
-    return refuse([&] { return DecreaseText(bet, false); }, 250);
-  if (amount < base && bet >= bet::Come4 && bet <= bet::Come10 && !g.Moving)
-    return refuse([&] { return DecreaseText(bet, false); }, 250);
+// Says a rule's refusal (when messages are on; the text is made only then) and refuses.
+template <class Text>
+bool Refuse(Pending& p, Text text, int help) {
+  if (p.on) p.Say(text(), help, kRuleClass);
+  return true;
+}
 
+// The line bets, the Come and Don't Come bets and their odds: when each may be made or
+// increased. False for any other bet.
+bool RefusesLineAddition(const Game& g, int seat, int bet, bool exceeds, Pending& p) {
+  const bool pointOn = g.Table.Point != 0;
+  const bool putBets = g.Rules.AllowPutBets;
   switch (bet) {
     case bet::PassLine:
-      if (pointOn && exceeds && !r.AllowPutBets)
-        return refuse(
-            [&] {
-              return "You may not make or increase a Pass Line bet while a point is established.\n\n" + PutBetsNote();
-            },
-            HelpTopic(bet));
-      return false;
+      return pointOn && exceeds && !putBets &&
+             Refuse(
+                 p,
+                 [] {
+                   return "You may not make or increase a Pass Line bet while a point is established.\n\n" +
+                          PutBetsNote();
+                 },
+                 HelpTopic(bet));
     case bet::Come:
-      if (!pointOn)
-        return refuse([] { return std::string("You may not make a Come bet \nuntil a point is established."); }, 45);
-      return false;
+      return !pointOn &&
+             Refuse(
+                 p, [] { return std::string("You may not make a Come bet \nuntil a point is established."); }, 45);
     case bet::DontPass:
-      if (pointOn && exceeds)
-        return refuse(
-            [] { return std::string("You may not make or increase a Don't Pass bet while a point is established."); },
-            46);
-      return false;
+      return pointOn && exceeds &&
+             Refuse(
+                 p,
+                 [] {
+                   return std::string("You may not make or increase a Don't Pass bet while a point is established.");
+                 },
+                 46);
     case bet::DontCome:
-      if (!pointOn)
-        return refuse([] { return std::string("You may not make a Don't Come bet until a point is established."); },
-                      48);
-      return false;
+      return !pointOn &&
+             Refuse(
+                 p, [] { return std::string("You may not make a Don't Come bet until a point is established."); }, 48);
     case bet::PassLineOdds:
-      if (g.BetAmount[seat][bet::PassLine].raw <= 0 || !pointOn)
-        return refuse(
-            [] {
-              return std::string(
-                  "You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is "
-                  "established.");
-            },
-            43);
-      return false;
+      return (g.BetAmount[seat][bet::PassLine].raw <= 0 || !pointOn) &&
+             Refuse(
+                 p,
+                 [] {
+                   return std::string(
+                       "You may not make a Pass Line Odds bet unless you also have a Pass Line bet and a point is "
+                       "established.");
+                 },
+                 43);
     case bet::DontPassOdds:
-      if (g.BetAmount[seat][bet::DontPass].raw <= 0 || !pointOn)
-        return refuse(
-            [] {
-              return std::string(
-                  "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
-                  "established.");
-            },
-            46);
-      return false;
+      return (g.BetAmount[seat][bet::DontPass].raw <= 0 || !pointOn) &&
+             Refuse(
+                 p,
+                 [] {
+                   return std::string(
+                       "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
+                       "established.");
+                 },
+                 46);
+    default: break;
+  }
+  if (bet >= bet::Come4 && bet <= bet::Come10)
+    return !g.Moving && exceeds && !putBets &&
+           Refuse(
+               p,
+               [] { return "You may not make or increase a Come bet directly on a point number.\n\n" + PutBetsNote(); },
+               45);
+  if (bet >= bet::DontCome4 && bet <= bet::DontCome10)
+    return !g.Moving && exceeds &&
+           Refuse(
+               p,
+               [] { return std::string("You may not make or increase a Don't Come bet directly on a point number."); },
+               48);
+  if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds))
+    return g.BetAmount[seat][bet - 6].raw <= 0 && Refuse(
+                                                      p,
+                                                      [&] {
+                                                        return "You may not make a " + std::string(BetName(bet)) +
+                                                               " bet until you've established a " +
+                                                               std::string(BetName(bet - 6)) + " bet.";
+                                                      },
+                                                      bet >= bet::Come4Odds ? 45 : 48);
+  return false;
+}
+
+// The bets whose count, marks or hand has begun: none may be made or increased until it
+// starts again. False for any other bet.
+bool RefusesMarkedAddition(const Game& g, int bet, bool exceeds, Pending& p) {
+  if (!exceeds) return false;
+  const TableState& t = g.Table;
+  // "You may not make or increase a <bet> bet <why>."
+  const auto refuse = [&](const char* why) {
+    return Refuse(
+        p, [&] { return "You may not make or increase a " + std::string(BetName(bet)) + " bet " + why; }, 510);
+  };
+  switch (bet) {
     case bet::AllSmall:
     case bet::AllTall:
     case bet::MakeAll: {
       const int marks = bet == bet::AllSmall ? 0x7C : bet == bet::AllTall ? 0x1F00 : 0x1F7C;
-      if ((t.AllNumbersMask & marks) && exceeds)
-        return refuse(
-            [&] {
-              const char* kind = bet == bet::AllSmall ? "an " : bet == bet::AllTall ? "an " : "a ";
-              const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
-              return "You may not make or increase " + std::string(kind) + name() + " bet while any " + adjective +
-                     "numbers are marked.";
-            },
-            510);
-      return false;
+      return (t.AllNumbersMask & marks) &&
+             Refuse(
+                 p,
+                 [&] {
+                   const char* kind = bet == bet::MakeAll ? "a " : "an ";
+                   const char* adjective = bet == bet::AllSmall ? "small " : bet == bet::AllTall ? "tall " : "";
+                   return "You may not make or increase " + std::string(kind) + std::string(BetName(bet)) +
+                          " bet while any " + adjective + "numbers are marked.";
+                 },
+                 510);
     }
-    case bet::FourRollsNo7:
-      if (t.FourRollCount > 0 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name() + " bet if the count is in progress."; },
-                      510);
-      return false;
+    case bet::FourRollsNo7: return t.FourRollCount > 0 && refuse("if the count is in progress.");
     case bet::Point7:
-    case bet::SevenPoint7:
-      if (pointOn && exceeds)
-        return refuse(
-            [&] {
-              return "You may not make or increase a " + name() + " bet unless the shooter is on a come-out roll.";
-            },
-            510);
-      return false;
+    case bet::SevenPoint7: return t.Point != 0 && refuse("unless the shooter is on a come-out roll.");
     case bet::HotRoller:
-      if (g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && exceeds)
-        return refuse([&] { return "You may not make or increase a " + name() + " bet until the next seven rolls."; },
-                      510);
-      return false;
+      return g.Stats.RollCount[kSessionScope][0] > 0 && t.DiceTotal != 7 && refuse("until the next seven rolls.");
     case bet::SharpShooter:
     case bet::RideTheLine:
-    case bet::Fire:
-      if (g.Stats.RollCount[kHandScope][0] > 0 && exceeds)
-        return refuse(
-            [&] { return "You may not make or increase a " + name() + " bet after the shooter has started a hand."; },
-            510);
-      return false;
+    case bet::Fire: return g.Stats.RollCount[kHandScope][0] > 0 && refuse("after the shooter has started a hand.");
     default: break;
-  }
-  if (bet >= bet::Come4 && bet <= bet::Come10) {
-    if (!g.Moving && exceeds && !r.AllowPutBets)
-      return refuse(
-          [&] { return "You may not make or increase a Come bet directly on a point number.\n\n" + PutBetsNote(); },
-          45);
-    return false;
-  }
-  if (bet >= bet::DontCome4 && bet <= bet::DontCome10) {
-    if (!g.Moving && exceeds)
-      return refuse(
-          [] { return std::string("You may not make or increase a Don't Come bet directly on a point number."); }, 48);
-    return false;
-  }
-  if ((bet >= bet::Come4Odds && bet <= bet::Come10Odds) || (bet >= bet::DontCome4Odds && bet <= bet::DontCome10Odds)) {
-    if (g.BetAmount[seat][bet - 6].raw <= 0)
-      return refuse(
-          [&] {
-            return "You may not make a " + name() + " bet until you've established a " + std::string(BetName(bet - 6)) +
-                   " bet.";
-          },
-          bet >= bet::Come4Odds ? 45 : 48);
-    return false;
   }
   if (bet >= bet::Repeater2 && bet <= bet::Repeater12) {
     const int n = bet - bet::Repeater2 + (bet - bet::Repeater2 < 5 ? 2 : 3);
-    if (t.RepeaterCount[n] > 0 && exceeds)
-      return refuse([&] { return "You may not make or increase a " + name() + " bet while any hits are marked."; },
-                    510);
+    return t.RepeaterCount[n] > 0 && refuse("while any hits are marked.");
   }
   return false;
+}
+
+// The rule of the bet for an added amount; true when it refuses (the message is said).
+// A contract bet may not be reduced; then each kind of bet has its own rule.
+bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base, Money change, Pending& p) {
+  const bool pointOn = g.Table.Point != 0;
+  if (amount < base && (bet == bet::PassLine || bet == bet::SevenPoint7) && pointOn)
+    return Refuse(
+        p, [&] { return DecreaseText(bet, false); }, 250);
+  if (amount < base && bet >= bet::Come4 && bet <= bet::Come10 && !g.Moving)
+    return Refuse(
+        p, [&] { return DecreaseText(bet, false); }, 250);
+  const bool exceeds = amount + change > base;
+  return RefusesLineAddition(g, seat, bet, exceeds, p) || RefusesMarkedAddition(g, bet, exceeds, p);
 }
 
 std::string PutBetsNote() { return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)"; }
