@@ -765,10 +765,10 @@ void PutTemplate(AutoBetProgram& p, const StatementPlan& plan, int at, int n) {
   for (int k = 0; k < n; ++k) {
     const PlanItem& item = plan.items[static_cast<std::size_t>(at + k)];
     TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
-    if (item.slot < 0) r = item.record;
+    if (item.slot < 0) CopyRecord(r, item.record);
     else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
       r = {item.record.code, plan.values[static_cast<std::size_t>(item.slot)].value};
-    else r = plan.values[static_cast<std::size_t>(item.slot)];
+    else CopyRecord(r, plan.values[static_cast<std::size_t>(item.slot)]);
   }
   p.StatementLength = n;
 }
@@ -843,7 +843,7 @@ void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
       case PlanStep::kRead: {
         TokenRecord out{kCodeNumber, 0};
         ReadReference(g, s.pieces, out);
-        at(s.out) = out;
+        CopyRecord(at(s.out), out);
         break;
       }
       case PlanStep::kReadAmount: ReadAmount(g, s.a, s.code, at(s.out)); break;
@@ -853,43 +853,47 @@ void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
         r.v = static_cast<int>(at(s.a).value);
         TokenRecord out{kCodeNumber, 0};
         ReadReference(g, r, out);
-        at(s.out) = out;
+        CopyRecord(at(s.out), out);
         break;
       }
       case PlanStep::kCall:
         PutTemplate(p, plan, s.a, s.n);
         AssignFunction(g, 1);
-        at(s.out) = p.StatementBuffer[1];
+        CopyRecord(at(s.out), p.StatementBuffer[1]);
         break;
       case PlanStep::kTarget:
         PutTemplate(p, plan, s.a, s.n);
         ResolveTargetFunction(g, 1);
-        at(s.out) = p.StatementBuffer[1];
+        CopyRecord(at(s.out), p.StatementBuffer[1]);
         break;
       case PlanStep::kTargetNamed:
         at(s.out) = {kCodeVariableTarget, static_cast<double>(NamedVariable(g, s.code, NumberOf(g, at(s.a)), s.n))};
         break;
       case PlanStep::kArithmetic: {
-        TokenRecord left = at(s.a);
-        if (ApplyArithmetic(g, s.code, left, at(s.b))) at(s.out) = left;
+        TokenRecord left;
+        CopyRecord(left, at(s.a));
+        if (ApplyArithmetic(g, s.code, left, at(s.b))) CopyRecord(at(s.out), left);
         break;
       }
       case PlanStep::kConcatenate: {
-        TokenRecord left = at(s.a);
+        TokenRecord left;
+        CopyRecord(left, at(s.a));
         ApplyConcatenation(g, left, at(s.b));
-        at(s.out) = left;
+        CopyRecord(at(s.out), left);
         break;
       }
       case PlanStep::kRelation: {
-        TokenRecord left = at(s.a);
+        TokenRecord left;
+        CopyRecord(left, at(s.a));
         ApplyRelation(g, s.code, left, at(s.b));
-        at(s.out) = left;
+        CopyRecord(at(s.out), left);
         break;
       }
       case PlanStep::kLogic: {
-        TokenRecord left = at(s.a);
+        TokenRecord left;
+        CopyRecord(left, at(s.a));
         ApplyLogic(g, s.code, left, at(s.b));
-        at(s.out) = left;
+        CopyRecord(at(s.out), left);
         break;
       }
       case PlanStep::kNegate: at(s.out) = Negated(g, at(s.a)); break;
@@ -910,10 +914,10 @@ void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
   for (int k = 0; k < (firstOnly ? std::min(n, 1) : n); ++k) {
     const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
     TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
-    if (item.slot < 0) r = item.record;
+    if (item.slot < 0) CopyRecord(r, item.record);
     else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
       r = {item.record.code, at(item.slot).value};
-    else r = at(item.slot);
+    else CopyRecord(r, at(item.slot));
   }
   p.StatementLength = n;
   p.OpenBracket = plan.openBracket;

@@ -4,8 +4,10 @@
 
 namespace {
 
-// #1 and #2 scale in doubles; #4 and #5 scale their float result by a float 6.
-inline int Die(double u) { return static_cast<int>(std::floor(u * 6.0)) + 1; }
+// #1 and #2 scale their double w / 2^32 by 6 and take the floor. The double holds w / 2^32
+// and its product by 6 exactly, so the floor is the integer quotient 6w / 2^32.
+inline int DieOfWord(uint32_t w) { return static_cast<int>((uint64_t{w} * 6) >> 32) + 1; }
+// #4 and #5 scale their float result by a float 6.
 inline int Die(float u) { return static_cast<int>(std::floor(u * 6.0f)) + 1; }
 
 inline int32_t Cell(double u) { return static_cast<int32_t>(std::floor(u * 100000.0)) + 1; }
@@ -20,12 +22,12 @@ inline bool EvenRoll(int32_t sessionRolls) { return (sessionRolls & 1) == 0; }
 void GeneratorDice(DiceSources& d, int32_t sessionRolls, int& die1, int& die2) {
   switch (d.rngNumber) {
     case 1:
-      die1 = Die(DrawMt(d));
-      die2 = Die(DrawMt(d));
+      die1 = DieOfWord(GenrandInt32(d.mt));
+      die2 = DieOfWord(GenrandInt32(d.mt));
       return;
     case 2:
-      die1 = Die(DrawCokus(d));
-      die2 = Die(DrawCokus(d));
+      die1 = DieOfWord(RandomMTInt32(d.cokus));
+      die2 = DieOfWord(RandomMTInt32(d.cokus));
       return;
     case 3:
       die1 = RanLcg(d.lcgState, 6);
@@ -44,8 +46,8 @@ void GeneratorDice(DiceSources& d, int32_t sessionRolls, int& die1, int& die2) {
         die1 = Die(DrawRan1(d));
         die2 = Die(DrawRan1(d));
       } else {
-        die1 = Die(DrawMt(d));
-        die2 = Die(DrawMt(d));
+        die1 = DieOfWord(GenrandInt32(d.mt));
+        die2 = DieOfWord(GenrandInt32(d.mt));
       }
       return;
     case 7:
@@ -53,8 +55,8 @@ void GeneratorDice(DiceSources& d, int32_t sessionRolls, int& die1, int& die2) {
         die1 = Die(DrawRan2(d));
         die2 = Die(DrawRan2(d));
       } else {
-        die1 = Die(DrawCokus(d));
-        die2 = Die(DrawCokus(d));
+        die1 = DieOfWord(RandomMTInt32(d.cokus));
+        die2 = DieOfWord(RandomMTInt32(d.cokus));
       }
       return;
     case 8: {

@@ -12,28 +12,20 @@ void InitGenrand(Mt19937& g, uint32_t seed) {
   g.mti = Mt19937::N;
 }
 
-uint32_t GenrandInt32(Mt19937& g) {
+void TwistGenrand(Mt19937& g) {
   constexpr int N = Mt19937::N;
-  if (g.mti >= N) {
-    // The reference seeds with 5489 when nothing seeded it.
-    if (g.mti == N + 1) InitGenrand(g, 5489U);
-    int k = 0;
-    for (; k < N - M; ++k) {
-      uint32_t y = (g.mt[k] & kUpper) | (g.mt[k + 1] & kLower);
-      g.mt[k] = g.mt[k + M] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
-    }
-    for (; k < N - 1; ++k) {
-      uint32_t y = (g.mt[k] & kUpper) | (g.mt[k + 1] & kLower);
-      g.mt[k] = g.mt[k + (M - N)] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
-    }
-    uint32_t y = (g.mt[N - 1] & kUpper) | (g.mt[0] & kLower);
-    g.mt[N - 1] = g.mt[M - 1] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
-    g.mti = 0;
+  // The reference seeds with 5489 when nothing seeded it.
+  if (g.mti == N + 1) InitGenrand(g, 5489U);
+  int k = 0;
+  for (; k < N - M; ++k) {
+    uint32_t y = (g.mt[k] & kUpper) | (g.mt[k + 1] & kLower);
+    g.mt[k] = g.mt[k + M] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
   }
-  uint32_t y = g.mt[g.mti++];
-  y ^= (y >> 11);
-  y ^= (y << 7) & 0x9d2c5680U;
-  y ^= (y << 15) & 0xefc60000U;
-  y ^= (y >> 18);
-  return y;
+  for (; k < N - 1; ++k) {
+    uint32_t y = (g.mt[k] & kUpper) | (g.mt[k + 1] & kLower);
+    g.mt[k] = g.mt[k + (M - N)] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
+  }
+  uint32_t y = (g.mt[N - 1] & kUpper) | (g.mt[0] & kLower);
+  g.mt[N - 1] = g.mt[M - 1] ^ (y >> 1) ^ ((y & 1U) ? kMatrixA : 0U);
+  g.mti = 0;
 }

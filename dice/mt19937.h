@@ -13,5 +13,16 @@ struct Mt19937 {
 };
 
 void InitGenrand(Mt19937& g, uint32_t seed);
-uint32_t GenrandInt32(Mt19937& g);
+// Twists the whole state (seeding it first when nothing did): the draw after N draws.
+void TwistGenrand(Mt19937& g);
+// Inline: a roll draws twice, and only one draw in N twists.
+inline uint32_t GenrandInt32(Mt19937& g) {
+  if (g.mti >= Mt19937::N) TwistGenrand(g);
+  uint32_t y = g.mt[static_cast<unsigned>(g.mti++)];
+  y ^= (y >> 11);
+  y ^= (y << 7) & 0x9d2c5680U;
+  y ^= (y << 15) & 0xefc60000U;
+  y ^= (y >> 18);
+  return y;
+}
 inline double GenrandReal2(Mt19937& g) { return GenrandInt32(g) * (1.0 / 4294967296.0); }

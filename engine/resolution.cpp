@@ -186,11 +186,21 @@ void SettleBet(Game& g, int i, BetResult result, int bet) {
   else HandleLoser(g, s);
 }
 
-void SettleAll(Game& g, BetResult result, int bet) {
+namespace {
+
+// Kept out of line: resolution calls SettleAll for every bet a roll decides, and most of
+// those bets have no holder, so the callers stay small with only the test inline.
+[[gnu::noinline]] void SettleHolders(Game& g, BetResult result, int bet) {
   // A seat's bit is set exactly when it has an amount on the bet, the first thing
   // SettleBet tests: seats without one cost a bit test.
   for (int i = 1; i <= 8 && g.BetHolders[bet] != 0; ++i)
     if (g.BetHolders[bet] & (1u << kSettleSeat[i])) SettleBet(g, i, result, bet);
+}
+
+}  // namespace
+
+void SettleAll(Game& g, BetResult result, int bet) {
+  if (g.BetHolders[bet] != 0) SettleHolders(g, result, bet);
 }
 
 void MoveBet(Game& g, int seat, int from, int to) {
@@ -367,14 +377,18 @@ void NumberWinners(Game& g, int p) {
 // The hop bet of a roll, by the dice low and high; 0 for the rolls that have none here
 // (1-1, 1-2, 5-6 and 6-6 are the one-roll bets Two, Three, Eleven and Twelve).
 int HopBet(int lo, int hi) {
-  static constexpr int kHop[7][7] = {{0, 0, 0, 0, 0, 0, 0},    {0, 0, 0, 0, 1, 2, 3},    {0, 0, 0, 5, 6, 7, 8},
-                                     {0, 0, 0, 9, 10, 11, 12}, {0, 0, 0, 0, 13, 14, 15}, {0, 0, 0, 0, 0, 16, 0},
-                                     {0, 0, 0, 0, 0, 0, 0}};
+  // A table rather than tests: the dice are random, and a test of them is a branch the
+  // processor guesses wrong as often as not.
+  static constexpr int kHop[7][7] = {
+      {0, 0, 0, 0, 0, 0, 0},
+      {0, 0, 0, bet::Hop13, bet::Hop13 + 1, bet::Hop13 + 2, bet::Hop13 + 3},
+      {0, 0, bet::Hop13 + 4, bet::Hop13 + 5, bet::Hop13 + 6, bet::Hop13 + 7, bet::Hop13 + 8},
+      {0, 0, 0, bet::Hop13 + 9, bet::Hop13 + 10, bet::Hop13 + 11, bet::Hop13 + 12},
+      {0, 0, 0, 0, bet::Hop13 + 13, bet::Hop13 + 14, bet::Hop13 + 15},
+      {0, 0, 0, 0, 0, bet::Hop13 + 16, 0},
+      {0, 0, 0, 0, 0, 0, 0}};
   if (lo < 1 || hi > 6) return 0;
-  if (lo == 1 && hi == 3) return bet::Hop13;
-  if (lo == 2 && hi == 2) return bet::Hop13 + 4;
-  const int k = kHop[lo][hi];
-  return k ? bet::Hop13 + k : 0;
+  return kHop[lo][hi];
 }
 
 // A point made: the line wins with its odds, and the hand bets count it.

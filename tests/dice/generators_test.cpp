@@ -8,6 +8,7 @@
 #include <cmath>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "dice/seeding.h"
 #include "tests/dice/crafted_state.h"
@@ -106,6 +107,43 @@ TEST(DiceGeneratorTest, EightSplitsOneCallIntoBothDice) {
     pairs.insert({d1, d2});
   }
   EXPECT_EQ(pairs.size(), 36u);
+}
+
+// ---- The twisters' dice at the edges of each face ---------------------------------------
+
+// The state word that the twister's tempering turns into `word`.
+uint32_t Untempered(uint32_t word) {
+  uint32_t y = word;
+  y ^= y >> 18;
+  y ^= (y << 15) & 0xefc60000U;
+  uint32_t x = y;
+  for (int i = 0; i < 5; ++i) x = y ^ ((x << 7) & 0x9d2c5680U);
+  y = x;
+  for (int i = 0; i < 3; ++i) x = y ^ (x >> 11);
+  return x;
+}
+
+// A word just below and at each sixth of 2^32 makes the die the double w / 2^32 makes.
+TEST(DiceGeneratorTest, TwisterWordsAtTheFaceEdgesMakeTheDiceOfTheirDouble) {
+  std::vector<uint32_t> words = {0, 0xffffffffU};
+  for (uint64_t k = 1; k < 6; ++k) {
+    const auto edge = static_cast<uint32_t>((k * (uint64_t{1} << 32) + 5) / 6);  // the least word of face k + 1
+    words.insert(words.end(), {edge - 1, edge});
+  }
+  for (int rng : {1, 2}) {
+    TestTable t;
+    Seed(t.g, rng, 5);
+    Mt19937& state = rng == 1 ? t.g.Dice.mt : t.g.Dice.cokus.state;
+    for (uint32_t w : words) {
+      state.mt[0] = state.mt[1] = Untempered(w);
+      state.mti = 0;
+      int d1 = 0, d2 = 0;
+      GeneratorDice(t.g.Dice, 0, d1, d2);
+      const int expected = static_cast<int>(std::floor(w / 4294967296.0 * 6.0)) + 1;
+      EXPECT_EQ(d1, expected) << "rng " << rng << " word " << w;
+      EXPECT_EQ(d2, expected) << "rng " << rng << " word " << w;
+    }
+  }
 }
 
 // ---- Crafted results: 1.0 from Ran1, the top of Ran2, and ties ------------------------
