@@ -20,6 +20,8 @@ struct QtNetwork::Impl {
   int nextRequest = 1;
   // Connections closed with data still to go out; it goes before they end.
   std::shared_ptr<int> closing = std::make_shared<int>(0);
+  // The same connections, ended at once when the network goes first.
+  std::vector<QPointer<QTcpSocket>> closingSockets;
 };
 
 namespace {
@@ -123,6 +125,9 @@ class QtSocket : public SocketControl {
       }
       std::shared_ptr<int> closing = net_.impl_->closing;
       ++*closing;
+      auto& sockets = net_.impl_->closingSockets;
+      std::erase_if(sockets, [](const QPointer<QTcpSocket>& gone) { return gone.isNull(); });
+      sockets.emplace_back(s);
       auto done = std::make_shared<bool>(false);
       auto end = [s, closing, done] {
         if (*done) return;
@@ -198,6 +203,13 @@ int QtNetwork::Closing() const { return *impl_->closing; }
 QtNetwork::~QtNetwork() {
   for (auto& [request, s] : impl_->pending)
     if (s) s->deleteLater();
+  // A connection still sending its last words when the program ends ends with it.
+  for (QPointer<QTcpSocket>& s : impl_->closingSockets) {
+    if (!s) continue;
+    s->disconnect();
+    s->abort();
+    s->deleteLater();
+  }
 }
 
 std::unique_ptr<SocketControl> QtNetwork::NewSocket(SocketEvents& events, int index) {
