@@ -46,7 +46,7 @@ struct MessageSpec {
   std::vector<FieldSpec> group;
 };
 
-// The spec of a message going the given way: from its first four characters ("~PING"
+// The table row of a message going the given way: from its first four characters ("~PING"
 // and "~PONG" whole); null for chat (no leading "~") and for an unknown code.
 const MessageSpec* FindMessageSpec(std::string_view message, MessageWay way);
 // The whole table, for tests and the fuzz targets.
