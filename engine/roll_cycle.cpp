@@ -426,6 +426,58 @@ void AfterResolution(Game& g, int pointBefore) {
   }
 }
 
+// Step 9, the dice: those from the wire, the manual pad, a pop-up roll file, a dice roll
+// file in playback, else the selected generator, through the percentage table when that
+// is on. False when a file source stops the roll.
+bool DrawTheDice(Game& g, OnlineDice online, int32_t wireDie1, int32_t wireDie2) {
+  TableState& t = g.Table;
+  if (online == OnlineDice::Remote) {
+    t.Die1 = wireDie1;
+    t.Die2 = wireDie2;
+    if (g.RecordEvents) LogRollLine(g, RollSource::OnlineHost);
+  } else if (g.Dice.padPending) {
+    g.Dice.padPending = false;
+    t.Die1 = g.Dice.padDie1;
+    t.Die2 = g.Dice.padDie2;
+    if (g.RecordEvents) LogRollLine(g, RollSource::ManualPad);
+  } else if (g.Rolls.PopupActive) {
+    if (!ReadPopupRoll(g, g.Rolls)) return false;
+  } else if (g.Rolls.RecorderState == 2) {
+    if (!ReadRollFromFile(g, g.Rolls)) return false;
+  } else if (g.Percentage.PercentageDiceOn) {
+    DrawCell(g.Percentage.Table, GeneratorCell(g.Dice, g.Stats.RollCount[kSessionScope][0]), t.Die1, t.Die2,
+             g.Percentage.Fallback);
+    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
+  } else {
+    GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
+    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
+  }
+  return true;
+}
+
+// Step 12, the numbers the collecting bets mark: All Small, All Tall and Make All, the
+// 4 Rolls No 7 count, the Hot Roller's pairs and the Repeaters' hits.
+void MarkCollectedNumbers(Game& g) {
+  TableState& t = g.Table;
+  const int total = t.DiceTotal;
+  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllSmall)) t.AllNumbersMask &= ~0x7C;
+  else if (total < 7) t.AllNumbersMask |= 1 << total;
+  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllTall)) t.AllNumbersMask &= ~0x1F00;
+  else if (total > 7 && total <= 12) t.AllNumbersMask |= 1 << total;
+  if (total == 7 || !AnySeatHolds(g, bet::FourRollsNo7)) t.FourRollCount = 0;
+  else ++t.FourRollCount;
+  {
+    const int m = t.HotRollerMask;
+    int c = 0;
+    for (int group : {0x3, 0xC, 0x70, 0x380, 0xC00, 0x3000}) c += (m & group) == group;
+    t.HotRollerCount = c;
+  }
+  if (total >= 2 && total <= 12 && total != 7) {
+    int rb = bet::Repeater2 + (total < 7 ? total - 2 : total - 3);
+    if (AnySeatHolds(g, rb)) ++t.RepeaterCount[total];
+  }
+}
+
 // Steps 3 to 17 of one roll; false when the roll was refused or the table stopped.
 bool OneRoll(Game& g) {
   TableState& t = g.Table;
@@ -461,29 +513,8 @@ bool OneRoll(Game& g) {
   t.SecondPriorPoint = t.PriorPoint;
   t.PriorPoint = t.Point;
 
-  // 9. The dice: the manual pad, a pop-up roll file, a dice roll file in playback, else
-  // the selected generator, through the percentage table when that is on.
-  if (online == OnlineDice::Remote) {
-    t.Die1 = wireDie1;
-    t.Die2 = wireDie2;
-    if (g.RecordEvents) LogRollLine(g, RollSource::OnlineHost);
-  } else if (g.Dice.padPending) {
-    g.Dice.padPending = false;
-    t.Die1 = g.Dice.padDie1;
-    t.Die2 = g.Dice.padDie2;
-    if (g.RecordEvents) LogRollLine(g, RollSource::ManualPad);
-  } else if (g.Rolls.PopupActive) {
-    if (!ReadPopupRoll(g, g.Rolls)) return false;
-  } else if (g.Rolls.RecorderState == 2) {
-    if (!ReadRollFromFile(g, g.Rolls)) return false;
-  } else if (g.Percentage.PercentageDiceOn) {
-    DrawCell(g.Percentage.Table, GeneratorCell(g.Dice, g.Stats.RollCount[kSessionScope][0]), t.Die1, t.Die2,
-             g.Percentage.Fallback);
-    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
-  } else {
-    GeneratorDice(g.Dice, g.Stats.RollCount[kSessionScope][0], t.Die1, t.Die2);
-    if (g.RecordEvents) LogRollLine(g, RollSource::Generator);
-  }
+  // 9. The dice.
+  if (!DrawTheDice(g, online, wireDie1, wireDie2)) return false;
 
   if (g.Online) g.Online->DiceRolled(t.Die1, t.Die2);
 
@@ -497,23 +528,7 @@ bool OneRoll(Game& g) {
   if (t.Die1 >= 1 && t.Die1 <= 6 && t.Die2 >= 1 && t.Die2 <= 6) t.HotRollerMask |= kHotRollerBit[t.Die1][t.Die2];
 
   // 12. Collected numbers.
-  const int total = t.DiceTotal;
-  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllSmall)) t.AllNumbersMask &= ~0x7C;
-  else if (total < 7) t.AllNumbersMask |= 1 << total;
-  if (!AnySeatHolds(g, bet::MakeAll) && !AnySeatHolds(g, bet::AllTall)) t.AllNumbersMask &= ~0x1F00;
-  else if (total > 7 && total <= 12) t.AllNumbersMask |= 1 << total;
-  if (total == 7 || !AnySeatHolds(g, bet::FourRollsNo7)) t.FourRollCount = 0;
-  else ++t.FourRollCount;
-  {
-    const int m = t.HotRollerMask;
-    int c = 0;
-    for (int group : {0x3, 0xC, 0x70, 0x380, 0xC00, 0x3000}) c += (m & group) == group;
-    t.HotRollerCount = c;
-  }
-  if (total >= 2 && total <= 12 && total != 7) {
-    int rb = bet::Repeater2 + (total < 7 ? total - 2 : total - 3);
-    if (AnySeatHolds(g, rb)) ++t.RepeaterCount[total];
-  }
+  MarkCollectedNumbers(g);
 
   // 13. Point state machine.
   const int pointBefore = t.Point;
