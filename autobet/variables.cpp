@@ -677,26 +677,9 @@ std::string TextOf(const Game& g, const TokenRecord& r) {
   return {};
 }
 
-namespace {
-
-template <class T>
-bool Relate(const T& a, int relational, const T& b) {
-  switch (relational) {
-    case 50: return a == b;
-    case 51: return a != b;
-    case 52: return a < b;
-    case 53: return a > b;
-    case 54: return a <= b;
-    case 55: return a >= b;
-    default: return false;
-  }
-}
-
-}  // namespace
-
 bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
   // Binary, case-sensitive: string_view compares bytes as unsigned char.
   std::string leftScratch, rightScratch;
-  return Relate(StringView(g, left.code, left.value, leftScratch), relational,
-                StringView(g, right.code, right.value, rightScratch));
+  return RelateValues(StringView(g, left.code, left.value, leftScratch), relational,
+                      StringView(g, right.code, right.value, rightScratch));
 }

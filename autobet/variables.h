@@ -21,9 +21,9 @@ std::string TextOf(const Game& g, const TokenRecord& r);
 // Compares two value records by a relational code 50..55: numeric when the left is a
 // number, else binary text compare.
 bool CompareTexts(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right);
-inline bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
-  if (left.code == kCodeString) return CompareTexts(g, left, relational, right);
-  const double a = NumberOf(g, left), b = NumberOf(g, right);
+// A relational operator's code (50 = to 55 >=) applied to two values of one kind.
+template <class T>
+bool RelateValues(const T& a, int relational, const T& b) {
   switch (relational) {
     case 50: return a == b;
     case 51: return a != b;
@@ -33,6 +33,10 @@ inline bool CompareValues(const Game& g, const TokenRecord& left, int relational
     case 55: return a >= b;
     default: return false;
   }
+}
+inline bool CompareValues(const Game& g, const TokenRecord& left, int relational, const TokenRecord& right) {
+  if (left.code == kCodeString) return CompareTexts(g, left, relational, right);
+  return RelateValues(NumberOf(g, left), relational, NumberOf(g, right));
 }
 
 // The text of a string record's value: a pool entry above 0, the special strings at or
