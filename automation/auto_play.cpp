@@ -41,7 +41,7 @@ std::string BiasText(int family, int bias) {
 void SetWorkOnComeOut(Game& g, int seat, int bet, bool works) {
   g.Rules.WorkOnComeOut[bet][seat] = works;
   g.DefaultWorking[seat][bet] = works ? 1 : 0;
-  int32_t& w = g.BetWorking[seat][bet];
+  WorkingState& w = g.BetWorking[seat][bet];
   if (IsComeOut(g) && w != 2 && w != -1) w = g.DefaultWorking[seat][bet];
 }
 

@@ -25,7 +25,7 @@ void RestWorkingStates(Game& g) {
     auto& working = g.BetWorking[s];
     const auto& rest = g.DefaultWorking[s];
     for (int b = 1; b <= kBets; ++b) {
-      const int32_t w = working[b], restState = comeOut ? rest[b] : 1;
+      const WorkingState w = working[b], restState = comeOut ? rest[b] : WorkingState{1};
       working[b] = w == 2 || w == -1 ? w : restState;
     }
   }

@@ -29,6 +29,7 @@ template <class T>
 using ByBetRow = std::array<std::array<T, kBetRows>, kSeats>;
 template <class T>
 using ByBet = std::array<std::array<T, kBets + 1>, kSeats>;
+using WorkingState = int8_t;
 template <class T>
 using ByPoint = std::array<std::array<T, 6>, kSeats>;
 
@@ -143,9 +144,11 @@ struct Game {
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};
-  ByBet<int32_t> BetWorking{};  // 0 off, 1 on, 2 called on, -1 called off
-  ByBet<int32_t> BetWorkingBeforeRoll{};
-  ByBet<int32_t> DefaultWorking{};
+  // 0 off, 1 on, 2 called on, -1 called off. A byte each: the roll copies and rests a
+  // seat's whole row of them.
+  ByBet<WorkingState> BetWorking{};
+  ByBet<WorkingState> BetWorkingBeforeRoll{};
+  ByBet<WorkingState> DefaultWorking{};
   std::array<ByBet<int32_t>, 2> BetStreak{};  // the run, and its copy from the start of the roll
   ByBetRow<int32_t> PlacementA{}, PlacementB{};
   ByPoint<Money> BuyVigHeld{}, LayVigHeld{}, ComeBase{};

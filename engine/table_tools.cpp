@@ -25,7 +25,7 @@ bool CallBet(Game& g, int seat, int bet, bool on) {
     Tell(g, Text(g, 59, 0) + std::string(BetName(bet)) + Text(g, 59, 1), Text(g, 58), 0, msg::kOk | msg::kClass1);
     return false;
   }
-  int32_t& w = g.BetWorking[seat][bet];
+  WorkingState& w = g.BetWorking[seat][bet];
   const int32_t before = w;
   const int32_t rest = IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1;
   if (on) w = w == -1 ? rest : 2;

@@ -328,7 +328,7 @@ void ApplyBetRecords(Game& g, const ParsedMessage& m) {
 
 void ApplyWorkingRecords(Game& g, const ParsedMessage& m) {
   for (int r = 0; r < m.records; ++r)
-    g.BetWorking[m.At(r, 0).number][m.At(r, 1).number] = static_cast<int32_t>(m.At(r, 2).number);
+    g.BetWorking[m.At(r, 0).number][m.At(r, 1).number] = static_cast<WorkingState>(m.At(r, 2).number);
 }
 
 void ApplyBankrollRecords(Game& g, const ParsedMessage& m) {

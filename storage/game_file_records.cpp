@@ -477,7 +477,13 @@ void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
       r.Bool(b <= kBets ? g.Rules.WorkOnComeOut[static_cast<size_t>(b)][s] : spare);
     }
   });
-  io.Words([&](Run& r) { Rows(g.BetWorking[s], kFileBetRows, [&](int32_t& v) { r.Int(v, -1, 2); }); });
+  io.Words([&](Run& r) {
+    Rows(g.BetWorking[s], kFileBetRows, [&](WorkingState& v) {
+      int32_t state = v;
+      r.Int(state, -1, 2);
+      v = static_cast<WorkingState>(state);
+    });
+  });
   for (std::string& name : g.CheckStackName[s]) io.LongText(name);
   io.Wide([&](Run& r) {
     for (Money& m : g.BankrollHistory[s]) r.Money(m);
