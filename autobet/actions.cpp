@@ -418,6 +418,24 @@ bool WalkTargets(Game& g, int start, int last, F&& f) {
   return true;
 }
 
+// Whether the list from `start` to `last` names more than one target, stepped as
+// WalkTargets steps it.
+bool HasSecondTarget(const AutoBetProgram& p, int start, int last) {
+  int targets = 0;
+  for (int i = start; i <= last;) {
+    const TokenRecord& r = p.StatementBuffer[i];
+    if (IsRelational(r) && i < last) {
+      i += 2;
+    } else if (r.code != kCodeVariableTarget) {
+      ++i;
+    } else {
+      if (++targets > 1) return true;
+      i += 1 + GroupSize(static_cast<int>(r.value));
+    }
+  }
+  return false;
+}
+
 // Runs a walk twice: first only checking, then writing, so that a target refused late in
 // the list leaves the earlier ones as they were. A fault that doesn't stop the walk (a
 // Place-only verb on another bet) is left in RunError after the writes.
@@ -430,8 +448,13 @@ void CheckedWalk(Game& g, int start, int last, F&& each) {
       return each(group, target, apply, softFault);
     });
   };
-  if (!pass(false)) return;
-  pass(true);
+  // One target checks as it writes: no earlier write can be left behind by its refusal.
+  if (!HasSecondTarget(g.AutoBet, start, last)) {
+    pass(true);
+  } else {
+    if (!pass(false)) return;
+    pass(true);
+  }
   if (softFault != 0 && g.AutoBet.RunError == 0) g.AutoBet.RunError = softFault;
 }
 
