@@ -286,6 +286,14 @@ void Client::ProcessMsgFromLobby(const std::string& message) {
   }
 }
 
+namespace {
+
+// Field k of a message's first record.
+std::string FieldText(const ParsedMessage& m, int k) { return std::string(m.At(0, k).text); }
+int FieldNumber(const ParsedMessage& m, int k) { return static_cast<int>(m.At(0, k).number); }
+
+}  // namespace
+
 // ---- Messages from the host. ----------------------------------------------------------------
 
 void Client::ProcessMsgFromHost(int socket, const std::string& message) {
@@ -313,47 +321,53 @@ void Client::ProcessMsgFromHost(int socket, const std::string& message) {
     Log("the host: " + fault + "; message dropped");
     return;
   }
-  TableMessage(m, message);
+  TableMessage(m);
 }
 
-void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
+void Client::TableMessage(const ParsedMessage& m) {
+  // "~013" (the client list), "~122" to "~130" and the colours "~922" to "~926" are the
+  // operator's panel and the table's look: this mirror keeps none of them.
+  JoinMessage(m) || NoticeMessage(m) || RollMessage(m) || WaitListMessage(m) || MirrorMessage(m);
+}
+
+// Joining the table: the handshake, the password, the name, the seat and the buy-in,
+// and what the host says of this player afterwards.
+bool Client::JoinMessage(const ParsedMessage& m) {
   const std::string_view code = m.spec->code;
-  auto text = [&](int k) { return std::string(m.At(0, k).text); };
-  auto number = [&](int k) { return static_cast<int>(m.At(0, k).number); };
   if (code == "~001") {
     ClearTable();
     SendMsg(0, "~0011");
   } else if (code == "~002") {
-    hostName_ = text(0);
-    gameName_ = text(1);
+    hostName_ = FieldText(m, 0);
+    gameName_ = FieldText(m, 1);
     g_.HostName = hostName_;
     g_.OnlineGameName = gameName_;
   } else if (code == "~003") {
-    AskPassword(text(0));
+    AskPassword(FieldText(m, 0));
   } else if (code == "~004") {
-    Welcome = text(0);
+    Welcome = FieldText(m, 0);
     g_.Percentage.PercentageDiceOn = false;
     AskName("");
   } else if (code == "~005") {
-    AskName(text(0) + "\n\n");
+    AskName(FieldText(m, 0) + "\n\n");
   } else if (code == "~006") {
-    OwnName = text(0);
-    OnlineState = number(1) >= 4 ? number(1) : 4;
+    OwnName = FieldText(m, 0);
+    OnlineState = FieldNumber(m, 1) >= 4 ? FieldNumber(m, 1) : 4;
     g_.ClientObserver = OwnSeat == 0;
     if (g_.RecordEvents) LogSessionHeader(g_);
     if (OnJoined) OnJoined();
   } else if (code == "~007") {
-    Welcome = text(0);
+    Welcome = FieldText(m, 0);
     Ask(Welcome, "Welcome", msg::kOk);
   } else if (code == "~008") {
-    AskSeat(text(0));
+    AskSeat(FieldText(m, 0));
   } else if (code == "~009") {
     AskBuyIn();
   } else if (code == "~010") {
-    const int seat = number(0);
+    const int seat = FieldNumber(m, 0);
     if (SeatOccupied(g_, seat) && g_.PlayerName[seat] != OwnName) {
       Log("the host: seat " + std::to_string(seat) + " is another player's; message dropped");
-      return;
+      return true;
     }
     OwnSeat = seat;
     g_.ClientSeat = seat;
@@ -367,40 +381,67 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
     if (OnSeated) OnSeated(seat);
     Ask("Good luck!", "Let's play!", msg::kOk);
   } else if (code == "~011") {
-    const int seat = number(0);
-    const std::string name = TrimBlanks(text(1));
-    if (!SeatOccupied(g_, seat) || name.empty()) return;
+    const int seat = FieldNumber(m, 0);
+    const std::string name = TrimBlanks(FieldText(m, 1));
+    if (!SeatOccupied(g_, seat) || name.empty()) return true;
     g_.PlayerName[seat] = name;
     if (seat == OwnSeat) {
       OwnName = name;
       Ask("The host has renamed you to:\n" + name, "Renamed", msg::kOk);
     }
   } else if (code == "~012") {
-    ClientHosting = number(0) != 0;
+    ClientHosting = FieldNumber(m, 0) != 0;
     Ask(ClientHosting ? "You're approved to host the table."
                       : "Sorry, hosting has been taken or is temporarily unavailable.",
         "Hosting", msg::kOk);
   } else if (code == "~014") {
-    LastPassword = text(0);
-  } else if (code == "~100" || code == "~101") {
+    LastPassword = FieldText(m, 0);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The host's notices and settings for its clients: chat and scripts allowed, the buy-in
+// bounds, text for the clipboard and links.
+bool Client::NoticeMessage(const ParsedMessage& m) {
+  const std::string_view code = m.spec->code;
+  if (code == "~100" || code == "~101") {
     ChatAllowed = code == "~101";
-    if (!text(0).empty()) Ask(text(0), "Host notice", msg::kOk);
+    if (!FieldText(m, 0).empty()) Ask(FieldText(m, 0), "Host notice", msg::kOk);
   } else if (code == "~102" || code == "~103") {
     AllowAutoBet = code == "~103";
     if (!AllowAutoBet && OwnSeat != 0) g_.ScriptActive[OwnSeat] = false;
-    if (!text(0).empty()) Ask(text(0), "Host notice", msg::kOk);
+    if (!FieldText(m, 0).empty()) Ask(FieldText(m, 0), "Host notice", msg::kOk);
   } else if (code == "~120" || code == "~121") {
     const FieldValue& v = m.At(0, 0);
     if (code == "~120") g_.HostMinBuyIn = v.unlimited ? -kMaxBankroll : v.amount;
     else g_.HostMaxBuyIn = v.unlimited ? kMaxBankroll : v.amount;
-  } else if (code == "~660") {
-    g_.Table.Die1 = number(0);
-    g_.Table.Die2 = number(1);
+  } else if (code == "~670") {
+    ClipboardText = FieldText(m, 0);
+    Ask("The host has just sent text to your clipboard.", "Clipboard", msg::kOk);
+  } else if (code == "~995" || code == "~996" || code == "~998") {
+    Ask("The host has sent you a link to the following website:\n" + FieldText(m, 0) +
+            "\nWould like to open it with your browser?",
+        "Open browser", msg::kYesNoQuestion);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The roll's cycle as the host runs it: the dice, the betting window, the shooter's
+// passes, a new table and a resync.
+bool Client::RollMessage(const ParsedMessage& m) {
+  const std::string_view code = m.spec->code;
+  if (code == "~660") {
+    g_.Table.Die1 = FieldNumber(m, 0);
+    g_.Table.Die2 = FieldNumber(m, 1);
     g_.Table.DiceTotal = g_.Table.Die1 + g_.Table.Die2;
     HostRollCount = static_cast<int32_t>(m.At(0, 2).number);
     SendMsg(0, "~667" + std::to_string(HostRollCount));
   } else if (code == "~661" || code == "~663") {
-    if (OnlineState < 4) return;
+    if (OnlineState < 4) return true;
     const bool opened = OnlineState == 5;
     OnlineState = 4;
     if (opened && OnBetsOpen) OnBetsOpen();
@@ -409,17 +450,14 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
   } else if (code == "~664") {
     g_.Auto.AutoRollDelay = m.At(0, 0).amount.ToDouble();
   } else if (code == "~666") {
-    if (OnlineState >= 4) RunHostRoll(number(0), number(1));
+    if (OnlineState >= 4) RunHostRoll(FieldNumber(m, 0), FieldNumber(m, 1));
   } else if (code == "~668") {
     NoBoxes quiet(g_);
     ++applyingHost_;
     PassDice(g_, kPassLogged);
     --applyingHost_;
   } else if (code == "~669") {
-    g_.AutoPassDice[number(0)] = number(1) != 0;
-  } else if (code == "~670") {
-    ClipboardText = text(0);
-    Ask("The host has just sent text to your clipboard.", "Clipboard", msg::kOk);
+    g_.AutoPassDice[FieldNumber(m, 0)] = FieldNumber(m, 1) != 0;
   } else if (code == "~700") {
     const int state = OnlineState;
     OnlineState = 6;
@@ -435,18 +473,23 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
         "to a delayed response. \nThe players, bets, and table conditions may have changed.",
         "Resync", msg::kOk);
     Log(OwnName + " was resynced to the host's table.");
-  } else if (code == "~777") {
-    ApplyBetRecords(g_, m);
-  } else if (code == "~779") {
-    ApplyWorkingRecords(g_, m);
-  } else if (code == "~881") {
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The wait list: offers of a place on it and of a seat coming free.
+bool Client::WaitListMessage(const ParsedMessage& m) {
+  const std::string_view code = m.spec->code;
+  if (code == "~881") {
     if (Ask("Unfortunately, all available spots on the table are taken or reserved.\nWould you like to be put on the "
             "wait list?",
             "Join wait list", msg::kYesNoQuestion)
             .Button == kButtonYes)
       SendMsg(0, "~991");
   } else if (code == "~882") {
-    Ask(std::to_string(number(0)) + " on the wait list.", "Wait list", msg::kOk);
+    Ask(std::to_string(FieldNumber(m, 0)) + " on the wait list.", "Wait list", msg::kOk);
   } else if (code == "~883") {
     Ask("Unfortunately, there are no available spots on either the table or the wait list at this time. Please try "
         "again later.",
@@ -456,8 +499,22 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
             msg::kOk | msg::kCancel)
             .Button == kButtonOk)
       SendMsg(0, "~990");
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The host's word on the table this mirror holds: bets, working states, players,
+// bankrolls, shooters, counters and rules.
+bool Client::MirrorMessage(const ParsedMessage& m) {
+  const std::string_view code = m.spec->code;
+  if (code == "~777") {
+    ApplyBetRecords(g_, m);
+  } else if (code == "~779") {
+    ApplyWorkingRecords(g_, m);
   } else if (code == "~885") {
-    const int from = number(0), to = number(1);
+    const int from = FieldNumber(m, 0), to = FieldNumber(m, 1);
     MovePlayer(g_, from, to);
     if (OwnSeat == from) OwnSeat = g_.ClientSeat = to;
     else if (OwnSeat == to) OwnSeat = g_.ClientSeat = from;
@@ -514,16 +571,11 @@ void Client::TableMessage(const ParsedMessage& m, const std::string& message) {
   } else if (IsRuleCode(code)) {
     std::string fault;
     if (!ApplyRuleMessage(g_, m, fault)) Log("the host: " + fault + "; message dropped");
-  } else if (code == "~995" || code == "~996" || code == "~998") {
-    Ask("The host has sent you a link to the following website:\n" + text(0) +
-            "\nWould like to open it with your browser?",
-        "Open browser", msg::kYesNoQuestion);
+  } else {
+    return false;
   }
-  // "~013" (the client list), "~122" to "~130" and the colours "~922" to "~926" are the
-  // operator's panel and the table's look: this mirror keeps none of them.
-  (void)message;
+  return true;
 }
-
 void Client::ClearTable() {
   OnlineLink* link = g_.Online;
   const int32_t role = g_.OnlineRole;

@@ -109,7 +109,14 @@ class Client : public SocketEvents, public OnlineLink {
   void DrainAll();
   void ProcessMsgFromHost(int socket, const std::string& message);
   void ProcessMsgFromLobby(const std::string& message);
-  void TableMessage(const ParsedMessage& m, const std::string& message);
+  // One message of the host by its code, each group by its own procedure; false when
+  // the group has no such code.
+  void TableMessage(const ParsedMessage& m);
+  bool JoinMessage(const ParsedMessage& m);
+  bool NoticeMessage(const ParsedMessage& m);
+  bool RollMessage(const ParsedMessage& m);
+  bool WaitListMessage(const ParsedMessage& m);
+  bool MirrorMessage(const ParsedMessage& m);
   void ClearTable();
   void AskPassword(const std::string& before);
   void AskName(const std::string& before);
