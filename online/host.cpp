@@ -318,20 +318,38 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     Log(r.ClientName + ": " + std::string(code) + " before joining; message dropped");
     return;
   }
-  const bool seated = r.Status == 'P' && entry < kFirstListEntry;
-  const bool operating = socket == operatorSocket_;
+  const Sender from{socket, entry, r.Status == 'P' && entry < kFirstListEntry, socket == operatorSocket_};
   // A change made before its client had the last roll crossed that roll on the wire: the
   // client's mirror played the roll with it, this table without. It still counts as the
   // player's word; a resync at the client's next report mends the mirror.
   const bool changesTable =
       code == "~777" || code == "~779" || code == "~887" || code == "~669" || code == "~899" || code == "~668";
-  if (changesTable && !operating && r.Named && !r.ResyncDue && r.LastRollAck != RollCount) {
+  if (changesTable && !from.operating && r.Named && !r.ResyncDue && r.LastRollAck != RollCount) {
     r.ResyncDue = true;
     Log(r.ClientName + " is out of sync: a change made before it had roll " + std::to_string(RollCount));
   }
-  auto ownSeat = [&](int64_t seat) { return (seated && seat == entry) || (operating && !ClientSeat(seat)); };
-  auto refuse = [&](const char* what) { Log(r.ClientName + ": " + what + "; message dropped"); };
+  if (JoinRequest(from, m, message) || PlayRequest(from, m, message) || WaitListRequest(from, m)) return;
+  if (!from.operating) Refuse(from, std::string(code) + " is the operator's");
+  else OperatorMessage(socket, m, message);
+}
 
+bool Host::OwnsSeat(const Sender& from, int64_t seat) const {
+  return (from.seated && seat == from.entry) || (from.operating && !ClientSeat(seat));
+}
+
+bool Host::Refuse(const Sender& from, const std::string& what) {
+  Log(ClientList[from.entry].ClientName + ": " + what + "; message dropped");
+  return true;
+}
+
+// Joining: the handshake, the password, the name, a seat and its buy-in, a rename and
+// the wish to host.
+bool Host::JoinRequest(const Sender& from, const ParsedMessage& m, const std::string& message) {
+  const std::string_view code = m.spec->code;
+  const int socket = from.socket;
+  const int entry = from.entry;
+  ClientRecord& r = ClientList[from.entry];
+  const bool seated = from.seated;
   if (code == "~001") {
     r.ClientLevel = static_cast<int>(m.At(0, 0).number);
     std::string hello = "~002";
@@ -345,13 +363,16 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
       SendMsg(socket, "~003");
     }
   } else if (code == "~003") {
-    if (r.Joined) return;
+    if (r.Joined) return true;
     if (TrimBlanks(m.At(0, 0).text) != TrimBlanks(g_.OnlinePanel.GamePassword)) {
       Log(r.ClientName + " (" + r.Address + "): wrong password");
       // A password is not guessed here.
-      if (++r.WrongPasswords >= kPasswordTries) return Drop(socket, "too many wrong passwords");
+      if (++r.WrongPasswords >= kPasswordTries) {
+        Drop(socket, "too many wrong passwords");
+        return true;
+      }
       SendMsg(socket, "~003Wrong password.\r\r");
-      return;
+      return true;
     }
     r.Joined = true;
     SendMsg(socket, "~004" + WelcomeText(entry));
@@ -366,9 +387,9 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
   } else if (code == "~011") {
     const int seat = static_cast<int>(m.At(0, 0).number);
     const std::string name = TrimBlanks(m.At(0, 1).text);
-    if (!ownSeat(seat) || !SeatOccupied(g_, seat)) return refuse("a rename of a seat not its own");
+    if (!OwnsSeat(from, seat) || !SeatOccupied(g_, seat)) return Refuse(from, "a rename of a seat not its own");
     if (name.empty() || !PlayerNameFault(g_, name).empty() || SameName(name, g_.HostName) || SameName(name, "host"))
-      return refuse("a name the table can't use");
+      return Refuse(from, "a name the table can't use");
     g_.PlayerName[seat] = name;
     told_.names[seat] = name;
     if (seated && seat == entry) r.ClientName = name;
@@ -380,10 +401,26 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     } else {
       SendMsg(socket, "~0120");
     }
-  } else if (code == "~667") {
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// Play at the table: the roll's report, the dice passed, bets, working states, leaving a
+// seat, the bankroll and working rules of the client's own seats.
+bool Host::PlayRequest(const Sender& from, const ParsedMessage& m, const std::string& message) {
+  const std::string_view code = m.spec->code;
+  const int socket = from.socket;
+  const int entry = from.entry;
+  ClientRecord& r = ClientList[from.entry];
+  const bool seated = from.seated;
+  const bool operating = from.operating;
+  std::string fault;
+  if (code == "~667") {
     const int32_t count = static_cast<int32_t>(m.At(0, 0).number);
     if (r.LastRollAck == -1 || (r.ResyncDue && count == RollCount)) {
-      if (count != RollCount) return;
+      if (count != RollCount) return true;
       r.LastRollAck = count;
       r.ResyncDue = false;
       SyncClient(socket, false);
@@ -393,31 +430,31 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
       r.LastRollAck = count;
     }
   } else if (code == "~668") {
-    if (!(seated && entry == g_.Table.Shooter) && !operating) return refuse("a pass of dice it doesn't hold");
+    if (!(seated && entry == g_.Table.Shooter) && !operating) return Refuse(from, "a pass of dice it doesn't hold");
     applyingFrom_ = socket;
     PassDice(g_, kPassLogged);
     applyingFrom_ = 0;
     SendMsgAllX(socket, message);
   } else if (code == "~669") {
-    if (!ownSeat(m.At(0, 0).number)) return refuse("auto-pass of a seat not its own");
+    if (!OwnsSeat(from, m.At(0, 0).number)) return Refuse(from, "auto-pass of a seat not its own");
     g_.AutoPassDice[m.At(0, 0).number] = m.At(0, 1).number != 0;
     SendMsg(-1, message);
   } else if (code == "~777") {
     ApplyClientBets(socket, entry, m);
   } else if (code == "~779") {
     for (int i = 0; i < m.records; ++i)
-      if (!ownSeat(m.At(i, 0).number)) return refuse("a working state of a seat not its own");
+      if (!OwnsSeat(from, m.At(i, 0).number)) return Refuse(from, "a working state of a seat not its own");
     ApplyWorkingRecords(g_, m);
     SendMsg(-1, message);
   } else if (code == "~886" || code == "~992") {
     const int seat = static_cast<int>(m.At(0, 0).number);
-    if (!seated || seat != entry) return refuse("a seat not its own left");
+    if (!seated || seat != entry) return Refuse(from, "a seat not its own left");
     MovePlayer2Observer(seat);
   } else if (code == "~887") {
     // Money comes to a seat only through the host's own ATM, cut to its limits.
     for (int i = 0; i < m.records; ++i) {
       const int seat = static_cast<int>(m.At(i, 0).number);
-      if (!ownSeat(seat) || !SeatOccupied(g_, seat)) return refuse("a bankroll of a seat not its own");
+      if (!OwnsSeat(from, seat) || !SeatOccupied(g_, seat)) return Refuse(from, "a bankroll of a seat not its own");
       const Money change = m.At(i, 3).amount - g_.BuyInTotal[seat + kSessionScope];
       if (change.raw != 0) {
         NoBoxes quiet(g_);
@@ -427,10 +464,22 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     }
   } else if (code == "~899") {
     for (int i = 0; i < m.records; ++i)
-      if (!ownSeat(m.At(i, 0).number)) return refuse("working rules of a seat not its own");
-    if (!ApplyRuleMessage(g_, m, fault)) return refuse(fault.c_str());
+      if (!OwnsSeat(from, m.At(i, 0).number)) return Refuse(from, "working rules of a seat not its own");
+    if (!ApplyRuleMessage(g_, m, fault)) return Refuse(from, fault);
     SendMsgAllX(socket, message);
-  } else if (code == "~990") {
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The wait list: a seat offered to a waiting client, and a place on the list.
+bool Host::WaitListRequest(const Sender& from, const ParsedMessage& m) {
+  const std::string_view code = m.spec->code;
+  const int socket = from.socket;
+  const int entry = from.entry;
+  ClientRecord& r = ClientList[from.entry];
+  if (code == "~990") {
     OfferSeat(socket, entry);
   } else if (code == "~991") {
     if (r.Status == 'O' && WaitListCount() < Panel.MaxWaitList) {
@@ -439,11 +488,10 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     } else if (r.Status == 'O') {
       SendMsg(socket, "~883");
     }
-  } else if (!operating) {
-    refuse((std::string(code) + " is the operator's").c_str());
   } else {
-    OperatorMessage(socket, m, message);
+    return false;
   }
+  return true;
 }
 
 void Host::ClientChat(int socket, int entry, const std::string& text) {

@@ -153,7 +153,20 @@ class Host : public SocketEvents, public OnlineLink {
   void DrainAll();
   void Drop(int socket, const std::string& why);
   void ClientLost(int socket);
+  // Who sent a message: the client's socket and entry, seated at the table, operating it.
+  struct Sender {
+    int socket, entry;
+    bool seated, operating;
+  };
+  // A client's message is read and checked here, then handled by its group's procedure,
+  // which returns false for a code of another group.
   void ProcessMsgFromClient(int socket, const std::string& message);
+  bool JoinRequest(const Sender& from, const ParsedMessage& m, const std::string& message);
+  bool PlayRequest(const Sender& from, const ParsedMessage& m, const std::string& message);
+  bool WaitListRequest(const Sender& from, const ParsedMessage& m);
+  bool OwnsSeat(const Sender& from, int64_t seat) const;
+  // Logs the refusal of a client's message; true, as the message is dealt with.
+  bool Refuse(const Sender& from, const std::string& what);
   void OperatorMessage(int socket, const ParsedMessage& m, const std::string& message);
   void LobbyMessage(const std::string& message);
   void ClientChat(int socket, int entry, const std::string& text);
