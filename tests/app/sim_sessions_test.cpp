@@ -91,9 +91,8 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   EXPECT_FALSE(fs::exists(dir.path / "shards" / "Ann.slg")) << "a shard writes its partial file only";
   const SimRun merged = Sim(merge, (dir.path / "merged").string());
   ASSERT_EQ(merged.code, 0) << merged.err;
-  EXPECT_EQ(merged.out, whole.out);
-  EXPECT_EQ(Files(dir.path / "merged"), Files(dir.path / "whole"));
-  EXPECT_EQ(Files(dir.path / "whole"), logs1);
+  EXPECT_EQ((std::tuple{merged.out, Files(dir.path / "merged"), Files(dir.path / "whole")}),
+            (std::tuple{whole.out, Files(dir.path / "whole"), logs1}));
   const SimRun mergedJson = Sim(With(merge, {"--json"}), (dir.path / "merged-json").string());
   EXPECT_EQ(mergedJson.out, json1);
 }
@@ -180,9 +179,7 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   EXPECT_NE(same.out.find("No difference: A and B ended every session alike."), std::string::npos) << same.out;
   same = Sim(With({"compare", ten, ten, "--json"}, options), dir.path.string());
   const json d = json::parse(same.out)["difference"];
-  EXPECT_EQ(d["verdict"], "no difference");
-  EXPECT_EQ(d["mean"], 0.0);
-  EXPECT_EQ(d["sd"], 0.0);
+  EXPECT_EQ((std::tuple{d["verdict"], d["mean"], d["sd"]}), (std::tuple{"no difference", 0.0, 0.0}));
 
   const std::string rows = (dir.path / "pairs.csv").string();
   const SimRun doubled = Sim(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
@@ -256,9 +253,8 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const SessionResult s = PlaySession(*g, r, 1, 1);
   ASSERT_EQ(s.players.size(), 1u);
   const PlayerSession& ann = s.players[0];
-  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(c.end)));
-  EXPECT_EQ(ann.rolls, c.rolls);
-  EXPECT_EQ(ann.result, Money::FromDouble(c.result));
+  EXPECT_EQ((std::tuple{SessionEndName(ann.end), ann.rolls, ann.result}),
+            (std::tuple{std::string(SessionEndName(c.end)), c.rolls, Money::FromDouble(c.result)}));
   ASSERT_EQ(ann.records.size(), 1u) << "the player's session reaches the log as the player leaves";
   EXPECT_EQ(ann.records[0][slg::Ending] - ann.records[0][slg::Invested], ann.result);
   EXPECT_FALSE(SeatOccupied(*g, 1));
@@ -268,46 +264,26 @@ INSTANTIATE_TEST_SUITE_P(
     FixedDice, SimWalksAway,
     testing::Values(
         // Craps twice: $20 down on the come-out, nothing at risk.
-        WalkCase{"StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20},
+        WalkCase("StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20),
         // A natural and an eleven.
-        WalkCase{"StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20},
+        WalkCase("StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20),
         // The Field loses twice ($20) while the Pass Line waits on its 5: the player bets
         // no more and leaves when the 5 comes.
-        WalkCase{"StopLossWaitsForTheLine",
-                 "Ann:100",
-                 {"--bet", "Field=10", "--stop-loss", "20"},
-                 {32, 42, 44, 41, 61},
-                 SessionEnd::StopLoss,
-                 4,
-                 -10},
+        WalkCase("StopLossWaitsForTheLine", "Ann:100", {"--bet", "Field=10", "--stop-loss", "20"}, {32, 42, 44, 41, 61},
+                 SessionEnd::StopLoss, 4, -10),
         // The Place 6 wins $14 with the point on 4: it comes down, the line is decided later.
-        WalkCase{"StopWinTakesDownThePlaceBet",
-                 "Ann:100",
-                 {"--bet", "Place 6=12", "--stop-win", "10"},
-                 {22, 33, 41, 31, 61},
-                 SessionEnd::StopWin,
-                 4,
-                 24},
+        WalkCase("StopWinTakesDownThePlaceBet", "Ann:100", {"--bet", "Place 6=12", "--stop-win", "10"},
+                 {22, 33, 41, 31, 61}, SessionEnd::StopWin, 4, 24),
         // The session's length with a point on: one roll more, to the seven-out.
-        WalkCase{"Rolls",
-                 "Ann:100",
-                 {"--threads", "1", "--session-rolls", "2"},
-                 {22, 54, 43, 61},
-                 SessionEnd::Rolls,
-                 3,
-                 -10},
+        WalkCase("Rolls", "Ann:100", {"--threads", "1", "--session-rolls", "2"}, {22, 54, 43, 61}, SessionEnd::Rolls, 3,
+                 -10),
         // 0.025 hours at 120 rolls an hour: three rolls.
-        WalkCase{"Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30},
+        WalkCase("Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30),
         // Nothing left for a line bet after craps.
-        WalkCase{"Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10},
+        WalkCase("Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10),
         // The roll file ends with the point on: the table stops and the line bet is lost.
-        WalkCase{"TableStopped",
-                 "Ann:100",
-                 {"--threads", "1", "--session-rolls", "100"},
-                 {52, 22},
-                 SessionEnd::TableStopped,
-                 2,
-                 0}));
+        WalkCase("TableStopped", "Ann:100", {"--threads", "1", "--session-rolls", "100"}, {52, 22},
+                 SessionEnd::TableStopped, 2, 0)));
 
 // ---- Nothing shared by accident. -------------------------------------------------------
 

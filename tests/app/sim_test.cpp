@@ -169,10 +169,8 @@ TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
   ASSERT_EQ(ParseSimOptions(5, argv, o, out, err), -1) << err.str();
   ASSERT_EQ(o.handling.size(), 1u);
   const SimHandling& h = o.handling[0];
-  EXPECT_EQ(h.action, c.action);
-  EXPECT_EQ(h.op, c.op);
-  EXPECT_EQ(h.units, c.units);
-  EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
+  EXPECT_EQ((std::tuple{h.action, h.op, h.units, h.operand}),
+            (std::tuple{c.action, c.op, c.units, Money::FromDouble(c.operand)}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,

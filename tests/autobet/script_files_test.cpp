@@ -129,7 +129,7 @@ constexpr std::string_view kLegacyFromWords[] = {
     "total place bets number less than", "total place bets number", "total place bets",
     "total buy bets number more than", "total buy bets number less than", "total buy bets number", "total buy bets",
     "bets) loses", "bets) wins", " rolls ", " roll ", "r*ll", " times ", " time ", " each ", "reset ", "close file",
-    "all flags", "any flag", " flag ",
+    "all flags", "any flag", " flag "
 };
 // clang-format on
 
@@ -232,9 +232,8 @@ TEST(ScriptFiles, LoadingPastingAndHotKeys) {
   t.g.AutoBet.SelectedSeat = 1;
   const auto records = t.g.AutoBet.ProgramRecords;
   EXPECT_TRUE(RunHotKey(t.g, 'K'));
-  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 2], 8_usd);
-  EXPECT_EQ(t.g.AutoBet.ProgramRecords.size(), records.size());
-  EXPECT_EQ(t.g.ScriptFile[1], "a.bet");
+  EXPECT_EQ((std::tuple{t.g.BetAmount[1][kCheckStackRow + 2], t.g.AutoBet.ProgramRecords.size(), t.g.ScriptFile[1]}),
+            (std::tuple{8_usd, records.size(), "a.bet"}));
   EXPECT_FALSE(RunHotKey(t.g, 'M'));
   EXPECT_NE(t.ui.LastText().find("Please check the path and file name on the Hot-key screen."), std::string::npos);
   EXPECT_FALSE(RunHotKey(t.g, 'Z'));

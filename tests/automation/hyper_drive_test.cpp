@@ -22,8 +22,7 @@ const std::string kSelectNew = "Select \"New\" from the \"Game\" menu to reset t
 // missed stop fails the test instead of hanging it.
 struct Runner {
   bool keepLineBet = false;
-  int budget = 10000;
-  int rolls = 0;
+  int budget = 10000, rolls = 0;
 };
 
 void AfterEachRoll(Game& g, void* data) {
@@ -106,10 +105,9 @@ TEST(HyperDriveToggle, AutoRollStopsAtItsAutoStopWithABox) {
   EXPECT_EQ(t.SessionRolls(), 3);
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   ASSERT_EQ(user.transcript.size(), 1u);
-  EXPECT_EQ(user.transcript[0].request.Title, "Auto-Roll Stopped");
-  EXPECT_EQ(user.transcript[0].request.Text, "Stopped by Auto-Stop");
-  EXPECT_EQ(user.transcript[0].request.HelpId, 540);
-  EXPECT_EQ(t.g.Auto.ButtonText, "Start &Auto-Roll");
+  EXPECT_EQ((std::tuple{user.transcript[0].request.Title, user.transcript[0].request.Text,
+                        user.transcript[0].request.HelpId, t.g.Auto.ButtonText}),
+            (std::tuple{"Auto-Roll Stopped", "Stopped by Auto-Stop", 540, "Start &Auto-Roll"}));
 }
 
 // ---- Auto-Stop -------------------------------------------------------------------------------

@@ -53,9 +53,8 @@ TEST_P(RollFileMarkTest, EveryPairPlaysWhateverItsMarkAndTheReadAfterTheLastEnds
 
   t.ui.replies.push_back({kButtonYes, "", false});
   StopPlayback(t.g, t.rf);
-  EXPECT_EQ(t.ui.LastText(), "Rewind for playback?");
-  EXPECT_EQ(t.rf.RecorderState, 0);
-  EXPECT_EQ(t.rf.NextRollPosition, 1);
+  EXPECT_EQ((std::tuple{t.ui.LastText(), t.rf.RecorderState, t.rf.NextRollPosition}),
+            (std::tuple{"Rewind for playback?", 0, 1}));
 }
 
 INSTANTIATE_TEST_SUITE_P(RollFileMarks, RollFileMarkTest, ::testing::Values(0, 1, 2, 3));
@@ -78,10 +77,9 @@ TEST_P(RollFileLimitTest, StopsWithoutRollingAndKeepsTheFileAtTheRoll) {
     ToggleAutoRoll(t.g);
   }
   EXPECT_FALSE(ReadRollFromFile(t.g, t.rf));
-  EXPECT_EQ(t.g.Table.Die1 * 10 + t.g.Table.Die2, 25);
-  EXPECT_EQ(t.rf.RecorderState, 0);
-  EXPECT_EQ(t.rf.NextRollPosition, 2);
-  EXPECT_EQ(t.g.StopReason, kOutOfLimitsStop);
+  EXPECT_EQ(
+      (std::tuple{t.g.Table.Die1 * 10 + t.g.Table.Die2, t.rf.RecorderState, t.rf.NextRollPosition, t.g.StopReason}),
+      (std::tuple{25, 0, 2, kOutOfLimitsStop}));
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   ASSERT_EQ(t.ui.transcript.size(), 1u);
   const MessageRequest& box = t.ui.transcript[0].request;

@@ -93,9 +93,7 @@ TEST(SeedRngTest, MidnightForThreeFailsAndLeavesTheGenerator) {
   t.g.Dice.lcgState = 4711;
   t.clock.now = {2024, 6, 4, 0, 0, 0, 0, 5};
   EXPECT_FALSE(SeedRng(t.g, false));
-  EXPECT_EQ(t.g.Dice.lcgState, 4711);
-  EXPECT_EQ(t.g.Dice.lastSeed, 12345);
-  EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
+  EXPECT_EQ((std::tuple{t.g.Dice.lcgState, t.g.Dice.lastSeed, t.g.Dice.pendingSeed.raw}), (std::tuple{4711, 12345, 0}));
 }
 
 TEST(SeedRngTest, AnAutomaticSeedDiffersFromTheLastEvenWithAStoppedClock) {
@@ -159,11 +157,9 @@ TEST(SeedRngTest, CancelChangesNothingAndSaysNothingMore) {
   const DiceSources before = t.g.Dice;
   t.ui.replies = {{kButtonCancel, "55", false}};
   EXPECT_FALSE(SeedRng(t.g, false));
-  EXPECT_EQ(t.ui.transcript.size(), 1u);
-  EXPECT_EQ(t.g.Dice.pendingSeed, before.pendingSeed);
-  EXPECT_EQ(t.g.Dice.lastSeed, before.lastSeed);
-  EXPECT_EQ(t.g.Dice.mt.mt, before.mt.mt);
-  EXPECT_EQ(t.g.Dice.mt.mti, before.mt.mti);
+  EXPECT_EQ(
+      (std::tuple{t.ui.transcript.size(), t.g.Dice.pendingSeed, t.g.Dice.lastSeed, t.g.Dice.mt.mt, t.g.Dice.mt.mti}),
+      (std::tuple{1u, before.pendingSeed, before.lastSeed, before.mt.mt, before.mt.mti}));
 }
 
 TEST(SeedRngTest, TypingTheLastSeedAgainIsAccepted) {

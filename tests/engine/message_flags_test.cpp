@@ -60,9 +60,8 @@ TEST(MessageFlags, AHiddenPutRefusalStillRefuses) {
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_FALSE(t.g.Rules.Notices & kNoticeRules);
 
-  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
-  EXPECT_EQ(t.Messages(), 1);
-  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 5_usd), t.Messages(), t.Amount(1, bet::PassLine)}),
+            (std::tuple{Money{}, 1, 10_usd}));
 }
 
 TEST(MessageFlags, AReplyTheBoxDidNotOfferIsRefused) {

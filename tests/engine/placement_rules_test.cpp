@@ -173,10 +173,7 @@ TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
 }
 
 struct AdjustCase {
-  int bet;
-  int setting;
-  int request;
-  int expected;
+  int bet, setting, request, expected;
 };
 
 class PlacementAdjustTest : public testing::TestWithParam<AdjustCase> {};

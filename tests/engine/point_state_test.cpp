@@ -47,8 +47,7 @@ Ints State(const LineBettors& t) {
 // ---- The come-out roll ------------------------------------------------------------------
 
 struct ComeOutCase {
-  int bar;
-  int total;
+  int bar, total;
   int point;  // Point after the roll
   int passes, misses;
   int passLine, dontPass;
@@ -98,9 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
 // ---- Every total with a point on --------------------------------------------------------
 
 struct PointCase {
-  int bar;
-  int point;
-  int total;
+  int bar, point, total;
 };
 
 std::ostream& operator<<(std::ostream& os, const PointCase& c) {
@@ -146,9 +143,8 @@ TEST_P(PointStatePointOnTest, OnlyThePointOrASevenDecides) {
   } else {
     // Anything else, the bar totals included, decides nothing; a roll with the point on
     // isn't a come-out.
-    EXPECT_EQ(State(t), (Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
-    EXPECT_EQ(st.HandDecisions[kHandScope][c.total][0], 0);
-    EXPECT_EQ(outcomes, (Ints{kStands, kStands}));
+    EXPECT_EQ((std::tuple{State(t), st.HandDecisions[kHandScope][c.total][0], outcomes}),
+              (std::tuple{(Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}), 0, (Ints{kStands, kStands})}));
   }
 }
 

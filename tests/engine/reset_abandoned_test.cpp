@@ -12,8 +12,7 @@ namespace {
 
 struct AbandonCase {
   const char* what;
-  bool returnAbandoned;
-  bool pointOn;
+  bool returnAbandoned, pointOn;
   bool carryBySessionLog;  // the bankroll carried by the sessions log, else by buy-in mode 2
   Money bankrollAfter;
 };
@@ -46,9 +45,8 @@ TEST_P(ResetAbandonedTest, ContractBetsAtANewSession) {
   }
   EXPECT_EQ(t.g.Bankroll[1] - before, c.bankrollAfter);
   EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
-  EXPECT_EQ(t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), Money{});
-  EXPECT_EQ(t.g.OnTable[1], Money{});
-  EXPECT_EQ(t.g.Table.Point, 0);
+  EXPECT_EQ((std::tuple{t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), t.g.OnTable[1], t.g.Table.Point}),
+            (std::tuple{Money{}, Money{}, 0}));
   // A charged bet is a loss in the statistics of the session just ended.
   const Money lineLoss = t.g.Stats.BetLossStats[kLastSessionScope + 1][bet::PassLine][1];
   const Money comeLoss = t.g.Stats.BetLossStats[kLastSessionScope + 1][PointRow(BetFamily::ComeNumber, 9)][1];

@@ -118,12 +118,9 @@ TEST(ResolutionMove, ComeSummedOntoItsNumber) {
   EXPECT_EQ(g.ComeBase[kSeat][1], 10_usd);
   ASSERT_EQ(t.Bet(kSeat, bet::Come, 15_usd), 15_usd);
   t.Roll(2, 3);
-  EXPECT_EQ(g.Bankroll[kSeat], 10010_usd);
-  EXPECT_EQ(t.Amount(kSeat, come5), 25_usd);
-  EXPECT_EQ(t.Amount(kSeat, bet::Come), Money{});
-  EXPECT_EQ(g.ContractBase[kSeat][come5], 15_usd);
-  EXPECT_EQ(g.ContractBase[kSeat][bet::Come], Money{});
-  EXPECT_EQ(g.ComeBase[kSeat][1], 15_usd);
+  EXPECT_EQ((std::tuple{g.Bankroll[kSeat], t.Amount(kSeat, come5), t.Amount(kSeat, bet::Come),
+                        g.ContractBase[kSeat][come5], g.ContractBase[kSeat][bet::Come], g.ComeBase[kSeat][1]}),
+            (std::tuple{10010_usd, 25_usd, Money{}, 15_usd, Money{}, 15_usd}));
 }
 
 // Money is handled from the far ends of the rail inward: 4L, 4R, 3L, 3R, 2L, 2R, 1L, 1R.

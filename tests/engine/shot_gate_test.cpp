@@ -56,26 +56,21 @@ TEST_P(ShotGateTest, TheBoxAndTheDice) {
   const int die1 = t.g.Table.Die1, die2 = t.g.Table.Die2;
   t.Roll(6, 6);
   if (c.rolls) {
-    EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + 1);
-    EXPECT_EQ(t.g.Table.DiceTotal, 12);
-    EXPECT_EQ(t.Messages(), 0);
+    EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.DiceTotal, t.Messages()}),
+              (std::tuple{rollsBefore + 1, 12, 0}));
     return;
   }
   // Refused: the dice don't move and nothing is counted.
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore);
-  EXPECT_EQ(t.g.Table.Die1, die1);
-  EXPECT_EQ(t.g.Table.Die2, die2);
+  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.Die1, t.g.Table.Die2}),
+            (std::tuple{rollsBefore, die1, die2}));
   EXPECT_FALSE(t.g.Table.Rolling);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, c.title);
   if (c.setting == 1 && c.players > 0) {
     EXPECT_EQ(t.LastMessage().HelpId, 130);
   }
-  if (c.players == 0) {
-    EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
-  } else {
-    EXPECT_EQ(t.LastMessage().Text, c.text);
-  }
+  if (c.players == 0) EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
+  else EXPECT_EQ(t.LastMessage().Text, c.text);
 }
 
 TEST_P(ShotGateTest, SilentlyOnlyAStopText) {
@@ -84,9 +79,8 @@ TEST_P(ShotGateTest, SilentlyOnlyAStopText) {
   const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
   t.g.SilentMode = true;
   t.Roll(6, 6);
-  EXPECT_EQ(t.Messages(), 0);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (c.rolls ? 1 : 0));
-  EXPECT_EQ(t.g.StopReason, c.rolls ? "" : c.stop);
+  EXPECT_EQ((std::tuple{t.Messages(), t.g.Stats.RollCount[kSessionScope][0], t.g.StopReason}),
+            (std::tuple{0, rollsBefore + (c.rolls ? 1 : 0), c.rolls ? "" : c.stop}));
 }
 
 const std::string kLine = "A line bet is required to shoot.\n\n";
@@ -123,14 +117,12 @@ TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
   t.g.Rules.BetNeededToShoot = 0;
   SetSessionRolls(t.g, 1999999999);
   t.Roll(2, 3);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
-  EXPECT_EQ(t.g.Table.Point, 5);
-  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.Point, t.Messages()}),
+            (std::tuple{2000000000, 5, 0}));
 
   t.Roll(6, 6);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
-  EXPECT_EQ(t.g.Table.DiceTotal, 5);
-  EXPECT_EQ(t.g.Table.Point, 5);
+  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.DiceTotal, t.g.Table.Point}),
+            (std::tuple{2000000000, 5, 5}));
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "Reached Maximum Roll Limit");
   EXPECT_THAT(t.LastMessage().Text, StartsWith("Sorry ... the maximum limit of 2,000,000,000 rolls has been reached."));
@@ -155,9 +147,7 @@ TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
   EXPECT_EQ(chips(), 1);
 
   t.Roll(1, 2);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
-  EXPECT_EQ(t.Messages(), 2);
-  EXPECT_EQ(chips(), 1);
+  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.Messages(), chips()}), (std::tuple{1, 2, 1}));
 }
 
 // ---- The bankroll graph ----------------------------------------------------------------------

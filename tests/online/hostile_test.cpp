@@ -37,8 +37,7 @@ const Hostile kCases[] = {
     {"BetForAnotherSeat", true, false, EncodeFrame("~7771\t43\t500\t0\t0\t"), 0, false, "not its own"},
     {"HalfFrameThenSilence", false, false, "0050~00", 4000, true, "half a frame and then silence"},
     {"Flood", true, false, Frames("~PONG", 5000), 0, true, "a flood of frames"},
-    {"NeverReads", true, true, "", 100, true, "leaves what is sent to it unread"},
-};
+    {"NeverReads", true, true, "", 100, true, "leaves what is sent to it unread"}};
 
 class OnlineHostile : public testing::TestWithParam<Hostile> {};
 

@@ -58,10 +58,8 @@ TEST_F(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {
   const int descriptors = OpenDescriptors(), live = net.LiveSockets();
   for (int k = 1; k <= 100; ++k) cycle(k);
   loop.Turn(50);
-  EXPECT_EQ(host.ConnectedClients(), 0);
-  EXPECT_EQ(host.ClientList.size(), 9u);
-  EXPECT_EQ(net.LiveSockets(), live);
-  EXPECT_EQ(OpenDescriptors(), descriptors);
+  EXPECT_EQ((std::tuple{host.ConnectedClients(), host.ClientList.size(), net.LiveSockets(), OpenDescriptors()}),
+            (std::tuple{0, 9u, live, descriptors}));
 }
 
 TEST_F(OnlineQt, ANewConnectionTakesTheLowestClosedSocket) {

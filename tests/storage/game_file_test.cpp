@@ -242,8 +242,7 @@ const Corruption kCorruptions[] = {
     {"a probability cell out of range", [](Bytes& b) { PutInt32(b.data() + 456 * 256, 100001); }, kCorrupt.c_str()},
     {"seat 9", [](Bytes& b) { PutWide(b, 460, 0, 9 * kOne); }, kCorrupt.c_str()},
     {"an amount on row 150", [](Bytes& b) { PutWide(b, 470, 22, 5 * kOne); }, kCorrupt.c_str()},
-    {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()},
-};
+    {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()}};
 
 TEST(GameFile, EveryCorruptFormIsRefusedAndTheTableStaysAsItWas) {
   PlayedTable t;

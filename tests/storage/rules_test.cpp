@@ -77,9 +77,8 @@ TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
   EXPECT_EQ(r.CheckDenom, (decltype(r.CheckDenom){Money{}, 1_usd, 5_usd, 25_usd, 100_usd, 500_usd}));
   EXPECT_EQ((std::vector<double>{double(r.Notices), r.RollsPerTime, double(r.RollRateUnit)}),
             (std::vector<double>{15, 120, kPerHour}));
-  EXPECT_EQ(r.BetPayoff[kPlace6].PayoffPay, 7_usd);
-  EXPECT_EQ(r.BetPayoff[kPlace6].BetUnit, 6_usd);
-  EXPECT_EQ(r.FirePayoff[0].PayoffPay, -1_usd);
+  EXPECT_EQ((std::tuple{r.BetPayoff[kPlace6].PayoffPay, r.BetPayoff[kPlace6].BetUnit, r.FirePayoff[0].PayoffPay}),
+            (std::tuple{7_usd, 6_usd, -1_usd}));
   EXPECT_TRUE(r.CompBets[bet::Field]);
   EXPECT_FALSE(r.CompBets[bet::DontPassOdds]);  // odds carry no edge, so earn no comps
   for (int s = 0; s < kSeats; ++s) {
@@ -119,10 +118,8 @@ class PayoffWordTest : public ::testing::TestWithParam<WordCase> {};
 TEST_P(PayoffWordTest, KeepsTheShownNumber) {
   const WordCase& c = GetParam();
   PayoffRow row{1_usd, Money::Dollars(c.x), c.startFor ? Money{} : Money::Dollars(-1), Money::Dollars(c.y)};
-  EXPECT_EQ(PayoffWordKey(row, c.key), c.accepted);
-  EXPECT_EQ(row.PayoffPay, Money::Dollars(c.newX));
-  EXPECT_EQ(row.PayoffToFor.raw == 0, c.endFor);
-  EXPECT_EQ(row.PayoffFor, Money::Dollars(c.y));
+  EXPECT_EQ((std::tuple{PayoffWordKey(row, c.key), row.PayoffPay, row.PayoffToFor.raw == 0, row.PayoffFor}),
+            (std::tuple{c.accepted, Money::Dollars(c.newX), c.endFor, Money::Dollars(c.y)}));
 }
 
 INSTANTIATE_TEST_SUITE_P(RuleSet, PayoffWordTest,
@@ -206,8 +203,7 @@ TEST(FieldPresetMenuTest, SingleNumberPresetsTouchOnlyTheirTotals) {
   struct Case {
     const char* name;
     int winTotal;
-    Cell win;
-    Cell seven;
+    Cell win, seven;
   } cases[] = {{"Place &6", 6, {7, 6}, {-1, 1}},
                {"Buy &10 (5 % vig)", 10, {39, 21}, {-1, 1}},
                {"Lay &4 (5% vig on win only)", 4, {-1, 1}, {19, 40}}};
@@ -254,8 +250,7 @@ INSTANTIATE_TEST_SUITE_P(Vig, VigRoundToUnitTest,
 
 struct VigCase {
   int bet;
-  int64_t amountCents;
-  int64_t smallestCents;
+  int64_t amountCents, smallestCents;
   bool penny;
   int mode;
   int64_t expectedCents;
@@ -354,9 +349,7 @@ TEST_P(RuleValidationDenominationTest, ChecksLeftToRight) {
     return;
   }
   EXPECT_FALSE(v.ok);
-  EXPECT_EQ(v.message, c.message);
-  EXPECT_EQ(v.control, "txtDenomination");
-  EXPECT_EQ(v.index, c.index);
+  EXPECT_EQ((std::tuple{v.message, v.control, v.index}), (std::tuple{c.message, "txtDenomination", c.index}));
 }
 
 INSTANTIATE_TEST_SUITE_P(

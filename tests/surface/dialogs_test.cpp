@@ -173,9 +173,9 @@ TEST(SettleDialog, ARuleRowBecomesTheSeatsRuleAndItsAction) {
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdMathOperator"), Qt::LeftButton);  // + to -
   dialog.findChild<QLineEdit*>("txtModifyAmount")->setText("5");
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdApplyModify"), Qt::LeftButton);
-  EXPECT_EQ(dialog.Action(), kModifyByRule);
-  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operator, 1);
-  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operand, 5_usd);
+  EXPECT_EQ((std::tuple{dialog.Action(), t.g.SettleRules[3][kRuleModifyWin].Operator,
+                        t.g.SettleRules[3][kRuleModifyWin].Operand}),
+            (std::tuple{kModifyByRule, 1, 5_usd}));
 }
 
 TEST(PlayersDialogs, RenameMoveAndTheAtm) {

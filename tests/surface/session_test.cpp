@@ -43,8 +43,7 @@ struct DialogPlayer {
 };
 
 struct Standing {
-  int seat;
-  int bet;
+  int seat, bet;
   int check;  // the check index whose clicks make the amount
   int clicks;
 };
