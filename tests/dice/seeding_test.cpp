@@ -96,15 +96,6 @@ TEST(SeedRngTest, MidnightForThreeFailsAndLeavesTheGenerator) {
   EXPECT_EQ((std::tuple{t.g.Dice.lcgState, t.g.Dice.lastSeed, t.g.Dice.pendingSeed.raw}), (std::tuple{4711, 12345, 0}));
 }
 
-TEST(SeedRngTest, AnAutomaticSeedDiffersFromTheLastEvenWithAStoppedClock) {
-  TestTable t;
-  ASSERT_EQ(SelectRng(t.g, 3), 0);
-  t.clock.now = {2024, 6, 4, 12, 34, 56, 789, 3};
-  t.g.Dice.lastSeed = 452967;
-  EXPECT_TRUE(SeedRng(t.g, false));
-  EXPECT_EQ(t.g.Dice.lastSeed, 452966);
-}
-
 // Seeding sets the selected generator back to the start of the seed's sequence, and
 // leaves the other generators' sequences alone.
 TEST(SeedRngTest, ReseedingRepeatsTheSequenceOfEachGenerator) {

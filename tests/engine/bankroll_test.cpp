@@ -88,11 +88,4 @@ INSTANTIATE_TEST_SUITE_P(Bounds, BankrollBuyInTest,
                                          BuyInCase{200, 1000, 5000, 1000, "The max buy-in on this table is $1000"},
                                          BuyInCase{-9999999, 9999999, 2500, 2500, ""}));
 
-TEST(BankrollBuyIn, ANegativeBuyInAllowsANegativeBankroll) {
-  LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(-50));
-  EXPECT_TRUE(t.g.AllowNegBankroll[1]);
-  EXPECT_EQ(t.g.Bankroll[1], -Money::Dollars(50));
-}
-
 }  // namespace

@@ -223,11 +223,4 @@ TEST(PassLineChangeBet, TheBankrollCutIsSilentWithLimitNoticesOff) {
   EXPECT_EQ(t.Messages(), 0);
 }
 
-TEST(PassLineChangeBet, ANegativeBankrollAllowedIsNoCut) {
-  AnnAtTheLine t(23_usd);
-  t.g.AllowNegBankroll[1] = true;
-  EXPECT_EQ(t.Bet(1, bet::PassLine, 50_usd), 50_usd);
-  EXPECT_EQ(t.Messages(), 0);
-}
-
 }  // namespace

@@ -113,13 +113,6 @@ TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
   EXPECT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
 }
 
-TEST(PlacementRules, SilentModeCutsTheSameWithoutAWord) {
-  AnnTable t;
-  t.g.SilentMode = true;
-  EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
-  EXPECT_TRUE(t.ui.transcript.empty());
-}
-
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
   AnnTable t;
   ASSERT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(20));

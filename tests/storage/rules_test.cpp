@@ -50,14 +50,6 @@ TEST(RuleSetTest, SpecialTablesStartAtTheirDefaults) {
   ExpectTable(r.FirePayoff, 0, {-1, -1, -1, -1, 24, 249, 999}, "Fire");
 }
 
-TEST(RuleSetTest, RepeaterTwoNetsThirtyNineAndReadsFortyForOne) {
-  RuleSet r = Defaults();
-  const PayoffRow& row = r.BetPayoff[bet::Repeater2];
-  EXPECT_EQ(MulDivMoney(1_usd, row.PayoffPay, row.PayoffFor), 39_usd);
-  EXPECT_EQ(row.PayoffToFor.raw, 0);
-  EXPECT_EQ(row.PayoffPay + row.PayoffFor, 40_usd);  // what a "for" row shows
-}
-
 TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
   RuleSet r = Defaults();
   r.MaxPlacardBet = 5_usd;
@@ -317,12 +309,6 @@ TEST(VigTest, LayOnALosingRowIsFreeButOnAPushCostsTheUnit) {
 }
 
 // ---- Validation ------------------------------------------------------------------------
-
-TEST(RuleValidationTest, DefaultsPass) {
-  RuleSet r = Defaults();
-  RuleCheck c = ValidateRules(r, true);
-  EXPECT_TRUE(c.ok) << c.message;
-}
 
 const char kZeroCheck[] = "Check values must be greater than zero.";
 const char kAscending[] =
