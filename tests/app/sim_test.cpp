@@ -266,8 +266,7 @@ TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
   const SimRun json = Sim(args);
   ASSERT_EQ(json.code, 0) << json.err;
   const nlohmann::json r = nlohmann::json::parse(json.out);
-  EXPECT_EQ(Field(text.out, "Rolls"), 200000);
-  EXPECT_EQ(r["rolls"], 200000);
+  EXPECT_EQ((std::tuple{Field(text.out, "Rolls"), r["rolls"]}), (std::tuple{200000, 200000}));
   const long long passes = Field(text.out, "Passes"), misses = Field(text.out, "Misses");
   EXPECT_EQ(r["passes"].get<long long>(), passes);
   EXPECT_EQ(r["misses"].get<long long>(), misses);
@@ -275,8 +274,7 @@ TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
   EXPECT_GT(r["dice"]["p"].get<double>(), 0.0001) << "fair dice";
   ASSERT_EQ(r["players"].size(), 1u);
   const auto& ann = r["players"][0];
-  EXPECT_EQ(ann["name"], "Ann");
-  EXPECT_EQ(ann["seat"], "4L");
+  EXPECT_EQ((std::tuple{ann["name"], ann["seat"]}), (std::tuple{"Ann", "4L"}));
   ASSERT_EQ(ann["bets"].size(), 2u);
   double net = 0;
   for (const auto& b : ann["bets"]) net += b["net"].get<double>();

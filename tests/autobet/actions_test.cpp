@@ -396,11 +396,9 @@ TEST(ActionFiles, PlaybackStartsAtTheRollAskedFor) {
   a.g.Rules.BetNeededToShoot = 0;
   a.g.ScriptActive[kAnn] = false;
   RollDice(a.g);
-  EXPECT_EQ(a.g.Table.Die1, 5);
-  EXPECT_EQ(a.g.Table.Die2, 2);
+  EXPECT_EQ((std::tuple{a.g.Table.Die1, a.g.Table.Die2}), (std::tuple{5, 2}));
   ASSERT_EQ(a.Run({"dice roll file next roll = 1", "deactivate dice roll file"}), 0);
-  EXPECT_EQ(a.g.Rolls.NextRollPosition, 1);
-  EXPECT_EQ(a.g.Rolls.RecorderState, 0);
+  EXPECT_EQ((std::tuple{a.g.Rolls.NextRollPosition, a.g.Rolls.RecorderState}), (std::tuple{1, 0}));
 }
 
 TEST(ActionFiles, ProbabilityFilesSwitchPercentageDice) {

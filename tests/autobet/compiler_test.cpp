@@ -74,8 +74,7 @@ TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
   ASSERT_FALSE(CompileSeat(program, {"\"Make bets\"", "bet 5 on field : 100", "show message \"hi\""}).Failed());
   const std::vector<TokenRecord>& r = program.ScriptRecords;
   ASSERT_EQ(r.size(), 17u);
-  EXPECT_EQ(r[2], (TokenRecord{kCodeLabel, 1}));
-  EXPECT_EQ(r[13], (TokenRecord{kCodeLabel, 3}));
+  EXPECT_EQ((std::tuple{r[2], r[13]}), (std::tuple{(TokenRecord{kCodeLabel, 1}), (TokenRecord{kCodeLabel, 3})}));
   EXPECT_EQ(r[16], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
   const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 13}};
   EXPECT_EQ(program.ScriptStrings, strings);

@@ -215,8 +215,7 @@ TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
   run.t.Roll(2, 2);
   EXPECT_DOUBLE_EQ(run.Cs(1), 3);
   EXPECT_DOUBLE_EQ(run.Cs(2), 1);
-  EXPECT_EQ(run.t.g.Stats.RollCount[kSessionScope][0], 0);
-  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
+  EXPECT_EQ((std::tuple{run.t.g.Stats.RollCount[kSessionScope][0], run.t.g.AutoBet.FaultCount[1]}), (std::tuple{0, 0}));
 }
 
 struct StepCase {

@@ -266,8 +266,7 @@ TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
     EXPECT_EQ(out, table);
     ASSERT_TRUE(WriteFileAtomically(t.g.ProgramFolder + "/Hot-keys.hky", b));
     EXPECT_FALSE(LoadHotKeys(t.g));
-    EXPECT_EQ(t.ui.LastText(), kNotAHotKeysFile);
-    EXPECT_EQ(t.g.HotKeys, table);
+    EXPECT_EQ((std::tuple{t.ui.LastText(), t.g.HotKeys}), (std::tuple{kNotAHotKeysFile, table}));
   }
 }
 

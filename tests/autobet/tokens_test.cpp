@@ -201,8 +201,7 @@ TEST_P(ReservedWordProbeTest, RefusesNamesTheScriptsCouldNotTellApart) {
     std::string probe = c.name;
     const std::string message = ProbeReservedWord(c.name, language, probe);
     if (c.text == 0) {
-      EXPECT_EQ(message, "");
-      EXPECT_EQ(probe, c.name);
+      EXPECT_EQ((std::tuple{message, probe}), (std::tuple{"", c.name}));
       continue;
     }
     EXPECT_EQ(probe, kReservedWordMark);

@@ -296,8 +296,7 @@ TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
   auto cs = [&](int n) { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); };
   EXPECT_EQ((std::tuple{cs(1), cs(2), cs(3)}), (std::tuple{20, 4, 4.3}));
   EXPECT_EQ(cs(4), 10);  // from the rolls before the seven-out
-  EXPECT_EQ(cs(5), 6);
-  EXPECT_EQ(g.AutoBet.FaultCount[kAnn], 1);
+  EXPECT_EQ((std::tuple{cs(5), g.AutoBet.FaultCount[kAnn]}), (std::tuple{6, 1}));
   ASSERT_EQ(g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].code, 301);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].line, 5);
@@ -330,8 +329,7 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
   EXPECT_EQ(TextOf(g, ann), "Nest egg");
   LoadReference(g, "csn99 player2");
   DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
-  EXPECT_EQ(TextOf(g, g.AutoBet.StatementBuffer[1]), "Bob's last");
-  EXPECT_EQ(g.AutoBet.RunError, 0);
+  EXPECT_EQ((std::tuple{TextOf(g, g.AutoBet.StatementBuffer[1]), g.AutoBet.RunError}), (std::tuple{"Bob's last", 0}));
 }
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {

@@ -129,8 +129,7 @@ TEST(PassDiceRotation, SevenOutsMoveTheDiceDownAndRound) {
   for (int hand = 0; hand < 4; ++hand) {
     const int before = t.g.Table.Shooter;
     t.SevenOut();
-    EXPECT_EQ(t.g.Table.LastHandShooter, before);
-    EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
+    EXPECT_EQ((std::tuple{t.g.Table.LastHandShooter, t.g.Table.HandShooter}), (std::tuple{before, t.g.Table.Shooter}));
     shooters.push_back(t.g.Table.Shooter);
   }
   EXPECT_THAT(shooters, ElementsAre(1, 8, 5, 1));
@@ -151,16 +150,14 @@ TEST(PassDiceRotation, SilentPassBetweenHandsAndWithinOne) {
   t.RollTotal(8);
   PassDice(t.g, kPassSilent);
   EXPECT_EQ(t.g.Table.Shooter, 8);  // 1 − 1 wraps to 8
-  EXPECT_EQ(t.g.Table.HandShooter, 1);
-  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_EQ((std::tuple{t.g.Table.HandShooter, t.Messages()}), (std::tuple{1, 0}));
 }
 
 TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
   ThreeAtTheTable t;
   t.RollTotal(9);
   PassDice(t.g, kPassAsked);
-  EXPECT_EQ(t.g.Table.Shooter, 1);
-  EXPECT_EQ(t.g.Table.HandShooter, 5);
+  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.HandShooter}), (std::tuple{1, 5}));
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
   EXPECT_EQ(t.LastMessage().Text,
@@ -171,8 +168,7 @@ TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
 
   // Bob's own hand ends: now the dice go on.
   t.SevenOut();
-  EXPECT_EQ(t.g.Table.Shooter, 8);
-  EXPECT_EQ(t.g.Table.LastHandShooter, 1);
+  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.LastHandShooter}), (std::tuple{8, 1}));
 }
 
 TEST(PassDiceRotation, PassingBackToTheHandsShooter) {

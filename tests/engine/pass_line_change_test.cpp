@@ -78,15 +78,13 @@ TEST(PassLineChangeBet, PutBetsOffRefusesAnyIncreaseWithThePointOn) {
   EXPECT_TRUE(t.LastMessage().Flags & msg::kClass1);  // a rule notice the user may hide
 
   // A player with no line bet can't start one either.
-  EXPECT_EQ(t.Bet(2, bet::PassLine, 10_usd), Money{});
-  EXPECT_EQ(t.Amount(2, bet::PassLine), Money{});
+  EXPECT_EQ((std::tuple{t.Bet(2, bet::PassLine, 10_usd), t.Amount(2, bet::PassLine)}), (std::tuple{Money{}, Money{}}));
   ASSERT_EQ(t.Messages(), 2);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
   EXPECT_EQ(t.LastMessage().Title, "Bob");
 
   // Nor may the contract come down.
-  EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), Money{});
-  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ((std::tuple{TakeDown(t.g, 1, bet::PassLine), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 10_usd}));
   ASSERT_EQ(t.Messages(), 3);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
 }
@@ -110,8 +108,7 @@ TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
   const int before = t.Messages();
   t.RollTotal(3);
   ASSERT_EQ(t.g.Table.Point, 6);
-  EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), Money{});
-  EXPECT_EQ(t.Amount(1, bet::PassLine), 15_usd);
+  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, -5_usd), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 15_usd}));
   ASSERT_EQ(t.Messages(), before + 1);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
   EXPECT_EQ(t.LastMessage().Title, "Ann");
@@ -158,8 +155,7 @@ TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
   t.Bet(1, bet::PassLine, 500_usd);
   t.RollTotal(8);
   t.g.Rules.MaxPlacardBet = 100_usd;
-  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
-  EXPECT_EQ(t.Amount(1, bet::PassLine), 500_usd);
+  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 5_usd), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 500_usd}));
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_THAT(t.LastMessage().Text,
               StartsWith("The maximum Pass Line bet is $100\n\nHowever, because it's a contract bet and was "
@@ -196,8 +192,7 @@ TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
       (std::tuple{c.placed, c.placed, c.fieldBet + c.placed, c.bankroll}));
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
-  EXPECT_EQ(t.LastMessage().HelpId, 130);
-  EXPECT_EQ(t.LastMessage().Title, "Ann");
+  EXPECT_EQ((std::tuple{t.LastMessage().HelpId, t.LastMessage().Title}), (std::tuple{130, "Ann"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -219,8 +214,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PassLineChangeBet, TheBankrollCutIsSilentWithLimitNoticesOff) {
   AnnAtTheLine t(23_usd);
   t.g.Rules.Notices &= ~kNoticeLimits;
-  EXPECT_EQ(t.Bet(1, bet::PassLine, 50_usd), 23_usd);
-  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 50_usd), t.Messages()}), (std::tuple{23_usd, 0}));
 }
 
 }  // namespace

@@ -40,8 +40,7 @@ TEST(PlayersRemove, AbandonedContractsLoseTheRestGoesBack) {
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(RemovePlayer(t.g, 1));
   EXPECT_EQ(t.g.Bankroll[1], Money{}) << "the seat's stores are cleared";
-  EXPECT_EQ(t.g.PlayerName[1], "");
-  EXPECT_EQ(t.g.Table.NumberOfPlayers, 1);
+  EXPECT_EQ((std::tuple{t.g.PlayerName[1], t.g.Table.NumberOfPlayers}), (std::tuple{"", 1}));
   EXPECT_EQ(t.g.Table.Shooter, 2) << "the shooter left: the dice pass";
   for (int b = 1; b <= kBets; ++b) EXPECT_EQ(t.Amount(1, b), Money{}) << BetName(b);
   EXPECT_EQ(t.g.OnTable[1], Money{});
@@ -174,8 +173,7 @@ TEST(PlayersAdd, NoOrCancelSeatsNobody) {
   EXPECT_FALSE(AskToAddPlayer(t.g, 3));
   t.ui.replies = {{kButtonYes, "", false}, {kButtonCancel, "", false}};
   EXPECT_FALSE(AskToAddPlayer(t.g, 3));
-  EXPECT_EQ(t.g.Table.NumberOfPlayers, 0);
-  EXPECT_EQ(t.g.PlayerName[3], "");
+  EXPECT_EQ((std::tuple{t.g.Table.NumberOfPlayers, t.g.PlayerName[3]}), (std::tuple{0, ""}));
 }
 
 }  // namespace

@@ -164,8 +164,7 @@ TEST(PointStateHand, ComeOutSevensArePassesWithinOneHand) {
       (Ints{st.RollCount[kHandScope][0], st.HandsShot[kSessionScope], st.MostPassesInHand[kSessionScope + kShooterSeat],
             st.HandDecisions[kHandScope][7][1], st.HandDecisions[kHandScope][11][1]}),
       (Ints{3, 1, 3, 2, 1}));
-  EXPECT_EQ(t.g.Bankroll[kShooterSeat], 1030_usd);
-  EXPECT_EQ(t.g.Bankroll[kDarkSeat], 970_usd);
+  EXPECT_EQ((std::tuple{t.g.Bankroll[kShooterSeat], t.g.Bankroll[kDarkSeat]}), (std::tuple{1030_usd, 970_usd}));
 
   // Point 5, made; point 9, seven-out: one hand of two passes after three naturals.
   for (int total : {5, 5, 9, 7}) t.RollTotal(total);

@@ -137,8 +137,7 @@ TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
   t.g.Rules.BetNeededToShoot = 0;
   SetBankroll(t.g, 1, 10000000_usd);
   t.Roll(1, 2);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
-  EXPECT_EQ(t.g.Table.PendingStopSeat, 1);
+  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.PendingStopSeat}), (std::tuple{1, 1}));
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "DiceHall");
   EXPECT_THAT(t.LastMessage().Text, StartsWith("Congratulations!\n\nAnn broke the max bankroll limit of $"));
@@ -159,14 +158,11 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
   t.Bet(2, bet::PassLine, 10_usd);
   t.g.BankrollGraphIndex = 1049;
   t.RollTotal(7);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 1050);
-  EXPECT_EQ(t.g.BankrollHistory[2][1050], 1010_usd);
+  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][1050]}), (std::tuple{1050, 1010_usd}));
   t.RollTotal(11);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 1);
-  EXPECT_EQ(t.g.BankrollHistory[2][1], 1020_usd);
+  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][1]}), (std::tuple{1, 1020_usd}));
   t.RollTotal(7);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 2);
-  EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
+  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][2]}), (std::tuple{2, 1030_usd}));
 }
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {

@@ -70,8 +70,7 @@ TEST_F(OnlineQt, ANewConnectionTakesTheLowestClosedSocket) {
   second->Connect("127.0.0.1", host.Port());
   loop.Turn(5000, [&] { return host.ConnectedClients() == 2; });
   ASSERT_EQ(host.ClientList.size(), 11u);
-  EXPECT_EQ(host.ClientList[9].Socket, 2);
-  EXPECT_EQ(host.ClientList[10].Socket, 3);
+  EXPECT_EQ((std::tuple{host.ClientList[9].Socket, host.ClientList[10].Socket}), (std::tuple{2, 3}));
   first->Close();
   loop.Turn(5000, [&] { return host.ConnectedClients() == 1; });
   auto third = net.NewSocket(c, 0);

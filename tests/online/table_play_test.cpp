@@ -234,8 +234,7 @@ TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   EXPECT_TRUE(std::filesystem::exists(folder / "restore.crp"));
   EXPECT_EQ(own.PlayerName[1], "Ann") << "the mirror holds the host's table";
   client.Leave();
-  EXPECT_EQ(own.PlayerName[5], "Zed");
-  EXPECT_EQ(own.Bankroll[5], 333_usd);
+  EXPECT_EQ((std::tuple{own.PlayerName[5], own.Bankroll[5]}), (std::tuple{"Zed", 333_usd}));
   EXPECT_FALSE(SeatOccupied(own, 1));
   EXPECT_EQ(own.GameFileName, (folder / "mine.crp").string()) << "a snapshot doesn't rename the game";
 

@@ -88,8 +88,7 @@ TEST(RuleSetTest, BetUnitsFollowTheSmallestCheck) {
   EXPECT_EQ(r.BetPayoff[34].BetUnit, Cents(150));  // Place 8, 7:6
   EXPECT_EQ(r.FieldPayoff[1].BetUnit, Cents(25));
   SetDefaultDenominations(r);
-  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 2_usd);
-  EXPECT_EQ(PayoffUnit(r), 1_usd);
+  EXPECT_EQ((std::tuple{r.BetPayoff[bet::Lay4].BetUnit, PayoffUnit(r)}), (std::tuple{2_usd, 1_usd}));
   r.AllowPennyPayoffs = true;
   EXPECT_EQ(PayoffUnit(r), Cents(1));
 }
@@ -373,8 +372,7 @@ TEST_P(RuleValidationMinimumTest, MinimumsAreWholeChecks) {
   r.MinPlacardPropBet = Cents(c.propMinCents);
   RuleCheck v = ValidateRules(r, false);
   EXPECT_FALSE(v.ok);
-  EXPECT_EQ(v.message, c.message);
-  EXPECT_EQ(v.control, c.control);
+  EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, c.control}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -425,8 +423,7 @@ TEST_P(RuleValidationRollRateTest, OnlyWhenEdited) {
   if (c.message == nullptr) {
     EXPECT_TRUE(v.ok) << v.message;
   } else {
-    EXPECT_EQ(v.message, c.message);
-    EXPECT_EQ(v.control, "txtRollsPerTime");
+    EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, "txtRollsPerTime"}));
   }
 }
 
@@ -511,8 +508,7 @@ TEST(RuleValidationTest, BetUnitsAreRecomputed) {
   r.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
   r.MinPlacardBet = r.MinPlacardPropBet = 5_usd;
   ASSERT_TRUE(ValidateRules(r, false).ok);
-  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 10_usd);
-  EXPECT_EQ(r.FirePayoff[0].BetUnit, 5_usd);
+  EXPECT_EQ((std::tuple{r.BetPayoff[bet::Lay4].BetUnit, r.FirePayoff[0].BetUnit}), (std::tuple{10_usd, 5_usd}));
 }
 
 struct HandCase {
@@ -554,8 +550,7 @@ TEST_P(RuleValidationHandTableTest, LossesAndWins) {
     EXPECT_TRUE(v.ok) << v.message;
     return;
   }
-  EXPECT_EQ(v.message, c.message);
-  EXPECT_EQ(v.control, "txtPayoffs");
+  EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, "txtPayoffs"}));
   if (!c.allLose) {
     EXPECT_EQ(v.index, PayoffCheckIndex(c.table, c.row));
   }

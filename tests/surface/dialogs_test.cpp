@@ -86,8 +86,7 @@ TEST(MessageBox, TheChosenButtonTheTypedTextAndTheHideTickComeBack) {
     box->findChild<QCheckBox*>("chkHide")->setChecked(true);
   });
   MessageReply reply = RunMessageBox(request, kEnglish, nullptr);
-  EXPECT_EQ(reply.Button, kButtonOk);
-  EXPECT_EQ(reply.Input, "2500");
+  EXPECT_EQ((std::tuple{reply.Button, reply.Input}), (std::tuple{kButtonOk, "2500"}));
   EXPECT_TRUE(reply.Hide);
   ClickWhenOpen("cmdButton3");
   EXPECT_EQ(RunMessageBox(request, kEnglish, nullptr).Button, kButtonCancel);
