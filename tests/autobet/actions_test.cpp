@@ -356,9 +356,7 @@ TEST(ActionMessages, ShowTheTextUnderTheBettorsTitleAndAskYesOrNo) {
   a.g.Rules.Notices |= kNoticeAutoBetHyper;
   ASSERT_EQ(a.Run({"show message \"fast\""}), 0);
   EXPECT_EQ(a.t.ui.LastText(), "fast");
-  MessageReply no;
-  no.Button = kButtonNo;
-  a.t.ui.replies.push_back(no);
+  a.t.ui.replies.push_back({kButtonNo, "", false});
   ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);
   EXPECT_EQ(a.g.AutoBet.Answer, 7);
   ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "autobet/actions.h"
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
 #include "engine/game_state.h"

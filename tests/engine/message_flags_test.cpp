@@ -8,12 +8,7 @@
 
 namespace {
 
-MessageReply Clicked(int button, bool hide = false) {
-  MessageReply r;
-  r.Button = button;
-  r.Hide = hide;
-  return r;
-}
+MessageReply Clicked(int button, bool hide = false) { return {button, "", hide}; }
 
 TEST(MessageFlags, HidingAClassClearsItsNoticeBitAndSilencesIt) {
   LineTable t;

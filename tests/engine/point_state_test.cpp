@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "engine/handling.h"
-#include "engine/roll_cycle.h"
 #include "tests/engine/line_table.h"
 
 namespace {

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "engine/handling.h"
-#include "engine/resolution.h"
 #include "tests/engine/line_table.h"
 
 namespace {

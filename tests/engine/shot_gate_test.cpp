@@ -9,7 +9,6 @@
 #include <string>
 
 #include "engine/handling.h"
-#include "engine/roll_cycle.h"
 #include "tests/engine/line_table.h"
 
 namespace {

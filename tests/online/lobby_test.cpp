@@ -9,12 +9,7 @@
 
 namespace {
 
-LobbySettings QuickLobby() {
-  LobbySettings ls;
-  ls.Port = 0;
-  ls.StaleMs = 3000;
-  return ls;
-}
+LobbySettings QuickLobby() { return LobbySettings{.Port = 0, .StaleMs = 3000}; }
 
 struct LobbyRun {
   OnlineTable& t;

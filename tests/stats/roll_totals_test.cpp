@@ -108,13 +108,9 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
       {0, kSessionScope, false, true, 11, -1, 9, nullptr},      // a zero cell drops out of df
   };
   for (const Case& c : cases) {
-    RollTotalsRequest r;
-    r.Display = c.display;
-    r.ScopeBase = c.scope;
-    r.PlayerList = c.players;
+    RollTotalsRequest r{
+        .Display = c.display, .ScopeBase = c.scope, .PlayerList = c.players, .Skewed = c.skewed, .Plane = &plane};
     r.Selected[3] = true;
-    r.Skewed = c.skewed;
-    r.Plane = &plane;
     const RollTotalsView v = ComputeRollTotals(*s, r);
     ASSERT_EQ(v.Items.size(), c.items);
     if (c.sum >= 0) {

@@ -14,12 +14,10 @@
 #include "autobet/script_files.h"
 #include "automation/auto_roll.h"
 #include "dice/roll_files.h"
-#include "dice/seeding.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/fixed_record.h"
-#include "storage/hot_keys.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 

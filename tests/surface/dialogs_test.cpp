@@ -105,9 +105,7 @@ TEST(MessageBox, TheWindowIsSizedFromItsText) {
 
 TEST(MessageBox, AHiddenNoticeClassDoesNotComeAgain) {
   DesktopTable t;
-  MessageReply hide;
-  hide.Hide = true;
-  t.replies = {hide};
+  t.replies = {{kButtonOk, "", true}};
   Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
   Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
   EXPECT_EQ(t.ui.shown.size(), 1u);
@@ -232,9 +230,7 @@ TEST(HyperDrive, TheSliderChoosesItAndTheSameButtonStopsIt) {
     EXPECT_EQ(button->text(), "Stop &Hyper-Drive");
     QTest::mouseClick(button, Qt::LeftButton);
   });
-  MessageReply yes;
-  yes.Button = kButtonYes;
-  t.replies = {yes};
+  t.replies = {{kButtonYes, "", false}};
   QTest::mouseClick(button, Qt::LeftButton);
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   EXPECT_FALSE(t.g.SilentMode);

@@ -6,7 +6,6 @@
 #include <QTest>
 #include <filesystem>
 
-#include "engine/placement.h"
 #include "surface/start_up_bridge.h"
 #include "tests/surface/desktop_table.h"
 

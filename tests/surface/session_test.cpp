@@ -12,7 +12,6 @@
 #include "app/sim/sim.h"
 #include "app/sim/sim_report.h"
 #include "dice/seeding.h"
-#include "engine/placement.h"
 #include "tests/surface/desktop_table.h"
 
 namespace {
