@@ -61,9 +61,8 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   std::map<std::string, std::string> logs1;
   for (const char* threads : {"1", "2", "4"}) {
     const fs::path data = dir.path / (std::string("t") + threads);
-    const SimRun r = Sim(With(run, {"--threads", threads, "--json", "--csv", (data / "rows.csv").string()}),
-                         (data / "data").string());
-    ASSERT_EQ(r.code, 0) << r.err;
+    const SimRun r = SimOk(With(run, {"--threads", threads, "--json", "--csv", (data / "rows.csv").string()}),
+                           (data / "data").string());
     const auto logs = Files(data / "data");
     if (json1.empty()) {
       json1 = r.out;
@@ -79,18 +78,15 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   // One CSV row per session per player, after the header.
   EXPECT_EQ(std::count(text1.begin(), text1.end(), '\n'), 1 + 90 * 3);
 
-  const SimRun whole = Sim(With(run, {"--threads", "2"}), (dir.path / "whole").string());
-  ASSERT_EQ(whole.code, 0) << whole.err;
+  const SimRun whole = SimOk(With(run, {"--threads", "2"}), (dir.path / "whole").string());
   std::vector<std::string> merge{"merge"};
   for (const char* shard : {"3/3", "1/3", "2/3"}) {
     const std::string part = (dir.path / (std::string("part") + shard[0])).string();
-    const SimRun r = Sim(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
-    ASSERT_EQ(r.code, 0) << r.err;
+    const SimRun r = SimOk(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
     merge.push_back(part);
   }
   EXPECT_FALSE(fs::exists(dir.path / "shards" / "Ann.slg")) << "a shard writes its partial file only";
-  const SimRun merged = Sim(merge, (dir.path / "merged").string());
-  ASSERT_EQ(merged.code, 0) << merged.err;
+  const SimRun merged = SimOk(merge, (dir.path / "merged").string());
   EXPECT_EQ((std::tuple{merged.out, Files(dir.path / "merged"), Files(dir.path / "whole")}),
             (std::tuple{whole.out, Files(dir.path / "whole"), logs1}));
   const SimRun mergedJson = Sim(With(merge, {"--json"}), (dir.path / "merged-json").string());
@@ -103,8 +99,7 @@ TEST(SimResearch, ARunWithoutASeedSaysItsSeed) {
   TempDir dir;
   const std::vector<std::string> run{"--sessions", "5",     "--session-rolls", "100",   "--player",
                                      "Ann",        "--bet", "Pass Line=5",     "--json"};
-  const SimRun first = Sim(run, (dir.path / "a").string());
-  ASSERT_EQ(first.code, 0) << first.err;
+  const SimRun first = SimOk(run, (dir.path / "a").string());
   const std::string seed = std::to_string(json::parse(first.out)["seed"].get<uint32_t>());
   EXPECT_EQ(Sim(With(run, {"--seed", seed}), (dir.path / "b").string()).out, first.out);
 }
@@ -123,8 +118,7 @@ TEST(SimResearch, SessionsFromASavedGame) {
             0);
   const std::vector<std::string> run{"--game", game,    "--sessions",     "20",    "--session-rolls", "200", "--seed",
                                      "3",      "--bet", "Ann:Place 8=12", "--json"};
-  const SimRun one = Sim(With(run, {"--threads", "1"}), (dir.path / "one").string());
-  ASSERT_EQ(one.code, 0) << one.err;
+  const SimRun one = SimOk(With(run, {"--threads", "1"}), (dir.path / "one").string());
   EXPECT_EQ(Sim(With(run, {"--threads", "2"}), (dir.path / "two").string()).out, one.out);
   EXPECT_EQ(Files(dir.path / "one"), Files(dir.path / "two"));
   const json report = json::parse(one.out);
@@ -140,10 +134,9 @@ TEST(SimResearch, SessionsFromASavedGame) {
 
 TEST(SimResearch, PassLineFlatBetsLoseTheExactEdge) {
   TempDir dir;
-  const SimRun r = Sim({"--sessions", "2000", "--session-rolls", "500", "--seed", "77", "--player", "Ann:100000",
-                        "--bet", "Pass Line=10", "--json"},
-                       dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  const SimRun r = SimOk({"--sessions", "2000", "--session-rolls", "500", "--seed", "77", "--player", "Ann:100000",
+                          "--bet", "Pass Line=10", "--json"},
+                         dir.path.string());
   const json ann = json::parse(r.out)["players"][0];
   const json& line = ann["bets"][0];
   ASSERT_EQ(line["bet"], "Pass Line");
@@ -174,16 +167,14 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   const std::vector<std::string> options{"--sessions", "400",      "--session-rolls", "250",       "--seed",
                                          "31",         "--player", "Ann:100000",      "--threads", "2"};
 
-  SimRun same = Sim(With({"compare", ten, ten}, options), dir.path.string());
-  ASSERT_EQ(same.code, 0) << same.err;
+  SimRun same = SimOk(With({"compare", ten, ten}, options), dir.path.string());
   EXPECT_NE(same.out.find("No difference: A and B ended every session alike."), std::string::npos) << same.out;
   same = Sim(With({"compare", ten, ten, "--json"}, options), dir.path.string());
   const json d = json::parse(same.out)["difference"];
   EXPECT_EQ((std::tuple{d["verdict"], d["mean"], d["sd"]}), (std::tuple{"no difference", 0.0, 0.0}));
 
   const std::string rows = (dir.path / "pairs.csv").string();
-  const SimRun doubled = Sim(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
-  ASSERT_EQ(doubled.code, 0) << doubled.err;
+  const SimRun doubled = SimOk(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
   const json report = json::parse(doubled.out);
   const json& diff = report["difference"];
   // On the same dice every session of B is A's at twice the stakes.
@@ -292,10 +283,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SimResearch, ASessionsTableWritesNoFile) {
   TempDir dir;
   WriteText(dir.path / "writer.bet", "Open/append file for output \"notes.txt\"\nOutput to file \"roll\"\n");
-  const SimRun r = Sim({"--sessions", "3", "--session-rolls", "10", "--seed", "4", "--player",
-                        "Ann:100:" + (dir.path / "writer.bet").string(), "--json"},
-                       (dir.path / "data").string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  const SimRun r = SimOk({"--sessions", "3", "--session-rolls", "10", "--seed", "4", "--player",
+                          "Ann:100:" + (dir.path / "writer.bet").string(), "--json"},
+                         (dir.path / "data").string());
   const json script = json::parse(r.out)["players"][0]["script"];
   ASSERT_FALSE(script["first_faults"].empty());
   EXPECT_EQ(script["first_faults"][0]["code"], 1013);
