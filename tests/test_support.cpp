@@ -78,6 +78,12 @@ SimRun Sim(std::vector<std::string> args, const std::string& dataDir) {
   return {code, out.str(), err.str()};
 }
 
+SimRun SimOk(std::vector<std::string> args, const std::string& dataDir) {
+  SimRun r = Sim(std::move(args), dataDir);
+  EXPECT_EQ(r.code, 0) << r.err;
+  return r;
+}
+
 std::string FileText(const std::filesystem::path& path) {
   std::ifstream f(path, std::ios::binary);
   std::ostringstream s;

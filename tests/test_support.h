@@ -48,6 +48,8 @@ struct SimRun {
   std::string out, err;
 };
 SimRun Sim(std::vector<std::string> args, const std::string& dataDir = "");
+// Sim for a run that must succeed: a failing run fails the test with its error text.
+SimRun SimOk(std::vector<std::string> args, const std::string& dataDir = "");
 // A file's bytes ("" when it can't be read).
 std::string FileText(const std::filesystem::path& path);
 // Writes the bytes as the whole file.

@@ -86,10 +86,9 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
     if (c.die1 + c.die2 == 7) expected += (std::min(cumulative, 100000.0) - before) / 100000.0;
   }
   const int rolls = 1000000;
-  SimRun r = Sim({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(),
-                  "--player", "Ann", "--record", (dir.path / "r.rol").string()},
-                 dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  SimRun r = SimOk({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(),
+                    "--player", "Ann", "--record", (dir.path / "r.rol").string()},
+                   dir.path.string());
   int sevens = 0;
   for (char b : FileText(dir.path / "r.rol"))
     sevens += ((b >> 2) & 7) + ((static_cast<unsigned char>(b) >> 5) & 7) == 7;
@@ -117,8 +116,7 @@ TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
                                       "--bet",           "Ann:Pass Line=10",
                                       "--bet",           "Bob:Field=5",
                                       "--json"};
-  SimRun r = Sim(args, dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  SimRun r = SimOk(args, dir.path.string());
   const json report = json::parse(r.out);
   EXPECT_EQ(report["sessions"]["played"], 20);
   EXPECT_GE(report["rolls"].get<int64_t>(), 20000);
@@ -148,10 +146,9 @@ TEST(SimSessions, RollsCountTheWholeRunWhateverSessionsAScriptStarts) {
             "If not initializing script and not beginning new session Then Add 1 to cs1\nEndIf\n"
             "If cs1 = 100 Then\n  cs1 = 0\n  Start new session\nEndIf\n"
             "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
-  SimRun r = Sim(
+  SimRun r = SimOk(
       {"--rolls", "100000", "--seed", "3", "--player", "Ann:100000:" + (dir.path / "every100.bet").string(), "--json"},
       dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
   EXPECT_EQ(json::parse(r.out)["rolls"], 100000);
   const std::vector<SessionRecord> records = Sessions(dir.path / "Ann.slg");
   ASSERT_EQ(records.size(), 1000u);
@@ -197,9 +194,9 @@ TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
   SimRun dump = Sim({"--dump-rules"}, dir.path.string());
   ASSERT_EQ(dump.code, 0);
   const json rules = json::parse(dump.out);
-  EXPECT_EQ(rules["OddsAllowed68"], 5);
-  EXPECT_EQ(rules["BetPayoff"]["Place 6"]["PayoffPay"], 7);
-  EXPECT_EQ(rules["FieldPayoff"]["21"]["PayoffPay"], 2);
+  EXPECT_EQ((std::tuple{rules["OddsAllowed68"], rules["BetPayoff"]["Place 6"]["PayoffPay"],
+                        rules["FieldPayoff"]["21"]["PayoffPay"]}),
+            (std::tuple{5, 7, 2}));
   WriteText(dir.path / "r.json", dump.out);
   const std::vector<std::string> play{"--rolls", "3000",         "--seed", "5",          "--player", "Ann",
                                       "--bet",   "Pass Line=10", "--bet",  "Place 6=12", "--json"};
@@ -231,10 +228,9 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
   for (const auto& d : dice) bytes += static_cast<char>(d[1] * 32 + d[0] * 4);
   WriteText(dir.path / "seven.rol", bytes);
   const std::string rol = (dir.path / "seven.rol").string();
-  SimRun r = Sim({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
-                  "Ann:Pass Line=10", "--playback", rol, "--events-log"},
-                 dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  SimRun r = SimOk({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
+                    "Ann:Pass Line=10", "--playback", rol, "--events-log"},
+                   dir.path.string());
   const std::vector<std::string> golden = {
       " New session started DATE @ TIME",
       "    Players:",
@@ -299,9 +295,8 @@ TEST(SimScripts, WriteNothingOutsideTheDataFolder) {
                 "Open/append file for output \"link/z.txt\"\nOutput to file \"three\"\n"
                 "Open/append file for output \"ok.txt\"\nOutput to file \"inside\"\n");
   SimRun r =
-      Sim({"--rolls", "20", "--seed", "2", "--player", "Ann:100:" + (dir.path / "escape.bet").string(), "--json"},
-          data.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+      SimOk({"--rolls", "20", "--seed", "2", "--player", "Ann:100:" + (dir.path / "escape.bet").string(), "--json"},
+            data.string());
   EXPECT_TRUE(fs::is_empty(outside));
   EXPECT_FALSE(fs::exists(dir.path / "x.txt"));
   EXPECT_NE(FileText(data / "ok.txt").find("inside"), std::string::npos);
@@ -328,9 +323,8 @@ TEST(SimScripts, AnEndlessCycleStopsTheRunWithItsLine) {
 // ---- The dice go on while somebody can shoot. -----------------------------------------
 
 TEST(SimShooters, APlayerWhoCannotBetTheLinePassesTheDice) {
-  SimRun r = Sim({"--player", "Ann:15", "--player", "Bob:100000", "--bet", "Ann:Pass Line=10", "--bet",
-                  "Bob:Pass Line=10", "--rolls", "100000", "--seed", "5", "--json"});
-  ASSERT_EQ(r.code, 0) << r.err;
+  SimRun r = SimOk({"--player", "Ann:15", "--player", "Bob:100000", "--bet", "Ann:Pass Line=10", "--bet",
+                    "Bob:Pass Line=10", "--rolls", "100000", "--seed", "5", "--json"});
   const json report = json::parse(r.out);
   EXPECT_EQ(report["rolls"], 100000);
   EXPECT_FALSE(report.contains("stopped"));

@@ -61,9 +61,8 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   std::map<std::string, std::string> logs1;
   for (const char* threads : {"1", "2", "4"}) {
     const fs::path data = dir.path / (std::string("t") + threads);
-    const SimRun r = Sim(With(run, {"--threads", threads, "--json", "--csv", (data / "rows.csv").string()}),
-                         (data / "data").string());
-    ASSERT_EQ(r.code, 0) << r.err;
+    const SimRun r = SimOk(With(run, {"--threads", threads, "--json", "--csv", (data / "rows.csv").string()}),
+                           (data / "data").string());
     const auto logs = Files(data / "data");
     if (json1.empty()) {
       json1 = r.out;
@@ -79,21 +78,17 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   // One CSV row per session per player, after the header.
   EXPECT_EQ(std::count(text1.begin(), text1.end(), '\n'), 1 + 90 * 3);
 
-  const SimRun whole = Sim(With(run, {"--threads", "2"}), (dir.path / "whole").string());
-  ASSERT_EQ(whole.code, 0) << whole.err;
+  const SimRun whole = SimOk(With(run, {"--threads", "2"}), (dir.path / "whole").string());
   std::vector<std::string> merge{"merge"};
   for (const char* shard : {"3/3", "1/3", "2/3"}) {
     const std::string part = (dir.path / (std::string("part") + shard[0])).string();
-    const SimRun r = Sim(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
-    ASSERT_EQ(r.code, 0) << r.err;
+    const SimRun r = SimOk(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
     merge.push_back(part);
   }
   EXPECT_FALSE(fs::exists(dir.path / "shards" / "Ann.slg")) << "a shard writes its partial file only";
-  const SimRun merged = Sim(merge, (dir.path / "merged").string());
-  ASSERT_EQ(merged.code, 0) << merged.err;
-  EXPECT_EQ(merged.out, whole.out);
-  EXPECT_EQ(Files(dir.path / "merged"), Files(dir.path / "whole"));
-  EXPECT_EQ(Files(dir.path / "whole"), logs1);
+  const SimRun merged = SimOk(merge, (dir.path / "merged").string());
+  EXPECT_EQ((std::tuple{merged.out, Files(dir.path / "merged"), Files(dir.path / "whole")}),
+            (std::tuple{whole.out, Files(dir.path / "whole"), logs1}));
   const SimRun mergedJson = Sim(With(merge, {"--json"}), (dir.path / "merged-json").string());
   EXPECT_EQ(mergedJson.out, json1);
 }
@@ -104,8 +99,7 @@ TEST(SimResearch, ARunWithoutASeedSaysItsSeed) {
   TempDir dir;
   const std::vector<std::string> run{"--sessions", "5",     "--session-rolls", "100",   "--player",
                                      "Ann",        "--bet", "Pass Line=5",     "--json"};
-  const SimRun first = Sim(run, (dir.path / "a").string());
-  ASSERT_EQ(first.code, 0) << first.err;
+  const SimRun first = SimOk(run, (dir.path / "a").string());
   const std::string seed = std::to_string(json::parse(first.out)["seed"].get<uint32_t>());
   EXPECT_EQ(Sim(With(run, {"--seed", seed}), (dir.path / "b").string()).out, first.out);
 }
@@ -124,8 +118,7 @@ TEST(SimResearch, SessionsFromASavedGame) {
             0);
   const std::vector<std::string> run{"--game", game,    "--sessions",     "20",    "--session-rolls", "200", "--seed",
                                      "3",      "--bet", "Ann:Place 8=12", "--json"};
-  const SimRun one = Sim(With(run, {"--threads", "1"}), (dir.path / "one").string());
-  ASSERT_EQ(one.code, 0) << one.err;
+  const SimRun one = SimOk(With(run, {"--threads", "1"}), (dir.path / "one").string());
   EXPECT_EQ(Sim(With(run, {"--threads", "2"}), (dir.path / "two").string()).out, one.out);
   EXPECT_EQ(Files(dir.path / "one"), Files(dir.path / "two"));
   const json report = json::parse(one.out);
@@ -141,10 +134,9 @@ TEST(SimResearch, SessionsFromASavedGame) {
 
 TEST(SimResearch, PassLineFlatBetsLoseTheExactEdge) {
   TempDir dir;
-  const SimRun r = Sim({"--sessions", "2000", "--session-rolls", "500", "--seed", "77", "--player", "Ann:100000",
-                        "--bet", "Pass Line=10", "--json"},
-                       dir.path.string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  const SimRun r = SimOk({"--sessions", "2000", "--session-rolls", "500", "--seed", "77", "--player", "Ann:100000",
+                          "--bet", "Pass Line=10", "--json"},
+                         dir.path.string());
   const json ann = json::parse(r.out)["players"][0];
   const json& line = ann["bets"][0];
   ASSERT_EQ(line["bet"], "Pass Line");
@@ -175,18 +167,14 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   const std::vector<std::string> options{"--sessions", "400",      "--session-rolls", "250",       "--seed",
                                          "31",         "--player", "Ann:100000",      "--threads", "2"};
 
-  SimRun same = Sim(With({"compare", ten, ten}, options), dir.path.string());
-  ASSERT_EQ(same.code, 0) << same.err;
+  SimRun same = SimOk(With({"compare", ten, ten}, options), dir.path.string());
   EXPECT_NE(same.out.find("No difference: A and B ended every session alike."), std::string::npos) << same.out;
   same = Sim(With({"compare", ten, ten, "--json"}, options), dir.path.string());
   const json d = json::parse(same.out)["difference"];
-  EXPECT_EQ(d["verdict"], "no difference");
-  EXPECT_EQ(d["mean"], 0.0);
-  EXPECT_EQ(d["sd"], 0.0);
+  EXPECT_EQ((std::tuple{d["verdict"], d["mean"], d["sd"]}), (std::tuple{"no difference", 0.0, 0.0}));
 
   const std::string rows = (dir.path / "pairs.csv").string();
-  const SimRun doubled = Sim(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
-  ASSERT_EQ(doubled.code, 0) << doubled.err;
+  const SimRun doubled = SimOk(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
   const json report = json::parse(doubled.out);
   const json& diff = report["difference"];
   // On the same dice every session of B is A's at twice the stakes.
@@ -256,9 +244,8 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const SessionResult s = PlaySession(*g, r, 1, 1);
   ASSERT_EQ(s.players.size(), 1u);
   const PlayerSession& ann = s.players[0];
-  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(c.end)));
-  EXPECT_EQ(ann.rolls, c.rolls);
-  EXPECT_EQ(ann.result, Money::FromDouble(c.result));
+  EXPECT_EQ((std::tuple{SessionEndName(ann.end), ann.rolls, ann.result}),
+            (std::tuple{std::string(SessionEndName(c.end)), c.rolls, Money::FromDouble(c.result)}));
   ASSERT_EQ(ann.records.size(), 1u) << "the player's session reaches the log as the player leaves";
   EXPECT_EQ(ann.records[0][slg::Ending] - ann.records[0][slg::Invested], ann.result);
   EXPECT_FALSE(SeatOccupied(*g, 1));
@@ -268,46 +255,26 @@ INSTANTIATE_TEST_SUITE_P(
     FixedDice, SimWalksAway,
     testing::Values(
         // Craps twice: $20 down on the come-out, nothing at risk.
-        WalkCase{"StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20},
+        WalkCase("StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20),
         // A natural and an eleven.
-        WalkCase{"StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20},
+        WalkCase("StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20),
         // The Field loses twice ($20) while the Pass Line waits on its 5: the player bets
         // no more and leaves when the 5 comes.
-        WalkCase{"StopLossWaitsForTheLine",
-                 "Ann:100",
-                 {"--bet", "Field=10", "--stop-loss", "20"},
-                 {32, 42, 44, 41, 61},
-                 SessionEnd::StopLoss,
-                 4,
-                 -10},
+        WalkCase("StopLossWaitsForTheLine", "Ann:100", {"--bet", "Field=10", "--stop-loss", "20"}, {32, 42, 44, 41, 61},
+                 SessionEnd::StopLoss, 4, -10),
         // The Place 6 wins $14 with the point on 4: it comes down, the line is decided later.
-        WalkCase{"StopWinTakesDownThePlaceBet",
-                 "Ann:100",
-                 {"--bet", "Place 6=12", "--stop-win", "10"},
-                 {22, 33, 41, 31, 61},
-                 SessionEnd::StopWin,
-                 4,
-                 24},
+        WalkCase("StopWinTakesDownThePlaceBet", "Ann:100", {"--bet", "Place 6=12", "--stop-win", "10"},
+                 {22, 33, 41, 31, 61}, SessionEnd::StopWin, 4, 24),
         // The session's length with a point on: one roll more, to the seven-out.
-        WalkCase{"Rolls",
-                 "Ann:100",
-                 {"--threads", "1", "--session-rolls", "2"},
-                 {22, 54, 43, 61},
-                 SessionEnd::Rolls,
-                 3,
-                 -10},
+        WalkCase("Rolls", "Ann:100", {"--threads", "1", "--session-rolls", "2"}, {22, 54, 43, 61}, SessionEnd::Rolls, 3,
+                 -10),
         // 0.025 hours at 120 rolls an hour: three rolls.
-        WalkCase{"Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30},
+        WalkCase("Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30),
         // Nothing left for a line bet after craps.
-        WalkCase{"Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10},
+        WalkCase("Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10),
         // The roll file ends with the point on: the table stops and the line bet is lost.
-        WalkCase{"TableStopped",
-                 "Ann:100",
-                 {"--threads", "1", "--session-rolls", "100"},
-                 {52, 22},
-                 SessionEnd::TableStopped,
-                 2,
-                 0}));
+        WalkCase("TableStopped", "Ann:100", {"--threads", "1", "--session-rolls", "100"}, {52, 22},
+                 SessionEnd::TableStopped, 2, 0)));
 
 // ---- Nothing shared by accident. -------------------------------------------------------
 
@@ -316,10 +283,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SimResearch, ASessionsTableWritesNoFile) {
   TempDir dir;
   WriteText(dir.path / "writer.bet", "Open/append file for output \"notes.txt\"\nOutput to file \"roll\"\n");
-  const SimRun r = Sim({"--sessions", "3", "--session-rolls", "10", "--seed", "4", "--player",
-                        "Ann:100:" + (dir.path / "writer.bet").string(), "--json"},
-                       (dir.path / "data").string());
-  ASSERT_EQ(r.code, 0) << r.err;
+  const SimRun r = SimOk({"--sessions", "3", "--session-rolls", "10", "--seed", "4", "--player",
+                          "Ann:100:" + (dir.path / "writer.bet").string(), "--json"},
+                         (dir.path / "data").string());
   const json script = json::parse(r.out)["players"][0]["script"];
   ASSERT_FALSE(script["first_faults"].empty());
   EXPECT_EQ(script["first_faults"][0]["code"], 1013);

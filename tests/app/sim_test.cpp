@@ -169,10 +169,8 @@ TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
   ASSERT_EQ(ParseSimOptions(5, argv, o, out, err), -1) << err.str();
   ASSERT_EQ(o.handling.size(), 1u);
   const SimHandling& h = o.handling[0];
-  EXPECT_EQ(h.action, c.action);
-  EXPECT_EQ(h.op, c.op);
-  EXPECT_EQ(h.units, c.units);
-  EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
+  EXPECT_EQ((std::tuple{h.action, h.op, h.units, h.operand}),
+            (std::tuple{c.action, c.op, c.units, Money::FromDouble(c.operand)}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,
@@ -238,8 +236,7 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
                          "cs2 = cs2 + 1\n";
   const std::string faulty = (dir.path / "faulty.bet").string();
   std::ofstream(faulty) << "cs1 = 5\ncs3 = cs1 / cs2\n";
-  SimRun r = Sim({"--rolls", "500", "--seed", "11", "--player", "Ann:5000:" + line, "--player", "Bob:100:" + faulty});
-  ASSERT_EQ(r.code, 0) << r.err;
+  SimRun r = SimOk({"--rolls", "500", "--seed", "11", "--player", "Ann:5000:" + line, "--player", "Bob:100:" + faulty});
   EXPECT_EQ(Field(r.out, "Rolls"), 500);
   EXPECT_TRUE(std::regex_search(
       r.out,
@@ -251,8 +248,7 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
             std::string::npos)
       << r.out;
 
-  r = Sim({"--rolls", "50", "--seed", "11", "--json", "--player", "Bob:100:" + faulty});
-  ASSERT_EQ(r.code, 0) << r.err;
+  r = SimOk({"--rolls", "50", "--seed", "11", "--json", "--player", "Bob:100:" + faulty});
   EXPECT_NE(r.out.find("\"faults\": 51"), std::string::npos) << r.out;
   EXPECT_NE(r.out.find("\"text\": \"Division by zero.\""), std::string::npos) << r.out;
 }
@@ -262,14 +258,11 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
 TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
   std::vector<std::string> args{"--rolls",    "200000", "--seed",       "7",     "--player",
                                 "Ann:100000", "--bet",  "Pass Line=10", "--bet", "Hard 8=5"};
-  const SimRun text = Sim(args);
-  ASSERT_EQ(text.code, 0) << text.err;
+  const SimRun text = SimOk(args);
   args.push_back("--json");
-  const SimRun json = Sim(args);
-  ASSERT_EQ(json.code, 0) << json.err;
+  const SimRun json = SimOk(args);
   const nlohmann::json r = nlohmann::json::parse(json.out);
-  EXPECT_EQ(Field(text.out, "Rolls"), 200000);
-  EXPECT_EQ(r["rolls"], 200000);
+  EXPECT_EQ((std::tuple{Field(text.out, "Rolls"), r["rolls"]}), (std::tuple{200000, 200000}));
   const long long passes = Field(text.out, "Passes"), misses = Field(text.out, "Misses");
   EXPECT_EQ(r["passes"].get<long long>(), passes);
   EXPECT_EQ(r["misses"].get<long long>(), misses);
@@ -277,8 +270,7 @@ TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
   EXPECT_GT(r["dice"]["p"].get<double>(), 0.0001) << "fair dice";
   ASSERT_EQ(r["players"].size(), 1u);
   const auto& ann = r["players"][0];
-  EXPECT_EQ(ann["name"], "Ann");
-  EXPECT_EQ(ann["seat"], "4L");
+  EXPECT_EQ((std::tuple{ann["name"], ann["seat"]}), (std::tuple{"Ann", "4L"}));
   ASSERT_EQ(ann["bets"].size(), 2u);
   double net = 0;
   for (const auto& b : ann["bets"]) net += b["net"].get<double>();
@@ -323,8 +315,7 @@ TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   TempDir dir;
   const std::filesystem::path data = dir.path / "data";
   SimRun r =
-      Sim({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
-  ASSERT_EQ(r.code, 0) << r.err;
+      SimOk({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
   // One byte a roll, in the folder made for it, and nothing else beside it.
   EXPECT_EQ(std::filesystem::file_size(data / "current roll history.rol"), 1234u);
   int files = 0;

@@ -117,9 +117,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
   ActionTable a;
   ASSERT_EQ(a.Run({"csn1 = \"a\"", "csn2 = \"b\"", "csn3 = \"a\"", "clear = \"a\", csn1, csn2", "swap csn2, csn3"}), 0);
-  EXPECT_EQ(a.g.CheckStackName[kAnn][1], "");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][2], "a");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][3], "b");
+  EXPECT_EQ((std::tuple{a.g.CheckStackName[kAnn][1], a.g.CheckStackName[kAnn][2], a.g.CheckStackName[kAnn][3]}),
+            (std::tuple{"", "a", "b"}));
 }
 
 // ---- Bets through the placement gate, and their working switches.
@@ -231,9 +230,7 @@ TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
   ActionTable a;
   ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet x 150%\""}), 0);
   const SettleRule& win = a.g.SettleRules[kAnn][kRuleModifyWin];
-  EXPECT_EQ(win.Operator, 2);
-  EXPECT_EQ(win.Operand, 150_usd);
-  EXPECT_EQ(win.Units, 1);
+  EXPECT_EQ((std::tuple{win.Operator, win.Operand, win.Units}), (std::tuple{2, 150_usd, 1}));
   ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet / 0\""}), 0);
   EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operator, 3);
   EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operand, Money{});
@@ -353,17 +350,13 @@ TEST(ActionMessages, ShowTheTextUnderTheBettorsTitleAndAskYesOrNo) {
   ASSERT_EQ(a.Run({"show message \"Pressing now\""}), 0);
   ASSERT_FALSE(a.t.ui.transcript.empty());
   const MessageRequest& shown = a.t.ui.transcript.back().request;
-  EXPECT_EQ(shown.Text, "Pressing now");
-  EXPECT_EQ(shown.Title, "Auto-Bet (Ann)");
-  EXPECT_EQ(shown.Width, 550);
+  EXPECT_EQ((std::tuple{shown.Text, shown.Title, shown.Width}), (std::tuple{"Pressing now", "Auto-Bet (Ann)", 550}));
   // Hyper-Drive shows script messages only with their own option on.
   a.g.Auto.HyperDrive = a.g.SilentMode = true;
   a.g.Rules.Notices |= kNoticeAutoBetHyper;
   ASSERT_EQ(a.Run({"show message \"fast\""}), 0);
   EXPECT_EQ(a.t.ui.LastText(), "fast");
-  MessageReply no;
-  no.Button = kButtonNo;
-  a.t.ui.replies.push_back(no);
+  a.t.ui.replies.push_back({kButtonNo, "", false});
   ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);
   EXPECT_EQ(a.g.AutoBet.Answer, 7);
   ASSERT_EQ(a.Run({"yes/no question \"Again?\""}), 0);
@@ -401,11 +394,9 @@ TEST(ActionFiles, PlaybackStartsAtTheRollAskedFor) {
   a.g.Rules.BetNeededToShoot = 0;
   a.g.ScriptActive[kAnn] = false;
   RollDice(a.g);
-  EXPECT_EQ(a.g.Table.Die1, 5);
-  EXPECT_EQ(a.g.Table.Die2, 2);
+  EXPECT_EQ((std::tuple{a.g.Table.Die1, a.g.Table.Die2}), (std::tuple{5, 2}));
   ASSERT_EQ(a.Run({"dice roll file next roll = 1", "deactivate dice roll file"}), 0);
-  EXPECT_EQ(a.g.Rolls.NextRollPosition, 1);
-  EXPECT_EQ(a.g.Rolls.RecorderState, 0);
+  EXPECT_EQ((std::tuple{a.g.Rolls.NextRollPosition, a.g.Rolls.RecorderState}), (std::tuple{1, 0}));
 }
 
 TEST(ActionFiles, ProbabilityFilesSwitchPercentageDice) {

@@ -31,11 +31,9 @@ std::string Links(const std::vector<TokenRecord>& records) {
         {14, "GOTO"}, {15, "GOSUB"}, {16, "DO"},   {17, "LOOP"},   {18, "EXITDO"}, {kCodeLabel, "LABEL"}};
     if (!out.empty()) out += ' ';
     out += names.count(r.code) ? names.at(r.code) : std::to_string(r.code);
-    if (r.code == kCodeGoto || r.code == kCodeGosub) {
+    if (r.code == kCodeGoto || r.code == kCodeGosub)
       out += ">" + (i + 1 < records.size() ? position(records[i + 1].value) : std::string("none"));
-    } else if (r.code != kCodeLabel && r.value != 0) {
-      out += ">" + position(r.value);
-    }
+    else if (r.code != kCodeLabel && r.value != 0) out += ">" + position(r.value);
   }
   return out;
 }
@@ -156,8 +154,7 @@ TEST(CompileLogicRecords, JoinedSeatsKeepTheirOwnTargets) {
 // ---- Auto-indent of the editor's lines ----
 
 struct IndentCase {
-  std::vector<std::string> lines;
-  std::vector<std::string> indented;
+  std::vector<std::string> lines, indented;
   std::vector<int> depths;
 };
 

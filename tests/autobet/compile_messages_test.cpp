@@ -70,16 +70,12 @@ INSTANTIATE_TEST_SUITE_P(
         Faulty({"cs1 = passline player1 player2"}, "Ambiguous player references", 1, 0, 1, 30),
         Faulty({"cs1 = passline last hand last session"}, "Ambiguous hand references", 1, 0, 1, 37),
         Faulty({"cs1 = wins losses passline"}, "Ambiguous variable modifiers", 1, 0, 1, 26),
-        ScriptCase{{"bet 5 on field"},
+        ScriptCase({"bet 5 on field"},
                    "Wagers must be referenced by individual players.  If all players are desired then include the "
                    "separate players in an expression or function.  For example, \n"
                    "Expression: passline player1 + passline player2\n"
                    "Function: sum(passline player4, passline player6)",
-                   1,
-                   0,
-                   1,
-                   14,
-                   0},
+                   1, 0, 1, 14, 0),
         Faulty({"cs1 = total $ wagers field"},
                "Ambiguous variable references\n'Total' only applies to resolved wagers.", 1, 0, 1, 26),
         Faulty({"cs1 = high passline"}, "Ambiguous variable references\n'High' only applies to resolved wagers.", 1, 0,

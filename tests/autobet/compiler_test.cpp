@@ -35,31 +35,27 @@ INSTANTIATE_TEST_SUITE_P(
         Ok({"bet 5 on csn5 thru csn(9)", "bet 5 on place(cs1) player2 thru place10"}),
         Ok({"show message \"(\" & \")\""}),  // brackets in strings are text
         // Bracket balance: from the statement's first bracket to its end.
-        ScriptCase{
-            {"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2, 25},
-        ScriptCase{{"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8},
-        ScriptCase{{"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11},
-        ScriptCase{{"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16},
+        Faulty({"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2,
+               25),
+        Faulty({"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8),
+        Faulty({"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11),
+        Faulty({"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16),
         // Function arguments.
-        ScriptCase{{"bet 5 on field", "bet 5 on hard : cs1 = 2"},
-                   "Missing or inappropriate reference to Hard bet.",
-                   2,
-                   0,
-                   2,
-                   13},
-        ScriptCase{{"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12},
+        Faulty({"bet 5 on field", "bet 5 on hard : cs1 = 2"}, "Missing or inappropriate reference to Hard bet.", 2, 0,
+               2, 13),
+        Faulty({"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12),
         // Duplicate labels, reported at the later one with the line of the earlier.
-        ScriptCase{{"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5},
-        ScriptCase{
-            {"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3, 13},
+        Faulty({"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5),
+        Faulty({"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3,
+               13),
         // Thru.
-        ScriptCase{{"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20},
-        ScriptCase{{"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28},
-        ScriptCase{{"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31},
-        ScriptCase{{"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22},
-        ScriptCase{{"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30},
+        Faulty({"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20),
+        Faulty({"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28),
+        Faulty({"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31),
+        Faulty({"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22),
+        Faulty({"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30),
         // The tokeniser's faults still come first and keep their own range.
-        ScriptCase{{"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6}));
+        Faulty({"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6)));
 
 // ---- What CompileMisc leaves in the records ----
 
@@ -78,8 +74,7 @@ TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
   ASSERT_FALSE(CompileSeat(program, {"\"Make bets\"", "bet 5 on field : 100", "show message \"hi\""}).Failed());
   const std::vector<TokenRecord>& r = program.ScriptRecords;
   ASSERT_EQ(r.size(), 17u);
-  EXPECT_EQ(r[2], (TokenRecord{kCodeLabel, 1}));
-  EXPECT_EQ(r[13], (TokenRecord{kCodeLabel, 3}));
+  EXPECT_EQ((std::tuple{r[2], r[13]}), (std::tuple{(TokenRecord{kCodeLabel, 1}), (TokenRecord{kCodeLabel, 3})}));
   EXPECT_EQ(r[16], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
   const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 13}};
   EXPECT_EQ(program.ScriptStrings, strings);
@@ -192,10 +187,8 @@ TEST(CompileAll, AFaultNamesThePlayerAndKeepsNoProgram) {
   program.ScriptSource[2] = {"bet 5 on field", "bet 5 on lay"};
   const CompileAllResult result = CompileALLAutobets(program, 0, Seats({1, 2}));
   ASSERT_TRUE(result.Failed());
-  EXPECT_EQ(result.seat, 2);
-  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
-  EXPECT_EQ(result.fault.firstLine, 2);
-  EXPECT_EQ(result.title, "Auto-bet script error");
+  EXPECT_EQ((std::tuple{result.seat, result.fault.message, result.fault.firstLine, result.title}),
+            (std::tuple{2, "Missing or inappropriate reference to Lay bet.", 2, "Auto-bet script error"}));
   EXPECT_EQ(result.message,
             "Ann's auto-bet script contains an error which must be corrected before you can run it.\n\n"
             "Select Ann on the auto-bet screen and click the \"Check Script\" button to see the error.");
@@ -211,9 +204,8 @@ TEST(CompileAll, TheEditorsLinesGoBackToTheSelectedSeatFirst) {
   SeatFacts seats = Seats({4});
   seats.selectedSeat = 4;
   const CompileAllResult result = CompileALLAutobets(program, 0, seats);
-  EXPECT_EQ(program.ScriptSource[4], program.EditorLines);
-  EXPECT_EQ(result.seat, 4);
-  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
+  EXPECT_EQ((std::tuple{program.ScriptSource[4], result.seat, result.fault.message}),
+            (std::tuple{program.EditorLines, 4, "Missing or inappropriate reference to Lay bet."}));
 }
 
 TEST(CompileAll, NoActiveSeatIsAnEmptyCompiledProgram) {

@@ -163,50 +163,43 @@ const std::vector<Step> kMartingaleSteps = {
     {"a natural wins: back to one unit", 56, "Pass Line $5", "2=5 4=0", 1005},
     {"a loss after the win doubles from one unit", 66, "Pass Line $10", "2=10 4=1", 1000},
     {"the point", 44, "Pass Line $10", "", 1000},
-    {"the point made wins: one unit", 44, "Pass Line $5", "2=5 4=0", 1010},
-};
+    {"the point made wins: one unit", 44, "Pass Line $5", "2=5 4=0", 1010}};
 const SystemCase kMartingale{"MartingaleDoublesAfterALossAndResetsAfterAWin", "martingale_passline.bet", 1000, "",
                              kMartingaleSteps};
 
 const std::vector<Step> kMartingaleCeilingSteps = {
     {"six losses in a row reach the ceiling", 11, "Pass Line $320", "2=320 4=6", 685, "", 6},
-    {"the seventh would pass it: one unit again", 11, "Pass Line $5", "2=5 4=0", 365},
-};
+    {"the seventh would pass it: one unit again", 11, "Pass Line $5", "2=5 4=0", 365}};
 const SystemCase kMartingaleCeiling{"MartingaleStartsOverPastItsCeiling", "martingale_passline.bet", 1000, "",
                                     kMartingaleCeilingSteps};
 
 const std::vector<Step> kMartingaleShortOfMoneySteps = {
     {"doubled while the bankroll covers it", 11, "Pass Line $10", "2=10", 25},
-    {"$15 left can't cover $20: one unit", 11, "Pass Line $5", "2=5 4=0", 15},
-};
+    {"$15 left can't cover $20: one unit", 11, "Pass Line $5", "2=5 4=0", 15}};
 const SystemCase kMartingaleShortOfMoney{"MartingaleStartsOverWithTooLittleMoney", "martingale_passline.bet", 30, "",
                                          kMartingaleShortOfMoneySteps};
 
 const std::vector<Step> kMartingaleInDebtSteps = {
     {"a table that allows debt sets no bound", 11, "Pass Line $20", "2=20 4=2", -1015, "", 2},
-    {"and the doubling goes on", 11, "Pass Line $40", "2=40 4=3", -1035},
-};
+    {"and the doubling goes on", 11, "Pass Line $40", "2=40 4=3", -1035}};
 const SystemCase kMartingaleInDebt{"MartingaleKeepsDoublingOnABankrollBelowZero", "martingale_passline.bet", -1000, "",
                                    kMartingaleInDebtSteps};
 
-const std::vector<Step> kFibonacciSteps = {
-    {"the sequence is filled and the first step bet", 0, "Field $5", "2=10 10=1 11=1 12=2 13=3 14=5 20=89 29=6765",
-     1000},
-    {"a loss: one step up (1)", 25, "Field $5", "2=11", 995},
-    {"a loss: one step up (2)", 34, "Field $10", "2=12", 990},
-    {"a loss: one step up (3)", 16, "Field $15", "2=13", 980},
-    {"a loss: one step up (5)", 44, "Field $25", "2=14", 965},
-    {"a win: two steps back (2)", 22, "Field $10", "2=12", 990},
-    {"a win on 2 pays double: two steps back (1)", 11, "Field $5", "2=10", 1010},
-    {"a win on the first step stays there", 55, "Field $5", "2=10", 1015},
-};
+const std::vector<Step> kFibonacciSteps = {{"the sequence is filled and the first step bet", 0, "Field $5",
+                                            "2=10 10=1 11=1 12=2 13=3 14=5 20=89 29=6765", 1000},
+                                           {"a loss: one step up (1)", 25, "Field $5", "2=11", 995},
+                                           {"a loss: one step up (2)", 34, "Field $10", "2=12", 990},
+                                           {"a loss: one step up (3)", 16, "Field $15", "2=13", 980},
+                                           {"a loss: one step up (5)", 44, "Field $25", "2=14", 965},
+                                           {"a win: two steps back (2)", 22, "Field $10", "2=12", 990},
+                                           {"a win on 2 pays double: two steps back (1)", 11, "Field $5", "2=10", 1010},
+                                           {"a win on the first step stays there", 55, "Field $5", "2=10", 1015}};
 const SystemCase kFibonacci{"FibonacciStepsUpOnALossAndTwoBackOnAWin", "fibonacci_field.bet", 1000, "",
                             kFibonacciSteps};
 
 const std::vector<Step> kFibonacciTopSteps = {
     {"the last step, 6765 units, as far as the table's maximum goes", 25, "Field $1000", "2=29", 9995},
-    {"a loss at the last step starts over", 25, "Field $5", "2=10", 8995},
-};
+    {"a loss at the last step starts over", 25, "Field $5", "2=10", 8995}};
 const SystemCase kFibonacciTop{"FibonacciStartsOverAtTheTopOfItsTable", "fibonacci_field.bet", 10000, "2=28",
                                kFibonacciTopSteps};
 
@@ -222,8 +215,7 @@ const std::vector<Step> kIronCrossSteps = {
     {"a come-out seven touches nothing", 34, "Place 5 $5, Place 6 $6, Place 8 $6", "", 1014},
     {"a new point: the Field again, Place bets working", 44, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "", 1014,
      "Place 5 1, Place 6 1, Place 8 1"},
-    {"the seven out ends it all", 34, "", "", 992},
-};
+    {"the seven out ends it all", 34, "", "", 992}};
 const SystemCase kIronCross{"IronCrossCoversEveryTotalButSevenWhileThePointIsOn", "iron_cross.bet", 1000, "",
                             kIronCrossSteps};
 
@@ -240,16 +232,14 @@ const std::vector<Step> kPlacePressSteps = {
     {"the point made", 22, "Place 6 $18, Place 8 $12", "", 1042},
     {"still off for the rest of the hand", 55, "Place 6 $18, Place 8 $12", "", 1042, "Place 6 -1, Place 8 -1"},
     {"the seven out takes them down unharmed", 34, "", "", 1042},
-    {"a new hand starts afresh", 33, "Place 6 $6, Place 8 $6", "3=0", 1042, "Place 6 1, Place 8 1"},
-};
+    {"a new hand starts afresh", 33, "Place 6 $6, Place 8 $6", "3=0", 1042, "Place 6 1, Place 8 1"}};
 const SystemCase kPlacePress{"Place68PressesFromTheThirdHitAndCallsOffAtTheTarget", "place_6_8_press.bet", 1000, "",
                              kPlacePressSteps};
 
 const std::vector<Step> kPlacePressLimitSteps = {
     {"the point", 22, "Place 6 $6, Place 8 $6", "", 1000},
     {"two hits collected, four pressed: $30", 33, "Place 6 $30, Place 8 $6", "3=6", 1084, "", 6},
-    {"the limit holds", 33, "Place 6 $30, Place 8 $6", "3=7", 1119},
-};
+    {"the limit holds", 33, "Place 6 $30, Place 8 $6", "3=7", 1119}};
 const SystemCase kPlacePressLimit{"Place68PressesNoFurtherThanItsLimit", "place_6_8_press.bet", 1000, "4=1000",
                                   kPlacePressLimitSteps};
 
@@ -267,8 +257,7 @@ const std::vector<Step> kMollySteps = {
     {"the point made: the Come bet goes to 6 with its odds at once, off for the come-out", 33,
      "Pass Line $10, Come 5 $10, Come 5 Odds $20, Come 6 $10, Come 6 Odds $20", "", 1084,
      "Come 5 Odds 0, Come 6 Odds 0"},
-    {"a come-out seven: the line wins, the Come bets lose, their odds come back", 34, "Pass Line $10", "", 1074},
-};
+    {"a come-out seven: the line wins, the Come bets lose, their odds come back", 34, "Pass Line $10", "", 1074}};
 const SystemCase kMolly{"ThreePointMollyKeepsThreeNumbersWithDoubleOdds", "three_point_molly.bet", 1000, "",
                         kMollySteps};
 
@@ -286,8 +275,7 @@ const std::vector<Step> kDontPassSteps = {
     {"the 8 made: still resting", 44, "Don't Pass $10", "3=4 4=1", 953},
     {"no odds against 10 either", 55, "Don't Pass $10", "4=1", 953},
     {"the seven out ends the shooter's hand and the rest", 34, "Don't Pass $10", "3=0 4=0", 963},
-    {"odds again", 22, "Don't Pass $10, Don't Pass Odds $20", "", 963},
-};
+    {"odds again", 22, "Don't Pass $10, Don't Pass Odds $20", "", 963}};
 const SystemCase kDontPass{"DontPassLaysOddsToWinAFlatUnitAndRestsAfterThreeLosses", "dont_pass_lay_odds.bet", 1000, "",
                            kDontPassSteps};
 
@@ -304,18 +292,13 @@ const std::vector<Step> kHardwaysSteps = {
     {"a second hand", 55, "Buy 4 $25, Buy 10 $25", "", 1004},
     {"the 10 made wins; the buy bets come down", 55, "", "", 1053},
     {"a new point: bought, and the hard 8 still overdue", 33, "Buy 4 $25, Buy 10 $25, Hard 8 $1", "", 1053},
-    {"the seven out: a second hand logged", 16, "", "4=2", 1000},
-};
-const SystemCase kHardways{"HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLogsHands",
-                           "hardway_hunter.bet",
-                           1000,
-                           "",
-                           kHardwaysSteps,
-                           "hardway_hunter.txt",
+    {"the seven out: a second hand logged", 16, "", "4=2", 1000}};
+const SystemCase kHardways("HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLogsHands", "hardway_hunter.bet", 1000, "",
+                           kHardwaysSteps, "hardway_hunter.txt",
                            // 1 seven in 43 rolls, rounded to a tenth, reads as 2.3 whatever binary value the
                            // rounding leaves behind.
                            {"Hand log of Ann from 1/1/2000 12:00:00 AM", "Hand 1\tnet 4\tsevens 2.3%",
-                            "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"}};
+                            "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"});
 
 const std::vector<Step> kInsideSteps = {
     {"nothing on the come-out", 0, "", "", 1000},
@@ -342,8 +325,7 @@ const std::vector<Step> kInsideSteps = {
      "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12, Buy 4 $25, Buy 10 $25", "", 1060},
     {"and again, without growing", 13, "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12, Buy 4 $25, Buy 10 $25", "",
      1109},
-    {"everything lost at the seven out", 34, "", "", 1009},
-};
+    {"everything lost at the seven out", 34, "", "", 1009}};
 const SystemCase kInside{"InsideRegressionCutsAfterTheFirstHitAndPressesFromTheThird", "inside_regression.bet", 1000,
                          "", kInsideSteps};
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "autobet/actions.h"
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
 #include "engine/game_state.h"
@@ -188,9 +187,9 @@ TEST(Cycle, RunsAfterEveryRollAndCountsFaultsByScript) {
   EXPECT_DOUBLE_EQ(run.Cs(1), 2);
   EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 2);
   ASSERT_FALSE(run.t.g.AutoBet.FirstFaults[1].empty());
-  EXPECT_EQ(run.t.g.AutoBet.FirstFaults[1][0].code, 9999);
-  EXPECT_EQ(run.t.g.AutoBet.FirstFaults[1][0].line, 2);
-  EXPECT_EQ(RunErrorText(9999), "Division by zero.");
+  EXPECT_EQ(
+      (std::tuple{run.t.g.AutoBet.FirstFaults[1][0].code, run.t.g.AutoBet.FirstFaults[1][0].line, RunErrorText(9999)}),
+      (std::tuple{9999, 2, "Division by zero."}));
 }
 
 TEST(Cycle, StopInStepModeEndsTheCycle) {
@@ -215,13 +214,11 @@ TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
   run.t.Roll(2, 2);
   EXPECT_DOUBLE_EQ(run.Cs(1), 3);
   EXPECT_DOUBLE_EQ(run.Cs(2), 1);
-  EXPECT_EQ(run.t.g.Stats.RollCount[kSessionScope][0], 0);
-  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
+  EXPECT_EQ((std::tuple{run.t.g.Stats.RollCount[kSessionScope][0], run.t.g.AutoBet.FaultCount[1]}), (std::tuple{0, 0}));
 }
 
 struct StepCase {
-  std::vector<std::string> script;
-  std::vector<std::string> texts;
+  std::vector<std::string> script, texts;
 };
 
 class StepTextTest : public ::testing::TestWithParam<StepCase> {};
@@ -280,10 +277,9 @@ TEST(Cycle, AnAssignmentWritesEveryTargetBeforeItsEquals) {
   EXPECT_DOUBLE_EQ(run.Cs(2), 7);
   EXPECT_DOUBLE_EQ(run.Cs(3), 9);
   EXPECT_DOUBLE_EQ(run.Cs(4), 9);
-  EXPECT_EQ(run.t.g.CheckStackName[1][0], "x");
-  EXPECT_EQ(run.t.g.CheckStackName[1][99], "x");
-  EXPECT_EQ(run.t.g.CheckStackName[1][2], "y");
-  EXPECT_EQ(run.t.g.AutoBet.FaultCount[1], 0);
+  EXPECT_EQ((std::tuple{run.t.g.CheckStackName[1][0], run.t.g.CheckStackName[1][99], run.t.g.CheckStackName[1][2],
+                        run.t.g.AutoBet.FaultCount[1]}),
+            (std::tuple{"x", "x", "y", 0}));
 }
 
 }  // namespace

@@ -102,73 +102,41 @@ Counts CompareEveryStatement(Game& g, const char* when) {
 
 // The operators, lists, functions and ranges of the language, as values and as conditions,
 // with faults among them.
-const char* const kExpressions[] = {
-    "1 + 2 * 3",
-    "(1 + 2) * 3",
-    "2 ^ 3 ^ 2",
-    "-2 ^ 2",
-    "2 ^ -1",
-    "10 - 4 - 3",
-    "12 / 4 / 3",
-    "7 \\ 2",
-    "-7 mod 3",
-    "2 + 7 mod 4 * 2",
-    "- - cs1",
-    "3 - -cs2",
-    "50%",
-    "cs1 + cs2 = cs3",
-    "5 = \"5\"",
-    "\"B\" > \"a\"",
-    "10 < \"9\"",
-    "not cs1",
-    "not 1 = 2 and 3 = 3",
-    "cs1 = 1 or cs2 = 1 and cs3 = 2",
-    "-1 xor cs4",
-    "any(4, cs5, 6)",
-    "all(4, 0, cs2)",
-    "cs5 = any[4, 5, 6]",
-    "5 < all(cs3, 7, 8)",
-    "any(> 5, 1, cs2, 6)",
-    "9 > all(> cs1, 1, 2, 6, 7)",
-    "any(4, 5, 6) = cs3",
-    "((((cs2))))",
-    "[2 + {3 * (cs1 + 1)}]",
-    "\"a\" & cs1 + 2 & \"b\"",
-    "2.5 & \"\"",
-    "1 / cs9",
-    "5 mod cs9",
-    "(3 + 1 / cs9) * 2",
-    "sqr(2 / cs9)",
-    "sum(cs1 thru cs5)",
-    "sum(cs5 thru cs2)",
-    "count(> 25, cs1 thru cs5)",
-    "highest(cs4 thru cs1)",
-    "sum(place(4) thru place(10))",
-    "sum(cs1 thru cs3 player2)",
-    "sum(wins place4 thru place6)",
-    "cs(cs1) + cs(cs2 - 1)",
-    "place(cs5 + 1) + come(cs9)",
-    "str$(cs1) & left$(\"abcdef\", cs2) & len(\"hello\")",
-    "round(cs3 / 7, .1) + int(cs4 / 3) + abs(-cs1)",
-    "# rolls since last(3.3) + % of rolls(7) + # rolls(11)",
-    "sum(place(cs1) thru place(cs2))",
-    "passline + place6 + cs(cs5)",
-    "wins passline + losses field",
-    "point = 0 and next roll is a comeout roll",
-};
+const std::vector<std::vector<const char*>> kExpressions = {
+    // Arithmetic and its precedence.
+    {"1 + 2 * 3", "(1 + 2) * 3", "2 ^ 3 ^ 2", "-2 ^ 2", "2 ^ -1", "10 - 4 - 3", "12 / 4 / 3", "7 \\ 2", "-7 mod 3",
+     "2 + 7 mod 4 * 2", "- - cs1", "3 - -cs2", "50%", "cs1 + cs2 = cs3"},
+    // Comparisons and logic.
+    {"5 = \"5\"", "\"B\" > \"a\"", "10 < \"9\"", "not cs1", "not 1 = 2 and 3 = 3", "cs1 = 1 or cs2 = 1 and cs3 = 2",
+     "-1 xor cs4"},
+    // Lists as conditions.
+    {"any(4, cs5, 6)", "all(4, 0, cs2)", "cs5 = any[4, 5, 6]", "5 < all(cs3, 7, 8)", "any(> 5, 1, cs2, 6)",
+     "9 > all(> cs1, 1, 2, 6, 7)", "any(4, 5, 6) = cs3"},
+    // Brackets, text, and faults of division.
+    {"((((cs2))))", "[2 + {3 * (cs1 + 1)}]", "\"a\" & cs1 + 2 & \"b\"", "2.5 & \"\"", "1 / cs9", "5 mod cs9",
+     "(3 + 1 / cs9) * 2", "sqr(2 / cs9)"},
+    // Ranges and numbered forms.
+    {"sum(cs1 thru cs5)", "sum(cs5 thru cs2)", "count(> 25, cs1 thru cs5)", "highest(cs4 thru cs1)",
+     "sum(place(4) thru place(10))", "sum(cs1 thru cs3 player2)", "sum(wins place4 thru place6)",
+     "cs(cs1) + cs(cs2 - 1)", "place(cs5 + 1) + come(cs9)"},
+    // Functions and references together.
+    {"str$(cs1) & left$(\"abcdef\", cs2) & len(\"hello\")", "round(cs3 / 7, .1) + int(cs4 / 3) + abs(-cs1)",
+     "# rolls since last(3.3) + % of rolls(7) + # rolls(11)", "sum(place(cs1) thru place(cs2))",
+     "passline + place6 + cs(cs5)", "wins passline + losses field", "point = 0 and next roll is a comeout roll"}};
 
 TEST(StatementPlans, LeaveWhatReducingTheRecordsLeaves) {
   TestTable t;
   t.Seat(1, "Ann", Money::Dollars(1000));
   t.Seat(2, "Bob", Money::Dollars(1000));
   std::vector<std::string> lines;
-  for (const std::string e : kExpressions) {
-    // A list is a condition; it can't be assigned.
-    const bool list = e.find("any") != std::string::npos || e.find("all") != std::string::npos;
-    if (!list) lines.push_back("cs9 = " + e);
-    else lines.insert(lines.end(), {"If " + e + " Then", "EndIf"});
-    lines.insert(lines.end(), {"If (" + e + ") <> cs8 Then", "EndIf"});
-  }
+  for (const auto& group : kExpressions)
+    for (const std::string e : group) {
+      // A list is a condition; it can't be assigned.
+      const bool list = e.find("any") != std::string::npos || e.find("all") != std::string::npos;
+      if (!list) lines.push_back("cs9 = " + e);
+      else lines.insert(lines.end(), {"If " + e + " Then", "EndIf"});
+      lines.insert(lines.end(), {"If (" + e + ") <> cs8 Then", "EndIf"});
+    }
   t.g.AutoBet.ScriptSource[1] = lines;
   t.g.ScriptActive[1] = true;
   ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();

@@ -113,7 +113,7 @@ TEST(TokeniseScript, MarksStatementsAtTheirSourceColumns) {
       {101, 0}, {1, 0}, {101, 3}, {-11, 49}, {53, 0}, {-31, 5}, {101, 13}, {9, 0},
       // The marker after Then would end the line empty: the next line's marker stands for it.
       {103, 0}, {-61, 481}, {-31, 5}, {57, 0}, {-11, 49}, {103, 19}, {12, 0},
-      {105, 0}, {-11, 205}, {50, 0}, {66, 0}, {-31, 1},
+      {105, 0}, {-11, 205}, {50, 0}, {66, 0}, {-31, 1}
   };
   // clang-format on
   EXPECT_EQ(records, expected);
@@ -127,10 +127,8 @@ TEST(TokeniseScript, PoolsStringsInOrderAndKeepsTheirCase) {
   ASSERT_FALSE(fault.Failed()) << fault.message;
   const std::vector<StringEntry> pool = {{"The A Field", 0}, {"Make bets", 0}, {"it's", 0}};
   EXPECT_EQ(strings, pool);
-  const std::vector<TokenRecord> expected = {
-      {-3, 3},  {101, 0}, {-61, 210}, {-51, 1},   {74, 0}, {-51, 0},
-      {102, 0}, {-51, 2}, {103, 0},   {-11, 201}, {50, 0}, {-51, 3},
-  };
+  const std::vector<TokenRecord> expected = {{-3, 3},  {101, 0}, {-61, 210}, {-51, 1},   {74, 0}, {-51, 0},
+                                             {102, 0}, {-51, 2}, {103, 0},   {-11, 201}, {50, 0}, {-51, 3}};
   EXPECT_EQ(records, expected);
 }
 
@@ -161,11 +159,8 @@ TEST_P(TokeniseFaultTest, StopsAtTheFirstFaultWithItsRange) {
   std::vector<StringEntry> strings;
   CompileFault fault;
   const auto records = Tokenise(c.lines, strings, fault);
-  EXPECT_EQ(fault.message, c.message);
-  EXPECT_EQ(fault.firstLine, c.line);
-  EXPECT_EQ(fault.lastLine, c.line);
-  EXPECT_EQ(fault.firstColumn, c.firstColumn);
-  EXPECT_EQ(fault.lastColumn, c.lastColumn);
+  EXPECT_EQ((std::tuple{fault.message, fault.firstLine, fault.lastLine, fault.firstColumn, fault.lastColumn}),
+            (std::tuple{c.message, c.line, c.line, c.firstColumn, c.lastColumn}));
   EXPECT_TRUE(records.empty());
   EXPECT_TRUE(strings.empty());
 }
@@ -206,8 +201,7 @@ TEST_P(ReservedWordProbeTest, RefusesNamesTheScriptsCouldNotTellApart) {
     std::string probe = c.name;
     const std::string message = ProbeReservedWord(c.name, language, probe);
     if (c.text == 0) {
-      EXPECT_EQ(message, "");
-      EXPECT_EQ(probe, c.name);
+      EXPECT_EQ((std::tuple{message, probe}), (std::tuple{"", c.name}));
       continue;
     }
     EXPECT_EQ(probe, kReservedWordMark);

@@ -287,23 +287,16 @@ TEST(VariablesTest, RndIsReproducibleAndAdvances) {
 }
 
 TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
-  PlayedTable t({
-      "cs1 = total $ wins passline",
-      "cs2 = cs2 + last roll # losses field",
-      "If seven out and shooter misses Then cs3 = dice perm",
-      "EndIf",
-      "cs4 = high $ wins passline current hand",  // no win in the new hand: fault 301
-      "If csn5 = \"\" Then cs5 = cs5 + 1",        // an unnamed stack: every roll
-      "EndIf",
-  });
+  PlayedTable t({"cs1 = total $ wins passline", "cs2 = cs2 + last roll # losses field",
+                 "If seven out and shooter misses Then cs3 = dice perm", "EndIf",
+                 "cs4 = high $ wins passline current hand",  // no win in the new hand: fault 301
+                 "If csn5 = \"\" Then cs5 = cs5 + 1",        // an unnamed stack: every roll
+                 "EndIf"});
   const Game& g = t.g;
   auto cs = [&](int n) { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); };
-  EXPECT_EQ(cs(1), 20);
-  EXPECT_EQ(cs(2), 4);
-  EXPECT_EQ(cs(3), 4.3);
+  EXPECT_EQ((std::tuple{cs(1), cs(2), cs(3)}), (std::tuple{20, 4, 4.3}));
   EXPECT_EQ(cs(4), 10);  // from the rolls before the seven-out
-  EXPECT_EQ(cs(5), 6);
-  EXPECT_EQ(g.AutoBet.FaultCount[kAnn], 1);
+  EXPECT_EQ((std::tuple{cs(5), g.AutoBet.FaultCount[kAnn]}), (std::tuple{6, 1}));
   ASSERT_EQ(g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].code, 301);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].line, 5);
@@ -318,9 +311,8 @@ TEST(VariablesTest, AssignVariableReplacesTheRecordAndCountsItsPieces) {
   ASSERT_EQ(p.StatementLength, 7);  // V P H X Y = 0
   const std::size_t strings = p.ProgramStrings.size();
   EXPECT_EQ(AssignVariable(t.g, 1), 4);  // P H X Y, for the reduction to delete
-  EXPECT_EQ(p.StatementLength, 7);
-  EXPECT_EQ(p.StatementBuffer[1], (TokenRecord{kCodeNumber, 20}));
-  EXPECT_EQ(p.StatementBuffer[2].code, kCodePlayer);
+  EXPECT_EQ((std::tuple{p.StatementLength, p.StatementBuffer[1], p.StatementBuffer[2].code}),
+            (std::tuple{7, (TokenRecord{kCodeNumber, 20}), kCodePlayer}));
   // A number read makes no string.
   EXPECT_EQ(p.ProgramStrings.size(), strings);
 }
@@ -337,8 +329,7 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
   EXPECT_EQ(TextOf(g, ann), "Nest egg");
   LoadReference(g, "csn99 player2");
   DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
-  EXPECT_EQ(TextOf(g, g.AutoBet.StatementBuffer[1]), "Bob's last");
-  EXPECT_EQ(g.AutoBet.RunError, 0);
+  EXPECT_EQ((std::tuple{TextOf(g, g.AutoBet.StatementBuffer[1]), g.AutoBet.RunError}), (std::tuple{"Bob's last", 0}));
 }
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
@@ -355,8 +346,7 @@ TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
 }
 
 struct PieceCase {
-  int piece;
-  int seat;
+  int piece, seat;
 };
 
 TEST(VariablesTest, SeatOfPieceFollowsTheTable) {
@@ -405,28 +395,26 @@ TEST(VariablesTest, StringValueOfPoolAndSpecialStrings) {
   g.AutoBet.ProgramStrings = {{"Make bets", 0}, {"Press", 0}};
   g.CheckStackName[kAnn][5] = "Nest egg";
   g.CheckStackName[8][0] = "Last seat";
-  const StringCase cases[] = {
-      {kCodeString, 2, "Press"},
-      {kCodeString, 0, ""},
-      {kCodeString, -15, ""},
-      {kCodeString, -1, "3/9/2026"},
-      {kCodeString, -2, "2:05:07 PM"},
-      {kCodeString, -10, "Please enter a value"},
-      {kCodeString, -11, "Please enter a string"},
-      {kCodeString, -901, "Ann"},
-      {kCodeString, -902, "Bob"},
-      {kCodeString, -903, ""},
-      {kCodeString, -1805, "Nest egg"},
-      {kCodeString, -8800, "Last seat"},
-      {kCodeVariableTarget, 805, "Nest egg"},
-      {kCodeNumber, 3.5, "3.5"},
-      {kCodeString, 3, "", 998},
-      {kCodeString, -3, "", 998},
-      {kCodeString, -1900, "", 998},
-      {kCodeString, -9800, "", 998},
-      {kCodeVariableTarget, 900, "", 998},
-      {kCodeVariable, 805, "", 998},
-  };
+  const StringCase cases[] = {{kCodeString, 2, "Press"},
+                              {kCodeString, 0, ""},
+                              {kCodeString, -15, ""},
+                              {kCodeString, -1, "3/9/2026"},
+                              {kCodeString, -2, "2:05:07 PM"},
+                              {kCodeString, -10, "Please enter a value"},
+                              {kCodeString, -11, "Please enter a string"},
+                              {kCodeString, -901, "Ann"},
+                              {kCodeString, -902, "Bob"},
+                              {kCodeString, -903, ""},
+                              {kCodeString, -1805, "Nest egg"},
+                              {kCodeString, -8800, "Last seat"},
+                              {kCodeVariableTarget, 805, "Nest egg"},
+                              {kCodeNumber, 3.5, "3.5"},
+                              {kCodeString, 3, "", 998},
+                              {kCodeString, -3, "", 998},
+                              {kCodeString, -1900, "", 998},
+                              {kCodeString, -9800, "", 998},
+                              {kCodeVariableTarget, 900, "", 998},
+                              {kCodeVariable, 805, "", 998}};
   for (const StringCase& c : cases) {
     g.AutoBet.RunError = 0;
     EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
@@ -447,8 +435,7 @@ TEST(VariablesTest, RunErrorTexts) {
       {801, "Reference to Left$ function out of limits."},
       {812, "Reference to Space$ function out of limits."},
       {1005, "Unable to open file"},
-      {4242, ""},
-  };
+      {4242, ""}};
   for (const auto& [code, text] : cases) EXPECT_EQ(RunErrorText(code), text) << code;
 }
 
@@ -656,9 +643,9 @@ TEST(FunctionScriptTest, RunsInTheCycleAfterARoll) {
   t.g.ScriptActive[kAnn] = true;
   ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();
   t.Roll(3, 4);
-  EXPECT_EQ(t.g.BetAmount[kAnn][kCheckStackRow + 1], 22_usd);
-  EXPECT_EQ(t.g.CheckStackName[kAnn][2], "An3");
-  EXPECT_EQ(t.g.BetAmount[kAnn][kCheckStackRow + 3], 5_usd);
+  EXPECT_EQ((std::tuple{t.g.BetAmount[kAnn][kCheckStackRow + 1], t.g.CheckStackName[kAnn][2],
+                        t.g.BetAmount[kAnn][kCheckStackRow + 3]}),
+            (std::tuple{22_usd, "An3", 5_usd}));
   ASSERT_EQ(t.g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(t.g.AutoBet.FirstFaults[kAnn][0].code, 1);
 }

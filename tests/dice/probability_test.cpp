@@ -124,8 +124,7 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   PercentageDice q;
   q.ProbabilityChanged = true;
   ASSERT_TRUE(LoadProbabilityFile(q, dir.path.string(), "skewed.prb", error)) << error;
-  EXPECT_EQ(q.Table, p.Table);
-  EXPECT_EQ(q.ProbabilityFileName, "skewed.prb");
+  EXPECT_EQ((std::tuple{q.Table, q.ProbabilityFileName}), (std::tuple{p.Table, "skewed.prb"}));
   EXPECT_FALSE(q.ProbabilityChanged);
   ASSERT_TRUE(SaveProbabilityFile((dir.path / "again.prb").string(), q.Table, error));
   EXPECT_EQ(FileText(dir.path / "again.prb"), bytes);
@@ -150,8 +149,7 @@ TEST(ProbabilityFile, WrongHeaderOrMissingFileLeavesTableAlone) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"older.prb", wrong},
       {"tiny.prb", wrong},
-      {"absent.prb", "File not found, Error #53\n occurred at: sub Load Probability File"},
-  };
+      {"absent.prb", "File not found, Error #53\n occurred at: sub Load Probability File"}};
   for (const auto& [name, message] : cases) {
     std::string error;
     EXPECT_FALSE(LoadProbabilityFile(p, dir.path.string(), name, error)) << name;
@@ -275,8 +273,7 @@ TEST(ProbabilityAxis, EffectivenessDrivesSelectedFaces) {
     SetDefaultPercentageDice(p);
     std::string error;
     ASSERT_TRUE(EditCell(p.Table, 2, 1, 9000, error));  // a lock the axis clears
-    const AxisChoice die1{{true, true, false}, c.effectiveness};
-    const AxisChoice die2{{false, false, true}, c.effectiveness};
+    const AxisChoice die1{{true, true, false}, c.effectiveness}, die2{{false, false, true}, c.effectiveness};
     ASSERT_TRUE(ComputeAboutAxes(p, die1, die2, error)) << c.effectiveness << error;
     ExpectBalanced(p.Table);
     EXPECT_EQ(p.Table.Lock(2, 1), 0);

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "engine/handling.h"
-#include "engine/roll_cycle.h"
 #include "tests/engine/line_table.h"
 
 namespace {
@@ -47,8 +46,7 @@ Ints State(const LineBettors& t) {
 // ---- The come-out roll ------------------------------------------------------------------
 
 struct ComeOutCase {
-  int bar;
-  int total;
+  int bar, total;
   int point;  // Point after the roll
   int passes, misses;
   int passLine, dontPass;
@@ -98,9 +96,7 @@ INSTANTIATE_TEST_SUITE_P(
 // ---- Every total with a point on --------------------------------------------------------
 
 struct PointCase {
-  int bar;
-  int point;
-  int total;
+  int bar, point, total;
 };
 
 std::ostream& operator<<(std::ostream& os, const PointCase& c) {
@@ -146,9 +142,8 @@ TEST_P(PointStatePointOnTest, OnlyThePointOrASevenDecides) {
   } else {
     // Anything else, the bar totals included, decides nothing; a roll with the point on
     // isn't a come-out.
-    EXPECT_EQ(State(t), (Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
-    EXPECT_EQ(st.HandDecisions[kHandScope][c.total][0], 0);
-    EXPECT_EQ(outcomes, (Ints{kStands, kStands}));
+    EXPECT_EQ((std::tuple{State(t), st.HandDecisions[kHandScope][c.total][0], outcomes}),
+              (std::tuple{(Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}), 0, (Ints{kStands, kStands})}));
   }
 }
 
@@ -168,8 +163,7 @@ TEST(PointStateHand, ComeOutSevensArePassesWithinOneHand) {
       (Ints{st.RollCount[kHandScope][0], st.HandsShot[kSessionScope], st.MostPassesInHand[kSessionScope + kShooterSeat],
             st.HandDecisions[kHandScope][7][1], st.HandDecisions[kHandScope][11][1]}),
       (Ints{3, 1, 3, 2, 1}));
-  EXPECT_EQ(t.g.Bankroll[kShooterSeat], 1030_usd);
-  EXPECT_EQ(t.g.Bankroll[kDarkSeat], 970_usd);
+  EXPECT_EQ((std::tuple{t.g.Bankroll[kShooterSeat], t.g.Bankroll[kDarkSeat]}), (std::tuple{1030_usd, 970_usd}));
 
   // Point 5, made; point 9, seven-out: one hand of two passes after three naturals.
   for (int total : {5, 5, 9, 7}) t.RollTotal(total);

@@ -222,8 +222,7 @@ const Case kCases[] = {
     {"repeater 12", "Repeater 12 $10, 6-6, 6-6", 390},
     {"repeater count starts over when called off", "Repeater 2 $10, Repeater 2 off, 1-1, 1-1, Repeater 2 on, 1-1, 1-1",
      390},
-    {"repeater called off stands", "Repeater 2 $10, Repeater 2 off, 1-1, 1-1, 3-4", 0, "Repeater 2 $10"},
-};
+    {"repeater called off stands", "Repeater 2 $10, Repeater 2 off, 1-1, 1-1, 3-4", 0, "Repeater 2 $10"}};
 
 // ---- Every roll after a set-up: the bets of `before` on the table (a Come or Don't Come
 // bet on the number it travelled to),
@@ -235,8 +234,7 @@ const int kPairs[21][2] = {{1, 1}, {1, 2}, {1, 3}, {2, 2}, {1, 4}, {2, 3}, {1, 5
                            {3, 4}, {2, 6}, {3, 5}, {4, 4}, {3, 6}, {4, 5}, {4, 6}, {5, 5}, {5, 6}, {6, 6}};
 
 struct ByRoll {
-  std::string before;
-  std::string outcomes;
+  std::string before, outcomes;
   Setup setup = nullptr;
 };
 
@@ -334,8 +332,7 @@ const ByRoll kByRoll[] = {
     {"Point 7 $10", "-10 / -10 / s / s / s / -10 / s / s / s / -10 / -10"},
     {"Point 7 $10, 1-3", "-10 / -10 / -10 / -10 / -10 / 70 / -10 / -10 / -10 / -10 / -10"},
     {"7 Point 7 $10", "-10 / -10 / s / s / s / 20 / s / s / s / -10 / -10"},
-    {"7 Point 7 $10, 1-3", "-10 / -10 / -10 / -10 / -10 / 30 / -10 / -10 / -10 / -10 / -10"},
-};
+    {"7 Point 7 $10, 1-3", "-10 / -10 / -10 / -10 / -10 / 30 / -10 / -10 / -10 / -10 / -10"}};
 
 std::string Trim(std::string s) {
   while (!s.empty() && std::isspace(static_cast<unsigned char>(s.front()))) s.erase(s.begin());
@@ -402,9 +399,9 @@ void Play(const Case& c) {
     ASSERT_EQ(t.Bet(kSeat, it.bet, want), want) << "the table refused \"" << s << "\"";
   }
 
-  EXPECT_EQ(DollarText(g.Bankroll[kSeat] - kStartBankroll), DollarText(Money::FromDouble(c.net)));
-  EXPECT_EQ(g.Bankroll[kSessionScope + kSeat], g.Bankroll[kSeat]);
-  EXPECT_EQ(g.Bankroll[kAllScope + kSeat], g.Bankroll[kSeat]);
+  EXPECT_EQ((std::tuple{DollarText(g.Bankroll[kSeat] - kStartBankroll), g.Bankroll[kSessionScope + kSeat],
+                        g.Bankroll[kAllScope + kSeat]}),
+            (std::tuple{DollarText(Money::FromDouble(c.net)), g.Bankroll[kSeat], g.Bankroll[kSeat]}));
 
   std::map<int, Money> left;
   for (const std::string& s : Items(c.left)) {

@@ -44,8 +44,7 @@ TEST(StartUp, TheCommandLineOpensItsGameOrSaysWhyNot) {
       {"  \" " + named + " \"  ", 2, ""},
       {"notes.txt", 1,
        "This is not a recognized DiceHall game file.\nThe last default game file will be opened instead."},
-      {(dir.path / "gone.crp").string(), 1, "Game file not found."},
-  };
+      {(dir.path / "gone.crp").string(), 1, "Game file not found."}};
   for (const CommandLine& c : cases) {
     Program p;
     EXPECT_EQ(p.Start(folder, c.line), 0);

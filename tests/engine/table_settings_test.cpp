@@ -24,42 +24,40 @@ struct Case {
 const SettleRule kRule{2, Money::Dollars(3), 1};
 
 std::vector<Case> Cases() {
-  return {
-      {"language 5", [](Game& g) { return SetLanguage(g, 5), std::nullopt; },
-       [](const Game& g) { return g.LanguageId == 5; }, true},
-      {"language 6", [](Game& g) { return SetLanguage(g, 6), std::nullopt; },
-       [](const Game& g) { return g.LanguageId == 6; }, false},
-      {"bet to shoot 2", [](Game& g) { return SetBetNeededToShoot(g, 2), std::nullopt; },
-       [](const Game& g) { return g.Rules.BetNeededToShoot == 2; }, true},
-      {"bet to shoot 3", [](Game& g) { return SetBetNeededToShoot(g, 3), std::nullopt; },
-       [](const Game& g) { return g.Rules.BetNeededToShoot == 3; }, false},
-      {"settle rule row 3", [](Game& g) { return SetSettleRule(g, 2, 3, kRule), std::nullopt; },
-       [](const Game& g) { return g.SettleRules[2][3].Operand == Money::Dollars(3); }, true},
-      {"settle rule of seat 0", [](Game& g) { return SetSettleRule(g, 0, 3, kRule), std::nullopt; },
-       [](const Game& g) { return g.SettleRules[0][3].Operand == Money::Dollars(3); }, false},
-      {"handling set to amount",
-       [](Game& g) {
-         return SetSeatHandling(g, 3, {kSetToAmount, kModifyByRule, {kRule, kRule, kRule, kRule}}), std::nullopt;
-       },
-       [](const Game& g) {
-         return g.AutoHandleWin[3] == kSetToAmount && g.AutoHandleLose[3] == kModifyByRule &&
-                g.SettleRules[3][1].Operator == 2;
-       },
-       true},
-      {"handling beyond the table",
-       [](Game& g) {
-         return SetSeatHandling(g, 3, {kSetToAmount + 1, -1, {}}), std::nullopt;
-       },
-       [](const Game& g) { return g.AutoHandleWin[3] == kSetToAmount + 1 || g.AutoHandleLose[3] == -1; }, false},
-      {"auto-stop 12.75 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::FromDouble(12.75)); },
-       [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(12); }, true},
-      {"auto-stop -1 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::Dollars(-1)); },
-       [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(-1); }, false},
-      {"delay 300 s", [](Game& g) { return SetAutoRollDelay(g, Money::Dollars(300)); },
-       [](const Game& g) { return g.Auto.AutoRollDelay == 300.0; }, true},
-      {"delay 300.01 s", [](Game& g) { return SetAutoRollDelay(g, Money::FromDouble(300.01)); },
-       [](const Game& g) { return g.Auto.AutoRollDelay > 300.0; }, false},
-  };
+  return {{"language 5", [](Game& g) { return SetLanguage(g, 5), std::nullopt; },
+           [](const Game& g) { return g.LanguageId == 5; }, true},
+          {"language 6", [](Game& g) { return SetLanguage(g, 6), std::nullopt; },
+           [](const Game& g) { return g.LanguageId == 6; }, false},
+          {"bet to shoot 2", [](Game& g) { return SetBetNeededToShoot(g, 2), std::nullopt; },
+           [](const Game& g) { return g.Rules.BetNeededToShoot == 2; }, true},
+          {"bet to shoot 3", [](Game& g) { return SetBetNeededToShoot(g, 3), std::nullopt; },
+           [](const Game& g) { return g.Rules.BetNeededToShoot == 3; }, false},
+          {"settle rule row 3", [](Game& g) { return SetSettleRule(g, 2, 3, kRule), std::nullopt; },
+           [](const Game& g) { return g.SettleRules[2][3].Operand == Money::Dollars(3); }, true},
+          {"settle rule of seat 0", [](Game& g) { return SetSettleRule(g, 0, 3, kRule), std::nullopt; },
+           [](const Game& g) { return g.SettleRules[0][3].Operand == Money::Dollars(3); }, false},
+          {"handling set to amount",
+           [](Game& g) {
+             return SetSeatHandling(g, 3, {kSetToAmount, kModifyByRule, {kRule, kRule, kRule, kRule}}), std::nullopt;
+           },
+           [](const Game& g) {
+             return g.AutoHandleWin[3] == kSetToAmount && g.AutoHandleLose[3] == kModifyByRule &&
+                    g.SettleRules[3][1].Operator == 2;
+           },
+           true},
+          {"handling beyond the table",
+           [](Game& g) {
+             return SetSeatHandling(g, 3, {kSetToAmount + 1, -1, {}}), std::nullopt;
+           },
+           [](const Game& g) { return g.AutoHandleWin[3] == kSetToAmount + 1 || g.AutoHandleLose[3] == -1; }, false},
+          {"auto-stop 12.75 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::FromDouble(12.75)); },
+           [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(12); }, true},
+          {"auto-stop -1 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::Dollars(-1)); },
+           [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(-1); }, false},
+          {"delay 300 s", [](Game& g) { return SetAutoRollDelay(g, Money::Dollars(300)); },
+           [](const Game& g) { return g.Auto.AutoRollDelay == 300.0; }, true},
+          {"delay 300.01 s", [](Game& g) { return SetAutoRollDelay(g, Money::FromDouble(300.01)); },
+           [](const Game& g) { return g.Auto.AutoRollDelay > 300.0; }, false}};
 }
 
 TEST(TableSettings, TakeValuesInRangeAndRefuseTheRest) {

@@ -44,8 +44,7 @@ const Hostile kCases[] = {
     {"DicePassedByAnother", true, false, EncodeFrame("~668"), 0, false, "a pass of dice it doesn't hold"},
     {"HalfFrameThenSilence", false, false, "0050~00", 4000, true, "half a frame and then silence"},
     {"Flood", true, false, Frames("~PONG", 5000), 0, true, "a flood of frames"},
-    {"NeverReads", true, true, "", 100, true, "leaves what is sent to it unread"},
-};
+    {"NeverReads", true, true, "", 100, true, "leaves what is sent to it unread"}};
 
 class OnlineHostile : public testing::TestWithParam<Hostile> {};
 

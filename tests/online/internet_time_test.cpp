@@ -38,14 +38,12 @@ struct Case {
 
 TEST(InternetTime, TakesFourBytesWholeAndNothingElse) {
   const std::string start1990("\xA9\x49\x1C\x00", 4), nextDay("\xA9\x4A\x6D\x80", 4);
-  const Case cases[] = {
-      {"1 January 1990", {start1990}, 0},
-      {"a day later, in two pieces", {nextDay.substr(0, 2), nextDay.substr(2)}, 86400},
-      {"the last second of the count", {std::string(4, '\xFF')}, 4294967295LL - 2840140800LL},
-      {"three bytes", {start1990.substr(0, 3)}, std::nullopt},
-      {"five bytes", {start1990 + "x"}, std::nullopt},
-      {"nothing", {}, std::nullopt},
-  };
+  const Case cases[] = {{"1 January 1990", {start1990}, 0},
+                        {"a day later, in two pieces", {nextDay.substr(0, 2), nextDay.substr(2)}, 86400},
+                        {"the last second of the count", {std::string(4, '\xFF')}, 4294967295LL - 2840140800LL},
+                        {"three bytes", {start1990.substr(0, 3)}, std::nullopt},
+                        {"five bytes", {start1990 + "x"}, std::nullopt},
+                        {"nothing", {}, std::nullopt}};
   for (const Case& c : cases) {
     MemoryNetwork net;
     Service service(net);

@@ -9,12 +9,7 @@
 
 namespace {
 
-LobbySettings QuickLobby() {
-  LobbySettings ls;
-  ls.Port = 0;
-  ls.StaleMs = 3000;
-  return ls;
-}
+LobbySettings QuickLobby() { return LobbySettings{.Port = 0, .StaleMs = 3000}; }
 
 struct LobbyRun {
   OnlineTable& t;
@@ -43,8 +38,7 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   EXPECT_EQ(listed.GameName, "DiceHall Online");
   EXPECT_EQ(listed.HostName, "Zed");
   EXPECT_EQ(listed.Address, "127.0.0.1:" + std::to_string(t.host->Port()));
-  EXPECT_EQ(listed.Status, "Open");
-  EXPECT_EQ(listed.Players[0], "Ann");
+  EXPECT_EQ((std::tuple{listed.Status, listed.Players[0]}), (std::tuple{"Open", "Ann"}));
   // Reports keep it listed long past the time a silent table is dropped.
   run.Run(10000);
   EXPECT_EQ(lobby.Tables().size(), 1u);

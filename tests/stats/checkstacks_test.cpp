@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/placement.h"
 #include "tests/test_support.h"
 
 namespace {

@@ -46,12 +46,10 @@ TEST(StatsRollKinds, DieOfSevenCountsNothingThatDoesNotExist) {
     int d1, d2;
     std::vector<int> kinds;
   };
-  const Case cases[] = {
-      {7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
-      {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
-      {7, 5, {88, 20, 21, 65, 66, 69, 75, 77}},  // total 12, but not dice 6.6
-      {7, 7, {}},
-  };
+  const Case cases[] = {{7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
+                        {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
+                        {7, 5, {88, 20, 21, 65, 66, 69, 75, 77}},  // total 12, but not dice 6.6
+                        {7, 7, {}}};
   for (const Case& c : cases) {
     auto s = Fresh();
     CountRoll(*s, 4, c.d1, c.d2);
@@ -101,8 +99,7 @@ TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
   since[7] = 5;
   s->RollsSince.Assign(since);
   EXPECT_THROW(CountRoll(*s, 0, 3, 4), StatOverflow);
-  EXPECT_EQ(s->RollsSince.Values(), since);
-  EXPECT_EQ(s->RollCount[kHandScope][7], 0);
+  EXPECT_EQ((std::tuple{s->RollsSince.Values(), s->RollCount[kHandScope][7]}), (std::tuple{since, 0}));
 }
 
 // Counting tests the counters only when one is near the limit: each counter a roll adds
@@ -115,25 +112,23 @@ TEST(StatsRollCounting, EveryCounterOfARollStopsAtTheLimit) {
     int32_t (*read)(const Statistics&);
     bool touched;
   };
-  const Case cases[] = {
-      {"all rolls", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][0] = v; },
-       [](const Statistics& s) { return s.RollCount[kAllScope][0]; }, true},
-      {"shooter's sevens", [](Statistics& s, int32_t v) { s.RollCount[kSessionScope + 2][7] = v; },
-       [](const Statistics& s) { return s.RollCount[kSessionScope + 2][7]; }, true},
-      {"empty seat's rolls", [](Statistics& s, int32_t v) { s.SeatRolls[kAllScope + 8] = v; },
-       [](const Statistics& s) { return s.SeatRolls[kAllScope + 8]; }, true},
-      {"gap of one", [](Statistics& s, int32_t v) { s.RollGapHistogram[7][1] = v; },
-       [](const Statistics& s) { return s.RollGapHistogram[7][1]; }, true},
-      {"rolls since",
-       [](Statistics& s, int32_t v) {
-         std::array<int32_t, kRollKinds> since{};
-         since[1] = v;
-         s.RollsSince.Assign(since);
-       },
-       [](const Statistics& s) { return s.RollsSince[1]; }, true},
-      {"twelves", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][12] = v; },
-       [](const Statistics& s) { return s.RollCount[kAllScope][12]; }, false},
-  };
+  const Case cases[] = {{"all rolls", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][0] = v; },
+                         [](const Statistics& s) { return s.RollCount[kAllScope][0]; }, true},
+                        {"shooter's sevens", [](Statistics& s, int32_t v) { s.RollCount[kSessionScope + 2][7] = v; },
+                         [](const Statistics& s) { return s.RollCount[kSessionScope + 2][7]; }, true},
+                        {"empty seat's rolls", [](Statistics& s, int32_t v) { s.SeatRolls[kAllScope + 8] = v; },
+                         [](const Statistics& s) { return s.SeatRolls[kAllScope + 8]; }, true},
+                        {"gap of one", [](Statistics& s, int32_t v) { s.RollGapHistogram[7][1] = v; },
+                         [](const Statistics& s) { return s.RollGapHistogram[7][1]; }, true},
+                        {"rolls since",
+                         [](Statistics& s, int32_t v) {
+                           std::array<int32_t, kRollKinds> since{};
+                           since[1] = v;
+                           s.RollsSince.Assign(since);
+                         },
+                         [](const Statistics& s) { return s.RollsSince[1]; }, true},
+                        {"twelves", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][12] = v; },
+                         [](const Statistics& s) { return s.RollCount[kAllScope][12]; }, false}};
   for (const Case& c : cases) {
     auto s = Fresh();
     c.fill(*s, INT32_MAX - 3);
@@ -149,14 +144,11 @@ TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
   auto s = Fresh();
   CountRoll(*s, 2, 2, 2);
   RollOverHand(*s, {true, false, true});
-  EXPECT_EQ(s->RollCount[kLastHandScope + 2][79], 1);
-  EXPECT_EQ(s->RollCount[2][13], 0);
+  EXPECT_EQ((std::tuple{s->RollCount[kLastHandScope + 2][79], s->RollCount[2][13]}), (std::tuple{1, 0}));
   RollOverSession(*s);
-  EXPECT_EQ(s->RollCount[kLastSessionScope][13], 1);
-  EXPECT_EQ(s->RollCount[kSessionScope][13], 0);
-  EXPECT_EQ(s->RollCount[kAllScope + 2][13], 1);
-  EXPECT_EQ(s->RollsSince[7], 1);
-  EXPECT_EQ(s->RollGapHistogram[13][1], 1);
+  EXPECT_EQ((std::tuple{s->RollCount[kLastSessionScope][13], s->RollCount[kSessionScope][13],
+                        s->RollCount[kAllScope + 2][13], s->RollsSince[7], s->RollGapHistogram[13][1]}),
+            (std::tuple{1, 0, 1, 1, 1}));
 }
 
 TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
@@ -165,16 +157,14 @@ TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
   RecordBetResult(*s, 2, bet::Field, Money::Dollars(5), Money::Dollars(10), Money{});
   SwapSeatStats(*s, 2, 6);
   for (int g : {kHandScope, kSessionScope, kAllScope}) {
-    EXPECT_EQ(s->RollCount[g + 6][16], 1);
-    EXPECT_EQ(s->RollCount[g + 2][16], 0);
-    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], Money::Dollars(10));
+    EXPECT_EQ((std::tuple{s->RollCount[g + 6][16], s->RollCount[g + 2][16], s->BetWinStats[g + 6][bet::Field][1]}),
+              (std::tuple{1, 0, Money::Dollars(10)}));
   }
   RollOverHand(*s, {true, false, false, false, false, false, true});  // moves only rows the seat used
   EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], Money::Dollars(5));
   ClearSeatStats(*s, 6);
   for (int g : {kHandScope, kLastHandScope, kSessionScope, kLastSessionScope, kAllScope}) {
-    EXPECT_EQ(s->RollCount[g + 6][16], 0);
-    EXPECT_EQ(s->BetStats[g + 6][bet::Field][0], Money{});
+    EXPECT_EQ((std::tuple{s->RollCount[g + 6][16], s->BetStats[g + 6][bet::Field][0]}), (std::tuple{0, Money{}}));
   }
   EXPECT_EQ(s->RollCount[kAllScope][16], 1);
   int32_t shooter = 2, hand = 6, last = 3;

@@ -18,8 +18,7 @@ ProbabilityPlane NumberedPlane() {
 }
 
 TEST(RollTotalsKinds, FairAndSkewedPercentages) {
-  EXPECT_EQ(KindWays(17), 24);
-  EXPECT_EQ(KindWays(21), 16);
+  EXPECT_EQ((std::tuple{KindWays(17), KindWays(21)}), (std::tuple{24, 16}));
   const ProbabilityPlane numbered = NumberedPlane();
   struct Case {
     int kind;
@@ -109,13 +108,9 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
       {0, kSessionScope, false, true, 11, -1, 9, nullptr},      // a zero cell drops out of df
   };
   for (const Case& c : cases) {
-    RollTotalsRequest r;
-    r.Display = c.display;
-    r.ScopeBase = c.scope;
-    r.PlayerList = c.players;
+    RollTotalsRequest r{
+        .Display = c.display, .ScopeBase = c.scope, .PlayerList = c.players, .Skewed = c.skewed, .Plane = &plane};
     r.Selected[3] = true;
-    r.Skewed = c.skewed;
-    r.Plane = &plane;
     const RollTotalsView v = ComputeRollTotals(*s, r);
     ASSERT_EQ(v.Items.size(), c.items);
     if (c.sum >= 0) {

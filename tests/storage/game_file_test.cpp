@@ -14,12 +14,10 @@
 #include "autobet/script_files.h"
 #include "automation/auto_roll.h"
 #include "dice/roll_files.h"
-#include "dice/seeding.h"
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/fixed_record.h"
-#include "storage/hot_keys.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 
@@ -202,8 +200,7 @@ TEST(GameFile, SavedOpenedAndSavedAgainIsTheSameFileAndPlaysOnTheSame) {
   // The other program folder holds the same hot-keys file, date and all.
   ASSERT_TRUE(CopyFileKeepingDate(a.Path("Hot-keys.hky"), b.Path("Hot-keys.hky")));
   ASSERT_TRUE(OpenGame(b.g, file)) << b.ui.LastText();
-  EXPECT_EQ(b.g.PlayerName[4], "Dee");
-  EXPECT_EQ(b.g.Rolls.RecorderState, 2);
+  EXPECT_EQ((std::tuple{b.g.PlayerName[4], b.g.Rolls.RecorderState}), (std::tuple{"Dee", 2}));
   const Bytes first = FileBytes(file);
   ASSERT_TRUE(SaveGame(b.g, file));
   EXPECT_TRUE(first == FileBytes(file));
@@ -242,8 +239,7 @@ const Corruption kCorruptions[] = {
     {"a probability cell out of range", [](Bytes& b) { PutInt32(b.data() + 456 * 256, 100001); }, kCorrupt.c_str()},
     {"seat 9", [](Bytes& b) { PutWide(b, 460, 0, 9 * kOne); }, kCorrupt.c_str()},
     {"an amount on row 150", [](Bytes& b) { PutWide(b, 470, 22, 5 * kOne); }, kCorrupt.c_str()},
-    {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()},
-};
+    {"a record more", [](Bytes& b) { b.resize(b.size() + 256); }, kCorrupt.c_str()}};
 
 TEST(GameFile, EveryCorruptFormIsRefusedAndTheTableStaysAsItWas) {
   PlayedTable t;

@@ -69,16 +69,14 @@ TEST(LanguageTextTable, TheGapsAreEmptyAndTheirNeighboursHaveText) {
 
 TEST(LanguageTextTable, LanguageOutsideTheListIsEmpty) {
   for (int language : {-1, kLanguages, 100}) {
-    EXPECT_EQ(LanguageText(language, 1), "");
-    EXPECT_EQ(LanguageText(language, 9, 1), "");
-    EXPECT_EQ(LanguageTextPieces(language, 9), 0);
-    EXPECT_EQ(ScopeName(language, 0), "");
+    EXPECT_EQ((std::tuple{LanguageText(language, 1), LanguageText(language, 9, 1), LanguageTextPieces(language, 9),
+                          ScopeName(language, 0)}),
+              (std::tuple{"", "", 0, ""}));
   }
 }
 
 struct TellingCase {
-  int language;
-  int number;
+  int language, number;
   std::string_view text;
 };
 
@@ -86,9 +84,9 @@ class LanguageTextTellingTest : public ::testing::TestWithParam<TellingCase> {};
 
 TEST_P(LanguageTextTellingTest, TranslatedRowIsOnePiece) {
   const TellingCase& c = GetParam();
-  EXPECT_EQ(LanguageText(c.language, c.number), c.text);
-  EXPECT_EQ(LanguageTextPieces(c.language, c.number), 1);
-  EXPECT_EQ(LanguageText(c.language, c.number, 1), "");
+  EXPECT_EQ((std::tuple{LanguageText(c.language, c.number), LanguageTextPieces(c.language, c.number),
+                        LanguageText(c.language, c.number, 1)}),
+            (std::tuple{c.text, 1, ""}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -105,17 +103,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Rows whose word is the same as the English one in that language.
 struct SameWord {
-  int language;
-  int number;
+  int language, number;
 };
-constexpr SameWord kSameAsEnglish[] = {
-    {kSpanish, 34},  {kItalian, 34},  // "No"
-    {kSpanish, 37},                   // "Error"
-    {kFrench, 159},  {kFrench, 160},  // "session", "sessions"
-    {kGerman, 162},                   // "Median", the German statistics term
-    {kSpanish, 156}, {kGerman, 156},  // "Auto-Bet", the name of the script language
-    {kFrench, 156},  {kTurkish, 156}, {kItalian, 156},
-};
+constexpr SameWord kSameAsEnglish[] = {{kSpanish, 34},  {kItalian, 34},  // "No"
+                                       {kSpanish, 37},                   // "Error"
+                                       {kFrench, 159},  {kFrench, 160},  // "session", "sessions"
+                                       {kGerman, 162},                   // "Median", the German statistics term
+                                       {kSpanish, 156}, {kGerman, 156},  // "Auto-Bet", the name of the script language
+                                       {kFrench, 156},  {kTurkish, 156}, {kItalian, 156}};
 
 bool SameAsEnglishAllowed(int language, int number) {
   for (const SameWord& s : kSameAsEnglish)
@@ -153,10 +148,8 @@ TEST(LanguageTextTable, EveryRowIsTranslatedPieceForPiece) {
         if (number != 17) {
           EXPECT_EQ(text.front() == ' ', en.front() == ' ');
         }
-        EXPECT_EQ(text.back() == ' ', en.back() == ' ');
-        EXPECT_EQ(Count(text, "\n"), Count(en, "\n"));
-        EXPECT_EQ(Count(text, "&"), Count(en, "&"));
-        EXPECT_EQ(Count(text, "$"), Count(en, "$"));
+        EXPECT_EQ((std::tuple{text.back() == ' ', Count(text, "\n"), Count(text, "&"), Count(text, "$")}),
+                  (std::tuple{en.back() == ' ', Count(en, "\n"), Count(en, "&"), Count(en, "$")}));
         // "& " is a plain ampersand; an access key stands before a letter.
         EXPECT_EQ(Count(text, "& "), Count(en, "& "));
         EXPECT_NE(text.back(), '&');

@@ -9,7 +9,6 @@
 #include <chrono>
 #include <thread>
 
-#include "dice/seeding.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/game_file.h"

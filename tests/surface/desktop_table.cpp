@@ -52,15 +52,7 @@ void DesktopTable::Click(int id, Qt::MouseButton button, Qt::KeyboardModifiers k
 void DesktopTable::Key(int key, Qt::KeyboardModifiers keys) { QTest::keyClick(&Table(), Qt::Key(key), keys); }
 
 void DesktopTable::SeatByClicks(int seat, const std::string& name, const std::string& buyIn) {
-  MessageReply yes;
-  yes.Button = kButtonYes;
-  MessageReply typedName;
-  typedName.Button = kButtonOk;
-  typedName.Input = name;
-  MessageReply typedBuyIn;
-  typedBuyIn.Button = kButtonOk;
-  typedBuyIn.Input = buyIn;
-  replies = {yes, typedName, typedBuyIn};
+  replies = {{kButtonYes, "", false}, {kButtonOk, name, false}, {kButtonOk, buyIn, false}};
   Click(seat * 1000);
 }
 

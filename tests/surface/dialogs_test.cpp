@@ -86,8 +86,7 @@ TEST(MessageBox, TheChosenButtonTheTypedTextAndTheHideTickComeBack) {
     box->findChild<QCheckBox*>("chkHide")->setChecked(true);
   });
   MessageReply reply = RunMessageBox(request, kEnglish, nullptr);
-  EXPECT_EQ(reply.Button, kButtonOk);
-  EXPECT_EQ(reply.Input, "2500");
+  EXPECT_EQ((std::tuple{reply.Button, reply.Input}), (std::tuple{kButtonOk, "2500"}));
   EXPECT_TRUE(reply.Hide);
   ClickWhenOpen("cmdButton3");
   EXPECT_EQ(RunMessageBox(request, kEnglish, nullptr).Button, kButtonCancel);
@@ -106,9 +105,7 @@ TEST(MessageBox, TheWindowIsSizedFromItsText) {
 
 TEST(MessageBox, AHiddenNoticeClassDoesNotComeAgain) {
   DesktopTable t;
-  MessageReply hide;
-  hide.Hide = true;
-  t.replies = {hide};
+  t.replies = {{kButtonOk, "", true}};
   Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
   Tell(t.g, "Vig charge", "Buy", 0, msg::kOk | msg::kClass4);
   EXPECT_EQ(t.ui.shown.size(), 1u);
@@ -173,9 +170,9 @@ TEST(SettleDialog, ARuleRowBecomesTheSeatsRuleAndItsAction) {
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdMathOperator"), Qt::LeftButton);  // + to -
   dialog.findChild<QLineEdit*>("txtModifyAmount")->setText("5");
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdApplyModify"), Qt::LeftButton);
-  EXPECT_EQ(dialog.Action(), kModifyByRule);
-  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operator, 1);
-  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operand, 5_usd);
+  EXPECT_EQ((std::tuple{dialog.Action(), t.g.SettleRules[3][kRuleModifyWin].Operator,
+                        t.g.SettleRules[3][kRuleModifyWin].Operand}),
+            (std::tuple{kModifyByRule, 1, 5_usd}));
 }
 
 TEST(PlayersDialogs, RenameMoveAndTheAtm) {
@@ -233,9 +230,7 @@ TEST(HyperDrive, TheSliderChoosesItAndTheSameButtonStopsIt) {
     EXPECT_EQ(button->text(), "Stop &Hyper-Drive");
     QTest::mouseClick(button, Qt::LeftButton);
   });
-  MessageReply yes;
-  yes.Button = kButtonYes;
-  t.replies = {yes};
+  t.replies = {{kButtonYes, "", false}};
   QTest::mouseClick(button, Qt::LeftButton);
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   EXPECT_FALSE(t.g.SilentMode);

@@ -12,7 +12,6 @@
 #include "app/sim/sim.h"
 #include "app/sim/sim_report.h"
 #include "dice/seeding.h"
-#include "engine/placement.h"
 #include "tests/surface/desktop_table.h"
 
 namespace {
@@ -43,8 +42,7 @@ struct DialogPlayer {
 };
 
 struct Standing {
-  int seat;
-  int bet;
+  int seat, bet;
   int check;  // the check index whose clicks make the amount
   int clicks;
 };
@@ -54,11 +52,10 @@ TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
   constexpr uint32_t kSeed = 8086;
   // The same session in the simulator: two players and their standing bets.
   TempDir simFolder;
-  const SimRun sim = Sim({"--rolls", "200", "--seed", "8086", "--json", "--player", "Ann:5000", "--player", "Bob:3000",
-                          "--bet", "Ann:Pass Line=5", "--bet", "Ann:Field=1", "--bet", "Bob:Don't Pass=25", "--bet",
-                          "Bob:Hard 8=5", "--bet", "Bob:Place 5=10"},
-                         simFolder.path.string());
-  ASSERT_EQ(sim.code, 0) << sim.err;
+  const SimRun sim = SimOk({"--rolls", "200", "--seed", "8086", "--json", "--player", "Ann:5000", "--player",
+                            "Bob:3000", "--bet", "Ann:Pass Line=5", "--bet", "Ann:Field=1", "--bet",
+                            "Bob:Don't Pass=25", "--bet", "Bob:Hard 8=5", "--bet", "Bob:Place 5=10"},
+                           simFolder.path.string());
 
   DesktopTable t;
   t.g.Dice.pendingSeed = Money::Dollars(kSeed);
