@@ -87,8 +87,9 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   }
   EXPECT_FALSE(fs::exists(dir.path / "shards" / "Ann.slg")) << "a shard writes its partial file only";
   const SimRun merged = SimOk(merge, (dir.path / "merged").string());
-  EXPECT_EQ((std::tuple{merged.out, Files(dir.path / "merged"), Files(dir.path / "whole")}),
-            (std::tuple{whole.out, Files(dir.path / "whole"), logs1}));
+  EXPECT_EQ(merged.out, whole.out);
+  EXPECT_EQ(Files(dir.path / "merged"), Files(dir.path / "whole"));
+  EXPECT_EQ(Files(dir.path / "whole"), logs1);
   const SimRun mergedJson = Sim(With(merge, {"--json"}), (dir.path / "merged-json").string());
   EXPECT_EQ(mergedJson.out, json1);
 }
@@ -171,7 +172,9 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   EXPECT_NE(same.out.find("No difference: A and B ended every session alike."), std::string::npos) << same.out;
   same = Sim(With({"compare", ten, ten, "--json"}, options), dir.path.string());
   const json d = json::parse(same.out)["difference"];
-  EXPECT_EQ((std::tuple{d["verdict"], d["mean"], d["sd"]}), (std::tuple{"no difference", 0.0, 0.0}));
+  EXPECT_EQ(d["verdict"], "no difference");
+  EXPECT_EQ(d["mean"], 0.0);
+  EXPECT_EQ(d["sd"], 0.0);
 
   const std::string rows = (dir.path / "pairs.csv").string();
   const SimRun doubled = SimOk(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
@@ -244,8 +247,9 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const SessionResult s = PlaySession(*g, r, 1, 1);
   ASSERT_EQ(s.players.size(), 1u);
   const PlayerSession& ann = s.players[0];
-  EXPECT_EQ((std::tuple{SessionEndName(ann.end), ann.rolls, ann.result}),
-            (std::tuple{std::string(SessionEndName(c.end)), c.rolls, Money::FromDouble(c.result)}));
+  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(c.end)));
+  EXPECT_EQ(ann.rolls, c.rolls);
+  EXPECT_EQ(ann.result, Money::FromDouble(c.result));
   ASSERT_EQ(ann.records.size(), 1u) << "the player's session reaches the log as the player leaves";
   EXPECT_EQ(ann.records[0][slg::Ending] - ann.records[0][slg::Invested], ann.result);
   EXPECT_FALSE(SeatOccupied(*g, 1));

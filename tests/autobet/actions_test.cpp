@@ -117,8 +117,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
   ActionTable a;
   ASSERT_EQ(a.Run({"csn1 = \"a\"", "csn2 = \"b\"", "csn3 = \"a\"", "clear = \"a\", csn1, csn2", "swap csn2, csn3"}), 0);
-  EXPECT_EQ((std::tuple{a.g.CheckStackName[kAnn][1], a.g.CheckStackName[kAnn][2], a.g.CheckStackName[kAnn][3]}),
-            (std::tuple{"", "a", "b"}));
+  EXPECT_EQ(a.g.CheckStackName[kAnn][1], "");
+  EXPECT_EQ(a.g.CheckStackName[kAnn][2], "a");
+  EXPECT_EQ(a.g.CheckStackName[kAnn][3], "b");
 }
 
 // ---- Bets through the placement gate, and their working switches.
@@ -230,7 +231,9 @@ TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
   ActionTable a;
   ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet x 150%\""}), 0);
   const SettleRule& win = a.g.SettleRules[kAnn][kRuleModifyWin];
-  EXPECT_EQ((std::tuple{win.Operator, win.Operand, win.Units}), (std::tuple{2, 150_usd, 1}));
+  EXPECT_EQ(win.Operator, 2);
+  EXPECT_EQ(win.Operand, 150_usd);
+  EXPECT_EQ(win.Units, 1);
   ASSERT_EQ(a.Run({"autohandle winning bets = \"same bet / 0\""}), 0);
   EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operator, 3);
   EXPECT_EQ(a.g.SettleRules[kAnn][kRuleModifyWin].Operand, Money{});
@@ -350,7 +353,9 @@ TEST(ActionMessages, ShowTheTextUnderTheBettorsTitleAndAskYesOrNo) {
   ASSERT_EQ(a.Run({"show message \"Pressing now\""}), 0);
   ASSERT_FALSE(a.t.ui.transcript.empty());
   const MessageRequest& shown = a.t.ui.transcript.back().request;
-  EXPECT_EQ((std::tuple{shown.Text, shown.Title, shown.Width}), (std::tuple{"Pressing now", "Auto-Bet (Ann)", 550}));
+  EXPECT_EQ(shown.Text, "Pressing now");
+  EXPECT_EQ(shown.Title, "Auto-Bet (Ann)");
+  EXPECT_EQ(shown.Width, 550);
   // Hyper-Drive shows script messages only with their own option on.
   a.g.Auto.HyperDrive = a.g.SilentMode = true;
   a.g.Rules.Notices |= kNoticeAutoBetHyper;
@@ -394,9 +399,11 @@ TEST(ActionFiles, PlaybackStartsAtTheRollAskedFor) {
   a.g.Rules.BetNeededToShoot = 0;
   a.g.ScriptActive[kAnn] = false;
   RollDice(a.g);
-  EXPECT_EQ((std::tuple{a.g.Table.Die1, a.g.Table.Die2}), (std::tuple{5, 2}));
+  EXPECT_EQ(a.g.Table.Die1, 5);
+  EXPECT_EQ(a.g.Table.Die2, 2);
   ASSERT_EQ(a.Run({"dice roll file next roll = 1", "deactivate dice roll file"}), 0);
-  EXPECT_EQ((std::tuple{a.g.Rolls.NextRollPosition, a.g.Rolls.RecorderState}), (std::tuple{1, 0}));
+  EXPECT_EQ(a.g.Rolls.NextRollPosition, 1);
+  EXPECT_EQ(a.g.Rolls.RecorderState, 0);
 }
 
 TEST(ActionFiles, ProbabilityFilesSwitchPercentageDice) {

@@ -74,7 +74,8 @@ TEST(CompileMiscRecords, LoneStringsAndNumbersBecomeLabelsThatKnowTheirRecord) {
   ASSERT_FALSE(CompileSeat(program, {"\"Make bets\"", "bet 5 on field : 100", "show message \"hi\""}).Failed());
   const std::vector<TokenRecord>& r = program.ScriptRecords;
   ASSERT_EQ(r.size(), 17u);
-  EXPECT_EQ((std::tuple{r[2], r[13]}), (std::tuple{(TokenRecord{kCodeLabel, 1}), (TokenRecord{kCodeLabel, 3})}));
+  EXPECT_EQ(r[2], (TokenRecord{kCodeLabel, 1}));
+  EXPECT_EQ(r[13], (TokenRecord{kCodeLabel, 3}));
   EXPECT_EQ(r[16], (TokenRecord{kCodeString, 2}));  // a string with company stays a string
   const std::vector<StringEntry> strings = {{"Make bets", 2}, {"hi", 0}, {"100", 13}};
   EXPECT_EQ(program.ScriptStrings, strings);
@@ -187,8 +188,10 @@ TEST(CompileAll, AFaultNamesThePlayerAndKeepsNoProgram) {
   program.ScriptSource[2] = {"bet 5 on field", "bet 5 on lay"};
   const CompileAllResult result = CompileALLAutobets(program, 0, Seats({1, 2}));
   ASSERT_TRUE(result.Failed());
-  EXPECT_EQ((std::tuple{result.seat, result.fault.message, result.fault.firstLine, result.title}),
-            (std::tuple{2, "Missing or inappropriate reference to Lay bet.", 2, "Auto-bet script error"}));
+  EXPECT_EQ(result.seat, 2);
+  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
+  EXPECT_EQ(result.fault.firstLine, 2);
+  EXPECT_EQ(result.title, "Auto-bet script error");
   EXPECT_EQ(result.message,
             "Ann's auto-bet script contains an error which must be corrected before you can run it.\n\n"
             "Select Ann on the auto-bet screen and click the \"Check Script\" button to see the error.");
@@ -204,8 +207,9 @@ TEST(CompileAll, TheEditorsLinesGoBackToTheSelectedSeatFirst) {
   SeatFacts seats = Seats({4});
   seats.selectedSeat = 4;
   const CompileAllResult result = CompileALLAutobets(program, 0, seats);
-  EXPECT_EQ((std::tuple{program.ScriptSource[4], result.seat, result.fault.message}),
-            (std::tuple{program.EditorLines, 4, "Missing or inappropriate reference to Lay bet."}));
+  EXPECT_EQ(program.ScriptSource[4], program.EditorLines);
+  EXPECT_EQ(result.seat, 4);
+  EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
 }
 
 TEST(CompileAll, NoActiveSeatIsAnEmptyCompiledProgram) {

@@ -52,8 +52,10 @@ inline std::ostream& PrintScript(std::ostream& os, const std::vector<std::string
 // The fault covers the case's range (its firstLine, firstColumn, lastLine, lastColumn).
 template <class Case>
 void ExpectRange(const CompileFault& fault, const Case& c) {
-  EXPECT_EQ((std::tuple{fault.firstLine, fault.firstColumn, fault.lastLine, fault.lastColumn}),
-            (std::tuple{c.firstLine, c.firstColumn, c.lastLine, c.lastColumn}));
+  EXPECT_EQ(fault.firstLine, c.firstLine);
+  EXPECT_EQ(fault.firstColumn, c.firstColumn);
+  EXPECT_EQ(fault.lastLine, c.lastLine);
+  EXPECT_EQ(fault.lastColumn, c.lastColumn);
 }
 
 // A script compiled for a seat: the message of its first fault and the range shown, or

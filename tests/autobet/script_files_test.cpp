@@ -232,8 +232,9 @@ TEST(ScriptFiles, LoadingPastingAndHotKeys) {
   t.g.AutoBet.SelectedSeat = 1;
   const auto records = t.g.AutoBet.ProgramRecords;
   EXPECT_TRUE(RunHotKey(t.g, 'K'));
-  EXPECT_EQ((std::tuple{t.g.BetAmount[1][kCheckStackRow + 2], t.g.AutoBet.ProgramRecords.size(), t.g.ScriptFile[1]}),
-            (std::tuple{8_usd, records.size(), "a.bet"}));
+  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 2], 8_usd);
+  EXPECT_EQ(t.g.AutoBet.ProgramRecords.size(), records.size());
+  EXPECT_EQ(t.g.ScriptFile[1], "a.bet");
   EXPECT_FALSE(RunHotKey(t.g, 'M'));
   EXPECT_NE(t.ui.LastText().find("Please check the path and file name on the Hot-key screen."), std::string::npos);
   EXPECT_FALSE(RunHotKey(t.g, 'Z'));
@@ -266,7 +267,8 @@ TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
     EXPECT_EQ(out, table);
     ASSERT_TRUE(WriteFileAtomically(t.g.ProgramFolder + "/Hot-keys.hky", b));
     EXPECT_FALSE(LoadHotKeys(t.g));
-    EXPECT_EQ((std::tuple{t.ui.LastText(), t.g.HotKeys}), (std::tuple{kNotAHotKeysFile, table}));
+    EXPECT_EQ(t.ui.LastText(), kNotAHotKeysFile);
+    EXPECT_EQ(t.g.HotKeys, table);
   }
 }
 

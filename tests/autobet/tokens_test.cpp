@@ -159,8 +159,11 @@ TEST_P(TokeniseFaultTest, StopsAtTheFirstFaultWithItsRange) {
   std::vector<StringEntry> strings;
   CompileFault fault;
   const auto records = Tokenise(c.lines, strings, fault);
-  EXPECT_EQ((std::tuple{fault.message, fault.firstLine, fault.lastLine, fault.firstColumn, fault.lastColumn}),
-            (std::tuple{c.message, c.line, c.line, c.firstColumn, c.lastColumn}));
+  EXPECT_EQ(fault.message, c.message);
+  EXPECT_EQ(fault.firstLine, c.line);
+  EXPECT_EQ(fault.lastLine, c.line);
+  EXPECT_EQ(fault.firstColumn, c.firstColumn);
+  EXPECT_EQ(fault.lastColumn, c.lastColumn);
   EXPECT_TRUE(records.empty());
   EXPECT_TRUE(strings.empty());
 }
@@ -201,7 +204,8 @@ TEST_P(ReservedWordProbeTest, RefusesNamesTheScriptsCouldNotTellApart) {
     std::string probe = c.name;
     const std::string message = ProbeReservedWord(c.name, language, probe);
     if (c.text == 0) {
-      EXPECT_EQ((std::tuple{message, probe}), (std::tuple{"", c.name}));
+      EXPECT_EQ(message, "");
+      EXPECT_EQ(probe, c.name);
       continue;
     }
     EXPECT_EQ(probe, kReservedWordMark);

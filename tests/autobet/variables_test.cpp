@@ -294,9 +294,12 @@ TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
                  "EndIf"});
   const Game& g = t.g;
   auto cs = [&](int n) { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); };
-  EXPECT_EQ((std::tuple{cs(1), cs(2), cs(3)}), (std::tuple{20, 4, 4.3}));
+  EXPECT_EQ(cs(1), 20);
+  EXPECT_EQ(cs(2), 4);
+  EXPECT_EQ(cs(3), 4.3);
   EXPECT_EQ(cs(4), 10);  // from the rolls before the seven-out
-  EXPECT_EQ((std::tuple{cs(5), g.AutoBet.FaultCount[kAnn]}), (std::tuple{6, 1}));
+  EXPECT_EQ(cs(5), 6);
+  EXPECT_EQ(g.AutoBet.FaultCount[kAnn], 1);
   ASSERT_EQ(g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].code, 301);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].line, 5);
@@ -311,8 +314,9 @@ TEST(VariablesTest, AssignVariableReplacesTheRecordAndCountsItsPieces) {
   ASSERT_EQ(p.StatementLength, 7);  // V P H X Y = 0
   const std::size_t strings = p.ProgramStrings.size();
   EXPECT_EQ(AssignVariable(t.g, 1), 4);  // P H X Y, for the reduction to delete
-  EXPECT_EQ((std::tuple{p.StatementLength, p.StatementBuffer[1], p.StatementBuffer[2].code}),
-            (std::tuple{7, (TokenRecord{kCodeNumber, 20}), kCodePlayer}));
+  EXPECT_EQ(p.StatementLength, 7);
+  EXPECT_EQ(p.StatementBuffer[1], (TokenRecord{kCodeNumber, 20}));
+  EXPECT_EQ(p.StatementBuffer[2].code, kCodePlayer);
   // A number read makes no string.
   EXPECT_EQ(p.ProgramStrings.size(), strings);
 }
@@ -329,7 +333,8 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
   EXPECT_EQ(TextOf(g, ann), "Nest egg");
   LoadReference(g, "csn99 player2");
   DeleteRecords(g.AutoBet, 2, AssignVariable(g, 1));
-  EXPECT_EQ((std::tuple{TextOf(g, g.AutoBet.StatementBuffer[1]), g.AutoBet.RunError}), (std::tuple{"Bob's last", 0}));
+  EXPECT_EQ(TextOf(g, g.AutoBet.StatementBuffer[1]), "Bob's last");
+  EXPECT_EQ(g.AutoBet.RunError, 0);
 }
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
@@ -643,9 +648,9 @@ TEST(FunctionScriptTest, RunsInTheCycleAfterARoll) {
   t.g.ScriptActive[kAnn] = true;
   ASSERT_TRUE(CompileActiveScripts(t.g)) << t.ui.LastText();
   t.Roll(3, 4);
-  EXPECT_EQ((std::tuple{t.g.BetAmount[kAnn][kCheckStackRow + 1], t.g.CheckStackName[kAnn][2],
-                        t.g.BetAmount[kAnn][kCheckStackRow + 3]}),
-            (std::tuple{22_usd, "An3", 5_usd}));
+  EXPECT_EQ(t.g.BetAmount[kAnn][kCheckStackRow + 1], 22_usd);
+  EXPECT_EQ(t.g.CheckStackName[kAnn][2], "An3");
+  EXPECT_EQ(t.g.BetAmount[kAnn][kCheckStackRow + 3], 5_usd);
   ASSERT_EQ(t.g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(t.g.AutoBet.FirstFaults[kAnn][0].code, 1);
 }

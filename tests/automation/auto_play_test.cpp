@@ -52,12 +52,14 @@ TEST(AutoPlay, SettingsMoveWithThePlayerAndSurviveASave) {
   t.g.SettleRules[2][1] = {0, 25_usd, 2};
   MovePlayer(t.g, 2, 7);
   auto check = [](const Game& g, int s) {
-    EXPECT_EQ((std::tuple{AdjustMode(g, s), g.AdjustBias[s][kBiasLay], g.AdjustBias[s][kBiasDoOdds]}),
-              (std::tuple{1, 2, 1}));
+    EXPECT_EQ(AdjustMode(g, s), 1);
+    EXPECT_EQ(g.AdjustBias[s][kBiasLay], 2);
+    EXPECT_EQ(g.AdjustBias[s][kBiasDoOdds], 1);
     EXPECT_TRUE(g.AutoTakeOdds[s] && g.AutoPassDice[s] && !g.AutoLayOdds[s]);
     EXPECT_TRUE(g.Rules.WorkOnComeOut[PointRow(BetFamily::Place, 8)][s]);
-    EXPECT_EQ((std::tuple{g.AutoHandleWin[s], g.SettleRules[s][1].Operand, g.SettleRules[s][1].Units}),
-              (std::tuple{7, 25_usd, 2}));
+    EXPECT_EQ(g.AutoHandleWin[s], 7);
+    EXPECT_EQ(g.SettleRules[s][1].Operand, 25_usd);
+    EXPECT_EQ(g.SettleRules[s][1].Units, 2);
   };
   check(t.g, 7);
   EXPECT_EQ(t.g.AdjustBias[2][kBiasLay], 0);

@@ -54,7 +54,8 @@ struct HyperTable : LineTable {
     EXPECT_EQ(g.Auto.ButtonText, "Start &Hyper-Drive");
     EXPECT_EQ(g.Auto.WindowTitle, "DiceHall Hyper-Drive Stopped");
     ASSERT_EQ(Messages(), 1);
-    EXPECT_EQ((std::tuple{LastMessage().Title, LastMessage().Text}), (std::tuple{"Hyper-Drive Stopped", reason}));
+    EXPECT_EQ(LastMessage().Title, "Hyper-Drive Stopped");
+    EXPECT_EQ(LastMessage().Text, reason);
   }
 };
 
@@ -74,7 +75,8 @@ TEST(HyperDriveToggle, BelowTwelveIsHyperDriveAndSilentTwelveIsAutoRollThatDraws
     if (hyper) continue;
     ToggleAutoRoll(t.g);
     EXPECT_FALSE(t.g.Auto.AutoRollActive);
-    EXPECT_EQ((std::tuple{t.g.Auto.ButtonText, t.Messages()}), (std::tuple{"Start &Auto-Roll", 0}));
+    EXPECT_EQ(t.g.Auto.ButtonText, "Start &Auto-Roll");
+    EXPECT_EQ(t.Messages(), 0);
   }
 }
 
@@ -103,9 +105,10 @@ TEST(HyperDriveToggle, AutoRollStopsAtItsAutoStopWithABox) {
   EXPECT_EQ(t.SessionRolls(), 3);
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   ASSERT_EQ(user.transcript.size(), 1u);
-  EXPECT_EQ((std::tuple{user.transcript[0].request.Title, user.transcript[0].request.Text,
-                        user.transcript[0].request.HelpId, t.g.Auto.ButtonText}),
-            (std::tuple{"Auto-Roll Stopped", "Stopped by Auto-Stop", 540, "Start &Auto-Roll"}));
+  EXPECT_EQ(user.transcript[0].request.Title, "Auto-Roll Stopped");
+  EXPECT_EQ(user.transcript[0].request.Text, "Stopped by Auto-Stop");
+  EXPECT_EQ(user.transcript[0].request.HelpId, 540);
+  EXPECT_EQ(t.g.Auto.ButtonText, "Start &Auto-Roll");
 }
 
 // ---- Auto-Stop -------------------------------------------------------------------------------
@@ -130,7 +133,8 @@ TEST_P(HyperDriveAutoStopTest, StopsAtTheNextMultiple) {
   SetSessionRolls(t.g, c.rollsBefore);
   t.g.Auto.AutoStopRolls = Money::Dollars(c.every);
   t.Run();
-  EXPECT_EQ((std::tuple{t.SessionRolls(), t.g.StopReason}), (std::tuple{c.rollsAfter, "Stopped by Auto-Stop."}));
+  EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
+  EXPECT_EQ(t.g.StopReason, "Stopped by Auto-Stop.");
   t.ExpectStoppedWith("Stopped by Auto-Stop.");
   // Every decision of the run was taken without a dialog.
   EXPECT_TRUE(t.ui.settles.empty());

@@ -124,7 +124,8 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   PercentageDice q;
   q.ProbabilityChanged = true;
   ASSERT_TRUE(LoadProbabilityFile(q, dir.path.string(), "skewed.prb", error)) << error;
-  EXPECT_EQ((std::tuple{q.Table, q.ProbabilityFileName}), (std::tuple{p.Table, "skewed.prb"}));
+  EXPECT_EQ(q.Table, p.Table);
+  EXPECT_EQ(q.ProbabilityFileName, "skewed.prb");
   EXPECT_FALSE(q.ProbabilityChanged);
   ASSERT_TRUE(SaveProbabilityFile((dir.path / "again.prb").string(), q.Table, error));
   EXPECT_EQ(FileText(dir.path / "again.prb"), bytes);

@@ -53,8 +53,9 @@ TEST_P(RollFileMarkTest, EveryPairPlaysWhateverItsMarkAndTheReadAfterTheLastEnds
 
   t.ui.replies.push_back({kButtonYes, "", false});
   StopPlayback(t.g, t.rf);
-  EXPECT_EQ((std::tuple{t.ui.LastText(), t.rf.RecorderState, t.rf.NextRollPosition}),
-            (std::tuple{"Rewind for playback?", 0, 1}));
+  EXPECT_EQ(t.ui.LastText(), "Rewind for playback?");
+  EXPECT_EQ(t.rf.RecorderState, 0);
+  EXPECT_EQ(t.rf.NextRollPosition, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(RollFileMarks, RollFileMarkTest, ::testing::Values(0, 1, 2, 3));
@@ -77,16 +78,19 @@ TEST_P(RollFileLimitTest, StopsWithoutRollingAndKeepsTheFileAtTheRoll) {
     ToggleAutoRoll(t.g);
   }
   EXPECT_FALSE(ReadRollFromFile(t.g, t.rf));
-  EXPECT_EQ(
-      (std::tuple{t.g.Table.Die1 * 10 + t.g.Table.Die2, t.rf.RecorderState, t.rf.NextRollPosition, t.g.StopReason}),
-      (std::tuple{25, 0, 2, kOutOfLimitsStop}));
+  EXPECT_EQ(t.g.Table.Die1 * 10 + t.g.Table.Die2, 25);
+  EXPECT_EQ(t.rf.RecorderState, 0);
+  EXPECT_EQ(t.rf.NextRollPosition, 2);
+  EXPECT_EQ(t.g.StopReason, kOutOfLimitsStop);
   EXPECT_FALSE(t.g.Auto.AutoRollActive);
   ASSERT_EQ(t.ui.transcript.size(), 1u);
   const MessageRequest& box = t.ui.transcript[0].request;
   if (c.hyperDrive) {  // only the stop text, shown as Hyper-Drive stops
-    EXPECT_EQ((std::tuple{box.Title, box.Text}), (std::tuple{"Hyper-Drive Stopped", kOutOfLimitsStop}));
+    EXPECT_EQ(box.Title, "Hyper-Drive Stopped");
+    EXPECT_EQ(box.Text, kOutOfLimitsStop);
   } else {
-    EXPECT_EQ((std::tuple{box.Title, box.HelpId}), (std::tuple{"Dice roll file error", 210}));
+    EXPECT_EQ(box.Title, "Dice roll file error");
+    EXPECT_EQ(box.HelpId, 210);
     EXPECT_EQ(box.Text,
               "A dice roll value has been found to be out of limits. \n\nPlayback of this Dice Roll File "
               "has stopped so that you can check the file or continue without it.");
@@ -167,7 +171,8 @@ TEST_P(RollFileWaitTest, WaitsTestingEveryHalfSecond) {
   ToggleAutoRoll(t.g);
   if (c.dropAt == 0) WriteText(t.File("popup.txt"), "1 1");
   OpenPopupSource(t.g, t.rf, "popup.txt");
-  EXPECT_EQ((std::tuple{WaitForPopupFile(t.g, t.rf), ui.yields}), (std::tuple{c.goOn, c.yields}));
+  EXPECT_EQ(WaitForPopupFile(t.g, t.rf), c.goOn);
+  EXPECT_EQ(ui.yields, c.yields);
   if (c.yields) {
     EXPECT_EQ(ui.statuses, std::vector<std::string>({"Waiting for Roll File", "Ready"}));
   }

@@ -26,7 +26,8 @@ TEST_P(SeedSelectTest, LibraryChecksComeBeforeTheRange) {
   TestTable t;
   t.g.Dice.rngNumber = 5;
   t.g.Dice.missingRngLibraries = c.mask;
-  EXPECT_EQ((std::tuple{SelectRng(t.g, c.number), t.g.Dice.rngNumber}), (std::tuple{c.code, c.selected}));
+  EXPECT_EQ(SelectRng(t.g, c.number), c.code);
+  EXPECT_EQ(t.g.Dice.rngNumber, c.selected);
   EXPECT_EQ(t.g.Dice.lastSeed, 12345) << "selecting does not seed";
 }
 
@@ -74,7 +75,8 @@ TEST_P(SeedAutomaticTest, ComesFromTheTimeOfDayAndWeekday) {
   t.clock.now = {2024, 6, 4, c.hour, c.minute, c.second, c.millisecond, c.weekday};
   ASSERT_EQ(SelectRng(t.g, c.rng), 0);
   EXPECT_TRUE(SeedRng(t.g, false));
-  EXPECT_EQ((std::tuple{t.g.Dice.lastSeed, t.g.Dice.pendingSeed}), (std::tuple{c.seed, Money::Dollars(c.seed)}));
+  EXPECT_EQ(t.g.Dice.lastSeed, c.seed);
+  EXPECT_EQ(t.g.Dice.pendingSeed, Money::Dollars(c.seed));
 }
 
 INSTANTIATE_TEST_SUITE_P(SeedClock, SeedAutomaticTest,
@@ -91,7 +93,9 @@ TEST(SeedRngTest, MidnightForThreeFailsAndLeavesTheGenerator) {
   t.g.Dice.lcgState = 4711;
   t.clock.now = {2024, 6, 4, 0, 0, 0, 0, 5};
   EXPECT_FALSE(SeedRng(t.g, false));
-  EXPECT_EQ((std::tuple{t.g.Dice.lcgState, t.g.Dice.lastSeed, t.g.Dice.pendingSeed.raw}), (std::tuple{4711, 12345, 0}));
+  EXPECT_EQ(t.g.Dice.lcgState, 4711);
+  EXPECT_EQ(t.g.Dice.lastSeed, 12345);
+  EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
 }
 
 // Seeding sets the selected generator back to the start of the seed's sequence, and
@@ -133,7 +137,8 @@ TEST(SeedRngTest, ThePromptAsksAgainUntilTheNumberFits) {
   ASSERT_EQ(t.ui.transcript.size(), 4u);
   const MessageRequest& first = t.ui.transcript[0].request;
   EXPECT_EQ(first.Text, "Please enter a whole number between 1 and 2,147,483,647 to seed the random number generator:");
-  EXPECT_EQ((std::tuple{first.Title, first.Input}), (std::tuple{"Random Number Generator", "12345"}));
+  EXPECT_EQ(first.Title, "Random Number Generator");
+  EXPECT_EQ(first.Input, "12345");
   EXPECT_TRUE(first.Flags & msg::kCancel);
   EXPECT_EQ(t.ui.transcript[1].request.Text, "Your seed value is out of limits.\n\n" + first.Text);
 }
@@ -145,9 +150,11 @@ TEST(SeedRngTest, CancelChangesNothingAndSaysNothingMore) {
   const DiceSources before = t.g.Dice;
   t.ui.replies = {{kButtonCancel, "55", false}};
   EXPECT_FALSE(SeedRng(t.g, false));
-  EXPECT_EQ(
-      (std::tuple{t.ui.transcript.size(), t.g.Dice.pendingSeed, t.g.Dice.lastSeed, t.g.Dice.mt.mt, t.g.Dice.mt.mti}),
-      (std::tuple{1u, before.pendingSeed, before.lastSeed, before.mt.mt, before.mt.mti}));
+  EXPECT_EQ(t.ui.transcript.size(), 1u);
+  EXPECT_EQ(t.g.Dice.pendingSeed, before.pendingSeed);
+  EXPECT_EQ(t.g.Dice.lastSeed, before.lastSeed);
+  EXPECT_EQ(t.g.Dice.mt.mt, before.mt.mt);
+  EXPECT_EQ(t.g.Dice.mt.mti, before.mt.mti);
 }
 
 TEST(SeedRngTest, TypingTheLastSeedAgainIsAccepted) {
@@ -179,7 +186,8 @@ TEST(SeedRngTest, AScriptedSeedOutOfLimitsLeavesZero) {
   ASSERT_EQ(SelectRng(t.g, 3), 0);
   t.g.Dice.pendingSeed = Money::Dollars(1000000);
   EXPECT_FALSE(SeedRng(t.g, true));
-  EXPECT_EQ((std::tuple{t.g.Dice.pendingSeed.raw, t.g.Dice.lastSeed}), (std::tuple{0, 12345}));
+  EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
+  EXPECT_EQ(t.g.Dice.lastSeed, 12345);
   EXPECT_TRUE(t.ui.transcript.empty());
 }
 
@@ -202,7 +210,8 @@ TEST_P(SeedStartUpTest, SeedsEverySelectableGeneratorEndingAtOne) {
   t.clock.now = {2024, 6, 4, 12, 34, 56, 789, 3};
   SeedAtStartUp(t.g);
   const DiceSources& d = t.g.Dice;
-  EXPECT_EQ((std::tuple{d.rngNumber, d.lastSeed}), (std::tuple{c.selected, c.lastSeed}));
+  EXPECT_EQ(d.rngNumber, c.selected);
+  EXPECT_EQ(d.lastSeed, c.lastSeed);
   EXPECT_TRUE(d.ran1.initialised && d.ran2.initialised);
   EXPECT_EQ(d.cokus.state.mti == Mt19937::N + 1, (c.mask & 2U) != 0) << "#2 seeded when it can be";
   EXPECT_TRUE(t.ui.transcript.empty()) << "nobody is asked at start-up";

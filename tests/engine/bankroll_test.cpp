@@ -75,8 +75,9 @@ TEST_P(BankrollBuyInTest, HostBoundsHold) {
   BuyIn(t.g, 1, Money::FromDouble(c.request));
   EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.result));
   if (*c.text) {
-    EXPECT_EQ((std::tuple{t.LastMessage().Text, t.LastMessage().Title, t.LastMessage().HelpId}),
-              (std::tuple{c.text, "Bankroll", 180}));
+    EXPECT_EQ(t.LastMessage().Text, c.text);
+    EXPECT_EQ(t.LastMessage().Title, "Bankroll");
+    EXPECT_EQ(t.LastMessage().HelpId, 180);
   } else {
     EXPECT_TRUE(t.ui.transcript.empty());
   }

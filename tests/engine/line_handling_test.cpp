@@ -43,8 +43,9 @@ TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
   for (int total : c.totals) t.RollTotal(total);
   EXPECT_EQ(static_cast<int>(t.ui.settles.size()), c.dialogs);
   EXPECT_TRUE(t.ui.faults.empty());
-  EXPECT_EQ((std::tuple{t.Amount(1, bet::PassLine), t.g.OnTable[1], t.g.Bankroll[1]}),
-            (std::tuple{c.amountAfter, c.amountAfter, c.bankrollAfter}));
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.amountAfter);
+  EXPECT_EQ(t.g.OnTable[1], c.amountAfter);
+  EXPECT_EQ(t.g.Bankroll[1], c.bankrollAfter);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -102,8 +103,9 @@ TEST(LineSettleDialog, AChoiceTheDialogDidNotOfferIsRefused) {
   t.Bet(1, bet::PassLine, 10_usd);
   t.ui.settleReplies.push_back(kTakeMaxOdds);  // offered only for an odds bet that wasn't working
   t.RollTotal(7);
-  EXPECT_EQ((std::tuple{t.ui.faults.size(), t.Amount(1, bet::PassLine), t.g.Bankroll[1]}),
-            (std::tuple{1u, Money{}, 1010_usd}));
+  EXPECT_EQ(t.ui.faults.size(), 1u);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.Bankroll[1], 1010_usd);
 }
 
 // ---- Passing the dice ----------------------------------------------------------------------
@@ -129,7 +131,8 @@ TEST(PassDiceRotation, SevenOutsMoveTheDiceDownAndRound) {
   for (int hand = 0; hand < 4; ++hand) {
     const int before = t.g.Table.Shooter;
     t.SevenOut();
-    EXPECT_EQ((std::tuple{t.g.Table.LastHandShooter, t.g.Table.HandShooter}), (std::tuple{before, t.g.Table.Shooter}));
+    EXPECT_EQ(t.g.Table.LastHandShooter, before);
+    EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
     shooters.push_back(t.g.Table.Shooter);
   }
   EXPECT_THAT(shooters, ElementsAre(1, 8, 5, 1));
@@ -145,30 +148,37 @@ TEST(PassDiceRotation, APlayerWhoPassesIsSkipped) {
 TEST(PassDiceRotation, SilentPassBetweenHandsAndWithinOne) {
   ThreeAtTheTable t;
   PassDice(t.g, kPassSilent);
-  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.HandShooter, t.Messages()}), (std::tuple{1, 1, 0}));
+  EXPECT_EQ(t.g.Table.Shooter, 1);
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
+  EXPECT_EQ(t.Messages(), 0);
 
   t.RollTotal(8);
   PassDice(t.g, kPassSilent);
   EXPECT_EQ(t.g.Table.Shooter, 8);  // 1 − 1 wraps to 8
-  EXPECT_EQ((std::tuple{t.g.Table.HandShooter, t.Messages()}), (std::tuple{1, 0}));
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
+  EXPECT_EQ(t.Messages(), 0);
 }
 
 TEST(PassDiceRotation, AMidHandTakerKeepsTheDiceAtHisSevenOut) {
   ThreeAtTheTable t;
   t.RollTotal(9);
   PassDice(t.g, kPassAsked);
-  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.HandShooter}), (std::tuple{1, 5}));
+  EXPECT_EQ(t.g.Table.Shooter, 1);
+  EXPECT_EQ(t.g.Table.HandShooter, 5);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
   EXPECT_EQ(t.LastMessage().Text,
             "Ann is passing the dice to Bob who may finish the current hand and then roll his/her own hand.");
 
   t.RollTotal(7);
-  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.HandShooter, t.g.Table.LastHandShooter}), (std::tuple{1, 1, 5}));
+  EXPECT_EQ(t.g.Table.Shooter, 1);
+  EXPECT_EQ(t.g.Table.HandShooter, 1);
+  EXPECT_EQ(t.g.Table.LastHandShooter, 5);
 
   // Bob's own hand ends: now the dice go on.
   t.SevenOut();
-  EXPECT_EQ((std::tuple{t.g.Table.Shooter, t.g.Table.LastHandShooter}), (std::tuple{8, 1}));
+  EXPECT_EQ(t.g.Table.Shooter, 8);
+  EXPECT_EQ(t.g.Table.LastHandShooter, 1);
 }
 
 TEST(PassDiceRotation, PassingBackToTheHandsShooter) {

@@ -17,8 +17,9 @@ class MoneyTextTest : public testing::TestWithParam<TextCase> {};
 
 TEST_P(MoneyTextTest, ShowsWholeTwoOrFourDecimals) {
   const TextCase& c = GetParam();
-  EXPECT_EQ((std::tuple{MoneyText(M(c.value)), MoneyTextGrouped(M(c.value)), DollarText(M(c.value))}),
-            (std::tuple{c.text, c.grouped, c.dollars}));
+  EXPECT_EQ(MoneyText(M(c.value)), c.text);
+  EXPECT_EQ(MoneyTextGrouped(M(c.value)), c.grouped);
+  EXPECT_EQ(DollarText(M(c.value)), c.dollars);
 }
 
 INSTANTIATE_TEST_SUITE_P(Amounts, MoneyTextTest,
@@ -44,27 +45,31 @@ TEST(MoneyArithmetic, ProductsAreExactAndRoundHalfToEven) {
 }
 
 TEST(MoneyArithmetic, PayoffRatioFloorsTowardMinusInfinity) {
-  EXPECT_EQ((std::tuple{MulDivMoney(M(7), M(3), M(2)), MulDivMoney(M(10), M(1), M(3)), MulDivMoney(M(10), M(-1), M(3)),
-                        MulDivMoney(M(10), M(1), M(0))}),
-            (std::tuple{M(10.5), M(3.3333), M(-3.3334), M(0)}));
+  EXPECT_EQ(MulDivMoney(M(7), M(3), M(2)), M(10.5));
+  EXPECT_EQ(MulDivMoney(M(10), M(1), M(3)), M(3.3333));
+  EXPECT_EQ(MulDivMoney(M(10), M(-1), M(3)), M(-3.3334));
+  EXPECT_EQ(MulDivMoney(M(10), M(1), M(0)), M(0));
   const Money large = Money::FromRaw(999999999999999999LL);  // a product past 64 bits
   EXPECT_EQ(MulDivMoney(large, M(3), M(2)), Money::FromRaw(1499999999999999998LL));
   EXPECT_EQ(MulDivMoney(-large, M(3), M(2)), Money::FromRaw(-1499999999999999999LL));
 }
 
 TEST(MoneyArithmetic, FloorToUnitGoesDownAlsoForLosses) {
-  EXPECT_EQ((std::tuple{FloorToUnit(M(10.5), M(1)), FloorToUnit(M(-10.5), M(1)), FloorToUnit(M(-10), M(5)),
-                        FloorToUnit(M(12.349), M(0.01)), FloorToUnit(M(7), M(0))}),
-            (std::tuple{M(10), M(-11), M(-10), M(12.34), M(7)}));
+  EXPECT_EQ(FloorToUnit(M(10.5), M(1)), M(10));
+  EXPECT_EQ(FloorToUnit(M(-10.5), M(1)), M(-11));
+  EXPECT_EQ(FloorToUnit(M(-10), M(5)), M(-10));
+  EXPECT_EQ(FloorToUnit(M(12.349), M(0.01)), M(12.34));
+  EXPECT_EQ(FloorToUnit(M(7), M(0)), M(7));
   EXPECT_TRUE(IsMultipleOf(M(15), M(5)));
   EXPECT_FALSE(IsMultipleOf(M(7), M(5)));
   EXPECT_FALSE(IsMultipleOf(M(7), M(0)));
 }
 
 TEST(MoneyArithmetic, FromDoubleRoundsToTheNearestTenThousandth) {
-  EXPECT_EQ((std::tuple{Money::FromDouble(-2.5).raw, Money::FromDouble(10.0 / 3.0).raw,
-                        Money::FromDouble(-10.0 / 3.0).raw, Money::FromDouble(2.0 / 3.0).raw}),
-            (std::tuple{-25000, 33333, -33333, 6667}));
+  EXPECT_EQ(Money::FromDouble(-2.5).raw, -25000);
+  EXPECT_EQ(Money::FromDouble(10.0 / 3.0).raw, 33333);
+  EXPECT_EQ(Money::FromDouble(-10.0 / 3.0).raw, -33333);
+  EXPECT_EQ(Money::FromDouble(2.0 / 3.0).raw, 6667);
 }
 
 struct ParseCase {

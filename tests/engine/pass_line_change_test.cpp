@@ -49,8 +49,10 @@ TEST_P(PassLineRoundingTest, AwayFromZeroOnAFiveDollarTable) {
   if (c.start.raw > 0) {
     ASSERT_EQ(t.Bet(1, bet::PassLine, c.start), c.start);
   }
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, c.request), t.Amount(1, bet::PassLine), t.g.OnTable[1], t.Messages()}),
-            (std::tuple{c.applied, c.start + c.applied, c.start + c.applied, 0}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.applied);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.start + c.applied);
+  EXPECT_EQ(t.g.OnTable[1], c.start + c.applied);
+  EXPECT_EQ(t.Messages(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(PassLine, PassLineRoundingTest,
@@ -70,21 +72,24 @@ TEST(PassLineChangeBet, PutBetsOffRefusesAnyIncreaseWithThePointOn) {
   t.RollTotal(6);
   ASSERT_EQ(t.g.Table.Point, 6);
 
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 5_usd), t.Amount(1, bet::PassLine), t.g.OnTable[1]}),
-            (std::tuple{Money{}, 10_usd, 10_usd}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.g.OnTable[1], 10_usd);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
   EXPECT_EQ(t.LastMessage().Title, "Ann");
   EXPECT_TRUE(t.LastMessage().Flags & msg::kClass1);  // a rule notice the user may hide
 
   // A player with no line bet can't start one either.
-  EXPECT_EQ((std::tuple{t.Bet(2, bet::PassLine, 10_usd), t.Amount(2, bet::PassLine)}), (std::tuple{Money{}, Money{}}));
+  EXPECT_EQ(t.Bet(2, bet::PassLine, 10_usd), Money{});
+  EXPECT_EQ(t.Amount(2, bet::PassLine), Money{});
   ASSERT_EQ(t.Messages(), 2);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
   EXPECT_EQ(t.LastMessage().Title, "Bob");
 
   // Nor may the contract come down.
-  EXPECT_EQ((std::tuple{TakeDown(t.g, 1, bet::PassLine), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 10_usd}));
+  EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
   ASSERT_EQ(t.Messages(), 3);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
 }
@@ -95,20 +100,23 @@ TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
   t.RollTotal(6);
 
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, -5_usd), t.Amount(1, bet::PassLine), t.Messages()}),
-            (std::tuple{-5_usd, 10_usd, 0}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), -5_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.Messages(), 0);
 
   // More than the Put increase: only the increase comes off.
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, -15_usd), t.Amount(1, bet::PassLine), t.g.OnTable[1]}),
-            (std::tuple{-5_usd, 10_usd, 10_usd}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -15_usd), -5_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
+  EXPECT_EQ(t.g.OnTable[1], 10_usd);
 
   // After a roll the increase is part of the contract.
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
   const int before = t.Messages();
   t.RollTotal(3);
   ASSERT_EQ(t.g.Table.Point, 6);
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, -5_usd), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 15_usd}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 15_usd);
   ASSERT_EQ(t.Messages(), before + 1);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
   EXPECT_EQ(t.LastMessage().Title, "Ann");
@@ -123,8 +131,10 @@ TEST(PassLineChangeBet, OnTheComeOutTheLineComesDownFreely) {
   t.Bet(1, bet::PassLine, 10_usd);
   t.RollTotal(7);  // a natural: still the come-out
   t.Bet(1, bet::PassLine, 10_usd);
-  EXPECT_EQ((std::tuple{TakeDown(t.g, 1, bet::PassLine), t.Amount(1, bet::PassLine), t.g.OnTable[1], t.Messages()}),
-            (std::tuple{-10_usd, Money{}, Money{}, 0}));
+  EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), -10_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  EXPECT_EQ(t.Messages(), 0);
 }
 
 // ---- Limits --------------------------------------------------------------------------------
@@ -138,8 +148,9 @@ TEST(PassLineChangeBet, TheMinimumRaisesAnIncreaseAndRemovesADecrease) {
   EXPECT_EQ(t.LastMessage().Title, "Ann");
 
   t.Bet(1, bet::PassLine, 5_usd);
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, -10_usd), t.Amount(1, bet::PassLine), t.g.OnTable[1]}),
-            (std::tuple{-15_usd, Money{}, Money{}}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, -10_usd), -15_usd);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.g.OnTable[1], Money{});
 }
 
 TEST(PassLineChangeBet, TheMaximumCutsTheRequest) {
@@ -155,7 +166,8 @@ TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
   t.Bet(1, bet::PassLine, 500_usd);
   t.RollTotal(8);
   t.g.Rules.MaxPlacardBet = 100_usd;
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 5_usd), t.Amount(1, bet::PassLine)}), (std::tuple{Money{}, 500_usd}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 500_usd);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_THAT(t.LastMessage().Text,
               StartsWith("The maximum Pass Line bet is $100\n\nHowever, because it's a contract bet and was "
@@ -187,12 +199,14 @@ TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
   if (c.fieldBet.raw > 0) {
     ASSERT_EQ(t.Bet(1, bet::Field, c.fieldBet), c.fieldBet);
   }
-  EXPECT_EQ(
-      (std::tuple{t.Bet(1, bet::PassLine, c.request), t.Amount(1, bet::PassLine), t.g.OnTable[1], t.g.Bankroll[1]}),
-      (std::tuple{c.placed, c.placed, c.fieldBet + c.placed, c.bankroll}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.placed);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), c.placed);
+  EXPECT_EQ(t.g.OnTable[1], c.fieldBet + c.placed);
+  EXPECT_EQ(t.g.Bankroll[1], c.bankroll);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
-  EXPECT_EQ((std::tuple{t.LastMessage().HelpId, t.LastMessage().Title}), (std::tuple{130, "Ann"}));
+  EXPECT_EQ(t.LastMessage().HelpId, 130);
+  EXPECT_EQ(t.LastMessage().Title, "Ann");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -214,7 +228,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PassLineChangeBet, TheBankrollCutIsSilentWithLimitNoticesOff) {
   AnnAtTheLine t(23_usd);
   t.g.Rules.Notices &= ~kNoticeLimits;
-  EXPECT_EQ((std::tuple{t.Bet(1, bet::PassLine, 50_usd), t.Messages()}), (std::tuple{23_usd, 0}));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, 50_usd), 23_usd);
+  EXPECT_EQ(t.Messages(), 0);
 }
 
 }  // namespace

@@ -40,7 +40,8 @@ TEST(PlayersRemove, AbandonedContractsLoseTheRestGoesBack) {
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(RemovePlayer(t.g, 1));
   EXPECT_EQ(t.g.Bankroll[1], Money{}) << "the seat's stores are cleared";
-  EXPECT_EQ((std::tuple{t.g.PlayerName[1], t.g.Table.NumberOfPlayers}), (std::tuple{"", 1}));
+  EXPECT_EQ(t.g.PlayerName[1], "");
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 1);
   EXPECT_EQ(t.g.Table.Shooter, 2) << "the shooter left: the dice pass";
   for (int b = 1; b <= kBets; ++b) EXPECT_EQ(t.Amount(1, b), Money{}) << BetName(b);
   EXPECT_EQ(t.g.OnTable[1], Money{});
@@ -76,7 +77,9 @@ TEST(PlayersRemove, TheLastPlayerLeavingEndsTheHand) {
   t.RollTotal(5);
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(RemovePlayer(t.g, 1));
-  EXPECT_EQ((std::tuple{t.g.Table.Point, t.g.Table.Shooter, t.g.Table.HandShooter}), (std::tuple{0, 0, 0}));
+  EXPECT_EQ(t.g.Table.Point, 0);
+  EXPECT_EQ(t.g.Table.Shooter, 0);
+  EXPECT_EQ(t.g.Table.HandShooter, 0);
 }
 
 TEST(PlayersMove, EverythingFollowsThePlayerAndTheShooterKeepsTheDice) {
@@ -84,9 +87,12 @@ TEST(PlayersMove, EverythingFollowsThePlayerAndTheShooterKeepsTheDice) {
   ASSERT_EQ(t.g.Table.Shooter, 1);
   const Money bankroll = t.g.Bankroll[1];
   MovePlayer(t.g, 1, 6);
-  EXPECT_EQ((std::tuple{t.g.PlayerName[6], t.g.PlayerName[1], t.g.Bankroll[6], t.g.Bankroll[6 + 18],
-                        t.Amount(6, bet::Come4), t.g.ContractBase[6][bet::Come4]}),
-            (std::tuple{"Ann", "", bankroll, bankroll, Money::Dollars(5), Money::Dollars(5)}));
+  EXPECT_EQ(t.g.PlayerName[6], "Ann");
+  EXPECT_EQ(t.g.PlayerName[1], "");
+  EXPECT_EQ(t.g.Bankroll[6], bankroll);
+  EXPECT_EQ(t.g.Bankroll[6 + 18], bankroll);
+  EXPECT_EQ(t.Amount(6, bet::Come4), Money::Dollars(5));
+  EXPECT_EQ(t.g.ContractBase[6][bet::Come4], Money::Dollars(5));
   EXPECT_EQ(t.g.Table.Shooter, 6);
   EXPECT_TRUE(t.g.BetHolders[bet::Come4] & (1 << 6));
   EXPECT_FALSE(t.g.BetHolders[bet::Come4] & (1 << 1));
@@ -99,9 +105,11 @@ TEST(PlayersMove, EverythingFollowsThePlayerAndTheShooterKeepsTheDice) {
 TEST(PlayersMove, AMoveToAnOccupiedSeatIsAnExchange) {
   Leaving t;
   MovePlayer(t.g, 1, 2);
-  EXPECT_EQ((std::tuple{t.g.PlayerName[1], t.g.PlayerName[2], t.Amount(2, bet::Place4 + 3),
-                        t.Amount(1, bet::Place4 + 3), t.g.Table.Shooter}),
-            (std::tuple{"Bob", "Ann", Money::Dollars(12), Money{}, 2}));
+  EXPECT_EQ(t.g.PlayerName[1], "Bob");
+  EXPECT_EQ(t.g.PlayerName[2], "Ann");
+  EXPECT_EQ(t.Amount(2, bet::Place4 + 3), Money::Dollars(12));
+  EXPECT_EQ(t.Amount(1, bet::Place4 + 3), Money{});
+  EXPECT_EQ(t.g.Table.Shooter, 2);
 }
 
 struct PassCase {
@@ -154,8 +162,9 @@ TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
                   {kButtonOk, "", false},                                    // the box that says so
                   {kButtonOk, "250", false}};
   ASSERT_TRUE(AskToAddPlayer(t.g, 5));
-  EXPECT_EQ((std::tuple{t.g.PlayerName[5], t.g.Bankroll[5], t.g.Table.NumberOfPlayers}),
-            (std::tuple{"Ann", Money::Dollars(250), 2}));
+  EXPECT_EQ(t.g.PlayerName[5], "Ann");
+  EXPECT_EQ(t.g.Bankroll[5], Money::Dollars(250));
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 2);
   const auto& tr = t.ui.transcript;
   ASSERT_GE(tr.size(), 7u);
   EXPECT_EQ(tr[0].request.Text, "Would you like to add a player here?");
@@ -173,7 +182,8 @@ TEST(PlayersAdd, NoOrCancelSeatsNobody) {
   EXPECT_FALSE(AskToAddPlayer(t.g, 3));
   t.ui.replies = {{kButtonYes, "", false}, {kButtonCancel, "", false}};
   EXPECT_FALSE(AskToAddPlayer(t.g, 3));
-  EXPECT_EQ((std::tuple{t.g.Table.NumberOfPlayers, t.g.PlayerName[3]}), (std::tuple{0, ""}));
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 0);
+  EXPECT_EQ(t.g.PlayerName[3], "");
 }
 
 }  // namespace

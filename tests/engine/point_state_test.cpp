@@ -142,8 +142,9 @@ TEST_P(PointStatePointOnTest, OnlyThePointOrASevenDecides) {
   } else {
     // Anything else, the bar totals included, decides nothing; a roll with the point on
     // isn't a come-out.
-    EXPECT_EQ((std::tuple{State(t), st.HandDecisions[kHandScope][c.total][0], outcomes}),
-              (std::tuple{(Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}), 0, (Ints{kStands, kStands})}));
+    EXPECT_EQ(State(t), (Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
+    EXPECT_EQ(st.HandDecisions[kHandScope][c.total][0], 0);
+    EXPECT_EQ(outcomes, (Ints{kStands, kStands}));
   }
 }
 
@@ -163,7 +164,8 @@ TEST(PointStateHand, ComeOutSevensArePassesWithinOneHand) {
       (Ints{st.RollCount[kHandScope][0], st.HandsShot[kSessionScope], st.MostPassesInHand[kSessionScope + kShooterSeat],
             st.HandDecisions[kHandScope][7][1], st.HandDecisions[kHandScope][11][1]}),
       (Ints{3, 1, 3, 2, 1}));
-  EXPECT_EQ((std::tuple{t.g.Bankroll[kShooterSeat], t.g.Bankroll[kDarkSeat]}), (std::tuple{1030_usd, 970_usd}));
+  EXPECT_EQ(t.g.Bankroll[kShooterSeat], 1030_usd);
+  EXPECT_EQ(t.g.Bankroll[kDarkSeat], 970_usd);
 
   // Point 5, made; point 9, seven-out: one hand of two passes after three naturals.
   for (int total : {5, 5, 9, 7}) t.RollTotal(total);

@@ -43,9 +43,11 @@ TEST_P(ResetAbandonedTest, ContractBetsAtANewSession) {
     t.g.BankrollInitType[1] = 2;
     ResetTable(t.g, true, false, false, 0);
   }
-  EXPECT_EQ((std::tuple{t.g.Bankroll[1] - before, t.Amount(1, bet::PassLine)}), (std::tuple{c.bankrollAfter, Money{}}));
-  EXPECT_EQ((std::tuple{t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), t.g.OnTable[1], t.g.Table.Point}),
-            (std::tuple{Money{}, Money{}, 0}));
+  EXPECT_EQ(t.g.Bankroll[1] - before, c.bankrollAfter);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
+  EXPECT_EQ(t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), Money{});
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  EXPECT_EQ(t.g.Table.Point, 0);
   // A charged bet is a loss in the statistics of the session just ended.
   const Money lineLoss = t.g.Stats.BetLossStats[kLastSessionScope + 1][bet::PassLine][1];
   const Money comeLoss = t.g.Stats.BetLossStats[kLastSessionScope + 1][PointRow(BetFamily::ComeNumber, 9)][1];
@@ -67,7 +69,8 @@ TEST(ResetTableAbandoned, WithoutHistoryTheLossIsCarriedIntoTheBuyIn) {
   t.RollTotal(5);
   ResetTable(t.g, false, false, true, 0);
   // The abandoned bet's loss is in the seat's buy-in carried to the new session.
-  EXPECT_EQ((std::tuple{t.g.BankrollInitAmount[1], t.g.Bankroll[1]}), (std::tuple{990_usd, 990_usd}));
+  EXPECT_EQ(t.g.BankrollInitAmount[1], 990_usd);
+  EXPECT_EQ(t.g.Bankroll[1], 990_usd);
 }
 
 }  // namespace

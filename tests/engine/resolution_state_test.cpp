@@ -71,7 +71,8 @@ TEST_P(ResolutionCountTest, AfterTheRolls) {
     ASSERT_EQ(t.Bet(kSeat, c.bet, 10_usd), 10_usd);
   }
   for (auto [d1, d2] : c.dice) t.Roll(d1, d2);
-  EXPECT_EQ((std::tuple{t.g.Table.AllNumbersMask, t.g.Table.FourRollCount}), (std::tuple{c.numbersMask, c.fourRolls}));
+  EXPECT_EQ(t.g.Table.AllNumbersMask, c.numbersMask);
+  EXPECT_EQ(t.g.Table.FourRollCount, c.fourRolls);
   if (c.repeaterTotal) {
     EXPECT_EQ(t.g.Table.RepeaterCount[c.repeaterTotal], c.repeaterCount);
   }
@@ -97,7 +98,8 @@ TEST(ResolutionRepeater, CountClearedWhenMetWithNobodyOnIt) {
   t.g.Table.RepeaterCount[2] = 2;
   t.g.Table.RepeaterCount[12] = 1;
   t.Roll(1, 1);
-  EXPECT_EQ((std::tuple{t.g.Table.RepeaterCount[2], t.g.Table.RepeaterCount[12]}), (std::tuple{0, 1}));
+  EXPECT_EQ(t.g.Table.RepeaterCount[2], 0);
+  EXPECT_EQ(t.g.Table.RepeaterCount[12], 1);
 }
 
 // A Come bet moved onto a number that holds one is summed; the base and come base are
@@ -111,12 +113,16 @@ TEST(ResolutionMove, ComeSummedOntoItsNumber) {
   ASSERT_EQ(t.Bet(kSeat, bet::Come, 10_usd), 10_usd);
   t.Roll(1, 4);
   ASSERT_EQ(t.Amount(kSeat, come5), 10_usd);
-  EXPECT_EQ((std::tuple{g.ContractBase[kSeat][come5], g.ComeBase[kSeat][1]}), (std::tuple{10_usd, 10_usd}));
+  EXPECT_EQ(g.ContractBase[kSeat][come5], 10_usd);
+  EXPECT_EQ(g.ComeBase[kSeat][1], 10_usd);
   ASSERT_EQ(t.Bet(kSeat, bet::Come, 15_usd), 15_usd);
   t.Roll(2, 3);
-  EXPECT_EQ((std::tuple{g.Bankroll[kSeat], t.Amount(kSeat, come5), t.Amount(kSeat, bet::Come),
-                        g.ContractBase[kSeat][come5], g.ContractBase[kSeat][bet::Come], g.ComeBase[kSeat][1]}),
-            (std::tuple{10010_usd, 25_usd, Money{}, 15_usd, Money{}, 15_usd}));
+  EXPECT_EQ(g.Bankroll[kSeat], 10010_usd);
+  EXPECT_EQ(t.Amount(kSeat, come5), 25_usd);
+  EXPECT_EQ(t.Amount(kSeat, bet::Come), Money{});
+  EXPECT_EQ(g.ContractBase[kSeat][come5], 15_usd);
+  EXPECT_EQ(g.ContractBase[kSeat][bet::Come], Money{});
+  EXPECT_EQ(g.ComeBase[kSeat][1], 15_usd);
 }
 
 // Money is handled from the far ends of the rail inward: 4L, 4R, 3L, 3R, 2L, 2R, 1L, 1R.

@@ -399,9 +399,9 @@ void Play(const Case& c) {
     ASSERT_EQ(t.Bet(kSeat, it.bet, want), want) << "the table refused \"" << s << "\"";
   }
 
-  EXPECT_EQ((std::tuple{DollarText(g.Bankroll[kSeat] - kStartBankroll), g.Bankroll[kSessionScope + kSeat],
-                        g.Bankroll[kAllScope + kSeat]}),
-            (std::tuple{DollarText(Money::FromDouble(c.net)), g.Bankroll[kSeat], g.Bankroll[kSeat]}));
+  EXPECT_EQ(DollarText(g.Bankroll[kSeat] - kStartBankroll), DollarText(Money::FromDouble(c.net)));
+  EXPECT_EQ(g.Bankroll[kSessionScope + kSeat], g.Bankroll[kSeat]);
+  EXPECT_EQ(g.Bankroll[kAllScope + kSeat], g.Bankroll[kSeat]);
 
   std::map<int, Money> left;
   for (const std::string& s : Items(c.left)) {

@@ -27,7 +27,8 @@ TEST(SettleDialog, ASplitBetTellsItsParts) {
   t.Roll(5, 6);
   const SettleRequest* d = DialogFor(t, "C and E $2");
   ASSERT_NE(d, nullptr);
-  EXPECT_EQ((std::tuple{d->Title, d->Labels[0]}), (std::tuple{"WINNER", "Ann Won"}));
+  EXPECT_EQ(d->Title, "WINNER");
+  EXPECT_EQ(d->Labels[0], "Ann Won");
   EXPECT_TRUE(Has(d->Labels, "Payoff at 15 to 1")) << "the Eleven row pays the C and E on 11";
   EXPECT_TRUE(Has(d->Labels, "1/2 of bet: $15"));
   EXPECT_TRUE(Has(d->Labels, "Less 1/2 of bet: $1"));
@@ -59,7 +60,8 @@ TEST(SettleDialog, AReturnedBetOffersOnlyToTakeIt) {
   ASSERT_NE(d, nullptr);
   EXPECT_TRUE(Has(d->Labels, "Payoff at 6 to 5"));
   ASSERT_EQ(d->Buttons.size(), 1u);
-  EXPECT_EQ((std::tuple{d->Buttons[0], t.Amount(1, bet::PassLineOdds)}), (std::tuple{"&Take Returned Bet", Money{}}));
+  EXPECT_EQ(d->Buttons[0], "&Take Returned Bet");
+  EXPECT_EQ(t.Amount(1, bet::PassLineOdds), Money{});
 }
 
 TEST(SettleDialog, TheSeatsChoiceRuns) {

@@ -55,13 +55,15 @@ TEST_P(ShotGateTest, TheBoxAndTheDice) {
   const int die1 = t.g.Table.Die1, die2 = t.g.Table.Die2;
   t.Roll(6, 6);
   if (c.rolls) {
-    EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.DiceTotal, t.Messages()}),
-              (std::tuple{rollsBefore + 1, 12, 0}));
+    EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + 1);
+    EXPECT_EQ(t.g.Table.DiceTotal, 12);
+    EXPECT_EQ(t.Messages(), 0);
     return;
   }
   // Refused: the dice don't move and nothing is counted.
-  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.Die1, t.g.Table.Die2}),
-            (std::tuple{rollsBefore, die1, die2}));
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore);
+  EXPECT_EQ(t.g.Table.Die1, die1);
+  EXPECT_EQ(t.g.Table.Die2, die2);
   EXPECT_FALSE(t.g.Table.Rolling);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, c.title);
@@ -78,8 +80,9 @@ TEST_P(ShotGateTest, SilentlyOnlyAStopText) {
   const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
   t.g.SilentMode = true;
   t.Roll(6, 6);
-  EXPECT_EQ((std::tuple{t.Messages(), t.g.Stats.RollCount[kSessionScope][0], t.g.StopReason}),
-            (std::tuple{0, rollsBefore + (c.rolls ? 1 : 0), c.rolls ? "" : c.stop}));
+  EXPECT_EQ(t.Messages(), 0);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (c.rolls ? 1 : 0));
+  EXPECT_EQ(t.g.StopReason, c.rolls ? "" : c.stop);
 }
 
 const std::string kLine = "A line bet is required to shoot.\n\n";
@@ -116,12 +119,14 @@ TEST(ShotGateRollLimit, TheTwoBillionthRollIsTheLast) {
   t.g.Rules.BetNeededToShoot = 0;
   SetSessionRolls(t.g, 1999999999);
   t.Roll(2, 3);
-  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.Point, t.Messages()}),
-            (std::tuple{2000000000, 5, 0}));
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
+  EXPECT_EQ(t.g.Table.Point, 5);
+  EXPECT_EQ(t.Messages(), 0);
 
   t.Roll(6, 6);
-  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.DiceTotal, t.g.Table.Point}),
-            (std::tuple{2000000000, 5, 5}));
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 2000000000);
+  EXPECT_EQ(t.g.Table.DiceTotal, 5);
+  EXPECT_EQ(t.g.Table.Point, 5);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "Reached Maximum Roll Limit");
   EXPECT_THAT(t.LastMessage().Text, StartsWith("Sorry ... the maximum limit of 2,000,000,000 rolls has been reached."));
@@ -136,7 +141,8 @@ TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
   t.g.Rules.BetNeededToShoot = 0;
   SetBankroll(t.g, 1, 10000000_usd);
   t.Roll(1, 2);
-  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.g.Table.PendingStopSeat}), (std::tuple{1, 1}));
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
+  EXPECT_EQ(t.g.Table.PendingStopSeat, 1);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, "DiceHall");
   EXPECT_THAT(t.LastMessage().Text, StartsWith("Congratulations!\n\nAnn broke the max bankroll limit of $"));
@@ -145,7 +151,9 @@ TEST(ShotGateBankrollLimit, CelebratesOnceThenRepeatsTheStop) {
   EXPECT_EQ(chips(), 1);
 
   t.Roll(1, 2);
-  EXPECT_EQ((std::tuple{t.g.Stats.RollCount[kSessionScope][0], t.Messages(), chips()}), (std::tuple{1, 2, 1}));
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
+  EXPECT_EQ(t.Messages(), 2);
+  EXPECT_EQ(chips(), 1);
 }
 
 // ---- The bankroll graph ----------------------------------------------------------------------
@@ -157,11 +165,14 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
   t.Bet(2, bet::PassLine, 10_usd);
   t.g.BankrollGraphIndex = 1049;
   t.RollTotal(7);
-  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][1050]}), (std::tuple{1050, 1010_usd}));
+  EXPECT_EQ(t.g.BankrollGraphIndex, 1050);
+  EXPECT_EQ(t.g.BankrollHistory[2][1050], 1010_usd);
   t.RollTotal(11);
-  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][1]}), (std::tuple{1, 1020_usd}));
+  EXPECT_EQ(t.g.BankrollGraphIndex, 1);
+  EXPECT_EQ(t.g.BankrollHistory[2][1], 1020_usd);
   t.RollTotal(7);
-  EXPECT_EQ((std::tuple{t.g.BankrollGraphIndex, t.g.BankrollHistory[2][2]}), (std::tuple{2, 1030_usd}));
+  EXPECT_EQ(t.g.BankrollGraphIndex, 2);
+  EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
 }
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {

@@ -84,14 +84,16 @@ TEST(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
   bob.client.reset();  // killed: its connection just breaks
   t.Run(1200);
   EXPECT_TRUE(Logged(t, "Bob dropped"));
-  EXPECT_EQ((std::tuple{g.PlayerName[seat], g.Bankroll[seat], g.BetAmount[seat][bet::PassLine]}),
-            (std::tuple{"Bob", bankroll, line}));
+  EXPECT_EQ(g.PlayerName[seat], "Bob");
+  EXPECT_EQ(g.Bankroll[seat], bankroll);
+  EXPECT_EQ(g.BetAmount[seat][bet::PassLine], line);
 
   OnlinePlayer& back = t.Join("Bob");
   t.Run(50);
-  EXPECT_EQ((std::tuple{back.client->OwnSeat, back.game->Bankroll[seat], back.game->BetAmount[seat][bet::PassLine],
-                        TableDifference(g, *back.game)}),
-            (std::tuple{seat, bankroll, line, ""}));
+  EXPECT_EQ(back.client->OwnSeat, seat);
+  EXPECT_EQ(back.game->Bankroll[seat], bankroll);
+  EXPECT_EQ(back.game->BetAmount[seat][bet::PassLine], line);
+  EXPECT_EQ(TableDifference(g, *back.game), "");
   EXPECT_TRUE(Logged(t, "Bob came back to the seat at 2R"));
 }
 
@@ -150,8 +152,9 @@ TEST(OnlinePlay, TheWaitListSeatsAWaitingPlayerWhenASeatFrees) {
   t.Run(1100);
   EXPECT_TRUE(Asked(cy, "Player spot open"));
   EXPECT_NE(cy.seated, 0);
-  EXPECT_EQ((std::tuple{t.g().PlayerName[cy.seated], t.host->WaitListCount(), bob.client->OwnSeat}),
-            (std::tuple{"Cy", 0, 0}));
+  EXPECT_EQ(t.g().PlayerName[cy.seated], "Cy");
+  EXPECT_EQ(t.host->WaitListCount(), 0);
+  EXPECT_EQ(bob.client->OwnSeat, 0);
 }
 
 struct NameCase {
@@ -234,7 +237,8 @@ TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   EXPECT_TRUE(std::filesystem::exists(folder / "restore.crp"));
   EXPECT_EQ(own.PlayerName[1], "Ann") << "the mirror holds the host's table";
   client.Leave();
-  EXPECT_EQ((std::tuple{own.PlayerName[5], own.Bankroll[5]}), (std::tuple{"Zed", 333_usd}));
+  EXPECT_EQ(own.PlayerName[5], "Zed");
+  EXPECT_EQ(own.Bankroll[5], 333_usd);
   EXPECT_FALSE(SeatOccupied(own, 1));
   EXPECT_EQ(own.GameFileName, (folder / "mine.crp").string()) << "a snapshot doesn't rename the game";
 
@@ -295,8 +299,9 @@ TEST(OnlinePlay, AClientThatLeavesItsSeatStaysOnAsAnObserver) {
   bob.ui.replies.push_back({kButtonYes, "", false});
   EXPECT_FALSE(RemovePlayer(*bob.game, seat));  // the mirror asks; the host removes
   t.Settle();
-  EXPECT_EQ((std::tuple{t.g().PlayerName[seat], bob.game->PlayerName[seat], bob.client->OwnSeat}),
-            (std::tuple{"", "", 0}));
+  EXPECT_EQ(t.g().PlayerName[seat], "");
+  EXPECT_EQ(bob.game->PlayerName[seat], "");
+  EXPECT_EQ(bob.client->OwnSeat, 0);
   EXPECT_TRUE(bob.client->Connected());
   EXPECT_TRUE(bob.game->ClientObserver);
   // The visitor log has its record of 110 bytes.

@@ -99,7 +99,8 @@ TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
   since[7] = 5;
   s->RollsSince.Assign(since);
   EXPECT_THROW(CountRoll(*s, 0, 3, 4), StatOverflow);
-  EXPECT_EQ((std::tuple{s->RollsSince.Values(), s->RollCount[kHandScope][7]}), (std::tuple{since, 0}));
+  EXPECT_EQ(s->RollsSince.Values(), since);
+  EXPECT_EQ(s->RollCount[kHandScope][7], 0);
 }
 
 // Counting tests the counters only when one is near the limit: each counter a roll adds
@@ -144,11 +145,14 @@ TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
   auto s = Fresh();
   CountRoll(*s, 2, 2, 2);
   RollOverHand(*s, {true, false, true});
-  EXPECT_EQ((std::tuple{s->RollCount[kLastHandScope + 2][79], s->RollCount[2][13]}), (std::tuple{1, 0}));
+  EXPECT_EQ(s->RollCount[kLastHandScope + 2][79], 1);
+  EXPECT_EQ(s->RollCount[2][13], 0);
   RollOverSession(*s);
-  EXPECT_EQ((std::tuple{s->RollCount[kLastSessionScope][13], s->RollCount[kSessionScope][13],
-                        s->RollCount[kAllScope + 2][13], s->RollsSince[7], s->RollGapHistogram[13][1]}),
-            (std::tuple{1, 0, 1, 1, 1}));
+  EXPECT_EQ(s->RollCount[kLastSessionScope][13], 1);
+  EXPECT_EQ(s->RollCount[kSessionScope][13], 0);
+  EXPECT_EQ(s->RollCount[kAllScope + 2][13], 1);
+  EXPECT_EQ(s->RollsSince[7], 1);
+  EXPECT_EQ(s->RollGapHistogram[13][1], 1);
 }
 
 TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
@@ -157,14 +161,16 @@ TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
   RecordBetResult(*s, 2, bet::Field, Money::Dollars(5), Money::Dollars(10), Money{});
   SwapSeatStats(*s, 2, 6);
   for (int g : {kHandScope, kSessionScope, kAllScope}) {
-    EXPECT_EQ((std::tuple{s->RollCount[g + 6][16], s->RollCount[g + 2][16], s->BetWinStats[g + 6][bet::Field][1]}),
-              (std::tuple{1, 0, Money::Dollars(10)}));
+    EXPECT_EQ(s->RollCount[g + 6][16], 1);
+    EXPECT_EQ(s->RollCount[g + 2][16], 0);
+    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], Money::Dollars(10));
   }
   RollOverHand(*s, {true, false, false, false, false, false, true});  // moves only rows the seat used
   EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], Money::Dollars(5));
   ClearSeatStats(*s, 6);
   for (int g : {kHandScope, kLastHandScope, kSessionScope, kLastSessionScope, kAllScope}) {
-    EXPECT_EQ((std::tuple{s->RollCount[g + 6][16], s->BetStats[g + 6][bet::Field][0]}), (std::tuple{0, Money{}}));
+    EXPECT_EQ(s->RollCount[g + 6][16], 0);
+    EXPECT_EQ(s->BetStats[g + 6][bet::Field][0], Money{});
   }
   EXPECT_EQ(s->RollCount[kAllScope][16], 1);
   int32_t shooter = 2, hand = 6, last = 3;

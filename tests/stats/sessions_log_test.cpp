@@ -222,9 +222,11 @@ TEST_P(SessionsBreakPoint, SortsAndFilters) {
   f.Include = c.include;
   SessionsStats s;
   ComputeSessionsStats(Records({-10_usd, 0_usd, 0_usd, 5_usd, 20_usd}), f, s);
-  EXPECT_EQ((std::tuple{s.Sessions, s.Total}), (std::tuple{c.sessions, 5}));
+  EXPECT_EQ(s.Sessions, c.sessions);
+  EXPECT_EQ(s.Total, 5);
   EXPECT_DOUBLE_EQ(s.SessionsPct[0], 20.0 * c.sessions[0]);
-  EXPECT_EQ((std::tuple{s.N, s.Sum}), (std::tuple{c.n, c.sum}));
+  EXPECT_EQ(s.N, c.n);
+  EXPECT_EQ(s.Sum, c.sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsBreakPoint,
@@ -264,7 +266,8 @@ TEST(SessionsLog, MergeAndDelete) {
 
   const std::string before = FileText(a);
   EXPECT_FALSE(MergeSessionsLog(t.g, a, junk));
-  EXPECT_EQ((std::tuple{t.ui.LastText(), FileText(a)}), (std::tuple{kNotASessionsLog, before}));
+  EXPECT_EQ(t.ui.LastText(), kNotASessionsLog);
+  EXPECT_EQ(FileText(a), before);
 
   ASSERT_TRUE(MergeSessionsLog(t.g, a, b));
   EXPECT_EQ(Nets(a), (std::vector<Money>{1_usd, 2_usd, 3_usd, 4_usd}));

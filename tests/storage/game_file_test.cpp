@@ -200,7 +200,8 @@ TEST(GameFile, SavedOpenedAndSavedAgainIsTheSameFileAndPlaysOnTheSame) {
   // The other program folder holds the same hot-keys file, date and all.
   ASSERT_TRUE(CopyFileKeepingDate(a.Path("Hot-keys.hky"), b.Path("Hot-keys.hky")));
   ASSERT_TRUE(OpenGame(b.g, file)) << b.ui.LastText();
-  EXPECT_EQ((std::tuple{b.g.PlayerName[4], b.g.Rolls.RecorderState}), (std::tuple{"Dee", 2}));
+  EXPECT_EQ(b.g.PlayerName[4], "Dee");
+  EXPECT_EQ(b.g.Rolls.RecorderState, 2);
   const Bytes first = FileBytes(file);
   ASSERT_TRUE(SaveGame(b.g, file));
   EXPECT_TRUE(first == FileBytes(file));

@@ -69,8 +69,9 @@ TEST(RuleSetTest, DefaultRulesRestoreEveryFieldAfterChanges) {
   EXPECT_EQ(r.CheckDenom, (decltype(r.CheckDenom){Money{}, 1_usd, 5_usd, 25_usd, 100_usd, 500_usd}));
   EXPECT_EQ((std::vector<double>{double(r.Notices), r.RollsPerTime, double(r.RollRateUnit)}),
             (std::vector<double>{15, 120, kPerHour}));
-  EXPECT_EQ((std::tuple{r.BetPayoff[kPlace6].PayoffPay, r.BetPayoff[kPlace6].BetUnit, r.FirePayoff[0].PayoffPay}),
-            (std::tuple{7_usd, 6_usd, -1_usd}));
+  EXPECT_EQ(r.BetPayoff[kPlace6].PayoffPay, 7_usd);
+  EXPECT_EQ(r.BetPayoff[kPlace6].BetUnit, 6_usd);
+  EXPECT_EQ(r.FirePayoff[0].PayoffPay, -1_usd);
   EXPECT_TRUE(r.CompBets[bet::Field]);
   EXPECT_FALSE(r.CompBets[bet::DontPassOdds]);  // odds carry no edge, so earn no comps
   for (int s = 0; s < kSeats; ++s) {
@@ -88,7 +89,8 @@ TEST(RuleSetTest, BetUnitsFollowTheSmallestCheck) {
   EXPECT_EQ(r.BetPayoff[34].BetUnit, Cents(150));  // Place 8, 7:6
   EXPECT_EQ(r.FieldPayoff[1].BetUnit, Cents(25));
   SetDefaultDenominations(r);
-  EXPECT_EQ((std::tuple{r.BetPayoff[bet::Lay4].BetUnit, PayoffUnit(r)}), (std::tuple{2_usd, 1_usd}));
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 2_usd);
+  EXPECT_EQ(PayoffUnit(r), 1_usd);
   r.AllowPennyPayoffs = true;
   EXPECT_EQ(PayoffUnit(r), Cents(1));
 }
@@ -109,8 +111,10 @@ class PayoffWordTest : public ::testing::TestWithParam<WordCase> {};
 TEST_P(PayoffWordTest, KeepsTheShownNumber) {
   const WordCase& c = GetParam();
   PayoffRow row{1_usd, Money::Dollars(c.x), c.startFor ? Money{} : Money::Dollars(-1), Money::Dollars(c.y)};
-  EXPECT_EQ((std::tuple{PayoffWordKey(row, c.key), row.PayoffPay, row.PayoffToFor.raw == 0, row.PayoffFor}),
-            (std::tuple{c.accepted, Money::Dollars(c.newX), c.endFor, Money::Dollars(c.y)}));
+  EXPECT_EQ(PayoffWordKey(row, c.key), c.accepted);
+  EXPECT_EQ(row.PayoffPay, Money::Dollars(c.newX));
+  EXPECT_EQ(row.PayoffToFor.raw == 0, c.endFor);
+  EXPECT_EQ(row.PayoffFor, Money::Dollars(c.y));
 }
 
 INSTANTIATE_TEST_SUITE_P(RuleSet, PayoffWordTest,
@@ -334,7 +338,9 @@ TEST_P(RuleValidationDenominationTest, ChecksLeftToRight) {
     return;
   }
   EXPECT_FALSE(v.ok);
-  EXPECT_EQ((std::tuple{v.message, v.control, v.index}), (std::tuple{c.message, "txtDenomination", c.index}));
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, "txtDenomination");
+  EXPECT_EQ(v.index, c.index);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -372,7 +378,8 @@ TEST_P(RuleValidationMinimumTest, MinimumsAreWholeChecks) {
   r.MinPlacardPropBet = Cents(c.propMinCents);
   RuleCheck v = ValidateRules(r, false);
   EXPECT_FALSE(v.ok);
-  EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, c.control}));
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, c.control);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -423,7 +430,8 @@ TEST_P(RuleValidationRollRateTest, OnlyWhenEdited) {
   if (c.message == nullptr) {
     EXPECT_TRUE(v.ok) << v.message;
   } else {
-    EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, "txtRollsPerTime"}));
+    EXPECT_EQ(v.message, c.message);
+    EXPECT_EQ(v.control, "txtRollsPerTime");
   }
 }
 
@@ -508,7 +516,8 @@ TEST(RuleValidationTest, BetUnitsAreRecomputed) {
   r.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
   r.MinPlacardBet = r.MinPlacardPropBet = 5_usd;
   ASSERT_TRUE(ValidateRules(r, false).ok);
-  EXPECT_EQ((std::tuple{r.BetPayoff[bet::Lay4].BetUnit, r.FirePayoff[0].BetUnit}), (std::tuple{10_usd, 5_usd}));
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 10_usd);
+  EXPECT_EQ(r.FirePayoff[0].BetUnit, 5_usd);
 }
 
 struct HandCase {
@@ -550,7 +559,8 @@ TEST_P(RuleValidationHandTableTest, LossesAndWins) {
     EXPECT_TRUE(v.ok) << v.message;
     return;
   }
-  EXPECT_EQ((std::tuple{v.message, v.control}), (std::tuple{c.message, "txtPayoffs"}));
+  EXPECT_EQ(v.message, c.message);
+  EXPECT_EQ(v.control, "txtPayoffs");
   if (!c.allLose) {
     EXPECT_EQ(v.index, PayoffCheckIndex(c.table, c.row));
   }

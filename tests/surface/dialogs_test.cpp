@@ -86,7 +86,8 @@ TEST(MessageBox, TheChosenButtonTheTypedTextAndTheHideTickComeBack) {
     box->findChild<QCheckBox*>("chkHide")->setChecked(true);
   });
   MessageReply reply = RunMessageBox(request, kEnglish, nullptr);
-  EXPECT_EQ((std::tuple{reply.Button, reply.Input}), (std::tuple{kButtonOk, "2500"}));
+  EXPECT_EQ(reply.Button, kButtonOk);
+  EXPECT_EQ(reply.Input, "2500");
   EXPECT_TRUE(reply.Hide);
   ClickWhenOpen("cmdButton3");
   EXPECT_EQ(RunMessageBox(request, kEnglish, nullptr).Button, kButtonCancel);
@@ -170,9 +171,9 @@ TEST(SettleDialog, ARuleRowBecomesTheSeatsRuleAndItsAction) {
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdMathOperator"), Qt::LeftButton);  // + to -
   dialog.findChild<QLineEdit*>("txtModifyAmount")->setText("5");
   QTest::mouseClick(dialog.findChild<QPushButton*>("cmdApplyModify"), Qt::LeftButton);
-  EXPECT_EQ((std::tuple{dialog.Action(), t.g.SettleRules[3][kRuleModifyWin].Operator,
-                        t.g.SettleRules[3][kRuleModifyWin].Operand}),
-            (std::tuple{kModifyByRule, 1, 5_usd}));
+  EXPECT_EQ(dialog.Action(), kModifyByRule);
+  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operator, 1);
+  EXPECT_EQ(t.g.SettleRules[3][kRuleModifyWin].Operand, 5_usd);
 }
 
 TEST(PlayersDialogs, RenameMoveAndTheAtm) {
