@@ -151,7 +151,9 @@ TEST_P(LegacyLines, ConvertToSourceThatCompiles) {
   const LegacyLine& c = GetParam();
   const Lines lines = AutoBetLinesFromBytes(Legacy({{5, c.text}}));
   ASSERT_EQ(lines.size(), 1u);
-  if (c.converted) EXPECT_EQ(lines[0], c.converted);
+  if (c.converted) {
+    EXPECT_EQ(lines[0], c.converted);
+  }
   AutoBetProgram program;
   program.ScriptSource[1] = c.condition ? Lines{"If" + lines[0] + " Then", "EndIf"} : lines;
   EXPECT_EQ(CompileAutobets(program, 1, {}).message, "") << lines[0];

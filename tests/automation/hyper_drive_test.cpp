@@ -71,7 +71,9 @@ TEST(HyperDriveToggle, BelowTwelveIsHyperDriveAndSilentTwelveIsAutoRollThatDraws
     EXPECT_EQ(t.g.Auto.HyperDrive, hyper) << throttle;
     EXPECT_EQ(t.g.SilentMode, hyper) << throttle;
     EXPECT_EQ(t.g.Auto.ButtonText, hyper ? "Stop &Hyper-Drive" : "Stop &Auto-Roll");
-    if (hyper) EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+    if (hyper) {
+      EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+    }
     if (hyper) continue;
     ToggleAutoRoll(t.g);
     EXPECT_FALSE(t.g.Auto.AutoRollActive);
@@ -232,7 +234,7 @@ TEST(HyperDriveToggle, PressedDuringAScriptCycleOffersToStopIt) {
     t.Seat(2, "Bob", Money::Dollars(100));
     t.g.AutoBet.ScriptRunning = true;
     t.g.AutoBet.Bettor = 2;
-    t.ui.replies.push_back({answer});
+    t.ui.replies.push_back(MessageReply{.Button = answer, .Input = {}});
     ToggleAutoRoll(t.g);
     ASSERT_FALSE(t.ui.transcript.empty());
     EXPECT_EQ(t.ui.transcript.back().request.Title, "Auto-Bet Active");

@@ -74,7 +74,9 @@ TEST_P(TableClickTest, TheCentreOfARegionTakesTheCheckOnItsBet) {
     EXPECT_EQ(change, b == c.expected ? 5_usd : Money{}) << BetName(b) << " after a click on " << BetName(c.region);
   }
   for (int s = 0; s < kSeats; ++s)
-    if (s != kSeat) EXPECT_EQ(t.g.BetAmount[s], before[s]) << "seat " << s;
+    if (s != kSeat) {
+      EXPECT_EQ(t.g.BetAmount[s], before[s]) << "seat " << s;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryBetRegion, TableClickTest, ::testing::ValuesIn(AllRegions()));
