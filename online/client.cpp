@@ -270,7 +270,7 @@ void Client::ProcessMsgFromLobby(const std::string& message) {
     Log("the lobby: " + fault + "; message dropped");
     return;
   }
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~500") {
     SendMsg(1, "~500DiceHall client " + OwnName);
   } else if (code == "~007" || code == "~501") {
@@ -333,7 +333,7 @@ void Client::TableMessage(const ParsedMessage& m) {
 // Joining the table: the handshake, the password, the name, the seat and the buy-in,
 // and what the host says of this player afterwards.
 bool Client::JoinMessage(const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~001") {
     ClearTable();
     SendMsg(0, "~0011");
@@ -405,7 +405,7 @@ bool Client::JoinMessage(const ParsedMessage& m) {
 // The host's notices and settings for its clients: chat and scripts allowed, the buy-in
 // bounds, text for the clipboard and links.
 bool Client::NoticeMessage(const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~100" || code == "~101") {
     ChatAllowed = code == "~101";
     if (!FieldText(m, 0).empty()) Ask(FieldText(m, 0), "Host notice", msg::kOk);
@@ -433,7 +433,7 @@ bool Client::NoticeMessage(const ParsedMessage& m) {
 // The roll's cycle as the host runs it: the dice, the betting window, the shooter's
 // passes, a new table and a resync.
 bool Client::RollMessage(const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~660") {
     g_.Table.Die1 = FieldNumber(m, 0);
     g_.Table.Die2 = FieldNumber(m, 1);
@@ -481,7 +481,7 @@ bool Client::RollMessage(const ParsedMessage& m) {
 
 // The wait list: offers of a place on it and of a seat coming free.
 bool Client::WaitListMessage(const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~881") {
     if (Ask("Unfortunately, all available spots on the table are taken or reserved.\nWould you like to be put on the "
             "wait list?",
@@ -508,7 +508,7 @@ bool Client::WaitListMessage(const ParsedMessage& m) {
 // The host's word on the table this mirror holds: bets, working states, players,
 // bankrolls, shooters, counters and rules.
 bool Client::MirrorMessage(const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~777") {
     ApplyBetRecords(g_, m);
   } else if (code == "~779") {

@@ -8,22 +8,22 @@ constexpr int64_t kBankrollRange = 99999999999;  // a bankroll can pass its limi
 constexpr int64_t kBetRange = 9999999;
 constexpr int64_t kCountRange = std::numeric_limits<int32_t>::max();
 
-FieldSpec Digit(int64_t min, int64_t max, const char* name) { return {FieldKind::Digit, min, max, name}; }
-FieldSpec Int(int64_t min, int64_t max, const char* name) { return {FieldKind::Int, min, max, name}; }
-FieldSpec Amount(int64_t min, int64_t max, const char* name) { return {FieldKind::Amount, min, max, name}; }
-FieldSpec Flag(const char* name) { return {FieldKind::Flag, -1, 0, name}; }
-FieldSpec Text(int64_t max, const char* name) { return {FieldKind::Text, 0, max, name}; }
-FieldSpec Bits(int64_t length, const char* name) { return {FieldKind::Bits, length, length, name}; }
-FieldSpec RestInt(int64_t min, int64_t max, const char* name) { return {FieldKind::RestInt, min, max, name}; }
-FieldSpec RestAmount(int64_t min, int64_t max, const char* name) { return {FieldKind::RestAmount, min, max, name}; }
-FieldSpec RestFlag(const char* name) { return {FieldKind::RestFlag, -1, 0, name}; }
-FieldSpec RestText(int64_t max, const char* name) { return {FieldKind::RestText, 0, max, name}; }
-FieldSpec RestBuyIn(const char* name) { return {FieldKind::RestBuyIn, -kBetRange - 1, kBetRange + 1, name}; }
+FieldForm Digit(int64_t min, int64_t max, const char* name) { return {FieldKind::Digit, min, max, name}; }
+FieldForm Int(int64_t min, int64_t max, const char* name) { return {FieldKind::Int, min, max, name}; }
+FieldForm Amount(int64_t min, int64_t max, const char* name) { return {FieldKind::Amount, min, max, name}; }
+FieldForm Flag(const char* name) { return {FieldKind::Flag, -1, 0, name}; }
+FieldForm Text(int64_t max, const char* name) { return {FieldKind::Text, 0, max, name}; }
+FieldForm Bits(int64_t length, const char* name) { return {FieldKind::Bits, length, length, name}; }
+FieldForm RestInt(int64_t min, int64_t max, const char* name) { return {FieldKind::RestInt, min, max, name}; }
+FieldForm RestAmount(int64_t min, int64_t max, const char* name) { return {FieldKind::RestAmount, min, max, name}; }
+FieldForm RestFlag(const char* name) { return {FieldKind::RestFlag, -1, 0, name}; }
+FieldForm RestText(int64_t max, const char* name) { return {FieldKind::RestText, 0, max, name}; }
+FieldForm RestBuyIn(const char* name) { return {FieldKind::RestBuyIn, -kBetRange - 1, kBetRange + 1, name}; }
 
 constexpr uint8_t kBoth = kHostToClient | kClientToHost;
 
-std::vector<FieldSpec> Listing() {
-  std::vector<FieldSpec> f = {Text(20, "game name"),
+std::vector<FieldForm> Listing() {
+  std::vector<FieldForm> f = {Text(20, "game name"),
                               Text(20, "host name"),
                               Text(50, "address"),
                               Text(20, "status"),
@@ -41,13 +41,13 @@ std::vector<FieldSpec> Listing() {
   return f;
 }
 
-std::vector<FieldSpec> PayoffRecord(int firstRow, int lastRow) {
+std::vector<FieldForm> PayoffRecord(int firstRow, int lastRow) {
   return {Int(firstRow, lastRow, "row"), Amount(-1000000, 1000000, "pay"), Amount(-1000000, 1000000, "to or for"),
           Amount(0, 1000000, "per")};
 }
 
-std::vector<FieldSpec> TableCounters() {
-  std::vector<FieldSpec> f = {Int(0, 10, "point"),
+std::vector<FieldForm> TableCounters() {
+  std::vector<FieldForm> f = {Int(0, 10, "point"),
                               Int(0, 10, "prior point"),
                               Int(0, 10, "second prior point"),
                               Int(0, 10, "last point"),
@@ -63,10 +63,10 @@ std::vector<FieldSpec> TableCounters() {
   return f;
 }
 
-std::vector<MessageSpec> BuildTable() {
-  std::vector<MessageSpec> t;
-  auto add = [&](std::string_view code, uint8_t ways, bool repeated, std::vector<FieldSpec> fields,
-                 std::vector<FieldSpec> group = {}) {
+std::vector<MessageForm> BuildTable() {
+  std::vector<MessageForm> t;
+  auto add = [&](std::string_view code, uint8_t ways, bool repeated, std::vector<FieldForm> fields,
+                 std::vector<FieldForm> group = {}) {
     t.push_back({code, ways, repeated, fields, group});
   };
   // Handshake and seats.
@@ -188,11 +188,11 @@ std::vector<MessageSpec> BuildTable() {
   add("~918", kBoth, true, {Int(1, 8, "seat"), Flag("negative bankroll")});
   add("~919", kBoth, false, TableCounters());
   {
-    std::vector<FieldSpec> colours(49, Int(0, 16777215, "colour"));
+    std::vector<FieldForm> colours(49, Int(0, 16777215, "colour"));
     add("~922", kBoth, false, colours);
-    add("~923", kBoth, false, std::vector<FieldSpec>(5, Int(0, 1000, "texture")));
+    add("~923", kBoth, false, std::vector<FieldForm>(5, Int(0, 1000, "texture")));
     add("~924", kBoth, false, {Int(0, 1000, "spotlight")});
-    add("~925", kBoth, false, std::vector<FieldSpec>(8, Int(0, 16777215, "check colour")));
+    add("~925", kBoth, false, std::vector<FieldForm>(8, Int(0, 16777215, "check colour")));
     add("~926", kBoth, false, {});
   }
   add("~990", kClientToHost, false, {});
@@ -259,7 +259,7 @@ int64_t Characters(std::string_view s) {
   return n;
 }
 
-bool ReadField(std::string_view& rest, const FieldSpec& f, FieldValue& v, std::string& fault) {
+bool ReadField(std::string_view& rest, const FieldForm& f, FieldValue& v, std::string& fault) {
   auto refuse = [&](const std::string& why) {
     fault = std::string(f.name) + ": " + why;
     return false;
@@ -317,8 +317,8 @@ bool ReadField(std::string_view& rest, const FieldSpec& f, FieldValue& v, std::s
   return refuse("unknown kind");
 }
 
-bool ReadFields(std::string_view& rest, const std::vector<FieldSpec>& specs, ParsedMessage& out, std::string& fault) {
-  for (const FieldSpec& f : specs) {
+bool ReadFields(std::string_view& rest, const std::vector<FieldForm>& forms, ParsedMessage& out, std::string& fault) {
+  for (const FieldForm& f : forms) {
     FieldValue v;
     if (!ReadField(rest, f, v, fault)) return false;
     out.fields.push_back(v);
@@ -328,49 +328,49 @@ bool ReadFields(std::string_view& rest, const std::vector<FieldSpec>& specs, Par
 
 }  // namespace
 
-const std::vector<MessageSpec>& MessageTable() {
-  static const std::vector<MessageSpec> table = BuildTable();
+const std::vector<MessageForm>& MessageTable() {
+  static const std::vector<MessageForm> table = BuildTable();
   return table;
 }
 
-const MessageSpec* FindMessageSpec(std::string_view message, MessageWay way) {
+const MessageForm* FindMessageForm(std::string_view message, MessageWay way) {
   if (message.empty() || message[0] != '~') return nullptr;
   const bool keepalive = message == "~PING" || message == "~PONG";
   const std::string_view code = keepalive ? message : message.substr(0, 4);
-  for (const MessageSpec& s : MessageTable())
+  for (const MessageForm& s : MessageTable())
     if (s.code == code && (s.ways & way)) return &s;
   return nullptr;
 }
 
 bool ReadMessage(std::string_view message, MessageWay way, ParsedMessage& out, std::string& fault) {
   out = ParsedMessage{};
-  const MessageSpec* spec = FindMessageSpec(message, way);
-  if (spec == nullptr) {
+  const MessageForm* form = FindMessageForm(message, way);
+  if (form == nullptr) {
     fault = "unknown code \"" + std::string(message.substr(0, 5)) + "\"";
     return false;
   }
-  out.spec = spec;
-  std::string_view rest = message.substr(spec->code.size());
-  if (!spec->group.empty()) {
-    if (!ReadFields(rest, spec->fields, out, fault)) return false;
+  out.form = form;
+  std::string_view rest = message.substr(form->code.size());
+  if (!form->group.empty()) {
+    if (!ReadFields(rest, form->fields, out, fault)) return false;
     const int64_t count = out.fields[0].number;
     out.fields.clear();
-    out.width = static_cast<int>(spec->group.size());
+    out.width = static_cast<int>(form->group.size());
     for (int64_t k = 0; k < count; ++k) {
-      if (!ReadFields(rest, spec->group, out, fault)) return false;
+      if (!ReadFields(rest, form->group, out, fault)) return false;
       ++out.records;
     }
   } else {
-    out.width = static_cast<int>(spec->fields.size());
+    out.width = static_cast<int>(form->fields.size());
     for (;;) {
-      if (!ReadFields(rest, spec->fields, out, fault)) return false;
+      if (!ReadFields(rest, form->fields, out, fault)) return false;
       ++out.records;
-      if (rest.empty() || !spec->repeated) break;
-      if (rest.substr(0, spec->code.size()) != spec->code) {
+      if (rest.empty() || !form->repeated) break;
+      if (rest.substr(0, form->code.size()) != form->code) {
         fault = "a record of another kind follows";
         return false;
       }
-      rest.remove_prefix(spec->code.size());
+      rest.remove_prefix(form->code.size());
     }
   }
   if (!rest.empty()) {

@@ -29,28 +29,28 @@ enum class FieldKind : uint8_t {
   RestBuyIn  // an amount, or "unlimited" (the bound is open)
 };
 
-struct FieldSpec {
+struct FieldForm {
   FieldKind kind;
   int64_t min = 0;  // for amounts in dollars; for texts the least length
   int64_t max = 0;  // for texts and bits the greatest length
   const char* name = "";
 };
 
-struct MessageSpec {
+struct MessageForm {
   std::string_view code;  // "~777", or "~PING"
   uint8_t ways;           // MessageWay bits
   bool repeated;          // records of this code may follow one another in one message
-  std::vector<FieldSpec> fields;
+  std::vector<FieldForm> fields;
   // A group of fields repeated to the end of the message after the fields above, its
   // count given by the first field (the client list of "~013").
-  std::vector<FieldSpec> group;
+  std::vector<FieldForm> group;
 };
 
 // The table row of a message going the given way: from its first four characters ("~PING"
 // and "~PONG" whole); null for chat (no leading "~") and for an unknown code.
-const MessageSpec* FindMessageSpec(std::string_view message, MessageWay way);
+const MessageForm* FindMessageForm(std::string_view message, MessageWay way);
 // The whole table, for tests and the fuzz targets.
-const std::vector<MessageSpec>& MessageTable();
+const std::vector<MessageForm>& MessageTable();
 
 struct FieldValue {
   int64_t number = 0;  // Int, Digit, Flag, RestInt, RestFlag, Bits as read
@@ -61,7 +61,7 @@ struct FieldValue {
 
 // A message read and checked: its fields record after record (then group after group).
 struct ParsedMessage {
-  const MessageSpec* spec = nullptr;
+  const MessageForm* form = nullptr;
   int width = 0;  // fields in one record (the group's width for a grouped message)
   int records = 0;
   std::vector<FieldValue> fields;

@@ -310,7 +310,7 @@ void Host::ProcessMsgFromClient(int socket, const std::string& message) {
     Log(r.ClientName + ": " + fault + "; message dropped");
     return;
   }
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   // Out of sync, a client is heard only for its roll report.
   if (r.LastRollAck == -1 && code != "~667") return;
   const bool handshake = code == "~001" || code == "~003" || code == "~004" || code == "~007";
@@ -345,7 +345,7 @@ bool Host::Refuse(const Sender& from, const std::string& what) {
 // Joining: the handshake, the password, the name, a seat and its buy-in, a rename and
 // the wish to host.
 bool Host::JoinRequest(const Sender& from, const ParsedMessage& m, const std::string& message) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   const int socket = from.socket;
   const int entry = from.entry;
   ClientRecord& r = ClientList[from.entry];
@@ -410,7 +410,7 @@ bool Host::JoinRequest(const Sender& from, const ParsedMessage& m, const std::st
 // Play at the table: the roll's report, the dice passed, bets, working states, leaving a
 // seat, the bankroll and working rules of the client's own seats.
 bool Host::PlayRequest(const Sender& from, const ParsedMessage& m, const std::string& message) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   const int socket = from.socket;
   const int entry = from.entry;
   ClientRecord& r = ClientList[from.entry];
@@ -475,7 +475,7 @@ bool Host::PlayRequest(const Sender& from, const ParsedMessage& m, const std::st
 
 // The wait list: a seat offered to a waiting client, and a place on the list.
 bool Host::WaitListRequest(const Sender& from, const ParsedMessage& m) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   const int socket = from.socket;
   const int entry = from.entry;
   ClientRecord& r = ClientList[from.entry];
@@ -752,7 +752,7 @@ void Host::SendPanel(int target) {
 }
 
 void Host::OperatorMessage(int socket, const ParsedMessage& m, const std::string& message) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   auto entryOf = [&](int64_t n) { return n >= 1 && n < static_cast<int64_t>(ClientList.size()) ? int(n) : 0; };
   std::string fault;
   if (code == "~014") {
@@ -1295,8 +1295,8 @@ void Host::LobbyMessage(const std::string& message) {
     Log("the lobby: " + fault + "; message dropped");
     return;
   }
-  if (m.spec->code == "~500") SendMsg(1, "~500DiceHall host " + g_.HostName);
-  else if (m.spec->code == "~007") LobbyLine = std::string(m.At(0, 0).text);
+  if (m.form->code == "~500") SendMsg(1, "~500DiceHall host " + g_.HostName);
+  else if (m.form->code == "~007") LobbyLine = std::string(m.At(0, 0).text);
 }
 
 void Host::SendTable2Central() {

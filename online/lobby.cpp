@@ -152,7 +152,7 @@ void LobbyServer::Process(int index, const std::string& message) {
     Log("a peer: " + fault + "; message dropped");
     return;
   }
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~007") {
     p.link.Send("~007" + settings_.Line);
   } else if (code == "~500") {

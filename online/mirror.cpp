@@ -370,7 +370,7 @@ bool ApplyCounters(Game& g, const ParsedMessage& m, std::string& fault) {
 bool IsRuleCode(std::string_view code) { return code >= "~890" && code <= "~918" && code.size() == 4; }
 
 bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (!IsRuleCode(code)) {
     fault = "not a rule";
     return false;

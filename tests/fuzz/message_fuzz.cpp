@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string fault;
   if (!ReadMessage(message, kHostToClient, m, fault)) return 0;
   Game& g = Mirror();
-  const std::string_view code = m.spec->code;
+  const std::string_view code = m.form->code;
   if (code == "~777") ApplyBetRecords(g, m);
   else if (code == "~779") ApplyWorkingRecords(g, m);
   else if (code == "~887") ApplyBankrollRecords(g, m);

@@ -84,10 +84,10 @@ TEST(OnlineMutation, ReadersKeepEveryFieldTheyReturnInRange) {
       std::string fault;
       if (!ReadMessage(m, way, p, fault)) continue;
       ++read;
-      const auto& specs = p.spec->group.empty() ? p.spec->fields : p.spec->group;
+      const auto& forms = p.form->group.empty() ? p.form->fields : p.form->group;
       for (int r = 0; r < p.records; ++r)
         for (int f = 0; f < p.width; ++f) {
-          const FieldSpec& s = specs[static_cast<size_t>(f)];
+          const FieldForm& s = forms[static_cast<size_t>(f)];
           const FieldValue& v = p.At(r, f);
           if (s.kind == FieldKind::Int || s.kind == FieldKind::Digit || s.kind == FieldKind::RestInt) {
             ASSERT_TRUE(v.number >= s.min && v.number <= s.max) << m;
