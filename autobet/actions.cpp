@@ -449,12 +449,8 @@ void CheckedWalk(Game& g, int start, int last, F&& each) {
     });
   };
   // One target checks as it writes: no earlier write can be left behind by its refusal.
-  if (!HasSecondTarget(g.AutoBet, start, last)) {
-    pass(true);
-  } else {
-    if (!pass(false)) return;
-    pass(true);
-  }
+  if (HasSecondTarget(g.AutoBet, start, last) && !pass(false)) return;
+  pass(true);
   if (softFault != 0 && g.AutoBet.RunError == 0) g.AutoBet.RunError = softFault;
 }
 
