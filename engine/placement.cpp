@@ -539,8 +539,11 @@ void TellOutcome(Money amount, Money change, Pending& p) {
 }  // namespace
 
 Money ChangeBet(Game& g, int seat, int bet, Money change) {
-  // Rows 108..199 hold no bet, and nothing lies beyond the CheckStacks.
-  if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows) return {};
+  // Rows 108..199 hold no bet, nothing lies beyond the CheckStacks, and nobody bets for an
+  // empty seat.
+  if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows ||
+      !SeatOccupied(g, seat))
+    return {};
   // Online, a seat played at another machine changes only by that machine's word.
   if (g.Online && !g.Online->MayChangeBets(seat)) return {};
   Pending p;

@@ -4,6 +4,16 @@
 #include "storage/language_text.h"
 
 void ReplaceRules(Game& g, const RuleSet& rules) {
+  // Vig held on a standing Buy or Lay stays as it was charged, but it is part of what the
+  // seat has on the table only while the rules charge it up front: when that changes, it
+  // moves in or out of OnTable, as settling it will take it.
+  const bool buyMoves = rules.ChargeAllBuy != g.Rules.ChargeAllBuy;
+  const bool layMoves = rules.ChargeAllLay != g.Rules.ChargeAllLay;
+  for (int s = 1; s < kSeats; ++s)
+    for (int i = 0; i < 6; ++i) {  // the six points: 4, 5, 6, 8, 9, 10
+      if (buyMoves) g.OnTable[s] += rules.ChargeAllBuy ? g.BuyVigHeld[s][i] : -g.BuyVigHeld[s][i];
+      if (layMoves) g.OnTable[s] += rules.ChargeAllLay ? g.LayVigHeld[s][i] : -g.LayVigHeld[s][i];
+    }
   g.Rules = rules;
   ComputeBetUnits(g.Rules);
 }

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "engine/placement.h"
+#include "engine/table_settings.h"
 
 namespace {
 
@@ -423,10 +424,8 @@ bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
       }
     }
   }
-  // Checks and payoffs together make each row's unit.
-  ComputeBetUnits(r);
   const bool workingChanged = r.WorkOnComeOut != g.Rules.WorkOnComeOut;
-  g.Rules = r;
+  ReplaceRules(g, r);
   if (workingChanged) {
     for (int s = 1; s < kSeats; ++s)
       for (int b = 1; b <= 87; ++b) g.DefaultWorking[s][b] = r.WorkOnComeOut[b][s] ? 1 : 0;

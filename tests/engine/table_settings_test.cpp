@@ -9,7 +9,9 @@
 #include <optional>
 
 #include "automation/auto_roll.h"
+#include "engine/consistency.h"
 #include "engine/handling.h"
+#include "engine/placement.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -84,6 +86,33 @@ TEST(TableSettings, AScriptSwitchedOffIsCompiledAgainBeforeItRuns) {
   SetSeatHandling(t.g, 4, HandlingOf(t.g, 1));
   EXPECT_EQ(t.g.AutoHandleWin[4], kSetToAmount);
   EXPECT_EQ(t.g.SettleRules[4][1].Operand, Money::Dollars(3));
+}
+
+// Vig held on a standing Buy counts as wagered only while the rules charge it up front: a
+// change of the rule moves it out of OnTable, and the bet then loses without it.
+TEST(TableSettings, HeldVigFollowsTheRuleThatCharges) {
+  TestTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  t.g.SilentMode = true;
+  ChangeBet(t.g, 1, bet::PassLine, 10_usd);
+  t.Roll(2, 3);  // point 5
+  ChangeBet(t.g, 1, bet::Buy4, 20_usd);
+  ASSERT_EQ(t.g.BuyVigHeld[1][0], 1_usd);
+  ASSERT_EQ(t.g.OnTable[1], 31_usd);
+  RuleSet rules = t.g.Rules;
+  rules.ChargeAllBuy = false;
+  ReplaceRules(t.g, rules);
+  EXPECT_EQ(t.g.OnTable[1], 30_usd);
+  EXPECT_EQ(GameIsConsistent(t.g), "");
+  t.Roll(3, 4);  // seven out: the line and the Buy lose, the vig isn't charged
+  EXPECT_EQ(t.g.Bankroll[1], 970_usd);
+  EXPECT_EQ(t.g.OnTable[1], Money{});
+  // And back: vig held when the rule changes is wagered again.
+  ChangeBet(t.g, 1, bet::Buy10, 20_usd);
+  rules.ChargeAllBuy = true;
+  ReplaceRules(t.g, rules);
+  EXPECT_EQ(t.g.OnTable[1], 21_usd);
+  EXPECT_EQ(GameIsConsistent(t.g), "");
 }
 
 }  // namespace
