@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "storage/paths.h"
+
 namespace {
 
 bool IsPointNumber(int n) { return n == 0 || n == 4 || n == 5 || n == 6 || n == 8 || n == 9 || n == 10; }
@@ -16,7 +18,15 @@ std::string Seat(const Game& g, int s) { return fmt::format("{} ({})", g.PlayerN
 std::string CheckMoney(const Game& g) {
   const Statistics& st = g.Stats;
   for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+    if (!SeatOccupied(g, s)) {
+      // An empty seat holds nothing: a player who sits down there starts with a bare layout.
+      for (int b = 1; b <= kBets; ++b)
+        if (g.BetAmount[s][b].raw != 0)
+          return fmt::format("seat {} has no player but holds {} on {}", s, DollarText(g.BetAmount[s][b]), BetName(b));
+      if (g.OnTable[s].raw != 0)
+        return fmt::format("seat {} has no player but has {} on the table", s, DollarText(g.OnTable[s]));
+      continue;
+    }
     for (int scope : kCountedScopes)
       if (g.Bankroll[s + scope] != g.Bankroll[s])
         return fmt::format("{}: the bankroll of scope column {} is {}, not {}", Seat(g, s), s + scope,
@@ -82,7 +92,13 @@ std::string CheckTable(const Game& g) {
   for (int p : {t.Point, t.PriorPoint, t.SecondPriorPoint, t.LastPoint})
     if (!IsPointNumber(p)) return fmt::format("the point (or a memory of it) is {}, which is no point", p);
   int players = 0;
-  for (int s = 1; s < kSeats; ++s) players += SeatOccupied(g, s);
+  for (int s = 1; s < kSeats; ++s) {
+    if (!SeatOccupied(g, s)) continue;
+    ++players;
+    for (int other = s + 1; other < kSeats; ++other)
+      if (SeatOccupied(g, other) && SameNameInFiles(g.PlayerName[s], g.PlayerName[other]))
+        return fmt::format("seats {} and {} hold players of the same name, {}", s, other, g.PlayerName[s]);
+  }
   if (players != t.NumberOfPlayers) return fmt::format("{} players sit, not {}", players, t.NumberOfPlayers);
   if (players > 0 && !SeatOccupied(g, t.Shooter)) return fmt::format("the shooter's seat {} is empty", t.Shooter);
   return {};

@@ -10,6 +10,7 @@
 #include "stats/events_log.h"
 #include "stats/sessions_log.h"
 #include "storage/language_text.h"
+#include "storage/paths.h"
 
 namespace {
 
@@ -106,6 +107,9 @@ void PassDice(Game& g, int mode) {
 
 bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll) {
   if (seat < 1 || seat > 8 || SeatOccupied(g, seat) || name.empty()) return false;
+  // Two players of one name can't be told apart, by a script or in the game file.
+  for (int s = 1; s < kSeats; ++s)
+    if (SeatOccupied(g, s) && SameNameInFiles(g.PlayerName[s], name)) return false;
   g.PlayerName[seat] = name;
   ++g.Table.NumberOfPlayers;
   // Scripts may name the new player: they are compiled again before they next run.
@@ -306,7 +310,7 @@ void MovePlayer(Game& g, int from, int to) {
 
 std::string PlayerNameFault(const Game& g, const std::string& name) {
   for (int s = 1; s < kSeats; ++s)
-    if (g.PlayerName[s] == name) return Piece(g, 6) + name;
+    if (SeatOccupied(g, s) && SameNameInFiles(g.PlayerName[s], name)) return Piece(g, 6) + g.PlayerName[s];
   bool numeric = !name.empty();
   for (char c : name) numeric = numeric && ((c >= '0' && c <= '9') || c == '.' || c == '-' || c == ' ');
   if (numeric) return Piece(g, 7);

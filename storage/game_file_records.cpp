@@ -272,9 +272,10 @@ void RuleBlocks(RecordIo& io, Game& g) {
     r.Int(d.TableView);
     for (int k = 1; k <= 5; ++k) r.Money(rules.CheckDenom[static_cast<size_t>(k)], Money::FromRaw(1), kAmountLimit);
   });
-  // Checks ascend: the smallest is the unit everything is rounded to.
+  // Checks never descend (equal neighbours are a table's choice): the smallest is the unit
+  // everything is rounded to.
   for (int k = 2; k <= 5; ++k)
-    if (rules.CheckDenom[static_cast<size_t>(k)] <= rules.CheckDenom[static_cast<size_t>(k - 1)]) io.Fault();
+    if (rules.CheckDenom[static_cast<size_t>(k)] < rules.CheckDenom[static_cast<size_t>(k - 1)]) io.Fault();
   Payoffs(io, rules.BetPayoff, 0, kFileBetRows - 1);
   Payoffs(io, rules.SevenPointSevenPayoff, 1, 2);
   Payoffs(io, rules.MidwayPayoff, 1, 5);
@@ -555,9 +556,9 @@ void Transfer(RecordIo& io, Game& g, GameCompanions& c) {
 bool Consistent(const Game& g) {
   for (int a = 1; a < kSeats; ++a)
     for (int b = a + 1; b < kSeats; ++b)
-      if (SeatOccupied(g, a) && Utf8ToWindows1252(g.PlayerName[static_cast<size_t>(a)]) ==
-                                    Utf8ToWindows1252(g.PlayerName[static_cast<size_t>(b)]))
-        return false;  // compared as the file holds them
+      if (SeatOccupied(g, a) &&
+          SameNameInFiles(g.PlayerName[static_cast<size_t>(a)], g.PlayerName[static_cast<size_t>(b)]))
+        return false;
   const TableState& t = g.Table;
   for (int32_t who : {t.Shooter, t.HandShooter})
     if (who != 0 && !SeatOccupied(g, who)) return false;

@@ -22,3 +22,8 @@ std::string InsideFolder(const std::string& folder, const std::string& name);
 std::string Windows1252ToUtf8(std::string_view bytes);
 // Characters that the code page lacks become "?".
 std::string Utf8ToWindows1252(std::string_view text);
+// Two names a file keeps alike: the same once written in the code page ("Ann😀" and
+// "Ann😁" are both "Ann?" there), so a table must not hold both.
+inline bool SameNameInFiles(std::string_view a, std::string_view b) {
+  return Utf8ToWindows1252(a) == Utf8ToWindows1252(b);
+}

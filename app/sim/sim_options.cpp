@@ -8,6 +8,7 @@
 
 #include "app/sim/sim.h"
 #include "engine/bets.h"
+#include "storage/paths.h"
 
 namespace {
 
@@ -142,6 +143,10 @@ void AddPlayers(const std::vector<std::string>& texts, SimOptions& o) {
     }
     sp.name = Trim(sp.name);
     if (sp.name.empty()) Refuse("--player " + text + ": the player has no name.");
+    // Names the game file and the sessions logs would keep alike count as the same name.
+    for (const SimPlayer& other : o.players)
+      if (SameNameInFiles(other.name, sp.name))
+        Refuse("--player " + text + ": there's already a player named " + other.name + ".");
     if (Seated(o, sp.name)) Refuse("--player " + text + ": there's already a player named " + sp.name + ".");
     o.players.push_back(sp);
   }

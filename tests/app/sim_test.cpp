@@ -67,6 +67,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Refusal{{"--player", "Ann", "--player", "Bob", "--bet", "Pass Line=5"}, "name the player"},
                     Refusal{{"--player", "Ann:lots"}, "is not an amount of money"},
                     Refusal{{"--player", "Ann", "--player", "Ann"}, "already a player named Ann"},
+                    // Both are "Ann?" in the game file and the sessions logs.
+                    Refusal{{"--player", "Ann\xE2\x98\x80", "--player", "Ann\xE2\x98\x81"},
+                            "already a player named Ann\xE2\x98\x80"},
                     Refusal{{"--player", "Ann", "--bet", "Pass Line"}, "expected [NAME:]BET=AMOUNT"},
                     Refusal{{"--rolls", "-5"}, "--rolls"}, Refusal{{"--seed", "0"}, "--seed"},
                     Refusal{{"--frobnicate"}, "frobnicate"},

@@ -77,7 +77,15 @@ INSTANTIATE_TEST_SUITE_P(
                [](Game& g) { g.Stats.BetStats[kSessionScope + 1][bet::PassLine][0] += Money::Dollars(1); },
                "decisions but"},
         Damage{"a holder's mark without the amount", [](Game& g) { g.BetHolders[bet::Hard8] |= 2; }, "holders of"},
-        Damage{"a shooter in an empty seat", [](Game& g) { g.Table.Shooter = 7; }, "shooter's seat"}));
+        Damage{"a shooter in an empty seat", [](Game& g) { g.Table.Shooter = 7; }, "shooter's seat"},
+        Damage{"a bet left on an empty seat", [](Game& g) { g.BetAmount[5][bet::Field] = Money::Dollars(5); },
+               "seat 5 has no player but holds $5"},
+        Damage{"two players whose names a file can't tell apart",
+               [](Game& g) {
+                 g.PlayerName[2] = "Ann\xF0\x9F\x98\x80";
+                 g.PlayerName[1] = "Ann\xF0\x9F\x98\x81";
+               },
+               "same name"}));
 
 }  // namespace
 

@@ -176,6 +176,24 @@ TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
   EXPECT_EQ(tr[5].request.Text, "How much would Ann like to buy-in for?");
 }
 
+// Names the game file keeps alike (both "Ann?" in its code page) are one name: a second
+// player of that name would make a file that can't be opened.
+TEST(PlayersAdd, ANameTheFileCantTellApartIsTaken) {
+  LineTable t;
+  t.Seat(1, "Ann\xF0\x9F\x98\x80", 100_usd);
+  EXPECT_EQ(PlayerNameFault(t.g, "Ann\xF0\x9F\x98\x81"), "There's already a player named Ann\xF0\x9F\x98\x80");
+  EXPECT_FALSE(AddPlayer(t.g, 2, "Ann\xF0\x9F\x98\x81", 100_usd));
+  EXPECT_FALSE(AddPlayer(t.g, 3, "Ann\xF0\x9F\x98\x80", 100_usd));
+  EXPECT_TRUE(AddPlayer(t.g, 2, "Ann", 100_usd));
+  EXPECT_EQ(t.g.Table.NumberOfPlayers, 2);
+  // Nobody bets for a seat left empty, even one whose player could go below zero.
+  ASSERT_TRUE(AddPlayer(t.g, 4, "Dee", Money::Dollars(-1)));
+  t.g.SilentMode = true;
+  ASSERT_TRUE(RemovePlayer(t.g, 4));
+  EXPECT_EQ(t.Bet(4, bet::Field, 5_usd), Money{});
+  EXPECT_EQ(t.g.OnTable[4], Money{});
+}
+
 TEST(PlayersAdd, NoOrCancelSeatsNobody) {
   LineTable t;
   t.ui.replies = {{kButtonNo, "", false}};

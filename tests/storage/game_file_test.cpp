@@ -17,7 +17,9 @@
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
+#include "engine/table_settings.h"
 #include "storage/fixed_record.h"
+#include "storage/rule_validation.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 
@@ -211,6 +213,19 @@ TEST(GameFile, SavedOpenedAndSavedAgainIsTheSameFileAndPlaysOnTheSame) {
   EXPECT_TRUE(GameFileBytes(a.g, {}) == GameFileBytes(b.g, {}));
 }
 
+// Checks of equal value side by side are a table the configuration accepts: its file opens.
+TEST(GameFile, EqualNeighbouringChecksOpen) {
+  FolderTable a;
+  RuleSet rules = a.g.Rules;
+  rules.CheckDenom = {Money{}, 1_usd, 5_usd, 5_usd, 100_usd, 500_usd};
+  ASSERT_TRUE(ValidateRules(rules, false).ok);
+  ReplaceRules(a.g, rules);
+  ASSERT_TRUE(SaveGame(a.g, a.Path("five.crp")));
+  FolderTable b;
+  ASSERT_TRUE(OpenGame(b.g, a.Path("five.crp"))) << b.ui.LastText();
+  EXPECT_EQ(b.g.Rules.CheckDenom[3], 5_usd);
+}
+
 // Everything a refused open must leave as it was.
 Bytes Dump(const Game& g) {
   Bytes d = GameFileBytes(g, {});
@@ -237,6 +252,7 @@ const Corruption kCorruptions[] = {
     {"another version", [](Bytes& b) { b[38] = '1'; }, "This file appears to be from an incompatible version."},
     {"a point of 7", [](Bytes& b) { PutInt32(b.data() + 17 * 256 + 5 * 4, 7); }, kCorrupt.c_str()},
     {"a denomination of 0", [](Bytes& b) { PutWide(b, 33, 10, 0); }, kCorrupt.c_str()},
+    {"denominations that descend", [](Bytes& b) { PutWide(b, 33, 11, kOne / 2); }, kCorrupt.c_str()},
     {"a probability cell out of range", [](Bytes& b) { PutInt32(b.data() + 456 * 256, 100001); }, kCorrupt.c_str()},
     {"seat 9", [](Bytes& b) { PutWide(b, 460, 0, 9 * kOne); }, kCorrupt.c_str()},
     {"an amount on row 150", [](Bytes& b) { PutWide(b, 470, 22, 5 * kOne); }, kCorrupt.c_str()},
