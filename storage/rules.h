@@ -67,7 +67,7 @@ struct RuleSet {
   double RollsPerTime = 120;
   int RollRateUnit = kPerHour;
 
-  std::array<PayoffRow, kBets + 1> BetPayoff{};      // row 0: scratch row of the bet being settled
+  std::array<PayoffRow, kBets + 1> BetPayoff{};      // 1..107 by bet; row 0 holds none
   std::array<PayoffRow, 22> FieldPayoff{};           // 1..21 by unordered dice pair
   std::array<PayoffRow, 6> MidwayPayoff{};           // 1..5
   std::array<PayoffRow, 3> SevenPointSevenPayoff{};  // 1..2

@@ -27,10 +27,14 @@ TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
   ASSERT_NE(bet, 0) << c.bet;
   double edge = 99;
   EXPECT_EQ(BetEdge(rules, bet, c.point, edge) == 0, c.edge.has_value()) << c.bet;
-  if (c.edge) EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
+  if (c.edge) {
+    EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
+  }
   double decision = 99;
   EXPECT_EQ(DecisionEdge(rules, bet, decision), c.decision.has_value()) << c.bet;
-  if (c.decision) EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
+  if (c.decision) {
+    EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
