@@ -506,11 +506,11 @@ void AmountVerb(Game& g, int action) {
 void MoveBet(Game& g, int seat, int from, int to) {
   const Money amount = g.BetAmount[seat][from];
   if (amount.raw <= 0) return;
-  const int32_t working = g.BetWorking[seat][from];
+  const WorkingState working = g.BetWorking[seat][from];
   const Money down = -ChangeBet(g, seat, from, -amount);
   const Money up = ChangeBet(g, seat, to, down);
   if (up < down) ChangeBet(g, seat, from, down - up);
-  if (up.raw > 0 && (working == 2 || working == -1)) g.BetWorking[seat][to] = working;
+  if (up.raw > 0 && (working == 2 || working == -1)) SetWorkingState(g, seat, to, working);
 }
 
 // The verbs 450..499 without an amount: their targets follow the verb.
@@ -538,11 +538,11 @@ void TargetVerb(Game& g, int action) {
         if (!CheckSeat(g, seat)) return false;
         if (!IsBet(bet)) return true;
         if (BetAlwaysWorks(bet)) return Fault(g, kErrAlwaysWorks);
-        if (apply && g.BetAmount[seat][bet].raw > 0) g.BetWorking[seat][bet] = action == 452 ? 2 : -1;
+        if (apply && g.BetAmount[seat][bet].raw > 0) SetWorkingState(g, seat, bet, action == 452 ? 2 : -1);
         return true;
       case 453:
         if (!CheckSeat(g, seat)) return false;
-        if (apply && IsBet(bet)) ResetWorkingState(g, seat, bet);
+        if (apply && IsBet(bet)) SetWorkingState(g, seat, bet, RestingState(g, seat, bet));
         return true;
       default: return true;
     }

@@ -2,8 +2,8 @@
 // The engine's one door to an online table, held by the game and null at a table played
 // alone. The online layer implements it for a host and for a client; the engine calls it
 // only where an online table plays differently: where the dice come from, the bets and
-// rolls the other side must hear of, a new session, Auto-Roll switched, the dice passed
-// by hand, and what a person at this machine may not do.
+// rolls the other side must hear of (and the calls of bets on and off), a new session, Auto-Roll switched, the dice
+// passed by hand, and what a person at this machine may not do.
 
 #include <cstdint>
 #include <string>
@@ -37,6 +37,8 @@ class OnlineLink {
   virtual void RollEnded() = 0;
   // The amount (and with it the base or vig) of a bet of a seat changed.
   virtual void BetChanged(int seat, int bet) = 0;
+  // A player called a bet of a seat on or off, or back to its rest.
+  virtual void WorkingChanged(int seat, int bet) = 0;
   // Whether this machine changes the seat's bets at all; a refused change is dropped silently.
   virtual bool MayChangeBets(int seat) = 0;
   // A bet placed by a person at this table: the refusal to tell, or an empty text.

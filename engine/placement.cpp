@@ -352,9 +352,17 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
 
 }  // namespace
 
+WorkingState RestingState(const Game& g, int seat, int bet) { return IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1; }
+
 void ResetWorkingState(Game& g, int seat, int bet) {
   if (bet < 1 || bet > kBets) return;
-  g.BetWorking[seat][bet] = IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1;
+  g.BetWorking[seat][bet] = RestingState(g, seat, bet);
+}
+
+void SetWorkingState(Game& g, int seat, int bet, WorkingState state) {
+  if (seat < 1 || seat >= kSeats || bet < 1 || bet > kBets || g.BetWorking[seat][bet] == state) return;
+  g.BetWorking[seat][bet] = state;
+  if (g.Online) g.Online->WorkingChanged(seat, bet);
 }
 
 void CommitAmount(Game& g, int seat, int bet, Money delta) {

@@ -20,3 +20,9 @@ Money TakeMaximum(Game& g, int seat, int bet);
 void CommitAmount(Game& g, int seat, int bet, Money delta);
 // The rest state of a bet whose amount came to 0.
 void ResetWorkingState(Game& g, int seat, int bet);
+// The state a bet not called on or off rests in now: the seat's default on the come-out,
+// working while a point is on.
+WorkingState RestingState(const Game& g, int seat, int bet);
+// A player's call of a bet: on (2), off (-1), or back to its rest; the other side of an
+// online table hears of it.
+void SetWorkingState(Game& g, int seat, int bet, WorkingState state);

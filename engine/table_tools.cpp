@@ -25,12 +25,10 @@ bool CallBet(Game& g, int seat, int bet, bool on) {
     Tell(g, Text(g, 59, 0) + std::string(BetName(bet)) + Text(g, 59, 1), Text(g, 58), 0, msg::kOk | msg::kClass1);
     return false;
   }
-  WorkingState& w = g.BetWorking[seat][bet];
-  const int32_t before = w;
-  const int32_t rest = IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1;
-  if (on) w = w == -1 ? rest : 2;
-  else w = w == 2 ? rest : -1;
-  return w != before;
+  const WorkingState before = g.BetWorking[seat][bet], rest = RestingState(g, seat, bet);
+  const WorkingState after = on ? (before == -1 ? rest : WorkingState{2}) : (before == 2 ? rest : WorkingState{-1});
+  SetWorkingState(g, seat, bet, after);
+  return after != before;
 }
 
 void CallAllBets(Game& g, int seat, bool on) {

@@ -712,6 +712,13 @@ void Client::BetChanged(int seat, int bet) {
   else SendMsg(0, BetRecord(g_, seat, bet));
 }
 
+void Client::WorkingChanged(int seat, int bet) {
+  // As with the amounts: this player's own calls go to the host.
+  if (applyingHost_ > 0 || (seat != OwnSeat && !ClientHosting) || bet < 1 || bet > kBets) return;
+  if (g_.Table.Rolling) changed_.MarkWorking(seat, bet);
+  else SendMsg(0, WorkingRecord(g_, seat, bet));
+}
+
 bool Client::MayChangeBets(int seat) { return seat == OwnSeat || ClientHosting || applyingHost_ > 0; }
 
 BetRefusal Client::RefuseBet(int seat, int bet) {

@@ -95,6 +95,7 @@ class Client : public SocketEvents, public OnlineLink {
   void DiceRolled(int32_t die1, int32_t die2) override;
   void RollEnded() override;
   void BetChanged(int seat, int bet) override;
+  void WorkingChanged(int seat, int bet) override;
   bool MayChangeBets(int seat) override;
   BetRefusal RefuseBet(int seat, int bet) override;
   StakeDecision StakeOf(int seat) override;

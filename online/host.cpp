@@ -1262,6 +1262,12 @@ void Host::BetChanged(int seat, int bet) {
   SendMsg(-1, BetRecord(g_, seat, bet));
 }
 
+void Host::WorkingChanged(int seat, int bet) {
+  if (seat < 1 || seat >= kSeats || bet < 1 || bet > kBets) return;
+  if (g_.Table.Rolling) changed_.MarkWorking(seat, bet);
+  else SendMsg(-1, WorkingRecord(g_, seat, bet));
+}
+
 BetRefusal Host::RefuseBet(int seat, int bet) {
   if (OnlineState == 5) return {"No more bets", "Online connection"};
   if (ClientSeat(seat))

@@ -136,6 +136,7 @@ class Host : public SocketEvents, public OnlineLink {
   void DiceRolled(int32_t die1, int32_t die2) override;
   void RollEnded() override;
   void BetChanged(int seat, int bet) override;
+  void WorkingChanged(int seat, int bet) override;
   bool MayChangeBets(int seat) override { return true; }
   BetRefusal RefuseBet(int seat, int bet) override;
   StakeDecision StakeOf(int seat) override;

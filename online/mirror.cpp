@@ -162,24 +162,27 @@ constexpr uint64_t kFnvStart = 14695981039346656037ull;
 }  // namespace
 
 bool ChangedBets::Any() const {
-  for (const auto& seat : marked_)
-    for (bool b : seat)
-      if (b) return true;
+  for (const auto* marks : {&marked_, &working_})
+    for (const auto& seat : *marks)
+      for (bool b : seat)
+        if (b) return true;
   return false;
 }
 
 std::vector<std::string> ChangedBets::Take(const Game& g) {
   std::vector<std::string> out;
-  std::string m;
-  for (int s = 0; s < kSeats; ++s)
-    for (int b = 1; b <= kBets; ++b) {
-      if (!marked_[s][b]) continue;
-      marked_[s][b] = false;
-      std::string record = BetRecord(g, s, b);
-      if (m.size() + record.size() + 4 > 9000) out.push_back(std::move(m)), m.clear();
-      m += record;
-    }
-  if (!m.empty()) out.push_back(std::move(m));
+  for (auto [marks, record] : {std::pair{&marked_, &BetRecord}, std::pair{&working_, &WorkingRecord}}) {
+    std::string m;
+    for (int s = 0; s < kSeats; ++s)
+      for (int b = 1; b <= kBets; ++b) {
+        if (!(*marks)[s][b]) continue;
+        (*marks)[s][b] = false;
+        std::string one = record(g, s, b);
+        if (m.size() + one.size() + 4 > 9000) out.push_back(std::move(m)), m.clear();
+        m += one;
+      }
+    if (!m.empty()) out.push_back(std::move(m));
+  }
   return out;
 }
 

@@ -21,12 +21,14 @@ std::string WorkingRecord(const Game& g, int seat, int bet);
 class ChangedBets {
  public:
   void Mark(int seat, int bet) { marked_[seat][bet] = true; }
+  void MarkWorking(int seat, int bet) { working_[seat][bet] = true; }
   bool Any() const;
-  // The "~777" messages of the marked bets as they stand now, each within one frame; clears the marks.
+  // The "~777" messages of the marked bets as they stand now, then the "~779" messages of
+  // the marked working states, each within one frame; clears the marks.
   std::vector<std::string> Take(const Game& g);
 
  private:
-  std::array<std::array<bool, kBets + 1>, kSeats> marked_{};
+  std::array<std::array<bool, kBets + 1>, kSeats> marked_{}, working_{};
 };
 
 // All 107 bets of a seat in one message, and their working states in another.

@@ -287,6 +287,7 @@ struct AnnsMachine : OnlineLink {
   void DiceRolled(int32_t, int32_t) override {}
   void RollEnded() override {}
   void BetChanged(int, int) override {}
+  void WorkingChanged(int, int) override {}
   bool MayChangeBets(int seat) override { return seat == kAnn; }
   BetRefusal RefuseBet(int, int) override { return {}; }
   StakeDecision StakeOf(int) override { return StakeDecision::Here; }

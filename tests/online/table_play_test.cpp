@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "automation/auto_roll.h"
+#include "engine/table_tools.h"
 #include "tests/online/online_fixture.h"
 
 namespace {
@@ -61,6 +62,36 @@ TEST(OnlinePlay, ABetThatCrossesARollOnTheWireIsResynced) {
   EXPECT_TRUE(Logged(t, "Bob was resynced."));
   EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
   EXPECT_EQ(bob.game->Bankroll[bob.seated], 1000_usd) << "the Field bet the host didn't have won nothing";
+}
+
+// A bet called off at one machine is off at every table: a hit on it pays nobody.
+TEST(OnlinePlay, ABetCalledOffIsOffAtEveryTable) {
+  OnlineTable t;
+  t.SeatAnn({});
+  OnlinePlayer& bob = t.Join("Bob");
+  const int seat = bob.seated;
+  auto roll = [&](int d1, int d2) {
+    t.g().Dice.padPending = true;
+    t.g().Dice.padDie1 = d1;
+    t.g().Dice.padDie2 = d2;
+    RollDice(t.g());
+    t.Settle();
+  };
+  roll(2, 2);  // point 4
+  ChangeBet(*bob.game, seat, bet::Place4 + 2, 12_usd);
+  ChangeBet(t.g(), 1, bet::Place4 + 3, 12_usd);
+  t.Settle();
+  ASSERT_TRUE(CallBet(*bob.game, seat, bet::Place4 + 2, false));
+  ASSERT_TRUE(CallBet(t.g(), 1, bet::Place4 + 3, false));
+  t.Settle();
+  EXPECT_EQ(t.g().BetWorking[seat][bet::Place4 + 2], -1);
+  EXPECT_EQ(bob.game->BetWorking[1][bet::Place4 + 3], -1);
+  const Money bobs = t.g().Bankroll[seat], anns = t.g().Bankroll[1];
+  roll(3, 3);
+  roll(4, 4);
+  EXPECT_EQ(t.g().Bankroll[seat], bobs);
+  EXPECT_EQ(t.g().Bankroll[1], anns);
+  EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
 }
 
 TEST(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
