@@ -15,6 +15,13 @@ void AbandonBet(Game& g, int seat, int bet) {
 
 // Every bet that the player hasn't called on or off rests in the seat's default state
 // on the come-out and works while a point is on.
+void BareSeatWorking(Game& g, int seat) {
+  for (int b = 1; b <= kBets; ++b) {
+    g.DefaultWorking[seat][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
+    g.BetWorking[seat][b] = g.DefaultWorking[seat][b];
+  }
+}
+
 void RestWorkingStates(Game& g) {
   const bool comeOut = IsComeOut(g);
   for (int s = 1; s < kSeats; ++s) {

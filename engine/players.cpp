@@ -197,6 +197,7 @@ bool RemovePlayer(Game& g, int seat) {
     for (int b : contracts) AbandonBet(g, seat, b);
   for (int b = 1; b <= kBets; ++b)
     if (g.BetAmount[seat][b].raw != 0) CommitAmount(g, seat, b, -g.BetAmount[seat][b]);
+  g.ContractBase[seat] = {};
   g.BuyVigHeld[seat] = {};
   g.LayVigHeld[seat] = {};
   g.OnTable[seat] = Money{};
@@ -215,6 +216,11 @@ bool RemovePlayer(Game& g, int seat) {
        {&g.Bankroll, &g.BeginningBankroll, &g.HighBankroll, &g.LowBankroll, &g.BankrollSum, &g.BuyInTotal, &g.Comps})
     for (int k = 0; k < kScopeColumns; k += kSeats) (*store)[k + seat] = Money{};
   g.BankrollHistory[seat] = {};
+  // Whoever sits here next starts bare: no calls on or off, and none of the leaver's leave
+  // to go below zero or to pass the dice. Every table that mirrors this one does the same.
+  BareSeatWorking(g, seat);
+  g.AllowNegBankroll[seat] = false;
+  g.AutoPassDice[seat] = false;
   g.PlayerName[seat].clear();
   --g.Table.NumberOfPlayers;
 

@@ -39,11 +39,7 @@ void SetDefaultGame(Game& g) {
   g.PlayerName[0] = "House";
   SetDefaultPercentageDice(g.Percentage);
   SetDefaultRules(g.Rules);
-  for (int s = 0; s < kSeats; ++s)
-    for (int b = 1; b <= kBets; ++b) {
-      g.DefaultWorking[s][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
-      g.BetWorking[s][b] = g.DefaultWorking[s][b];
-    }
+  for (int s = 0; s < kSeats; ++s) BareSeatWorking(g, s);
   g.Auto.AutoRollDelay = 1.0;
   ReopenRollHistory(g, g.Rolls);
 }

@@ -49,6 +49,26 @@ TEST(PlayersRemove, AbandonedContractsLoseTheRestGoesBack) {
   EXPECT_EQ(t.g.Bankroll[2], before) << "the other player is untouched";
 }
 
+// Whoever sits down next starts at a bare seat: nothing of the leaver's calls, contracts,
+// leave to go below zero or auto-pass stays behind for the newcomer.
+TEST(PlayersRemove, TheSeatIsLeftBare) {
+  Leaving t;
+  t.RollTotal(5);  // Place 8 becomes part of the contract bases
+  ASSERT_EQ(t.g.ContractBase[1][bet::Place4 + 3], 12_usd);
+  t.g.AllowNegBankroll[1] = true;
+  t.g.AutoPassDice[1] = true;
+  t.g.BetWorking[1][bet::Place4 + 3] = -1;  // Place 8 called off
+  t.ui.replies.push_back({kButtonYes, "", false});
+  ASSERT_TRUE(RemovePlayer(t.g, 1));
+  EXPECT_FALSE(t.g.AllowNegBankroll[1]);
+  EXPECT_FALSE(t.g.AutoPassDice[1]);
+  EXPECT_EQ(t.g.BetWorking[1][bet::Place4 + 3], t.g.BetWorking[5][bet::Place4 + 3]) << "as a seat nobody played";
+  EXPECT_EQ(t.g.ContractBase[1][bet::Place4 + 3], Money{});
+  ASSERT_TRUE(AddPlayer(t.g, 1, "Cy", 5_usd));
+  t.g.SilentMode = true;
+  EXPECT_EQ(t.Bet(1, bet::Field, 25_usd), 5_usd) << "the newcomer can't go below zero";
+}
+
 // The ending bankroll in the player's sessions log tells whether the contracts were lost.
 Money EndingBankrollWhenLeaving(bool returnAbandoned) {
   Leaving t;
