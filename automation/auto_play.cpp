@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "engine/bet_states.h"
+#include "engine/online_link.h"
 #include "storage/language_text.h"
 
 namespace {
@@ -40,9 +42,9 @@ std::string BiasText(int family, int bias) {
 
 void SetWorkOnComeOut(Game& g, int seat, int bet, bool works) {
   g.Rules.WorkOnComeOut[bet][seat] = works;
-  g.DefaultWorking[seat][bet] = works ? 1 : 0;
-  WorkingState& w = g.BetWorking[seat][bet];
-  if (IsComeOut(g) && w != 2 && w != -1) w = g.DefaultWorking[seat][bet];
+  FollowWorkOnComeOut(g, seat, bet);
+  // The other side follows the rule as this table did.
+  if (g.Online) g.Online->WorkOnComeOutChanged(seat);
 }
 
 void SetWorkOnComeOutDefault(Game& g, int seat, int bet) {

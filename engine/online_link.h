@@ -39,6 +39,8 @@ class OnlineLink {
   virtual void BetChanged(int seat, int bet) = 0;
   // A player called a bet of a seat on or off, or back to its rest.
   virtual void WorkingChanged(int seat, int bet) = 0;
+  // A seat's choice of the bets that work on the come-out changed.
+  virtual void WorkOnComeOutChanged(int seat) = 0;
   // Whether this machine changes the seat's bets at all; a refused change is dropped silently.
   virtual bool MayChangeBets(int seat) = 0;
   // A bet placed by a person at this table: the refusal to tell, or an empty text.

@@ -1,5 +1,6 @@
 #include "engine/table_settings.h"
 
+#include "engine/bet_states.h"
 #include "engine/handling.h"
 #include "storage/language_text.h"
 
@@ -14,8 +15,12 @@ void ReplaceRules(Game& g, const RuleSet& rules) {
       if (buyMoves) g.OnTable[s] += rules.ChargeAllBuy ? g.BuyVigHeld[s][i] : -g.BuyVigHeld[s][i];
       if (layMoves) g.OnTable[s] += rules.ChargeAllLay ? g.LayVigHeld[s][i] : -g.LayVigHeld[s][i];
     }
+  const auto before = g.Rules.WorkOnComeOut;
   g.Rules = rules;
   ComputeBetUnits(g.Rules);
+  for (int s = 1; s < kSeats; ++s)
+    for (int b = 1; b <= kBets; ++b)
+      if (g.Rules.WorkOnComeOut[b][s] != before[b][s]) FollowWorkOnComeOut(g, s, b);
 }
 
 void SetAutoHandling(Game& g, int seat, bool winning, int action, const SettleRule& rule) {

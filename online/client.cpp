@@ -719,6 +719,12 @@ void Client::WorkingChanged(int seat, int bet) {
   else SendMsg(0, WorkingRecord(g_, seat, bet));
 }
 
+void Client::WorkOnComeOutChanged(int seat) {
+  if (applyingHost_ > 0 || (seat != OwnSeat && !ClientHosting)) return;
+  if (g_.Table.Rolling) changed_.MarkComeOut(seat);
+  else SendMsg(0, WorkOnComeOutRecord(g_, seat));
+}
+
 bool Client::MayChangeBets(int seat) { return seat == OwnSeat || ClientHosting || applyingHost_ > 0; }
 
 BetRefusal Client::RefuseBet(int seat, int bet) {

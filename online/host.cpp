@@ -876,14 +876,15 @@ void Host::SetAutoBetAllowed(int entry, bool allowed, const std::string& notice)
 
 void Host::SyncClient(int socket, bool playersOnly) {
   for (const std::string& m : PlayersMessages(g_)) SendMsg(socket, m);
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g_, s)) continue;
-    SendMsg(socket, SeatBetsMessage(g_, s));
-    SendMsg(socket, SeatWorkingMessage(g_, s));
-  }
+  for (int s = 1; s < kSeats; ++s)
+    if (SeatOccupied(g_, s)) SendMsg(socket, SeatBetsMessage(g_, s));
   const std::string bankrolls = BankrollsMessage(g_);
   if (!bankrolls.empty()) SendMsg(socket, bankrolls);
   SendConfiguration(socket);
+  // The working states come last: seating a player and the rules of the come-out put the
+  // seat's bets at rest for the point the mirror held then; these are the host's own.
+  for (int s = 1; s < kSeats; ++s)
+    if (SeatOccupied(g_, s)) SendMsg(socket, SeatWorkingMessage(g_, s));
   for (int s = 1; s < kSeats; ++s)
     if (SeatOccupied(g_, s)) SendMsg(socket, "~669" + std::to_string(s) + (g_.AutoPassDice[s] ? "-1" : "0"));
   const int entry = Entry(socket);
@@ -1266,6 +1267,12 @@ void Host::WorkingChanged(int seat, int bet) {
   if (seat < 1 || seat >= kSeats || bet < 1 || bet > kBets) return;
   if (g_.Table.Rolling) changed_.MarkWorking(seat, bet);
   else SendMsg(-1, WorkingRecord(g_, seat, bet));
+}
+
+void Host::WorkOnComeOutChanged(int seat) {
+  if (seat < 1 || seat >= kSeats) return;
+  if (g_.Table.Rolling) changed_.MarkComeOut(seat);
+  else SendMsg(-1, WorkOnComeOutRecord(g_, seat));
 }
 
 BetRefusal Host::RefuseBet(int seat, int bet) {

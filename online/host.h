@@ -137,6 +137,7 @@ class Host : public SocketEvents, public OnlineLink {
   void RollEnded() override;
   void BetChanged(int seat, int bet) override;
   void WorkingChanged(int seat, int bet) override;
+  void WorkOnComeOutChanged(int seat) override;
   bool MayChangeBets(int seat) override { return true; }
   BetRefusal RefuseBet(int seat, int bet) override;
   StakeDecision StakeOf(int seat) override;

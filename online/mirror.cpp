@@ -166,6 +166,8 @@ bool ChangedBets::Any() const {
     for (const auto& seat : *marks)
       for (bool b : seat)
         if (b) return true;
+  for (bool s : comeOut_)
+    if (s) return true;
   return false;
 }
 
@@ -183,6 +185,13 @@ std::vector<std::string> ChangedBets::Take(const Game& g) {
       }
     if (!m.empty()) out.push_back(std::move(m));
   }
+  std::string m;
+  for (int s = 0; s < kSeats; ++s)
+    if (comeOut_[s]) {
+      comeOut_[s] = false;
+      m += WorkOnComeOutRecord(g, s);
+    }
+  if (!m.empty()) out.push_back(std::move(m));
   return out;
 }
 
@@ -210,15 +219,18 @@ std::string SeatWorkingMessage(const Game& g, int seat) {
   return m;
 }
 
+std::string WorkOnComeOutRecord(const Game& g, int seat) {
+  std::string m = "~899";
+  PutInt(m, seat);
+  for (int b = 1; b <= 87; ++b) m += g.Rules.WorkOnComeOut[b][seat] ? '1' : '0';
+  m += '\t';
+  return m;
+}
+
 std::string WorkOnComeOutMessage(const Game& g) {
   std::string m;
-  for (int s = 0; s < kSeats; ++s) {
-    if (s > 0 && !SeatOccupied(g, s)) continue;
-    m += "~899";
-    PutInt(m, s);
-    for (int b = 1; b <= 87; ++b) m += g.Rules.WorkOnComeOut[b][s] ? '1' : '0';
-    m += '\t';
-  }
+  for (int s = 0; s < kSeats; ++s)
+    if (s == 0 || SeatOccupied(g, s)) m += WorkOnComeOutRecord(g, s);
   return m;
 }
 
@@ -318,7 +330,7 @@ void ApplyBetRecords(Game& g, const ParsedMessage& m) {
     const int seat = static_cast<int>(m.At(r, 0).number), bet = static_cast<int>(m.At(r, 1).number);
     const Money amount = m.At(r, 2).amount;
     if (amount != g.BetAmount[seat][bet]) CommitAmount(g, seat, bet, amount - g.BetAmount[seat][bet]);
-    g.ContractBase[seat][bet] = m.At(r, 3).amount;
+    SetContractBase(g, seat, bet, m.At(r, 3).amount);
     // Vig is held by Buy and Lay only; charged up front it is part of what the seat wagers.
     if (IsBuy(bet) || IsLay(bet)) {
       Money& held = IsBuy(bet) ? g.BuyVigHeld[seat][bet - bet::Buy4] : g.LayVigHeld[seat][bet - bet::Lay4];
@@ -427,12 +439,7 @@ bool ApplyRuleMessage(Game& g, const ParsedMessage& m, std::string& fault) {
       }
     }
   }
-  const bool workingChanged = r.WorkOnComeOut != g.Rules.WorkOnComeOut;
   ReplaceRules(g, r);
-  if (workingChanged) {
-    for (int s = 1; s < kSeats; ++s)
-      for (int b = 1; b <= 87; ++b) g.DefaultWorking[s][b] = r.WorkOnComeOut[b][s] ? 1 : 0;
-  }
   return true;
 }
 

@@ -22,20 +22,24 @@ class ChangedBets {
  public:
   void Mark(int seat, int bet) { marked_[seat][bet] = true; }
   void MarkWorking(int seat, int bet) { working_[seat][bet] = true; }
+  void MarkComeOut(int seat) { comeOut_[seat] = true; }
   bool Any() const;
   // The "~777" messages of the marked bets as they stand now, then the "~779" messages of
-  // the marked working states, each within one frame; clears the marks.
+  // the marked working states, each within one frame, then the "~899" of the seats whose
+  // working on the come-out changed; clears the marks.
   std::vector<std::string> Take(const Game& g);
 
  private:
   std::array<std::array<bool, kBets + 1>, kSeats> marked_{}, working_{};
+  std::array<bool, kSeats> comeOut_{};
 };
 
 // All 107 bets of a seat in one message, and their working states in another.
 std::string SeatBetsMessage(const Game& g, int seat);
 std::string SeatWorkingMessage(const Game& g, int seat);
-// Working on the come-out of the house and of each taken seat ("~899").
+// Working on the come-out of the house and of each taken seat ("~899"), and of one seat.
 std::string WorkOnComeOutMessage(const Game& g);
+std::string WorkOnComeOutRecord(const Game& g, int seat);
 // The players: "~888" for taken seats, "~886" for free ones, "~889" the shooters; empty
 // messages are left out.
 std::vector<std::string> PlayersMessages(const Game& g);

@@ -288,6 +288,7 @@ struct AnnsMachine : OnlineLink {
   void RollEnded() override {}
   void BetChanged(int, int) override {}
   void WorkingChanged(int, int) override {}
+  void WorkOnComeOutChanged(int) override {}
   bool MayChangeBets(int seat) override { return seat == kAnn; }
   BetRefusal RefuseBet(int, int) override { return {}; }
   StakeDecision StakeOf(int) override { return StakeDecision::Here; }

@@ -115,4 +115,23 @@ TEST(TableSettings, HeldVigFollowsTheRuleThatCharges) {
   EXPECT_EQ(GameIsConsistent(t.g), "");
 }
 
+// New rules of what works on the come-out are the seats' defaults at once: a bet resting on
+// the come-out follows, a bet called on or off keeps its call.
+TEST(TableSettings, BetsRestingOnTheComeOutFollowNewRules) {
+  TestTable t;
+  t.Seat(1, "Ann", 1000_usd);
+  const int place6 = bet::Place4 + 2, place8 = bet::Place4 + 3;
+  ChangeBet(t.g, 1, place6, 12_usd);
+  ChangeBet(t.g, 1, place8, 12_usd);
+  t.g.BetWorking[1][place8] = -1;  // called off
+  ASSERT_EQ(t.g.BetWorking[1][place6], 0);
+  RuleSet rules = t.g.Rules;
+  rules.WorkOnComeOut[place6][1] = rules.WorkOnComeOut[place8][1] = true;
+  ReplaceRules(t.g, rules);
+  EXPECT_EQ(t.g.DefaultWorking[1][place6], 1);
+  EXPECT_EQ(t.g.BetWorking[1][place6], 1);
+  EXPECT_EQ(t.g.BetWorking[1][place8], -1);
+  EXPECT_EQ(GameIsConsistent(t.g), "");
+}
+
 }  // namespace

@@ -8,6 +8,7 @@
 #include <deque>
 #include <random>
 
+#include "automation/auto_play.h"
 #include "automation/auto_roll.h"
 #include "engine/consistency.h"
 #include "engine/table_tools.h"
@@ -55,7 +56,7 @@ struct RandomTable : OnlineTable {
 };
 
 TEST(RandomOnlinePlay, EveryMirrorEndsAsTheHostsTable) {
-  for (uint32_t seed = 1; seed <= 12; ++seed) {
+  for (uint32_t seed = 1; seed <= 60; ++seed) {
     RandomTable t(seed);
     for (int step = 0; step < 300; ++step) {
       const int op = t.Pick(0, 99);
@@ -75,7 +76,13 @@ TEST(RandomOnlinePlay, EveryMirrorEndsAsTheHostsTable) {
       } else if (op < 47) {
         what = "Ann calls a bet";
         CallBet(t.g(), 1, t.Pick(1, kBets), t.Pick(0, 1));
-      } else if (op < 49 && p.client) {
+      } else if (op < 48 && seat != 0) {
+        what = p.ui.Name + " changes what works on the come-out";
+        SetWorkOnComeOut(*p.game, seat, t.Pick(1, 87), t.Pick(0, 1));
+      } else if (op < 49) {
+        what = "Ann changes what works on the come-out";
+        SetWorkOnComeOut(t.g(), 1, t.Pick(1, 87), t.Pick(0, 1));
+      } else if (op < 50 && p.client) {
         what = p.ui.Name + " sets auto-pass";
         p.client->SetAutoPass(t.Pick(0, 1));
       } else if (op < 51 && p.client) {
