@@ -45,12 +45,10 @@ test-sanitize: deps $(SANITIZE_DIR)/build.ninja
 	cd $(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest -j2 --output-on-failure -E "HoldsAfterEveryRollOfEightSystems"
 
-$(BENCH_DIR)/build.ninja: | deps
-	cmake -S . -B $(BENCH_DIR) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release \
-	  -DDICEHALL_TESTS=OFF -DDICEHALL_BENCH=ON
-
-bench: deps $(BENCH_DIR)/build.ninja
-	cmake --build $(BENCH_DIR)
+# Release programs built twice, the second time guided by a profile of the simulator at
+# work (scripts/pgo-build).
+bench: deps
+	scripts/pgo-build $(BENCH_DIR) -DDICEHALL_TESTS=OFF -DDICEHALL_BENCH=ON
 	./$(BENCH_DIR)/dicehall-bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 	./$(BENCH_DIR)/dicehall-sim --bench
 	QT_QPA_PLATFORM=offscreen ./$(BENCH_DIR)/dicehall-desktop-bench

@@ -352,12 +352,6 @@ Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
 
 }  // namespace
 
-void SetContractBase(Game& g, int seat, int bet, Money base) {
-  if (seat < 0 || seat >= kSeats || bet < 1 || bet > kBets) return;
-  g.ContractBase[seat][bet] = base;
-  g.SeatBetsAtStart[seat][bet >> 6] |= uint64_t{1} << (bet & 63);
-}
-
 WorkingState RestingState(const Game& g, int seat, int bet) { return IsComeOut(g) ? g.DefaultWorking[seat][bet] : 1; }
 
 void ResetWorkingState(Game& g, int seat, int bet) {

@@ -18,10 +18,6 @@ Money TakeDown(Game& g, int seat, int bet);
 Money TakeMaximum(Game& g, int seat, int bet);
 // Sets an amount with no rule at all: only the moves of Come and Don't Come use it.
 void CommitAmount(Game& g, int seat, int bet, Money delta);
-// A contract base told by another table (an online mirror's word): the next start-of-roll
-// copy takes the bet in, as it takes in every bet held, so a base left on a bet that is
-// gone is cleared there as at the table that told it.
-void SetContractBase(Game& g, int seat, int bet, Money base);
 // The rest state of a bet whose amount came to 0.
 void ResetWorkingState(Game& g, int seat, int bet);
 // The state a bet not called on or off rests in now: the seat's default on the come-out,

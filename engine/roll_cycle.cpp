@@ -289,6 +289,16 @@ void TakeStartOfRollCopy(Game& g, int s) {
   CopyCheckStacks(g, s, g.BetAmountStartOfRoll);
 }
 
+}  // namespace
+
+void SetContractBase(Game& g, int seat, int bet, Money base) {
+  if (seat < 0 || seat >= kSeats || bet < 1 || bet > kBets) return;
+  g.ContractBase[seat][bet] = base;
+  g.SeatBetsAtStart[seat][bet >> 6] |= uint64_t{1} << (bet & 63);
+}
+
+namespace {
+
 void TakeAfterRollCopy(Game& g, int s) {
   ForChangedBets(g, s, g.SeatBetsAtAfter[s], [&](int b) { g.BetAmountAfterRoll[s][b] = g.BetAmount[s][b]; });
   CopyCheckStacks(g, s, g.BetAmountAfterRoll);

@@ -11,6 +11,10 @@ void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSess
 // One roll, from the shot test to the next wait; under Auto-Roll in SilentMode it goes
 // on rolling until Auto-Roll is switched off.
 void RollDice(Game& g);
+// A contract base told by another table (an online mirror's word): the next start-of-roll
+// copy takes the bet in, as it takes in every bet held, so a base left on a bet that is
+// gone is cleared there as at the table that told it.
+void SetContractBase(Game& g, int seat, int bet, Money base);
 
 // Compiles the scripts of the active seats when they aren't compiled; a fault is told
 // (or becomes the stop text) and the roll may not go on.

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "engine/placement.h"
+#include "engine/roll_cycle.h"
 #include "engine/table_settings.h"
 
 namespace {
