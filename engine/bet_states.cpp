@@ -15,20 +15,6 @@ void AbandonBet(Game& g, int seat, int bet) {
 
 // Every bet that the player hasn't called on or off rests in the seat's default state
 // on the come-out and works while a point is on.
-void FollowWorkOnComeOut(Game& g, int seat, int bet) {
-  g.DefaultWorking[seat][bet] = g.Rules.WorkOnComeOut[bet][seat] ? 1 : 0;
-  const WorkingState w = g.BetWorking[seat][bet];
-  if (IsComeOut(g) && w != 2 && w != -1) g.BetWorking[seat][bet] = g.DefaultWorking[seat][bet];
-}
-
-void BareSeatWorking(Game& g, int seat) {
-  for (int b = 1; b <= kBets; ++b) {
-    g.Rules.WorkOnComeOut[b][seat] = DefaultWorksOnComeOut(b);
-    g.DefaultWorking[seat][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
-    g.BetWorking[seat][b] = g.DefaultWorking[seat][b];
-  }
-}
-
 void RestWorkingStates(Game& g) {
   const bool comeOut = IsComeOut(g);
   for (int s = 1; s < kSeats; ++s) {
@@ -42,5 +28,19 @@ void RestWorkingStates(Game& g) {
       const WorkingState w = working[b], restState = comeOut ? rest[b] : WorkingState{1};
       working[b] = w == 2 || w == -1 ? w : restState;
     }
+  }
+}
+
+void FollowWorkOnComeOut(Game& g, int seat, int bet) {
+  g.DefaultWorking[seat][bet] = g.Rules.WorkOnComeOut[bet][seat] ? 1 : 0;
+  const WorkingState w = g.BetWorking[seat][bet];
+  if (IsComeOut(g) && w != 2 && w != -1) g.BetWorking[seat][bet] = g.DefaultWorking[seat][bet];
+}
+
+void BareSeatWorking(Game& g, int seat) {
+  for (int b = 1; b <= kBets; ++b) {
+    g.Rules.WorkOnComeOut[b][seat] = DefaultWorksOnComeOut(b);
+    g.DefaultWorking[seat][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
+    g.BetWorking[seat][b] = g.DefaultWorking[seat][b];
   }
 }

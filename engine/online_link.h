@@ -1,8 +1,8 @@
 #pragma once
 // The engine's one door to an online table, held by the game and null at a table played
 // alone. The online layer implements it for a host and for a client; the engine calls it
-// only where an online table plays differently: where the dice come from, the bets and
-// rolls the other side must hear of (and the calls of bets on and off), a new session, Auto-Roll switched, the dice
+// only where an online table plays differently: where the dice come from, the bets, calls
+// and rolls the other side must hear of, a new session, Auto-Roll switched, the dice
 // passed by hand, and what a person at this machine may not do.
 
 #include <cstdint>
