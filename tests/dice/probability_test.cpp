@@ -8,6 +8,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -109,10 +110,9 @@ TEST(ProbabilityFile, RoundTripIsByteExact) {
   ASSERT_EQ(bytes.size(), 1280u);
   EXPECT_EQ(bytes.substr(0, 200), std::string(kProbabilityFileHeader) + std::string(158, ' '));
   EXPECT_EQ(bytes.substr(200, 56), std::string(56, '\0'));
-  auto at = [&](int i) {
+  auto at = [&](int i) {  // the file's numbers are little-endian
     uint32_t u = 0;
-    for (int b = 0; b < 4; ++b)
-      u |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[256 + 4 * i + b])) << (8 * b);
+    for (int b = 3; b >= 0; --b) u = u << 8 | static_cast<unsigned char>(bytes[256 + 4 * i + b]);
     return static_cast<int32_t>(u);
   };
   EXPECT_EQ(at(0), -7);
@@ -208,16 +208,13 @@ TEST(ProbabilityEdit, UnbalanceableEditIsRefusedUntouched) {
   std::string error;
   for (int x = 2; x <= 6; ++x) ASSERT_TRUE(EditCell(t, x, 12, 16000, error)) << error;  // die-1 faces 1..5
   const ProbabilityTable before = t;
-  const std::vector<std::pair<int, int32_t>> refused = {{7, 30000} /* faces past 100% */, {7, 0} /* short */};
-  for (const auto& [x, value] : refused) {
+  // Faces past 100%, faces short of it, not a cell of the table, a cell past 100%.
+  for (const auto& [x, y, value] : {std::tuple{7, 12, 30000}, {7, 12, 0}, {1, 12, 100}, {2, 1, 150000}}) {
     error.clear();
-    EXPECT_FALSE(EditCell(t, x, 12, value, error));
+    EXPECT_FALSE(EditCell(t, x, y, value, error)) << x << "," << y;
     EXPECT_FALSE(error.empty());
     EXPECT_EQ(t, before);
   }
-  EXPECT_FALSE(EditCell(t, 1, 12, 100, error));  // not a cell of the table
-  EXPECT_FALSE(EditCell(t, 2, 1, 150000, error));
-  EXPECT_EQ(t, before);
   UnlockAll(t);
   EXPECT_TRUE(EditCell(t, 7, 12, 30000, error)) << error;
   ExpectBalanced(t);

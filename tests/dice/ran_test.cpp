@@ -1,4 +1,7 @@
-// The congruential generator of #3 and the shuffled generators Ran1 and Ran2.
+// The congruential generator of #3, the shuffled generators Ran1 and Ran2, and both
+// twisters against the standard library's MT19937, which shares their recurrence and
+// tempering: the reference through its own seeding, the Cokus form through its 69069
+// seeding fed in as a seed sequence.
 
 #include "dice/ran.h"
 
@@ -6,9 +9,12 @@
 
 #include <array>
 #include <cmath>
+#include <random>
 #include <set>
 #include <vector>
 
+#include "dice/cokus_mt.h"
+#include "dice/mt19937.h"
 #include "tests/dice/crafted_state.h"
 
 namespace {
@@ -36,16 +42,14 @@ INSTANTIATE_TEST_SUITE_P(RngByHand, RngLcgTest,
 
 // ---- Ran1 and Ran2 alike --------------------------------------------------------------
 
-struct Ran1Source {
-  Ran1State s;
+template <class State, float (*Ran)(State&, int32_t&, const char*&)>
+struct Shuffled {
+  State s;
   const char* error = nullptr;
-  float Draw(int32_t& idum) { return Ran1(s, idum, error); }
+  float Draw(int32_t& idum) { return Ran(s, idum, error); }
 };
-struct Ran2Source {
-  Ran2State s;
-  const char* error = nullptr;
-  float Draw(int32_t& idum) { return Ran2(s, idum, error); }
-};
+using Ran1Source = Shuffled<Ran1State, Ran1>;
+using Ran2Source = Shuffled<Ran2State, Ran2>;
 
 template <class Source>
 std::vector<float> Draws(Source& source, int32_t seed, int count) {
@@ -151,6 +155,46 @@ TEST(RngRan2Test, AnIndexOutOfTheTableReportsAndReturnsZero) {
   EXPECT_STREQ(r.error, "\nAn error occurred in function Ran2");
   EXPECT_EQ(r.s.ir, before.ir);
   EXPECT_EQ(r.s.idum, before.idum);
+}
+
+// ---- The twisters ------------------------------------------------------------------
+
+constexpr int kWords = 2000;  // past three reloads of the 624-word state
+constexpr uint32_t kSeeds[] = {0U, 1U, 4356U, 4357U, 5489U, 19650218U, 2147483647U, 4294967295U};
+
+// Fills the engine's state as the Cokus form seeds: x0 = seed | 1, x(i+1) = 69069 x(i).
+struct CokusSeedSequence {
+  using result_type = uint32_t;
+  uint32_t seed;
+  template <class It>
+  void generate(It first, It last) {
+    uint32_t x = seed | 1U;
+    for (; first != last; ++first, x *= 69069U) *first = x;
+  }
+};
+
+// The twister's words and doubles are the standard engine's, seeded alike.
+template <class Twister>
+void ExpectStandardWords(Twister& mine, std::mt19937 standard, uint32_t (*word)(Twister&), double (*real)(Twister&)) {
+  for (int i = 0; i < kWords; ++i) {
+    const uint32_t expected = standard();
+    Twister copy = mine;
+    ASSERT_EQ(real(copy), expected / 4294967296.0) << "word " << i;
+    ASSERT_EQ(word(mine), expected) << "word " << i;
+  }
+}
+
+TEST(RngTwisterTest, BothMatchTheStandardEngineWordForWord) {
+  for (uint32_t seed : kSeeds) {
+    SCOPED_TRACE(seed);
+    Mt19937 reference;
+    InitGenrand(reference, seed);
+    ExpectStandardWords(reference, std::mt19937(seed), GenrandInt32, GenrandReal2);
+    CokusMt cokus;
+    SrandMT(cokus, seed);
+    CokusSeedSequence sequence{seed};
+    ExpectStandardWords(cokus, std::mt19937(sequence), RandomMTInt32, RandomMT);
+  }
 }
 
 }  // namespace

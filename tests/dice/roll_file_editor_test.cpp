@@ -52,27 +52,23 @@ TEST_P(RollFileEditorTest, ChangesTheFileOrLeavesItAsItWas) {
   EXPECT_EQ(RollFileLength(t.rf), static_cast<int32_t>(t.Content().size()));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    RollFileOperations, RollFileEditorTest,
-    ::testing::Values(
-        EditCase{"replace", [](EditorTable& t) { return EnterRoll(t.rf, 2, 6, 5, false); },
-                 Rolls({11, 65, 33, 44, 55})},
-        EditCase{"replace_after_last", [](EditorTable& t) { return EnterRoll(t.rf, 6, 1, 2, false); },
-                 Rolls({11, 22, 33, 44, 55, 12})},
-        EditCase{"insert_first", [](EditorTable& t) { return EnterRoll(t.rf, 1, 3, 1, true); },
-                 Rolls({31, 11, 22, 33, 44, 55})},
-        EditCase{"delete_range", [](EditorTable& t) { return DeleteRolls(t.rf, 2, 4); }, Rolls({11, 55})},
-        EditCase{"cut_paste",
-                 [](EditorTable& t) { return CutRolls(t.g, t.rf, 4, 5) && PasteRolls(t.g, t.rf, 1, true); },
-                 Rolls({44, 55, 11, 22, 33})},
-        EditCase{"copy_paste_over",
-                 [](EditorTable& t) { return CopyRolls(t.g, t.rf, 1, 2) && PasteRolls(t.g, t.rf, 5, false); },
-                 Rolls({11, 22, 33, 44, 11, 22})},
-        EditCase{"paste_nothing", [](EditorTable& t) { return PasteRolls(t.g, t.rf, 1, true); }, ""},
-        EditCase{"die_of_seven", [](EditorTable& t) { return EnterRoll(t.rf, 1, 7, 1, false); }, ""},
-        EditCase{"past_the_end", [](EditorTable& t) { return EnterRoll(t.rf, 7, 1, 1, true); }, ""},
-        EditCase{"beyond", [](EditorTable& t) { return DeleteRolls(t.rf, 5, 6); }, ""}),
-    [](const auto& info) { return std::string(info.param.what); });
+const EditCase kEdits[] = {
+    {"replace", [](auto& t) { return EnterRoll(t.rf, 2, 6, 5, false); }, Rolls({11, 65, 33, 44, 55})},
+    {"replace_after_last", [](auto& t) { return EnterRoll(t.rf, 6, 1, 2, false); }, Rolls({11, 22, 33, 44, 55, 12})},
+    {"insert_first", [](auto& t) { return EnterRoll(t.rf, 1, 3, 1, true); }, Rolls({31, 11, 22, 33, 44, 55})},
+    {"delete_range", [](auto& t) { return DeleteRolls(t.rf, 2, 4); }, Rolls({11, 55})},
+    {"cut_paste", [](auto& t) { return CutRolls(t.g, t.rf, 4, 5) && PasteRolls(t.g, t.rf, 1, true); },
+     Rolls({44, 55, 11, 22, 33})},
+    {"copy_paste_over", [](auto& t) { return CopyRolls(t.g, t.rf, 1, 2) && PasteRolls(t.g, t.rf, 5, false); },
+     Rolls({11, 22, 33, 44, 11, 22})},
+    {"paste_nothing", [](auto& t) { return PasteRolls(t.g, t.rf, 1, true); }, ""},
+    {"die_of_seven", [](auto& t) { return EnterRoll(t.rf, 1, 7, 1, false); }, ""},
+    {"past_the_end", [](auto& t) { return EnterRoll(t.rf, 7, 1, 1, true); }, ""},
+    {"beyond", [](auto& t) { return DeleteRolls(t.rf, 5, 6); }, ""},
+};
+
+INSTANTIATE_TEST_SUITE_P(RollFileOperations, RollFileEditorTest, ::testing::ValuesIn(kEdits),
+                         [](const auto& info) { return std::string(info.param.what); });
 
 TEST(RollFileEditor, RandomToolsStayInsideTheSelection) {
   EditorTable t(Rolls({11, 12, 13, 14, 15, 16, 21, 22, 23, 24}));

@@ -87,15 +87,22 @@ INSTANTIATE_TEST_SUITE_P(SeedClock, SeedAutomaticTest,
                                            AutoCase{3, 0, 0, 1, 0, 1, 1000},            // short enough to stay whole
                                            AutoCase{2, 0, 0, 0, 0, 1, 100000000}));
 
-TEST(SeedRngTest, MidnightForThreeFailsAndLeavesTheGenerator) {
-  TestTable t;
-  ASSERT_EQ(SelectRng(t.g, 3), 0);
-  t.g.Dice.lcgState = 4711;
-  t.clock.now = {2024, 6, 4, 0, 0, 0, 0, 5};
-  EXPECT_FALSE(SeedRng(t.g, false));
-  EXPECT_EQ(t.g.Dice.lcgState, 4711);
-  EXPECT_EQ(t.g.Dice.lastSeed, 12345);
-  EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
+// #3 can't take a seed of 0, the time of day at midnight, nor one past its limit from a
+// script: seeding fails, the generator stays, the pending seed is cleared.
+TEST(SeedRngTest, ForThreeMidnightOrASeedPastTheLimitFailsAndLeavesTheGenerator) {
+  for (const bool scripted : {false, true}) {
+    SCOPED_TRACE(scripted ? "scripted 1000000" : "midnight");
+    TestTable t;
+    ASSERT_EQ(SelectRng(t.g, 3), 0);
+    t.g.Dice.lcgState = 4711;
+    t.clock.now = {2024, 6, 4, 0, 0, 0, 0, 5};
+    if (scripted) t.g.Dice.pendingSeed = Money::Dollars(1000000);
+    EXPECT_FALSE(SeedRng(t.g, scripted));
+    EXPECT_EQ(t.g.Dice.lcgState, 4711);
+    EXPECT_EQ(t.g.Dice.lastSeed, 12345);
+    EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
+    EXPECT_TRUE(t.ui.transcript.empty());
+  }
 }
 
 // Seeding sets the selected generator back to the start of the seed's sequence, and
@@ -179,16 +186,6 @@ TEST(SeedRngTest, ThreeRefusesTypedNumbersAboveItsLimit) {
   EXPECT_EQ(t.ui.transcript[1].request.Text,
             "Your seed value is out of limits.\n\n"
             "Please enter a whole number between 1 and 999,999 to seed the random number generator:");
-}
-
-TEST(SeedRngTest, AScriptedSeedOutOfLimitsLeavesZero) {
-  TestTable t;
-  ASSERT_EQ(SelectRng(t.g, 3), 0);
-  t.g.Dice.pendingSeed = Money::Dollars(1000000);
-  EXPECT_FALSE(SeedRng(t.g, true));
-  EXPECT_EQ(t.g.Dice.pendingSeed.raw, 0);
-  EXPECT_EQ(t.g.Dice.lastSeed, 12345);
-  EXPECT_TRUE(t.ui.transcript.empty());
 }
 
 // ---- Start-up ---------------------------------------------------------------------------

@@ -62,9 +62,8 @@ std::string CheckHotKeysReader(const Bytes& bytes, const std::string&) {
   // Texts come back in the code page: what was written once writes the same again.
   const Bytes written = HotKeyFileBytes(table);
   HotKeyTable again;
-  if (!ParseHotKeyFile(written, again) || HotKeyFileBytes(again) != written)
-    return "hot keys read from a file don't write back the same";
-  return "";
+  const bool same = ParseHotKeyFile(written, again) && HotKeyFileBytes(again) == written;
+  return same ? "" : "hot keys read from a file don't write back the same";
 }
 
 std::string CheckProbabilityReader(const Bytes& bytes, const std::string& folder) {
@@ -72,9 +71,8 @@ std::string CheckProbabilityReader(const Bytes& bytes, const std::string& folder
   SetDefaultProbabilities(before);
   ProbabilityTable t = before;
   std::string error;
-  if (!LoadProbabilityFile(Put(bytes, folder, ".prb").path, t, error) && !(t == before))
-    return "a refused probability file changed the table";
-  return "";
+  const bool refused = !LoadProbabilityFile(Put(bytes, folder, ".prb").path, t, error);
+  return refused && !(t == before) ? "a refused probability file changed the table" : "";
 }
 
 std::string CheckRollFileReader(const Bytes& bytes, const std::string& folder) {
@@ -86,10 +84,8 @@ std::string CheckRollFileReader(const Bytes& bytes, const std::string& folder) {
   rf.RecorderState = 2;
   for (size_t k = 0; k <= bytes.size(); ++k) {
     const int before1 = g->Table.Die1, before2 = g->Table.Die2;
-    if (!ReadRollFromFile(*g, rf)) {
-      if (g->Table.Die1 != before1 || g->Table.Die2 != before2) return "a refused roll changed the dice";
-      return "";
-    }
+    if (!ReadRollFromFile(*g, rf))
+      return g->Table.Die1 != before1 || g->Table.Die2 != before2 ? "a refused roll changed the dice" : "";
     if (g->Table.Die1 < 1 || g->Table.Die1 > 6 || g->Table.Die2 < 1 || g->Table.Die2 > 6)
       return "a roll file gave a die out of 1..6";
   }
@@ -102,10 +98,9 @@ std::string CheckSessionsLogReader(const Bytes& bytes, const std::string& folder
   before.Records[1][0] = Money::Dollars(7);
   SessionsLogFile log = before;
   std::string error;
-  if (!ReadSessionsLog(Put(bytes, folder, ".slg").path, log, error, "fuzz") &&
-      (log.Records != before.Records || log.Unused != before.Unused))
-    return "a refused sessions log changed what was read";
-  return "";
+  const bool refused = !ReadSessionsLog(Put(bytes, folder, ".slg").path, log, error, "fuzz");
+  const bool changed = log.Records != before.Records || log.Unused != before.Unused;
+  return refused && changed ? "a refused sessions log changed what was read" : "";
 }
 
 const std::string& FuzzFolder() {

@@ -7,21 +7,18 @@
 
 #include <vector>
 
-#include "online/memory_socket.h"
+#include "tests/online/online_fixture.h"
 
 namespace {
 
 // A time service on 127.0.0.1 that answers each connection with its pieces and closes.
-struct Service : SocketEvents {
+struct Service : NoEvents {
   MemoryNetwork& net;
   std::unique_ptr<SocketControl> listener, peer;
   std::vector<std::string> pieces;
   explicit Service(MemoryNetwork& n) : net(n), listener(n.NewSocket(*this, 0)) {
     listener->Listen("127.0.0.1", kTimeServicePort);
   }
-  void OnConnect(int) override {}
-  void OnData(int, std::string_view) override {}
-  void OnClose(int) override {}
   void OnConnectionRequest(int, int request) override {
     peer = net.NewSocket(*this, 1);
     ASSERT_TRUE(peer->Accept(request));

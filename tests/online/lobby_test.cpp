@@ -11,17 +11,6 @@ namespace {
 
 LobbySettings QuickLobby() { return LobbySettings{.Port = 0, .StaleMs = 3000}; }
 
-struct LobbyRun {
-  OnlineTable& t;
-  LobbyServer& lobby;
-  void Run(int ms) {
-    for (int k = 0; k < ms; k += 5) {
-      t.Step();
-      lobby.Tick();
-    }
-  }
-};
-
 TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   HostSettings s = FastHost();
   s.LobbyReportMs = 1000;
@@ -30,9 +19,9 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   AddPlayer(t.g(), 1, "Ann", 500_usd);
   LobbyServer lobby(t.net, t.clock, QuickLobby());
   ASSERT_TRUE(lobby.Open());
-  LobbyRun run{t, lobby};
+  t.afterStep = [&] { lobby.Tick(); };
   t.host->ConnectLobby("127.0.0.1", lobby.Port());
-  run.Run(1000);
+  t.Run(1000);
   ASSERT_EQ(lobby.Tables().size(), 1u);
   TableListing listed = lobby.Tables()[0];
   EXPECT_EQ(listed.GameName, "DiceHall Online");
@@ -41,7 +30,7 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   EXPECT_EQ(listed.Status, "Open");
   EXPECT_EQ(listed.Players[0], "Ann");
   // Reports keep it listed long past the time a silent table is dropped.
-  run.Run(10000);
+  t.Run(10000);
   EXPECT_EQ(lobby.Tables().size(), 1u);
 
   // A client finds it in the list and joins through it.
@@ -51,22 +40,22 @@ TEST(OnlineLobby, ListsAReportingHostAndDropsItAfterItStops) {
   Client client(*game, t.net, t.clock);
   client.OnJoined = [&] { client.RequestSeat(); };
   client.ConnectLobby("127.0.0.1", lobby.Port());
-  run.Run(100);
+  t.Run(100);
   ASSERT_EQ(client.Tables.size(), 1u);
   EXPECT_EQ(client.Tables[0].Players[0], "Ann");
   ASSERT_TRUE(client.ChooseTable(client.Tables[0]));
-  run.Run(1100);
+  t.Run(1100);
   EXPECT_NE(client.OwnSeat, 0);
   EXPECT_EQ(lobby.Tables()[0].PlayerCount, 2);
 
   // Closed, the table reports so with no names; gone, it leaves the list.
   t.host->CloseTable();
-  run.Run(10);
+  t.Run(10);
   ASSERT_EQ(lobby.Tables().size(), 1u);
   EXPECT_EQ(lobby.Tables()[0].Status, "Closed");
   EXPECT_EQ(lobby.Tables()[0].Players[0], "");
   t.host.reset();
-  run.Run(10);
+  t.Run(10);
   EXPECT_TRUE(lobby.Tables().empty());
 }
 
@@ -76,13 +65,8 @@ TEST(OnlineLobby, ATableThatStopsReportingLeavesTheList) {
   std::vector<std::string> said;
   lobby.OnLog = [&](const std::string& line) { said.push_back(line); };
   ASSERT_TRUE(lobby.Open());
-  LobbyRun run{t, lobby};
-  struct Silent : SocketEvents {
-    void OnConnect(int) override {}
-    void OnData(int, std::string_view) override {}
-    void OnClose(int) override {}
-    void OnConnectionRequest(int, int) override {}
-  } events;
+  t.afterStep = [&] { lobby.Tick(); };
+  NoEvents events;
   auto peer = t.net.NewSocket(events, 1);
   peer->Connect("127.0.0.1", lobby.Port());
   t.Settle();
@@ -93,11 +77,11 @@ TEST(OnlineLobby, ATableThatStopsReportingLeavesTheList) {
   std::string m = "~555";
   PutListing(m, report);
   peer->Send(EncodeFrame(m));
-  run.Run(100);
+  t.Run(100);
   ASSERT_EQ(lobby.Tables().size(), 1u);
   // Listening on every address, the table is reached by the address it reported from.
   EXPECT_EQ(lobby.Tables()[0].Address, "127.0.0.1:5000");
-  run.Run(3000);
+  t.Run(3000);
   EXPECT_TRUE(lobby.Tables().empty());
   ASSERT_FALSE(said.empty());
   EXPECT_EQ(said.back(), "the table Quiet table left the list: no report for 3 seconds");

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -72,6 +73,7 @@ class OnlineTable {
   std::vector<std::unique_ptr<OnlinePlayer>> players;
   std::vector<std::string> log;
   std::vector<StandingBet> hostBets;  // for seat 1, the host's own player
+  std::function<void()> afterStep;    // another program's timers, run after each step
 
   explicit OnlineTable(HostSettings settings = FastHost()) {
     hostGame = NewTable(hostUi, clock, home.path.string(), 4242);
@@ -115,8 +117,7 @@ class OnlineTable {
 
   // Delivers every waiting event.
   void Settle() {
-    while (net.Pump() > 0) {
-    }
+    while (net.Pump() > 0) continue;
   }
   // Lets `ms` of fake time pass in steps of 5 ms, the programs' timers running.
   void Run(int ms) {
@@ -128,6 +129,7 @@ class OnlineTable {
     for (auto& p : players)
       if (p->client) p->client->Tick();
     Settle();
+    if (afterStep) afterStep();
   }
   // Ann at seat 1, the host's own player, with standing bets; no bet is needed to shoot.
   void SeatAnn(std::vector<StandingBet> bets) {
@@ -149,40 +151,39 @@ class OnlineTable {
   }
   // Runs until the host has rolled `rolls` times in all; false when it got stuck.
   bool RollUntil(int32_t rolls, int limitMs = 1000000) {
-    for (int t = 0; host->RollCount < rolls; t += 5) {
+    for (int t = 0; host->RollCount < rolls; t += 5, Step())
       if (t > limitMs) return false;
-      Step();
-    }
     return true;
   }
 };
 
+// Events that are ignored; a test's peer overrides those it listens for.
+struct NoEvents : SocketEvents {
+  void OnConnect(int) override {}
+  void OnData(int, std::string_view) override {}
+  void OnClose(int) override {}
+  void OnConnectionRequest(int, int) override {}
+};
+
 // A peer that speaks raw bytes: what a hostile or broken client sends, byte for byte.
-class RawPeer : public SocketEvents {
- public:
+struct RawPeer : NoEvents {
+  OnlineTable& t;
   std::unique_ptr<SocketControl> socket;
-  std::string received;
-  bool closed = false;
-  RawPeer(OnlineTable& t) : t_(t) {
-    socket = t.net.NewSocket(*this, 0);
+  explicit RawPeer(OnlineTable& table) : t(table), socket(table.net.NewSocket(*this, 0)) {
     socket->Connect("127.0.0.1", t.host->Port());
     t.Settle();
   }
   void Send(std::string_view bytes) { socket->Send(bytes); }
   void SendFrame(std::string_view message) { socket->Send(EncodeFrame(message)); }
+  // A message the host has taken before the next is sent.
+  void Say(const std::string& message) {
+    SendFrame(message);
+    t.Settle();
+  }
   // The handshake of a client that names itself; it is an observer afterwards.
   void Join(const std::string& name) {
-    SendFrame("~0011");
-    t_.Settle();
-    SendFrame("~004" + name);
-    t_.Settle();
+    Say("~0011");
+    Say("~004" + name);
   }
   bool Connected() const { return socket->State() == kSocketConnected; }
-  void OnConnect(int) override {}
-  void OnData(int, std::string_view bytes) override { received.append(bytes); }
-  void OnClose(int) override { closed = true; }
-  void OnConnectionRequest(int, int) override {}
-
- private:
-  OnlineTable& t_;
 };

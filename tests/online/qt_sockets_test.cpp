@@ -16,12 +16,9 @@ int OpenDescriptors() {
   return n;
 }
 
-struct Quiet : SocketEvents {
+struct Quiet : NoEvents {
   bool connected = false;
   void OnConnect(int) override { connected = true; }
-  void OnData(int, std::string_view) override {}
-  void OnClose(int) override {}
-  void OnConnectionRequest(int, int) override {}
 };
 
 // A host of real sockets on a free port of 127.0.0.1, with its event loop.

@@ -25,9 +25,22 @@ bool Asked(const OnlinePlayer& p, const std::string& title) {
 // A host with Ann at seat 1.
 void StartTable(OnlineTable& t) { t.SeatAnn({{bet::PassLine, 10_usd}, {bet::Field, 5_usd}}); }
 
-TEST(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
+class OnlinePlay : public testing::Test {
+ protected:
+  OnlinePlay() { StartTable(t); }
   OnlineTable t;
-  StartTable(t);
+};
+
+// `g` rolls these dice, and every machine hears of it.
+void RollAs(OnlineTable& t, Game& g, int die1, int die2) {
+  g.Dice.padPending = true;
+  g.Dice.padDie1 = die1;
+  g.Dice.padDie2 = die2;
+  RollDice(g);
+  t.Settle();
+}
+
+TEST_F(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
   OnlinePlayer& bob = t.Join("Bob");
   PlaceStandingBets(*bob.game, bob.seated, {{bet::DontPass, 10_usd}});
   ToggleAutoRoll(t.g());
@@ -46,18 +59,12 @@ TEST(OnlinePlay, AClientThatWithholdsItsReportIsResyncedAndEndsIdentical) {
   EXPECT_EQ(bob.client->HostRollCount, t.host->RollCount);
 }
 
-TEST(OnlinePlay, ABetThatCrossesARollOnTheWireIsResynced) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, ABetThatCrossesARollOnTheWireIsResynced) {
   OnlinePlayer& bob = t.Join("Bob");
   // Bob bets, and the host rolls before the bet reaches it: Bob's mirror plays the roll
   // with the bet, the host's table without.
   ChangeBet(*bob.game, bob.seated, bet::Field, 5_usd);
-  t.g().Dice.padPending = true;
-  t.g().Dice.padDie1 = 1;
-  t.g().Dice.padDie2 = 1;
-  RollDice(t.g());
-  t.Settle();
+  RollAs(t, t.g(), 1, 1);
   EXPECT_TRUE(Logged(t, "Bob is out of sync: a change made before it had roll 1"));
   EXPECT_TRUE(Logged(t, "Bob was resynced."));
   EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
@@ -65,19 +72,12 @@ TEST(OnlinePlay, ABetThatCrossesARollOnTheWireIsResynced) {
 }
 
 // A bet called off at one machine is off at every table: a hit on it pays nobody.
-TEST(OnlinePlay, ABetCalledOffIsOffAtEveryTable) {
+TEST(OnlineCalls, ABetCalledOffIsOffAtEveryTable) {
   OnlineTable t;
   t.SeatAnn({});
   OnlinePlayer& bob = t.Join("Bob");
   const int seat = bob.seated;
-  auto roll = [&](int d1, int d2) {
-    t.g().Dice.padPending = true;
-    t.g().Dice.padDie1 = d1;
-    t.g().Dice.padDie2 = d2;
-    RollDice(t.g());
-    t.Settle();
-  };
-  roll(2, 2);  // point 4
+  RollAs(t, t.g(), 2, 2);  // point 4
   ChangeBet(*bob.game, seat, bet::Place4 + 2, 12_usd);
   ChangeBet(t.g(), 1, bet::Place4 + 3, 12_usd);
   t.Settle();
@@ -87,16 +87,14 @@ TEST(OnlinePlay, ABetCalledOffIsOffAtEveryTable) {
   EXPECT_EQ(t.g().BetWorking[seat][bet::Place4 + 2], -1);
   EXPECT_EQ(bob.game->BetWorking[1][bet::Place4 + 3], -1);
   const Money bobs = t.g().Bankroll[seat], anns = t.g().Bankroll[1];
-  roll(3, 3);
-  roll(4, 4);
+  RollAs(t, t.g(), 3, 3);
+  RollAs(t, t.g(), 4, 4);
   EXPECT_EQ(t.g().Bankroll[seat], bobs);
   EXPECT_EQ(t.g().Bankroll[1], anns);
   EXPECT_EQ(TableDifference(t.g(), *bob.game), "");
 }
 
-TEST(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
   Game& g = t.g();
   OnlinePlayer& bob = t.Join("Bob", "2R", Money::Dollars(700));
   const int seat = bob.seated;
@@ -128,7 +126,7 @@ TEST(OnlinePlay, AClientKilledMidHandGetsItsSeatAndBankrollBack) {
   EXPECT_TRUE(Logged(t, "Bob came back to the seat at 2R"));
 }
 
-TEST(OnlinePlay, ASeatNobodyComesBackToIsFreedAfterTheHold) {
+TEST(OnlineTimers, ASeatNobodyComesBackToIsFreedAfterTheHold) {
   HostSettings s = FastHost();
   s.RejoinHoldMs = 5000;
   OnlineTable t(s);
@@ -143,7 +141,7 @@ TEST(OnlinePlay, ASeatNobodyComesBackToIsFreedAfterTheHold) {
   EXPECT_TRUE(Logged(t, "Bob did not come back"));
 }
 
-TEST(OnlinePlay, TheCountdownRefusesALateBet) {
+TEST(OnlineTimers, TheCountdownRefusesALateBet) {
   HostSettings s = FastHost();
   s.CountdownTickMs = 1000;
   OnlineTable t(s);
@@ -168,9 +166,7 @@ TEST(OnlinePlay, TheCountdownRefusesALateBet) {
   EXPECT_TRUE(Logged(t, "Bob: a bet after the lockout; refused"));
 }
 
-TEST(OnlinePlay, TheWaitListSeatsAWaitingPlayerWhenASeatFrees) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, TheWaitListSeatsAWaitingPlayerWhenASeatFrees) {
   t.host->Panel.MaxPlayers = 2;
   OnlinePlayer& bob = t.Join("Bob");
   OnlinePlayer& cy = t.Join("Cy");
@@ -193,11 +189,9 @@ struct NameCase {
   const char* reason;
 };
 
-class OnlineNames : public testing::TestWithParam<NameCase> {};
+class OnlineNames : public OnlinePlay, public testing::WithParamInterface<NameCase> {};
 
 TEST_P(OnlineNames, ARefusedNameIsAskedAgainWithTheReason) {
-  OnlineTable t;
-  StartTable(t);
   t.Join("Bob");
   OnlinePlayer& p = t.Join(GetParam().name);
   EXPECT_EQ(p.client->OwnName, "");
@@ -210,9 +204,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, OnlineNames,
                          testing::Values(NameCase{"HOST", " is reserved."}, NameCase{"bob", "Name already taken"},
                                          NameCase{"1234", "can't be all numeric"}));
 
-TEST(OnlinePlay, APasswordIsAskedAndAWrongOneRefused) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, APasswordIsAskedAndAWrongOneRefused) {
   t.g().OnlinePanel.GamePassword = "sesame";
   OnlinePlayer& wrong = t.Join("Bob", "", 1000_usd, "open");
   EXPECT_EQ(wrong.client->OwnName, "");
@@ -230,19 +222,13 @@ TEST(OnlinePlay, APasswordIsAskedAndAWrongOneRefused) {
   EXPECT_NE(right.seated, 0);
 }
 
-TEST(OnlinePlay, AnOperatorRollsForTheTable) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, AnOperatorRollsForTheTable) {
   OnlinePlayer& op = t.Join("Olga");
   OnlinePlayer& bob = t.Join("Bob");
   op.client->AskToOperate();
   t.Settle();
   ASSERT_TRUE(op.client->ClientHosting);
-  op.game->Dice.padPending = true;
-  op.game->Dice.padDie1 = 3;
-  op.game->Dice.padDie2 = 4;
-  RollDice(*op.game);
-  t.Settle();
+  RollAs(t, *op.game, 3, 4);
   EXPECT_EQ(t.host->RollCount, 1);
   EXPECT_EQ(t.g().Table.DiceTotal, 7);
   EXPECT_EQ(TableDifference(t.g(), *op.game), "");
@@ -252,9 +238,7 @@ TEST(OnlinePlay, AnOperatorRollsForTheTable) {
   EXPECT_EQ(bob.ui.LastText(), "You're currently connected to an online game and your host has control over rolling.");
 }
 
-TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   const std::filesystem::path folder = t.home.path;
   OnlinePlayer p;
   p.game = NewTable(p.ui, t.clock, folder.string(), 7);
@@ -284,18 +268,14 @@ TEST(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
   EXPECT_FALSE(RestoreFile(host, t.host->Restore, kHostRestoreFile, false));
 }
 
-bool Offline(const std::string&) { return false; }
-
-TEST(OnlinePlay, AMachineThatReportsNoConnectionHasLostItsTable) {
+TEST_F(OnlinePlay, AMachineThatReportsNoConnectionHasLostItsTable) {
   EXPECT_TRUE(InternetConnectedState("127.0.0.1")) << "the loopback interface is up wherever the tests run";
-  OnlineTable t;
-  StartTable(t);
   auto p = std::make_unique<OnlinePlayer>();
   p->ui.Name = "Bob";
   p->game = NewTable(p->ui, t.clock, t.home.path.string(), 8);
-  ClientSettings settings;
-  settings.ConnectedState = &Offline;
-  Client client(*p->game, t.net, t.clock, settings);
+  ClientSettings offline;
+  offline.ConnectedState = [](const std::string&) { return false; };
+  Client client(*p->game, t.net, t.clock, offline);
   client.OnJoined = [&] { client.RequestSeat(); };
   client.Join("127.0.0.1", t.host->Port());
   t.Settle();
@@ -308,9 +288,7 @@ TEST(OnlinePlay, AMachineThatReportsNoConnectionHasLostItsTable) {
   EXPECT_EQ(client.ChatLines.back().rfind("Internet connection lost at ", 0), 0u);
 }
 
-TEST(OnlinePlay, TheHostMayNotBetForAClientsSeatNorAClientForAnotherSeat) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, TheHostMayNotBetForAClientsSeatNorAClientForAnotherSeat) {
   OnlinePlayer& bob = t.Join("Bob");
   EXPECT_EQ(PlaceBet(t.g(), bob.seated, bet::Field, 5_usd, 0, 0), Money{});
   EXPECT_EQ(t.hostUi.LastText(),
@@ -322,9 +300,7 @@ TEST(OnlinePlay, TheHostMayNotBetForAClientsSeatNorAClientForAnotherSeat) {
   EXPECT_EQ(bob.game->BetAmount[1][bet::Field], 5_usd) << "Ann's own Field bet stands in the mirror";
 }
 
-TEST(OnlinePlay, AClientThatLeavesItsSeatStaysOnAsAnObserver) {
-  OnlineTable t;
-  StartTable(t);
+TEST_F(OnlinePlay, AClientThatLeavesItsSeatStaysOnAsAnObserver) {
   OnlinePlayer& bob = t.Join("Bob");
   const int seat = bob.seated;
   bob.ui.replies.push_back({kButtonYes, "", false});

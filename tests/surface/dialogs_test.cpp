@@ -1,5 +1,6 @@
 // The system's own boxes: frmMsg by its flags, frmSettleBet from the engine's request,
-// the players' dialogs, Auto-Roll and Hyper-Drive from the panel, the language.
+// the players' dialogs, Auto-Roll and Hyper-Drive from the panel, the language and the
+// captions in every language.
 
 #include <gtest/gtest.h>
 
@@ -14,6 +15,8 @@
 #include <QSlider>
 #include <QTest>
 #include <QTimer>
+#include <set>
+#include <string>
 
 #include "engine/handling.h"
 #include "engine/messages.h"
@@ -21,6 +24,7 @@
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "storage/language_text.h"
+#include "surface/captions.h"
 #include "surface/frm_file.h"
 #include "surface/frm_msg.h"
 #include "surface/frm_settle_bet.h"
@@ -117,9 +121,7 @@ TEST(FileWindow, FiltersNamesAndTheLastFolderOfEachKind) {
   EXPECT_EQ(FileKindOf("Auto-bet files (*.bet;*.txt)"), kFolderAutoBet);
   EXPECT_EQ(FileKindOf("(*.rol)"), kFolderRoll);
   EXPECT_EQ(FilterPatterns("Auto-bet files (*.bet;*.txt)"), (std::vector<std::string>{"*.bet", "*.txt"}));
-  EXPECT_FALSE(IsFileNameOK("a:b.crp"));
-  EXPECT_FALSE(IsFileNameOK(""));
-  EXPECT_FALSE(IsFileNameOK("name."));
+  for (const char* bad : {"a:b.crp", "", "name."}) EXPECT_FALSE(IsFileNameOK(bad)) << bad;
   EXPECT_TRUE(IsFileNameOK("my game.crp"));
   TempDir folder;
   FileFolders folders;
@@ -132,11 +134,9 @@ TEST(FileWindow, FiltersNamesAndTheLastFolderOfEachKind) {
 }
 
 TEST(SettleDialog, ShowsTheEnginesWordsAndReturnsTheChosenAction) {
-  DesktopTable t;
-  AddPlayer(t.g, 4, "Ann", 1000_usd);
-  ChangeBet(t.g, 4, bet::Place4 + 2, 12_usd);  // Place 6
-  t.g.Rules.BetNeededToShoot = 0;
-  ChangeBet(t.g, 4, bet::PassLine, 5_usd);
+  Seated t;
+  ChangeBet(t.g, kAnnSeat, bet::Place4 + 2, 12_usd);  // Place 6
+  ChangeBet(t.g, kAnnSeat, bet::PassLine, 5_usd);
   t.NextDice(4, 4);
   RollDice(t.g);  // the point is 8
   SettleRequest seen;
@@ -154,7 +154,7 @@ TEST(SettleDialog, ShowsTheEnginesWordsAndReturnsTheChosenAction) {
   RollDice(t.g);
   EXPECT_EQ(seen.Buttons.size(), 5u);
   // $12 and its $14 parlayed, brought to the $6 unit that a Place 6 is paid by.
-  EXPECT_EQ(t.g.BetAmount[4][bet::Place4 + 2], 24_usd);
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Place4 + 2], 24_usd);
 }
 
 TEST(SettleDialog, ARuleRowBecomesTheSeatsRuleAndItsAction) {
@@ -181,10 +181,7 @@ TEST(PlayersDialogs, RenameMoveAndTheAtm) {
   AddPlayer(t.g, 4, "Ann", 1000_usd);
   AddPlayer(t.g, 5, "Bob", 1000_usd);
   t.Input().SelectedPlayer = 4;
-  MessageReply taken, fine;
-  taken.Input = "Bob";  // there's already a player named Bob: asked again
-  fine.Input = "Annie";
-  t.replies = {taken, fine};
+  t.replies = {{kButtonOk, "Bob", false}, {kButtonOk, "Annie", false}};  // Bob is taken: asked again
   t.window->RenamePlayerAsked();
   EXPECT_EQ(t.g.PlayerName[4], "Annie");
   EXPECT_EQ(t.ui.shown.back().Text.rfind("There's already a player named Bob", 0), 0u);
@@ -202,9 +199,7 @@ TEST(PlayersDialogs, RenameMoveAndTheAtm) {
 }
 
 TEST(AutoRoll, RollsAtTheDelayAndStopsByAutoStop) {
-  DesktopTable t;
-  AddPlayer(t.g, 4, "Ann", 1000_usd);
-  t.g.Rules.BetNeededToShoot = 0;
+  Seated t;
   t.g.Auto.AutoRollDelay = 0;
   t.g.Auto.AutoStopRolls = 5_usd;
   auto* button = t.window->findChild<QPushButton*>("cmdHyperDrive");
@@ -217,9 +212,7 @@ TEST(AutoRoll, RollsAtTheDelayAndStopsByAutoStop) {
 }
 
 TEST(HyperDrive, TheSliderChoosesItAndTheSameButtonStopsIt) {
-  DesktopTable t;
-  AddPlayer(t.g, 4, "Ann", 1000_usd);
-  t.g.Rules.BetNeededToShoot = 0;
+  Seated t;
   auto* slider = t.window->findChild<QSlider*>("hsbThrottle");
   auto* button = t.window->findChild<QPushButton*>("cmdHyperDrive");
   slider->setValue(3);
@@ -254,6 +247,47 @@ TEST(Language, AChoiceOnTheOpeningPanelResetsTheCaptions) {
   EXPECT_EQ(t.window->menuBar()->actions().front()->text(), "&Oyun");
   EXPECT_EQ(t.window->findChild<QPushButton*>("cmdHyperDrive")->text().toStdString(),
             std::string(LanguageText(kTurkish, 115)));
+}
+
+// ---- The captions in six languages: none empty, none left in English where a translation
+// is due, every placeholder kept.
+
+std::multiset<std::string> Placeholders(std::string_view text) {
+  std::multiset<std::string> out;
+  for (size_t i = 0; i + 1 < text.size(); ++i)
+    if (text[i] == '%' && text[i + 1] >= '1' && text[i + 1] <= '9') out.insert(std::string(text.substr(i, 2)));
+  return out;
+}
+
+int LineBreaks(std::string_view text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+TEST(Captions, EveryCaptionInEveryLanguage) {
+  std::set<std::string_view> names;
+  for (const CaptionRow& row : CaptionRows()) {
+    EXPECT_TRUE(names.insert(row.name).second) << "twice: " << row.name;
+    const std::string_view english = row.text[kEnglish];
+    for (int lang = 0; lang < kLanguages; ++lang) {
+      SCOPED_TRACE(testing::Message() << row.name << " in language " << lang);
+      const std::string_view text = row.text[lang];
+      EXPECT_FALSE(text.empty());
+      EXPECT_EQ(Placeholders(text), Placeholders(english));
+      EXPECT_EQ(LineBreaks(text), LineBreaks(english));
+      // A menu's access key stays one per caption.
+      EXPECT_EQ(std::count(text.begin(), text.end(), '&') > 0, std::count(english.begin(), english.end(), '&') > 0);
+      const bool kept = row.keptEnglish & (1 << lang);
+      if (lang != kEnglish) {
+        EXPECT_EQ(text == english, kept) << (kept ? "marked as kept but translated" : "left in English");
+      }
+    }
+  }
+}
+
+TEST(Captions, ValuesFillThePlaceholdersInTheirOrder) {
+  EXPECT_EQ(Caption(kEnglish, "tblPayTo", {"7", "6"}), "7 to 6");
+  EXPECT_EQ(Caption(kTurkish, "tblPayFor", {"15", "1"}), "1 için 15");
+  EXPECT_EQ(Caption(kGerman, "stsLastRoll", {"8", "5", "3"}), "Letzter Wurf: 8 (5-3)");
+  // An unknown name shows itself, so that a missing caption is seen at once.
+  EXPECT_EQ(Caption(kSpanish, "noSuchCaption"), "noSuchCaption");
 }
 
 }  // namespace

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int kSeat = 4;  // 1L
-
 // What the table needs before a bet can be made.
 enum class Setup { ComeOut, PointOn, FlatAndPoint };
 
@@ -50,15 +48,12 @@ class TableClickTest : public ::testing::TestWithParam<ClickCase> {};
 
 TEST_P(TableClickTest, TheCentreOfARegionTakesTheCheckOnItsBet) {
   const ClickCase& c = GetParam();
-  DesktopTable t;
-  t.g.Rules.BetNeededToShoot = 0;
-  AddPlayer(t.g, kSeat, "Ann", 1000_usd);
-  t.SelectCheck(kSeat, 2);  // $5
-  ASSERT_EQ(t.Input().SelectedPlayer, kSeat);
+  Seated t;
+  ASSERT_EQ(t.Input().SelectedPlayer, kAnnSeat);
   ASSERT_EQ(t.Input().SelectedCheck, 2);
   if (c.setup == Setup::FlatAndPoint) {
     const int flat = FlatUnder(c.region);
-    if (flat == bet::PassLine || flat == bet::DontPass) ChangeBet(t.g, kSeat, flat, 10_usd);
+    if (flat == bet::PassLine || flat == bet::DontPass) ChangeBet(t.g, kAnnSeat, flat, 10_usd);
   }
   if (c.setup != Setup::ComeOut) {
     t.NextDice(4, 2);
@@ -66,15 +61,15 @@ TEST_P(TableClickTest, TheCentreOfARegionTakesTheCheckOnItsBet) {
     ASSERT_EQ(t.g.Table.Point, 6);
   }
   if (c.setup == Setup::FlatAndPoint && FlatUnder(c.region) != bet::PassLine && FlatUnder(c.region) != bet::DontPass)
-    CommitAmount(t.g, kSeat, FlatUnder(c.region), 10_usd);  // as a Come or Don't Come bet moved there
+    CommitAmount(t.g, kAnnSeat, FlatUnder(c.region), 10_usd);  // as a Come or Don't Come bet moved there
   const auto before = t.g.BetAmount;
   t.Click(c.region);
   for (int b = 1; b < kBetRows; ++b) {
-    const Money change = t.g.BetAmount[kSeat][b] - before[kSeat][b];
+    const Money change = t.g.BetAmount[kAnnSeat][b] - before[kAnnSeat][b];
     EXPECT_EQ(change, b == c.expected ? 5_usd : Money{}) << BetName(b) << " after a click on " << BetName(c.region);
   }
   for (int s = 0; s < kSeats; ++s)
-    if (s != kSeat) {
+    if (s != kAnnSeat) {
       EXPECT_EQ(t.g.BetAmount[s], before[s]) << "seat " << s;
     }
 }
@@ -94,11 +89,9 @@ TEST(HotspotMap, EveryRegionReadsItsOwnIdAtItsCentreAtTwoSizes) {
         for (float fx = 0.15f; fx < 0.9f; fx += 0.175f)
           for (float fy = 0.15f; fy < 0.9f; fy += 0.175f) {
             const float x = rect.x + rect.w * fx, y = rect.y + rect.h * fy;
+            auto mine = [&](float dx, float dy) { return geo.RegionAt(x + dx, y + dy) == r.id; };
             // Well inside: the map is drawn without smoothing, so an edge may go either way.
-            bool inside = true;
-            for (float d : {-3.0f, 3.0f})
-              inside = inside && geo.RegionAt(x + d, y) == r.id && geo.RegionAt(x, y + d) == r.id;
-            if (geo.RegionAt(x, y) != r.id || !inside) continue;
+            if (!(mine(0, 0) && mine(-3, 0) && mine(3, 0) && mine(0, -3) && mine(0, 3))) continue;
             ++seen;
             const QPoint at = to.map(QPointF(x, y)).toPoint();
             EXPECT_EQ(HotspotAt(map, at.x(), at.y()), r.id) << "at " << size.width() << "x" << size.height();
@@ -111,39 +104,31 @@ TEST(HotspotMap, EveryRegionReadsItsOwnIdAtItsCentreAtTwoSizes) {
   }
 }
 
-struct Seated : DesktopTable {
-  Seated() {
-    g.Rules.BetNeededToShoot = 0;
-    AddPlayer(g, kSeat, "Ann", 1000_usd);
-    SelectCheck(kSeat, 2);
-  }
-};
-
 TEST(TableClicks, ARightClickRollsTheDice) {
   Seated t;
   t.NextDice(3, 3);
   t.ClickAt(t.Table().CentreOf(bet::Field), Qt::RightButton);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 1);
   EXPECT_EQ(t.g.Table.Point, 6);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Field], Money{});  // the right button places nothing
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Field], Money{});  // the right button places nothing
 }
 
 TEST(TableClicks, ShiftClickRemovesTheWholeBetAndCtrlClickTakesOffOneCheck) {
   Seated t;
-  ChangeBet(t.g, kSeat, bet::Place4 + 2, 30_usd);
+  ChangeBet(t.g, kAnnSeat, bet::Place4 + 2, 30_usd);
   t.Click(bet::Place4 + 2, Qt::LeftButton, Qt::ControlModifier);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Place4 + 2], 25_usd);
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Place4 + 2], 25_usd);
   t.Click(bet::Place4 + 2, Qt::LeftButton, Qt::ShiftModifier);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Place4 + 2], Money{});
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Place4 + 2], Money{});
   // A Ctrl-click with $5 selected on $3 takes what there is.
-  ChangeBet(t.g, kSeat, bet::Field, 3_usd);
+  ChangeBet(t.g, kAnnSeat, bet::Field, 3_usd);
   t.Click(bet::Field, Qt::LeftButton, Qt::ControlModifier);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Field], Money{});
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Field], Money{});
 }
 
 TEST(TableClicks, AClickOnWhiteSpaceChangesNothing) {
   Seated t;
-  ChangeBet(t.g, kSeat, bet::PassLine, 10_usd);
+  ChangeBet(t.g, kAnnSeat, bet::PassLine, 10_usd);
   const auto amounts = t.g.BetAmount;
   const int check = t.Input().SelectedCheck, player = t.Input().SelectedPlayer;
   const QPoint felt = t.Table().Transform().map(QPointF(300, 720)).toPoint();  // cloth below the layout
@@ -158,7 +143,8 @@ TEST(TableClicks, AClickOnWhiteSpaceChangesNothing) {
 TEST(TableClicks, WithNobodySelectedTheClickTellsWhatToDo) {
   DesktopTable t;
   t.Click(bet::Field);
-  ASSERT_EQ(t.Titles(), std::vector<std::string>{"No Players Present"});
+  ASSERT_EQ(t.ui.shown.size(), 1u);
+  EXPECT_EQ(t.ui.shown[0].Title, "No Players Present");
   AddPlayer(t.g, 2, "Bob", 100_usd);
   t.Input().SelectedPlayer = 0;
   t.Click(bet::Field);
@@ -182,20 +168,20 @@ TEST(TableClicks, AFreeRailPositionSeatsAPlayerWithHerBuyIn) {
 
 TEST(TableClicks, TheCallToolsAndTheBuyToolActOnTheClickedBet) {
   Seated t;
-  ChangeBet(t.g, kSeat, bet::Place4 + 3, 12_usd);  // Place 8
+  ChangeBet(t.g, kAnnSeat, bet::Place4 + 3, 12_usd);  // Place 8
   t.Click(hot::kCallOnTool);
   t.Click(bet::Place4 + 3);
-  EXPECT_EQ(t.g.BetWorking[kSeat][bet::Place4 + 3], 2);
+  EXPECT_EQ(t.g.BetWorking[kAnnSeat][bet::Place4 + 3], 2);
   t.Click(hot::kCallOffTool);
   t.Click(bet::Place4 + 3);
-  EXPECT_EQ(t.g.BetWorking[kSeat][bet::Place4 + 3], 0);  // back to rest on the come-out
+  EXPECT_EQ(t.g.BetWorking[kAnnSeat][bet::Place4 + 3], 0);  // back to rest on the come-out
   t.Click(bet::Place4 + 3);
-  EXPECT_EQ(t.g.BetWorking[kSeat][bet::Place4 + 3], -1);
+  EXPECT_EQ(t.g.BetWorking[kAnnSeat][bet::Place4 + 3], -1);
   t.Click(hot::kBuyTool);
   t.Click(bet::Place4 + 3);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Place4 + 3], Money{});
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::Buy4 + 3], 12_usd);
-  EXPECT_EQ(t.g.BetWorking[kSeat][bet::Buy4 + 3], -1);  // called off stays called off
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Place4 + 3], Money{});
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::Buy4 + 3], 12_usd);
+  EXPECT_EQ(t.g.BetWorking[kAnnSeat][bet::Buy4 + 3], -1);  // called off stays called off
 }
 
 TEST(TableKeys, TheArrowsWalkTheLayoutAndEnterPlacesTheSelectedCheck) {
@@ -209,9 +195,9 @@ TEST(TableKeys, TheArrowsWalkTheLayoutAndEnterPlacesTheSelectedCheck) {
   EXPECT_EQ(t.Input().HoverId, bet::DontPass);
   t.Key(Qt::Key_3);  // the $25 check
   t.Key(Qt::Key_Return);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::DontPass], 25_usd);
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::DontPass], 25_usd);
   t.Key(Qt::Key_Delete);
-  EXPECT_EQ(t.g.BetAmount[kSeat][bet::DontPass], Money{});
+  EXPECT_EQ(t.g.BetAmount[kAnnSeat][bet::DontPass], Money{});
 }
 
 }  // namespace
