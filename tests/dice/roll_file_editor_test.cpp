@@ -13,8 +13,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Rolls given as die1 * 10 + die2.
 std::string Rolls(std::initializer_list<int> pairs) {
   std::string s;

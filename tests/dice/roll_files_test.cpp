@@ -138,18 +138,6 @@ INSTANTIATE_TEST_SUITE_P(RollFileContents, RollFilePopupTest,
                          [](const auto& info) { return std::string(info.param.what); });
 
 // An event loop in which time passes, and the file appears or Auto-Roll is stopped.
-struct WaitingUi : HeadlessUi {
-  RollFileTable* t = nullptr;
-  int dropAt = -1, stopAt = -1;
-  std::vector<std::string> statuses;
-  void Refresh(const std::vector<std::string>&) override { statuses.push_back(t->g.Auto.StatusText); }
-  void Yield() override {
-    t->clock.tick += 100;
-    if (++yields == dropAt) WriteText(t->File("popup.txt"), "4 4");
-    if (yields == stopAt) ToggleAutoRoll(t->g);
-  }
-};
-
 struct WaitCase {
   const char* what;
   int dropAt, stopAt;
@@ -157,15 +145,25 @@ struct WaitCase {
   int yields;
 };
 
+struct WaitingUi : HeadlessUi {
+  RollFileTable& t;
+  const WaitCase& c;
+  std::vector<std::string> statuses;
+  WaitingUi(RollFileTable& table, const WaitCase& wait) : t(table), c(wait) {}
+  void Refresh(const std::vector<std::string>&) override { statuses.push_back(t.g.Auto.StatusText); }
+  void Yield() override {
+    t.clock.tick += 100;
+    if (++yields == c.dropAt) WriteText(t.File("popup.txt"), "4 4");
+    if (yields == c.stopAt) ToggleAutoRoll(t.g);
+  }
+};
+
 class RollFileWaitTest : public ::testing::TestWithParam<WaitCase> {};
 
 TEST_P(RollFileWaitTest, WaitsTestingEveryHalfSecond) {
   const WaitCase& c = GetParam();
   RollFileTable t;
-  WaitingUi ui;
-  ui.t = &t;
-  ui.dropAt = c.dropAt;
-  ui.stopAt = c.stopAt;
+  WaitingUi ui(t, c);
   t.g.Ui = &ui;
   t.g.Auto.StatusText = "Ready";
   ToggleAutoRoll(t.g);

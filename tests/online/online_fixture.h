@@ -89,14 +89,14 @@ class OnlineTable {
   Game& g() { return *hostGame; }
 
   OnlinePlayer& Join(const std::string& name, const std::string& seat = "", Money buyIn = Money::Dollars(1000),
-                     const std::string& password = "") {
+                     const std::string& password = "", ClientSettings settings = {}) {
     auto p = std::make_unique<OnlinePlayer>();
     p->ui.Name = name;
     p->ui.Seat = seat;
     p->ui.BuyIn = buyIn;
     p->ui.Password = password;
     p->game = NewTable(p->ui, clock, home.path.string(), 99);
-    p->client = std::make_unique<Client>(*p->game, net, clock);
+    p->client = std::make_unique<Client>(*p->game, net, clock, settings);
     OnlinePlayer* raw = p.get();
     p->client->OnLog = [this, name](const std::string& line) { log.push_back(name + ": " + line); };
     p->client->OnJoined = [raw] { raw->client->RequestSeat(); };

@@ -19,16 +19,15 @@ extern char** environ;
 
 namespace {
 
-using Deadline = std::chrono::steady_clock::time_point;
+using Clock = std::chrono::steady_clock;
+using Ms = std::chrono::milliseconds;
 
-Deadline After(int ms) { return std::chrono::steady_clock::now() + std::chrono::milliseconds(ms); }
-
-int MsLeft(Deadline until) {
-  const auto left = until - std::chrono::steady_clock::now();
-  return std::max(0, static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(left).count()));
+Clock::time_point After(int ms) { return Clock::now() + Ms(ms); }
+int MsLeft(Clock::time_point until) {
+  return std::max(0, static_cast<int>(std::chrono::duration_cast<Ms>(until - Clock::now()).count()));
 }
 
-void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }
+void Pause() { std::this_thread::sleep_for(Ms(5)); }
 
 // A program of this project started by a test, its output and errors written to files
 // beside `files`; its output read line by line with a time limit; stopped by its own
@@ -51,7 +50,7 @@ class Program {
 
   // The next line of standard output, or "" after `ms` without one or at its end.
   std::string Line(int ms = 10000) {
-    for (const Deadline until = After(ms);; Pause()) {
+    for (const Clock::time_point until = After(ms);; Pause()) {
       const bool ended = Exited();  // then all it wrote is in the file
       const std::string out = FileText(out_);
       const size_t end = out.find('\n', taken_);
@@ -65,8 +64,7 @@ class Program {
   }
   // The first line that starts with `prefix` ("" when none came in time).
   std::string LineStarting(const std::string& prefix, int ms = 10000) {
-    const Deadline until = After(ms);
-    while (MsLeft(until) > 0) {
+    for (const Clock::time_point until = After(ms); MsLeft(until) > 0;) {
       std::string line = Line(MsLeft(until));
       if (line.rfind(prefix, 0) == 0) return line;
       if (line.empty() && Exited()) return "";
@@ -75,7 +73,7 @@ class Program {
   }
   // Waits for the end; the exit code, or -1 after `ms`.
   int Wait(int ms = 10000) {
-    for (const Deadline until = After(ms); MsLeft(until) > 0; Pause())
+    for (const Clock::time_point until = After(ms); MsLeft(until) > 0; Pause())
       if (Exited()) return code_;
     return -1;
   }

@@ -30,12 +30,7 @@ class OnlineQt : public testing::Test {
   TempDir home;
   HeadlessUi ui;
   std::unique_ptr<Game> game = NewTable(ui, DefaultClock(), home.path.string(), 3);
-  Host host{*game, net, DefaultClock(), Settings()};
-  static HostSettings Settings() {
-    HostSettings s;
-    s.Port = 0;
-    return s;
-  }
+  Host host{*game, net, DefaultClock(), FastHost()};
 };
 
 TEST_F(OnlineQt, AHundredConnectAndDropCyclesLeaveNoSocketBehind) {

@@ -270,15 +270,9 @@ TEST_F(OnlinePlay, ThePlayersOwnGameComesBackFromItsSnapshotWhenItLeaves) {
 
 TEST_F(OnlinePlay, AMachineThatReportsNoConnectionHasLostItsTable) {
   EXPECT_TRUE(InternetConnectedState("127.0.0.1")) << "the loopback interface is up wherever the tests run";
-  auto p = std::make_unique<OnlinePlayer>();
-  p->ui.Name = "Bob";
-  p->game = NewTable(p->ui, t.clock, t.home.path.string(), 8);
   ClientSettings offline;
   offline.ConnectedState = [](const std::string&) { return false; };
-  Client client(*p->game, t.net, t.clock, offline);
-  client.OnJoined = [&] { client.RequestSeat(); };
-  client.Join("127.0.0.1", t.host->Port());
-  t.Settle();
+  Client& client = *t.Join("Bob", "", 1000_usd, "", offline).client;
   ASSERT_EQ(client.OnlineState, 4);
   t.clock.tick += 6000;
   client.Tick();

@@ -49,10 +49,10 @@ TEST_P(MessageFlagsTest, TheFlagsChooseButtonsPictureInputListAndHide) {
   request.Flags = c.flags;
   request.List = {"Ann", "Bob"};
   FrmMsg box(request, kEnglish, nullptr);
-  for (int b = 0; b < 5; ++b) {
-    const bool wanted = std::find(c.buttons.begin(), c.buttons.end(), b) != c.buttons.end();
-    EXPECT_EQ(box.findChild<QPushButton*>(QString("cmdButton%1").arg(b)) != nullptr, wanted) << "button " << b;
-  }
+  for (int b = 0; b < 5; ++b)
+    EXPECT_EQ(box.findChild<QPushButton*>(QString("cmdButton%1").arg(b)) != nullptr,
+              std::ranges::count(c.buttons, b) > 0)
+        << "button " << b;
   EXPECT_EQ(box.findChild<QLabel*>("imgPicture") != nullptr, c.picture);
   EXPECT_EQ(box.findChild<QLineEdit*>("txtInput") != nullptr, c.input);
   EXPECT_EQ(box.findChild<QComboBox*>("cmbUser") != nullptr, c.list);

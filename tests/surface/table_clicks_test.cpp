@@ -51,23 +51,21 @@ TEST_P(TableClickTest, TheCentreOfARegionTakesTheCheckOnItsBet) {
   Seated t;
   ASSERT_EQ(t.Input().SelectedPlayer, kAnnSeat);
   ASSERT_EQ(t.Input().SelectedCheck, 2);
-  if (c.setup == Setup::FlatAndPoint) {
-    const int flat = FlatUnder(c.region);
-    if (flat == bet::PassLine || flat == bet::DontPass) ChangeBet(t.g, kAnnSeat, flat, 10_usd);
-  }
+  const int flat = FlatUnder(c.region);
+  const bool lineFlat = flat == bet::PassLine || flat == bet::DontPass;
+  if (c.setup == Setup::FlatAndPoint && lineFlat) ChangeBet(t.g, kAnnSeat, flat, 10_usd);
   if (c.setup != Setup::ComeOut) {
     t.NextDice(4, 2);
     t.Click(0, Qt::RightButton);  // a right click anywhere rolls
     ASSERT_EQ(t.g.Table.Point, 6);
   }
-  if (c.setup == Setup::FlatAndPoint && FlatUnder(c.region) != bet::PassLine && FlatUnder(c.region) != bet::DontPass)
-    CommitAmount(t.g, kAnnSeat, FlatUnder(c.region), 10_usd);  // as a Come or Don't Come bet moved there
+  // A Come or Don't Come bet moved to its number.
+  if (c.setup == Setup::FlatAndPoint && !lineFlat) CommitAmount(t.g, kAnnSeat, flat, 10_usd);
   const auto before = t.g.BetAmount;
   t.Click(c.region);
-  for (int b = 1; b < kBetRows; ++b) {
-    const Money change = t.g.BetAmount[kAnnSeat][b] - before[kAnnSeat][b];
-    EXPECT_EQ(change, b == c.expected ? 5_usd : Money{}) << BetName(b) << " after a click on " << BetName(c.region);
-  }
+  for (int b = 1; b < kBetRows; ++b)
+    EXPECT_EQ(t.g.BetAmount[kAnnSeat][b] - before[kAnnSeat][b], b == c.expected ? 5_usd : Money{})
+        << BetName(b) << " after a click on " << BetName(c.region);
   for (int s = 0; s < kSeats; ++s)
     if (s != kAnnSeat) {
       EXPECT_EQ(t.g.BetAmount[s], before[s]) << "seat " << s;
