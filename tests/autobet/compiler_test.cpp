@@ -37,23 +37,23 @@ INSTANTIATE_TEST_SUITE_P(
         // Bracket balance: from the statement's first bracket to its end.
         Faulty({"bet 5 on field", "cs1 = 5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 2, 24, 2,
                25),
-        Faulty({"cs1 = (5 : bet 5 on field)"}, "Missing or improperly placed parenthesis.", 1, 6, 1, 8),
-        Faulty({"cs1 = ) 5 ("}, "Missing or improperly placed parenthesis.", 1, 6, 1, 11),
-        Faulty({"cs1 = sum(1, (2) ' (("}, "Missing or improperly placed parenthesis.", 1, 9, 1, 16),
+        Faulty("cs1 = (5 : bet 5 on field)", "Missing or improperly placed parenthesis.", 6, 8),
+        Faulty("cs1 = ) 5 (", "Missing or improperly placed parenthesis.", 6, 11),
+        Faulty("cs1 = sum(1, (2) ' ((", "Missing or improperly placed parenthesis.", 9, 16),
         // Function arguments.
         Faulty({"bet 5 on field", "bet 5 on hard : cs1 = 2"}, "Missing or inappropriate reference to Hard bet.", 2, 0,
                2, 13),
-        Faulty({"cs1 = 5 + cs"}, "Missing or inappropriate reference to CS.", 1, 0, 1, 12),
+        Refused("cs1 = 5 + cs", "Missing or inappropriate reference to CS."),
         // Duplicate labels, reported at the later one with the line of the earlier.
         Faulty({"bet 5 on field : 100", "\"100\""}, "A duplicate line number exists in line 1", 2, 0, 2, 5),
         Faulty({"\"b\"", "\"a\" : bet 5 on field", "cs1 = 1 : \"A\""}, "A duplicate label exists in line 2", 3, 10, 3,
                13),
         // Thru.
-        Faulty({"bet 5 on place4 thru : cs1 = 1"}, "Missing operand following 'thru'.", 1, 0, 1, 20),
-        Faulty({"bet 5 on place4 thru player2"}, "Missing or incompatible operand following 'thru'.", 1, 0, 1, 28),
-        Faulty({"bet 5 on place bets thru place6"}, "Incompatible operand preceding 'thru'.", 1, 0, 1, 31),
-        Faulty({"bet 5 on cs1 thru csn2"}, kSurroundingMessage, 1, 0, 1, 22),
-        Faulty({"bet 5 on hard(4) thru hop(2.2)"}, kSurroundingMessage, 1, 0, 1, 30),
+        Faulty("bet 5 on place4 thru : cs1 = 1", "Missing operand following 'thru'.", 0, 20),
+        Refused("bet 5 on place4 thru player2", "Missing or incompatible operand following 'thru'."),
+        Refused("bet 5 on place bets thru place6", "Incompatible operand preceding 'thru'."),
+        Refused("bet 5 on cs1 thru csn2", kSurroundingMessage),
+        Refused("bet 5 on hard(4) thru hop(2.2)", kSurroundingMessage),
         // The tokeniser's faults still come first and keep their own range.
         Faulty({"bet 5 on (field", "say \"x"}, "Missing quotation mark.", 2, 4, 2, 6)));
 
@@ -218,14 +218,6 @@ TEST(CompileAll, NoActiveSeatIsAnEmptyCompiledProgram) {
   EXPECT_FALSE(CompileALLAutobets(program, 0, Seats({})).Failed());
   EXPECT_TRUE(program.ScriptsCompiled);
   EXPECT_TRUE(program.ProgramRecords.empty());
-}
-
-TEST(CompileAutobetsScratch, SeatZeroCompilesTheScratchList) {
-  AutoBetProgram program;
-  program.ScriptSource[0] = {"bet 5 on hard"};
-  program.ScriptSource[1] = {"bet 5 on field"};
-  const CompileFault fault = CompileAutobets(program, 0, {});
-  EXPECT_EQ(fault.message, "Missing or inappropriate reference to Hard bet.");
 }
 
 }  // namespace
