@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string_view>
-
 #include "autobet/compiler.h"
 #include "storage/fixed_record.h"
 #include "storage/hot_keys.h"
@@ -63,81 +61,6 @@ INSTANTIATE_TEST_SUITE_P(
         Conversion{"a bracket the text held is its own",
                    {{5, "Bet bankroll (10 roll average) on Field"}},
                    {" Bet avg bankroll(10 ) on Field"}}));
-
-// The conversion's `from` words as the earlier data formats wrote them, in the order they
-// must be applied.
-// clang-format off
-constexpr std::string_view kLegacyFromWords[] = {
-    ":", ". . .", "# ", "$ ", " %", " set ", "value of", " and when ", " and while ", " xor when ", " xor while ",
-    " or when ", " or while ", " while ", " when ", " w**n ", " ref #", " ref#", " ref ", "stack #", "stack#",
-    "stack01", "stack02", "stack03", "stack04", "stack05", "stack06", "stack07", "stack08", "stack09", "chip-stack",
-    "chip stack", "pass-line", "pass line", "passline odds", "is not named", "is named", "don't", "dont pass",
-    "dont come", "come odds", "dontpass odds", "come 4", "come 5", "come 6", "come 8", "come 9", "come 10", "4 odds",
-    "5 odds", "6 odds", "8 odds", "9 odds", "10 odds", "lay 4", "lay 5", "lay 6", "lay 8", "lay 9", "lay 10",
-    "place 4", "place 5", "place 6", "place 8", "place 9", "place 10", "buy 4", "buy 5", "buy 6", "buy 8", "buy 9",
-    "buy 10", "c and e", "game rolls", "game passes", "shooter passes", "game misses", "shooter misses", "come-out",
-    "on each pass", "on each miss", "on each roll", "next roll", "last roll", "out roll", " over ", "have won each",
-    "have won more than", "have won", "has won less than", "has won more than", "has not won each", "has won each",
-    "has not won", "has won", "have lost each", "have lost more than", "have lost", "has lost less than",
-    "has lost more than", "has not lost each", "has lost each", "has not lost", "has lost", "auto-lay full odds",
-    "auto-take full odds", "auto-handle", "auto-remove", "autohandle winnings", "same bet - take winnings",
-    "auto-bet", "initializing autobet", "auto-rolling", "hyper-drive", "bets to", "display message", "reset rolls",
-    "reset table", "get input and bet it", "highest of ", "lowest of ", "average of ", "last answer ", "die ",
-    ", face ", "output to file.", "open file", "output to file message", "new line.", "highest bankroll",
-    "lowest bankroll", "bankroll (", "all roll average", "roll average", "go to", "shooter's point",
-    "for this shooter ", "for the last shooter ", "the #of", " in the atm ", " from the atm ", " deposit ",
-    " withdraw ", " to true ", " is true ", " to false ", " is false ", "1-1", "1-2", "1-3", "1-4", "1-5", "1-6",
-    "2-1", "2-2", "2-3", "2-4", "2-5", "2-6", "3-1", "3-2", "3-3", "3-4", "3-5", "3-6", "4-1", "4-2", "4-3", "4-4",
-    "4-5", "4-6", "5-1", "5-2", "5-3", "5-4", "5-5", "5-6", "6-1", "6-2", "6-3", "6-4", "6-5", "6-6", "any 3 ",
-    "any 4 ", "any 5 ", "any 6 ", "any 7 ", "any 8 ", "any 9 ", "any 10 ", "any 11 ", "a 2 ", "a 3 ", "a 4 ",
-    "a hard 4 ", "a 5 ", "a 6 ", "a hard 6 ", "a 7 ", "a 8 ", "a hard 8 ", "a 9 ", "a 10 ", "a hard 10 ", "a 11 ",
-    "a 12 ", "a 2,3,or 12", "a 2,3,4,9,10,11,or 12", "a 4,5,6,8,9,or 10", "5, 6, 8, or 9", "4, 5, 9, or 10",
-    "4, 6, 8, or 10", "4, 5, or 6", "8, 9, or 10", "number group 4,10", "number group 5,9", "number group 6,8",
-    "number 2,3,4,9,10,11,or 12", "number 4,5,6,8,9,or 10", "number 2,3,7,11,or 12", "number 2,3,11,or 12",
-    "number 5,6,8,or 9", "number 4,5,9,or 10", "number 2,3,or 12", "number 4,5,or 6", "number 8,9,or 10",
-    "number 2 or 12", "number 3 or 11", "number 4 or 10", "number 5 or 9", "number 6 or 8", "number 2 or 3",
-    "number 3 or 12", "number 7 or 11", "number 11 or 12", "number 2 (1.1)", "number 3 (1.2) or (2.1)",
-    "number 3 (1.2)", "number 3 (2.1)", "number 4 (1.3) or (3.1)", "number 4 (1.3)", "number 4 (3.1)", "hard 4 (2.2)",
-    "number 5 (1.4) or (4.1)", "number 5 (2.3) or (3.2)", "number 5 (1.4)", "number 5 (4.1)", "number 5 (2.3)",
-    "number 5 (3.2)", "number 6 (1.5) or (5.1)", "number 6 (2.4) or (4.2)", "number 6 (1.5)", "number 6 (5.1)",
-    "number 6 (2.4)", "number 6 (4.2)", "hard 6 (3.3)", "number 7 (1.6) or (6.1)", "number 7 (2.5) or (5.2)",
-    "number 7 (3.4) or (4.3)", "number 7 (1.6)", "number 7 (6.1)", "number 7 (2.5)", "number 7 (5.2)",
-    "number 7 (3.4)", "number 7 (4.3)", "number 8 (2.6) or (6.2)", "number 8 (3.5) or (5.3)", "number 8 (2.6)",
-    "number 8 (6.2)", "number 8 (3.5)", "number 8 (5.3)", "hard 8 (4.4)", "number 9 (3.6) or (6.3)",
-    "number 9 (4.5) or (5.4)", "number 9 (3.6)", "number 9 (6.3)", "number 9 (4.5)", "number 9 (5.4)",
-    "number 10 (4.6) or (6.4)", "number 10 (4.6)", "number 10 (6.4)", "hard 10 (5.5)", "number 11 (5.6) or (6.5)",
-    "number 11 (5.6)", "number 11 (6.5)", "number 12 (6.6)", "any number", "hard 4", "hard 6", "hard 8", "hard 10",
-    "the dice total =", "the number", "has rolled in the last", "has not rolled in the last", "has rolled each",
-    "has not rolled each", "has rolled more than each", "has rolled more than", "has rolled less than each",
-    "has rolled less than", "has not rolled", "has rolled", "rolls in the game", "rolls shooter",
-    "rolls last shooter", " hop ", "all bets", "all lay bets", "all dontcome bets", "all dontcomeodds bets",
-    "all come bets", "all comeodds bets", "all inside place bets", "all outside place bets", "all place bets",
-    "all buy bets", "all checkstacks", "all checkstack names", "any bet", "any lay bet", "any dontcome bet",
-    "any dontcomeodds bet", "any come bet", "any comeodds bet", "any place bet", "any buy bet", "any checkstacks",
-    "any checkstack names", "total #of current wagers", "total $of current wagers", "total #of decided wagers",
-    "total $of decided wagers", "total bets number more than", "total bets number less than", "total bets number",
-    "total bets", "total lay bets number more than", "total lay bets number less than", "total lay bets number",
-    "total lay bets", "total dontcome bets number more than", "total dontcome bets number less than",
-    "total dontcome bets number", "total dontcome bets", "total dontcomeodds bets number more than",
-    "total dontcomeodds bets number less than", "total dontcomeodds bets number", "total dontcomeodds bets",
-    "total come bets number more than", "total come bets number less than", "total come bets number",
-    "total come bets", "total comeodds bets number more than", "total comeodds bets number less than",
-    "total comeodds bets number", "total comeodds bets", "total inside place bets number more than",
-    "total inside place bets number less than", "total inside place bets number", "total inside place bets",
-    "total outside place bets number more than", "total outside place bets number less than",
-    "total outside place bets number", "total outside place bets", "total place bets number more than",
-    "total place bets number less than", "total place bets number", "total place bets",
-    "total buy bets number more than", "total buy bets number less than", "total buy bets number", "total buy bets",
-    "bets) loses", "bets) wins", " rolls ", " roll ", "r*ll", " times ", " time ", " each ", "reset ", "close file",
-    "all flags", "any flag", " flag "
-};
-// clang-format on
-
-TEST(LegacyWords, TableHoldsEveryWordOfTheListInOrder) {
-  std::vector<std::string_view> from;
-  for (const LegacyWordPair& pair : LegacyWordPairs()) from.push_back(pair.from);
-  EXPECT_EQ(from, std::vector<std::string_view>(std::begin(kLegacyFromWords), std::end(kLegacyFromWords)));
-}
 
 struct LegacyLine {
   const char* text;       // a plain statement of the record form
