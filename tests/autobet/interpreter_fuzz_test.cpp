@@ -9,10 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "autobet/actions.h"
 #include "autobet/interpreter.h"
-#include "autobet/statement_buffer.h"
-#include "autobet/variables.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "tests/autobet/example_scripts.h"
