@@ -15,9 +15,12 @@
 #include "engine/handling.h"
 #include "engine/roll_cycle.h"
 #include "storage/paths.h"
+#include "tests/autobet/records.h"
 #include "tests/test_support.h"
 
 namespace {
+
+using namespace records;
 
 constexpr int kAnn = 1, kBob = 2;
 constexpr int kPlace6 = bet::Place4 + 2, kBuy6 = bet::Buy4 + 2, kPlace8 = bet::Place4 + 3;
@@ -59,17 +62,8 @@ struct ActionTable {
   std::string File(const std::string& name) const { return (dir.path / name).string(); }
 };
 
-// Ann's bet as a target group: V, P, H3, X1, Y34.
-std::vector<TokenRecord> BetTarget(int bet) {
-  return {
-      {kCodeVariableTarget, double(bet)}, {kCodePlayer, kAnn}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
-}
-
-std::vector<TokenRecord> Join(std::initializer_list<std::vector<TokenRecord>> parts) {
-  std::vector<TokenRecord> all;
-  for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
+// Ann's bet as a target group.
+Records BetTarget(int bet) { return {Vt(bet), P(kAnn), H(3), X(1), Y(34)}; }
 
 // ---- Verbs over checkstacks: arithmetic, Money rounding, qualifiers.
 
@@ -173,11 +167,11 @@ TEST(ActionBets, ComeOutWorkingFollowsAutowork) {
 TEST(ActionBets, BuyingAnotherBetFaultsWithoutStoppingTheWalk) {
   ActionTable a;
   ASSERT_EQ(a.Run({"bet 6 on place6", "bet 5 on field"}), 0);
-  a.Take(Join({{{kCodeAction, 450}}, BetTarget(bet::Field), {{kCodeListSeparator, 0}}, BetTarget(kPlace6)}));
+  a.Take(Records{A(450)} + BetTarget(bet::Field) + Records{kComma} + BetTarget(kPlace6));
   EXPECT_EQ(a.g.AutoBet.RunError, 12);
   EXPECT_DOUBLE_EQ(a.Bet(kBuy6), 6);
   EXPECT_DOUBLE_EQ(a.Bet(bet::Field), 5);
-  a.Take(Join({{{kCodeAction, 454}}, BetTarget(bet::Field)}));
+  a.Take(Records{A(454)} + BetTarget(bet::Field));
   EXPECT_EQ(a.g.AutoBet.RunError, 13);
 }
 
@@ -324,9 +318,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {
   ActionTable a;
-  a.Take({{kCodeVariableTarget, 201}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  a.Take({Vt(201), P(kAnn), kEq});
   EXPECT_EQ(a.g.AutoBet.RunError, 1011);
-  a.Take({{kCodeVariableTarget, 801}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  a.Take({Vt(801), P(kAnn), kEq});
   EXPECT_EQ(a.g.AutoBet.RunError, 1012);
 }
 
@@ -423,7 +417,7 @@ TEST(ActionTable, StopAutoRollingAndSeedFromTheClock) {
 TEST(ActionSessions, NewSessionClearsCheckstacksAndRestartsTheScript) {
   ActionTable a;
   ASSERT_EQ(a.Run({"cs1 = 5"}), 0);
-  a.Take({{kCodeAction, 100}});
+  a.Take({A(100)});
   EXPECT_DOUBLE_EQ(a.Cs(1), 0);
   EXPECT_TRUE(a.g.AutoBet.RestartScript);
 }

@@ -18,9 +18,12 @@
 #include "engine/roll_cycle.h"
 #include "stats/checkstacks.h"
 #include "stats/roll_totals.h"
+#include "tests/autobet/records.h"
 #include "tests/test_support.h"
 
 namespace {
+
+using namespace records;
 
 constexpr int kAnn = 1, kBob = 2;
 
@@ -333,13 +336,12 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
   PlayedTable t;
-  const TokenRecord group[] = {
-      {kCodeVariable, 43}, {kCodePlayer, 9}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
+  const TokenRecord group[] = {V(43), P(9), H(3), X(1), Y(34)};
   TokenRecord out;
   EXPECT_FALSE(ReadVariable(t.g, group, out));
   EXPECT_EQ(t.g.AutoBet.RunError, 50);
   t.g.AutoBet.RunError = 0;
-  const TokenRecord list[] = {{kCodeVariable, 980}, {kCodePlayer, 1}};
+  const TokenRecord list[] = {V(980), P(1)};
   EXPECT_FALSE(ReadVariable(t.g, list, out));
   EXPECT_EQ(t.g.AutoBet.RunError, 10000);
 }
@@ -395,30 +397,24 @@ TEST(VariablesTest, StringValueOfPoolAndSpecialStrings) {
   g.CheckStackName[kAnn][5] = "Nest egg";
   g.CheckStackName[8][0] = "Last seat";
 
-  for (const StringCase& c : {StringCase{kCodeString, 2, "Press"},
-                              StringCase{kCodeString, 0, ""},
-                              StringCase{kCodeString, -15, ""},
-                              StringCase{kCodeString, -1, "3/9/2026"},
-                              StringCase{kCodeString, -2, "2:05:07 PM"},
-                              StringCase{kCodeString, -10, "Please enter a value"},
-                              StringCase{kCodeString, -11, "Please enter a string"},
-                              StringCase{kCodeString, -901, "Ann"},
-                              StringCase{kCodeString, -902, "Bob"},
-                              StringCase{kCodeString, -903, ""},
-                              StringCase{kCodeString, -1805, "Nest egg"},
-                              StringCase{kCodeString, -8800, "Last seat"},
-                              StringCase{kCodeVariableTarget, 805, "Nest egg"},
-                              StringCase{kCodeNumber, 3.5, "3.5"},
-                              StringCase{kCodeString, 3, "", 998},
-                              StringCase{kCodeString, -3, "", 998},
-                              StringCase{kCodeString, -1900, "", 998},
-                              StringCase{kCodeString, -9800, "", 998},
-                              StringCase{kCodeVariableTarget, 900, "", 998},
-                              StringCase{kCodeVariable, 805, "", 998}}) {
+  const auto check = [&](const StringCase& c) {
     g.AutoBet.RunError = 0;
     EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
     EXPECT_EQ(g.AutoBet.RunError, c.fault) << c.code << " " << c.value;
-  }
+  };
+  for (const StringCase& c :
+       {StringCase{kCodeString, 2, "Press"}, StringCase{kCodeString, 0, ""}, StringCase{kCodeString, -15, ""},
+        StringCase{kCodeString, -1, "3/9/2026"}, StringCase{kCodeString, -2, "2:05:07 PM"},
+        StringCase{kCodeString, -10, "Please enter a value"}, StringCase{kCodeString, -11, "Please enter a string"},
+        StringCase{kCodeString, -901, "Ann"}, StringCase{kCodeString, -902, "Bob"}, StringCase{kCodeString, -903, ""},
+        StringCase{kCodeString, -1805, "Nest egg"}, StringCase{kCodeString, -8800, "Last seat"},
+        StringCase{kCodeVariableTarget, 805, "Nest egg"}, StringCase{kCodeNumber, 3.5, "3.5"}})
+    check(c);
+  // No string of that number: a fault.
+  for (const StringCase& c : {StringCase{kCodeString, 3, "", 998}, StringCase{kCodeString, -3, "", 998},
+                              StringCase{kCodeString, -1900, "", 998}, StringCase{kCodeString, -9800, "", 998},
+                              StringCase{kCodeVariableTarget, 900, "", 998}, StringCase{kCodeVariable, 805, "", 998}})
+    check(c);
   t.clock.now.hour = 0;
   EXPECT_EQ(StringValue(g, kCodeString, -2), "12:05:07 AM");
 }
@@ -629,19 +625,11 @@ TEST(FunctionTargetTest, NumberedFormBecomesTheTargetGroup) {
   Load(t.g, {"place(6) player2 = 5"});
   ResolveTargetFunction(t.g, 1);
   EXPECT_EQ(t.g.AutoBet.RunError, 0);
-  EXPECT_EQ(Buffer(t.g.AutoBet), (std::vector<TokenRecord>{{kCodeVariableTarget, bet::Place4 + 2},
-                                                           {kCodePlayer, 2},
-                                                           {kCodeTime, 3},
-                                                           {kCodeCounted, 1},
-                                                           {kCodeModifier, 34},
-                                                           {kCodeEquals, 0},
-                                                           {kCodeNumber, 5}}));
+  EXPECT_EQ(Buffer(t.g.AutoBet), (Records{Vt(bet::Place4 + 2), P(2), H(3), X(1), Y(34), kEq, N(5)}));
 
   Load(t.g, {"csn(42) = \"x\""});
   ResolveTargetFunction(t.g, 1);
-  EXPECT_EQ(
-      Buffer(t.g.AutoBet),
-      (std::vector<TokenRecord>{{kCodeVariableTarget, 842}, {kCodePlayer, kAnn}, {kCodeEquals, 0}, {kCodeString, 1}}));
+  EXPECT_EQ(Buffer(t.g.AutoBet), (Records{Vt(842), P(kAnn), kEq, S(1)}));
 }
 
 TEST(FunctionTargetTest, BadNumberFaultsAndLeavesTheStatement) {

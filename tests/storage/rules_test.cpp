@@ -381,48 +381,6 @@ CheckCase Rate(double rate, int unit, bool edited, const char* message) {
           message, "txtRollsPerTime", -1, edited};
 }
 
-struct PayoffCheckCase {
-  int bet;
-  const char* message;  // nullptr: the row is no payoff of its own and passes
-  int row = 0;          // the list row that gets the focus, when not the bet's own
-};
-
-class RuleValidationPayoffTest : public ::testing::TestWithParam<PayoffCheckCase> {};
-
-TEST_P(RuleValidationPayoffTest, NonPositivePay) {
-  const PayoffCheckCase& c = GetParam();
-  for (int64_t pay : {0, -1}) {
-    RuleSet r = Defaults();
-    r.BetPayoff[c.bet].PayoffPay = Money::Dollars(pay);
-    RuleCheck v = ValidateRules(r, false);
-    if (c.message == nullptr) {
-      EXPECT_TRUE(v.ok) << BetName(c.bet) << ": " << v.message;
-      continue;
-    }
-    EXPECT_EQ(v.message, c.message) << pay;
-    EXPECT_EQ(v.control, "txtPayoffs");
-    EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableBet, c.row != 0 ? c.row : c.bet));
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationPayoffTest,
-    ::testing::Values(
-        PayoffCheckCase{33, "The payoff on Place 6 must be positive."},
-        PayoffCheckCase{bet::Lay4, "The payoff on Lay 4 must be positive."},
-        PayoffCheckCase{bet::Come4, "The payoff on Come 4 must be positive."},
-        PayoffCheckCase{bet::Hop55, "The payoff on Hop 55 must be positive."},
-        PayoffCheckCase{bet::Repeater12, "The payoff on Repeater 12 must be positive."},
-        PayoffCheckCase{26, "The payoffs on Pass/Come 5 must be positive."},
-        PayoffCheckCase{bet::Come10Odds, "The payoffs on Pass/Come 10 must be positive."},
-        PayoffCheckCase{bet::DontCome4Odds, "The payoffs on DP/DC 4 must be positive."},
-        PayoffCheckCase{bet::PassLine, "The payoffs on Passline/Come (c.o.) must be positive."},
-        PayoffCheckCase{bet::Come, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine},
-        PayoffCheckCase{bet::DontCome, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass},
-        PayoffCheckCase{bet::Field, nullptr}, PayoffCheckCase{bet::CAndE, nullptr}, PayoffCheckCase{bet::Horn, nullptr},
-        PayoffCheckCase{bet::World, nullptr}, PayoffCheckCase{bet::PassLineOdds, nullptr},
-        PayoffCheckCase{bet::Fire, nullptr}));
-
 std::vector<PayoffRow*> TableRows(RuleSet& r, int table) {
   std::vector<PayoffRow*> rows;
   auto add = [&rows](auto& t, size_t first) {
@@ -436,6 +394,13 @@ std::vector<PayoffRow*> TableRows(RuleSet& r, int table) {
     default: add(r.FieldPayoff, 1); break;
   }
   return rows;
+}
+
+// A single bet's payoff set to `pay` dollars; the focus goes to the bet's row of the list,
+// or to `row` when the bet shares another's.
+CheckCase Pays(int bet, int64_t pay, const char* message, int row = 0) {
+  return {[=](RuleSet& r) { r.BetPayoff[bet].PayoffPay = Money::Dollars(pay); }, message, "txtPayoffs",
+          PayoffCheckIndex(kPayoffTableBet, row != 0 ? row : bet)};
 }
 
 // One row of a table of payoffs set to x for y, on a table whose rows all lose first
@@ -491,6 +456,23 @@ INSTANTIATE_TEST_SUITE_P(
         Rate(10000, kPerSecond, true, nullptr),
         Rate(10001, kPerSecond, true, "The maximum simulated second rate is 10,000."),
         Rate(10001, kPerHour, true, nullptr),
+        // Pays: no single bet may pay nothing or lose on a win; some rows are no payoff of their own.
+        Pays(33, 0, "The payoff on Place 6 must be positive."), Pays(33, -1, "The payoff on Place 6 must be positive."),
+        Pays(bet::Lay4, 0, "The payoff on Lay 4 must be positive."),
+        Pays(bet::Come4, 0, "The payoff on Come 4 must be positive."),
+        Pays(bet::Hop55, 0, "The payoff on Hop 55 must be positive."),
+        Pays(bet::Repeater12, 0, "The payoff on Repeater 12 must be positive."),
+        Pays(26, 0, "The payoffs on Pass/Come 5 must be positive."),
+        Pays(26, -1, "The payoffs on Pass/Come 5 must be positive."),
+        Pays(bet::Come10Odds, 0, "The payoffs on Pass/Come 10 must be positive."),
+        Pays(bet::DontCome4Odds, 0, "The payoffs on DP/DC 4 must be positive."),
+        Pays(bet::PassLine, 0, "The payoffs on Passline/Come (c.o.) must be positive."),
+        Pays(bet::Come, 0, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine),
+        Pays(bet::Come, -1, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine),
+        Pays(bet::DontCome, 0, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass),
+        Pays(bet::DontCome, -1, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass),
+        Pays(bet::Field, 0, nullptr), Pays(bet::CAndE, 0, nullptr), Pays(bet::Horn, 0, nullptr),
+        Pays(bet::World, 0, nullptr), Pays(bet::PassLineOdds, 0, nullptr), Pays(bet::Fire, 0, nullptr),
         // Hand tables:
         HandRow(kPayoffTableHotRoller, 2, -2, 1, false,
                 "Any loss on the Hot Roller bet cannot exceed the amount wagered."),
