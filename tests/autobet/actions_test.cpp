@@ -223,24 +223,6 @@ TEST_P(RunTest, FaultsOrNotAndLeavesTheStore) {
   EXPECT_DOUBLE_EQ(c.probe(a.g), c.value) << c.lines.back();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Settings, RunTest,
-    testing::Values(RunCase{{"rolls per hr = 360"}, 0, RollRate, 360},
-                    RunCase{{"odds allowed factor5 = 10"}, 0, Odds59, 10},
-                    RunCase{{"comp rate = 12.5"}, 0, CompRate, 12.5}, RunCase{{"select rng 3"}, 0, Rng, 3},
-                    RunCase{{"seed = 777"}, 0, Seed, 777}, RunCase{{"seed rng with 4321"}, 0, Seed, 4321},
-                    RunCase{{"autotake full odds = true"}, 0, AutoTakeOdds, 1},
-                    RunCase{{"autopass the dice = 1"}, 0, AutoPassDice, 1},
-                    RunCase{{"bankroll = 500"}, 0, Bankroll, 500},
-                    RunCase{{"bankroll = 500"}, 0, BeginningBankroll, 500},
-                    RunCase{{"autohandle winning bets = \"Parlay\""}, 0, WinMode, kParlayOrDouble},
-                    RunCase{{"autohandle winning bets = \" Same Bet / Take Winnings \""}, 0, WinMode, kSameBet},
-                    RunCase{{"autohandle winning bets = 3"}, 0, WinMode, 3},
-                    RunCase{{"autohandle losing bets = \"no bet / take remainder (if any)\""}, 0, LoseMode, kTakeDown},
-                    RunCase{{"autohandle losing bets = \"bet remainder\""}, 0, LoseMode, kPressUnitOrRemainder},
-                    RunCase{{"autohandle losing bets = \"same bet plus 1 unit\""}, 0, LoseMode, kPressDoubleOrUnit},
-                    RunCase{{"autohandle losing bets = \"double bet\""}, 0, LoseMode, kParlayOrDouble}));
-
 // Winning bets take "same bet" with an operator and an amount (the seat's modify rule);
 // losing bets have no such form.
 TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
@@ -288,9 +270,22 @@ double RollsCounted(const Game& g) { return g.Stats.RollCount[kSessionScope][0];
 void BadRollFile(Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }
 
 INSTANTIATE_TEST_SUITE_P(
-    Faults, RunTest,
-    testing::Values(
-        // The walk is checked whole before anything is written.
+    Statements, RunTest,
+    testing::Values(  // Settings:
+        RunCase{{"rolls per hr = 360"}, 0, RollRate, 360}, RunCase{{"odds allowed factor5 = 10"}, 0, Odds59, 10},
+        RunCase{{"comp rate = 12.5"}, 0, CompRate, 12.5}, RunCase{{"select rng 3"}, 0, Rng, 3},
+        RunCase{{"seed = 777"}, 0, Seed, 777}, RunCase{{"seed rng with 4321"}, 0, Seed, 4321},
+        RunCase{{"autotake full odds = true"}, 0, AutoTakeOdds, 1},
+        RunCase{{"autopass the dice = 1"}, 0, AutoPassDice, 1}, RunCase{{"bankroll = 500"}, 0, Bankroll, 500},
+        RunCase{{"bankroll = 500"}, 0, BeginningBankroll, 500},
+        RunCase{{"autohandle winning bets = \"Parlay\""}, 0, WinMode, kParlayOrDouble},
+        RunCase{{"autohandle winning bets = \" Same Bet / Take Winnings \""}, 0, WinMode, kSameBet},
+        RunCase{{"autohandle winning bets = 3"}, 0, WinMode, 3},
+        RunCase{{"autohandle losing bets = \"no bet / take remainder (if any)\""}, 0, LoseMode, kTakeDown},
+        RunCase{{"autohandle losing bets = \"bet remainder\""}, 0, LoseMode, kPressUnitOrRemainder},
+        RunCase{{"autohandle losing bets = \"same bet plus 1 unit\""}, 0, LoseMode, kPressDoubleOrUnit},
+        RunCase{{"autohandle losing bets = \"double bet\""}, 0, LoseMode, kParlayOrDouble},
+        // Faults: the walk is checked whole before anything is written.
         RunCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
         RunCase{{"bet 6 on place6", "call off place6, passline"}, 862, Place6Working, 0},
         RunCase{{"hotroller autowork on comeout = true"}, 862, HotRollerWorking, 1},

@@ -60,8 +60,7 @@ const char* const kLabelInCondition =
 
 INSTANTIATE_TEST_SUITE_P(
     Written, CompileConvertToActionTest,
-    testing::Values(  // Compile assignments:
-                      // Only the head of an assignment is written; the right side is read.
+    testing::Values(  // Assignments: only the head of an assignment is written; the right side is read.
         Compiles({"cs1 = 5"}, {Vt(201)}), Compiles({"cs1 = cs2 + passline"}, {Vt(201), V(202), V(43)}),
         Compiles({"passline = passline + 5"}, {Vt(43), V(43)}),
         Compiles({"passline player4 current hand = 10"}, {Vt(43)}), Compiles({"passline current # = 10"}, {Vt(43)}),
@@ -87,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
         Compiles({"If point is established on 6 Then", "EndIf"}, {V(5500)}),
         // With no THEN to close the condition the label is left for the block linker.
         Compiles({"If cs1 > 1", "\"x\"", "cs2 = 2"}, {V(201), V(202)}),
-        // Compile action targets:
+        // Action targets:
         Compiles({"bet 5 on field"}, {Vt(49)}), Compiles({"bet cs1 on passline"}, {V(201), Vt(43)}),
         // The amount may hold brackets and commas of its own.
         Compiles({"bet sum(cs1, cs2) on field"}, {F(130), V(201), V(202), Vt(49)}),

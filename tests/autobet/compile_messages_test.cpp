@@ -34,7 +34,7 @@ TEST_P(CompileScriptTest, GivesTheFirstFaultOverItsRangeAndKeepsNothingOrCompile
 
 INSTANTIATE_TEST_SUITE_P(
     EveryMessage, CompileScriptTest,
-    testing::Values(  // Tokeniser: The tokeniser points at the word it could not read.
+    testing::Values(  // Tokeniser: it points at the word it could not read.
         Faulty("x = \"a\" & \"b", "Missing quotation mark.", 10, 12),
         Faulty({"", "Bet 5 on the Feild"}, "Unknown or misplaced element:\nFeild", 2, 13, 2, 18),
         Faulty("if wins session field > 0 then", "Please specify:\ncurrent session, last session, or all sessions.", 8,

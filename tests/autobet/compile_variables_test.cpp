@@ -41,8 +41,7 @@ TEST_P(CompileVariablesOrganizeTest, GroupsReferences) {
 
 INSTANTIATE_TEST_SUITE_P(
     References, CompileVariablesOrganizeTest,
-    testing::Values(  // Groups:
-                      // A bet alone: the owner's current amount in this session.
+    testing::Values(  // A bet alone: the owner's current amount in this session.
         OrganiseCase{{"cs1 = passline"}, Cs1Is({V(43), P(kSeat), H(3), X(1), Y(34)})},
         // Wins are measured on the last roll.
         OrganiseCase{{"cs1 = wins passline"}, Cs1Is({V(43), P(kSeat), H(3), X(2), Y(29)})},

@@ -68,6 +68,9 @@ struct LegacyLine {
   const char* converted;  // the exact current line, where it matters; nullptr otherwise
 };
 
+LegacyLine Statement(const char* text, const char* converted = nullptr) { return {text, false, converted}; }
+LegacyLine Condition(const char* text, const char* converted = nullptr) { return {text, true, converted}; }
+
 class LegacyLines : public testing::TestWithParam<LegacyLine> {};
 
 TEST_P(LegacyLines, ConvertToSourceThatCompiles) {
@@ -86,30 +89,28 @@ INSTANTIATE_TEST_SUITE_P(
     ScriptFiles, LegacyLines,
     testing::Values(
         // Bet names and dice pairs.
-        LegacyLine{"Bet $ 10 on Pass Line Odds", false, " Bet $10 on PassLineOdds"},
-        LegacyLine{"Bet value of checkstack #1 on Don't Pass", false, " Bet  checkStack1 on DontPass"},
-        LegacyLine{"Bet $10 on Don't Come 10 Odds", false, " Bet $10 on DontComeOdds10"},
-        LegacyLine{"Bet $10 on Come 4 Odds", false, nullptr}, LegacyLine{"Bet $6 on Place 6", false, nullptr},
-        LegacyLine{"Bet $25 on Buy 10", false, nullptr}, LegacyLine{"Bet $20 on Lay 4", false, nullptr},
-        LegacyLine{"Bet $1 on C and E", false, nullptr}, LegacyLine{"Bet $1 on Hard 8", false, nullptr},
-        LegacyLine{"Bet $1 on Hop 1-3", false, " Bet $1 on Hop (1.3)"},
-        LegacyLine{"Bet value of ref #2 on Field", false, " Bet (CheckStack2)  on Field"},
-        LegacyLine{"Set chip-stack #3 = chip stack #4 + 1", false, " CheckStack3 = CheckStack4 + 1"},
+        Statement("Bet $ 10 on Pass Line Odds", " Bet $10 on PassLineOdds"),
+        Statement("Bet value of checkstack #1 on Don't Pass", " Bet  checkStack1 on DontPass"),
+        Statement("Bet $10 on Don't Come 10 Odds", " Bet $10 on DontComeOdds10"), Statement("Bet $10 on Come 4 Odds"),
+        Statement("Bet $6 on Place 6"), Statement("Bet $25 on Buy 10"), Statement("Bet $20 on Lay 4"),
+        Statement("Bet $1 on C and E"), Statement("Bet $1 on Hard 8"),
+        Statement("Bet $1 on Hop 1-3", " Bet $1 on Hop (1.3)"),
+        Statement("Bet value of ref #2 on Field", " Bet (CheckStack2)  on Field"),
+        Statement("Set chip-stack #3 = chip stack #4 + 1", " CheckStack3 = CheckStack4 + 1"),
         // Won, lost and rolled.
-        LegacyLine{"Pass Line has won", true, nullptr},
-        LegacyLine{"Pass Line has not lost", true, " PassLine losses = 0"},
-        LegacyLine{"any place bet has won", true, " any(place bets win)"},
-        LegacyLine{"any come bet has lost", true, " any(come bets lose)"},
+        Condition("Pass Line has won"), Condition("Pass Line has not lost", " PassLine losses = 0"),
+        Condition("any place bet has won", " any(place bets win)"),
+        Condition("any come bet has lost", " any(come bets lose)"),
         LegacyLine{"Field has won more than 3 times and checkstack #1 over 5", true,
                    " Field total # wins > 3 and checkStack1 more than 5"},
-        LegacyLine{"a hard 8 has not rolled", true, " (dice combo = 4.4) = false"},
-        LegacyLine{"the number 6 or 8 has rolled", true, " the (dice total = any(6,8)) "},
-        LegacyLine{"the number 5 (1.4) has rolled", true, " the (dice permutation = 1.4) "},
-        LegacyLine{"a 2,3,or 12 has rolled", true, nullptr}, LegacyLine{"die 2, face 3 has rolled", true, " Die2 = 3 "},
-        LegacyLine{"the next roll is a come-out roll", true, nullptr},
+        Condition("a hard 8 has not rolled", " (dice combo = 4.4) = false"),
+        Condition("the number 6 or 8 has rolled", " the (dice total = any(6,8)) "),
+        Condition("the number 5 (1.4) has rolled", " the (dice permutation = 1.4) "),
+        Condition("a 2,3,or 12 has rolled"), Condition("die 2, face 3 has rolled", " Die2 = 3 "),
+        Condition("the next roll is a come-out roll"),
         // Totals and counts.
-        LegacyLine{"total inside place bets number less than 2", true, " Count(inside place bets) is less than 2"},
-        LegacyLine{"Set checkstack #1 = total #of current wagers", false, nullptr},
+        Condition("total inside place bets number less than 2", " Count(inside place bets) is less than 2"),
+        Statement("Set checkstack #1 = total #of current wagers"),
         LegacyLine{"Set checkstack #1 = total $of decided wagers - total come bets", false,
                    " checkStack1 = Sum(total $ resolved bets) - Sum(come bets)"},
         LegacyLine{"Set checkstack #1 = the #of passes for this shooter + game rolls", false,
@@ -117,16 +118,15 @@ INSTANTIATE_TEST_SUITE_P(
         LegacyLine{"Set checkstack #5 = bankroll (all roll average) - lowest bankroll", false,
                    " checkStack5 = avg bankroll(525) - low bankroll"},
         // The ATM, the aids, messages and files.
-        LegacyLine{"Withdraw $50", false, " ATM withdraw $50"},
-        LegacyLine{"Set auto-remove place bets to true", false, " AutoDown place bets = true"},
-        LegacyLine{"Set Auto-Handle winnings = \"Same Bet - Take Winnings\"", false, nullptr},
-        LegacyLine{"Get input and bet it on Field", false, " Bet Input() on Field"},
-        LegacyLine{"Output to file. \"x\" & new line.", false, nullptr},
-        LegacyLine{"Stop auto-rolling/hyper-drive", false, nullptr},
+        Statement("Withdraw $50", " ATM withdraw $50"),
+        Statement("Set auto-remove place bets to true", " AutoDown place bets = true"),
+        Statement("Set Auto-Handle winnings = \"Same Bet - Take Winnings\""),
+        Statement("Get input and bet it on Field", " Bet Input() on Field"),
+        Statement("Output to file. \"x\" & new line."), Statement("Stop auto-rolling/hyper-drive"),
         // No meaning today: a comment of the line.
-        LegacyLine{"Reset rolls", false, " 'Reset rolls"}, LegacyLine{"Close file", false, " 'Close file"},
-        LegacyLine{"Set flag 2 to true", false, " 'flag 2 to true"},
-        LegacyLine{"any flag is true", false, " 'any of the flags is true"}));
+        Statement("Reset rolls", " 'Reset rolls"), Statement("Close file", " 'Close file"),
+        Statement("Set flag 2 to true", " 'flag 2 to true"),
+        Statement("any flag is true", " 'any of the flags is true")));
 
 TEST(ScriptFiles, TextAndRecordFormsRoundTrip) {
   TempDir dir;

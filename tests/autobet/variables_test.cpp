@@ -122,8 +122,7 @@ TEST_P(PlayedReadTest, ReadsTheStoreOfThePeriod) {
 
 INSTANTIATE_TEST_SUITE_P(
     Reads, PlayedReadTest,
-    testing::Values(  // Bets:
-                      // Amounts now and at the start of the last roll.
+    testing::Values(  // Bets: amounts now and at the start of the last roll.
         Case{"passline", 10}, Case{"place8", 18}, Case{"current # place8", 1}, Case{"current # place5", 0},
         Case{"prior roll $ place6", 12}, Case{"prior roll # place8", 0}, Case{"passline player2", 0},
         // The last roll's results and the period's totals.
