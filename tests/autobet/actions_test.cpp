@@ -108,9 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
   ActionTable a;
   ASSERT_EQ(a.Run({"csn1 = \"a\"", "csn2 = \"b\"", "csn3 = \"a\"", "clear = \"a\", csn1, csn2", "swap csn2, csn3"}), 0);
-  EXPECT_EQ(a.g.CheckStackName[kAnn][1], "");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][2], "a");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][3], "b");
+  for (auto [n, name] : {std::pair{1, ""}, {2, "a"}, {3, "b"}}) EXPECT_EQ(a.g.CheckStackName[kAnn][n], name) << n;
 }
 
 // ---- Bets through the placement gate, and their working switches.

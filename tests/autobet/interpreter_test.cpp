@@ -64,19 +64,16 @@ TEST(Expression, ConcatenationMakesTextAndDivisionByZeroFaults) {
   EXPECT_EQ(r.text, "a3b");
   r = EvaluateExpression(t.g, 1, "2.5 & \"\"");
   EXPECT_EQ(r.text, "2.5");
-  struct Fault {
-    const char* expression;
-    int code;
-  };
-  for (const Fault& f : {Fault{"1 / cs9", 9999}, Fault{"1 \\ cs9", 9999}, Fault{"5 mod cs9", 9999},
-                         Fault{"(3 + 1 / cs9) * 2", 9999}, Fault{"sqr(2 / cs9)", 9999},
-                         // Both ends of a range name the same player, period and measure.
-                         Fault{"sum(cs1 thru cs3 player2)", 51}, Fault{"sum(place4 current hand thru place6)", 52},
-                         Fault{"sum(wins place4 thru place6)", 53}}) {
-    r = EvaluateExpression(t.g, 1, f.expression);
-    EXPECT_FALSE(r.ok) << f.expression;
-    EXPECT_EQ(r.compileFault, "") << f.expression;
-    EXPECT_EQ(r.runError, f.code) << f.expression;
+  // Division by nothing faults; so does a range whose ends name another player, period or measure.
+  for (auto [expression, code] :
+       {std::pair{"1 / cs9", 9999}, std::pair{"1 \\ cs9", 9999}, std::pair{"5 mod cs9", 9999},
+        std::pair{"(3 + 1 / cs9) * 2", 9999}, std::pair{"sqr(2 / cs9)", 9999},
+        std::pair{"sum(cs1 thru cs3 player2)", 51}, std::pair{"sum(place4 current hand thru place6)", 52},
+        std::pair{"sum(wins place4 thru place6)", 53}}) {
+    r = EvaluateExpression(t.g, 1, expression);
+    EXPECT_FALSE(r.ok) << expression;
+    EXPECT_EQ(r.compileFault, "") << expression;
+    EXPECT_EQ(r.runError, code) << expression;
   }
 }
 

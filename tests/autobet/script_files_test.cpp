@@ -185,15 +185,11 @@ TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
   ASSERT_TRUE(LoadHotKeys(t.g));
   EXPECT_EQ(t.g.HotKeys, table);
   const Bytes good = HotKeyFileBytes(table);
-  struct Bad {
-    size_t at;
-    int32_t value;
-  };
-  for (Bad bad : {Bad{1, 0x41414141}, Bad{357, -1}, Bad{357, 3}, Bad{377 + 365, 0x7fc00000}}) {
+  for (auto [at, value] : {std::pair<size_t, int32_t>{1, 0x41414141}, {357, -1}, {357, 3}, {377 + 365, 0x7fc00000}}) {
     Bytes b = good;
-    PutInt32(b.data() + bad.at, bad.value);
+    PutInt32(b.data() + at, value);
     HotKeyTable out = table;
-    EXPECT_FALSE(ParseHotKeyFile(b, out)) << bad.at;
+    EXPECT_FALSE(ParseHotKeyFile(b, out)) << at;
     EXPECT_EQ(out, table);
     ASSERT_TRUE(WriteFileAtomically(t.g.ProgramFolder + "/Hot-keys.hky", b));
     EXPECT_FALSE(LoadHotKeys(t.g));
