@@ -10,16 +10,17 @@
 #include <vector>
 
 #include "autobet/interpreter.h"
-#include "autobet/statement_buffer.h"
-#include "autobet/variables.h"
 #include "dice/probability_file.h"
 #include "engine/game_state.h"
 #include "engine/handling.h"
 #include "engine/roll_cycle.h"
 #include "storage/paths.h"
+#include "tests/autobet/records.h"
 #include "tests/test_support.h"
 
 namespace {
+
+using namespace records;
 
 constexpr int kAnn = 1, kBob = 2;
 constexpr int kPlace6 = bet::Place4 + 2, kBuy6 = bet::Buy4 + 2, kPlace8 = bet::Place4 + 3;
@@ -61,23 +62,14 @@ struct ActionTable {
   std::string File(const std::string& name) const { return (dir.path / name).string(); }
 };
 
-// Ann's bet as a target group: V, P, H3, X1, Y34.
-std::vector<TokenRecord> BetTarget(int bet) {
-  return {
-      {kCodeVariableTarget, double(bet)}, {kCodePlayer, kAnn}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
-}
-
-std::vector<TokenRecord> Join(std::initializer_list<std::vector<TokenRecord>> parts) {
-  std::vector<TokenRecord> all;
-  for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
+// Ann's bet as a target group.
+Records BetTarget(int bet) { return {Vt(bet), P(kAnn), H(3), X(1), Y(34)}; }
 
 // ---- Verbs over checkstacks: arithmetic, Money rounding, qualifiers.
 
 struct VerbCase {
   std::vector<std::string> lines;
-  double cs1, cs2, cs3;
+  double cs1, cs2 = 0, cs3 = 0;
 };
 
 class VerbTest : public testing::TestWithParam<VerbCase> {};
@@ -93,22 +85,21 @@ TEST_P(VerbTest, LeavesTheCheckstacks) {
 
 INSTANTIATE_TEST_SUITE_P(
     Checkstacks, VerbTest,
-    testing::Values(VerbCase{{"cs1 = 10", "multiply by 3 on cs1"}, 30, 0, 0},
-                    VerbCase{{"cs1 = 10", "divide by 4 on cs1"}, 2.5, 0, 0},
-                    VerbCase{{"cs1 = 10", "add 5 to cs1"}, 15, 0, 0},
-                    VerbCase{{"cs1 = 10", "subtract 15 from cs1"}, -5, 0, 0},
-                    VerbCase{{"cs1 = 10", "bet 7 on cs1, cs2"}, 7, 7, 0}, VerbCase{{"cs1 = 10", "clear cs1"}, 0, 0, 0},
-                    VerbCase{{"cs1 = 10", "round to the nearest 4 on cs1"}, 12, 0, 0},
-                    VerbCase{{"cs1 = 10", "round down to the nearest 4 on cs1"}, 8, 0, 0},
-                    VerbCase{{"cs1 = 10", "round up to the nearest 4 on cs1"}, 12, 0, 0},
-                    VerbCase{{"cs1 = 10", "round up to the nearest 5 on cs1"}, 10, 0, 0},
-                    VerbCase{{"cs1 = 10", "round to the nearest 0 on cs1"}, 10, 0, 0},
-                    VerbCase{{"cs1 = -10", "round to the nearest 4 on cs1"}, -8, 0, 0},
-                    VerbCase{{"cs1 = -10", "round down to the nearest 4 on cs1"}, -12, 0, 0},
+    testing::Values(VerbCase{{"cs1 = 10", "multiply by 3 on cs1"}, 30},
+                    VerbCase{{"cs1 = 10", "divide by 4 on cs1"}, 2.5}, VerbCase{{"cs1 = 10", "add 5 to cs1"}, 15},
+                    VerbCase{{"cs1 = 10", "subtract 15 from cs1"}, -5},
+                    VerbCase{{"cs1 = 10", "bet 7 on cs1, cs2"}, 7, 7}, VerbCase{{"cs1 = 10", "clear cs1"}, 0},
+                    VerbCase{{"cs1 = 10", "round to the nearest 4 on cs1"}, 12},
+                    VerbCase{{"cs1 = 10", "round down to the nearest 4 on cs1"}, 8},
+                    VerbCase{{"cs1 = 10", "round up to the nearest 4 on cs1"}, 12},
+                    VerbCase{{"cs1 = 10", "round up to the nearest 5 on cs1"}, 10},
+                    VerbCase{{"cs1 = 10", "round to the nearest 0 on cs1"}, 10},
+                    VerbCase{{"cs1 = -10", "round to the nearest 4 on cs1"}, -8},
+                    VerbCase{{"cs1 = -10", "round down to the nearest 4 on cs1"}, -12},
                     // 0.35 / 0.1 in doubles falls just short of 3.5; in Money it is exact.
-                    VerbCase{{"cs1 = 0.35", "round to the nearest 0.1 on cs1"}, 0.4, 0, 0},
-                    VerbCase{{"cs2 = 4", "add cs2 * 2 to cs1"}, 8, 4, 0},
-                    VerbCase{{"cs1 = 2", "cs2 = 3", "swap cs1, cs2"}, 3, 2, 0}, VerbCase{{"cs1 thru cs3 = 4"}, 4, 4, 4},
+                    VerbCase{{"cs1 = 0.35", "round to the nearest 0.1 on cs1"}, 0.4},
+                    VerbCase{{"cs2 = 4", "add cs2 * 2 to cs1"}, 8, 4},
+                    VerbCase{{"cs1 = 2", "cs2 = 3", "swap cs1, cs2"}, 3, 2}, VerbCase{{"cs1 thru cs3 = 4"}, 4, 4, 4},
                     // A qualifier holds until the next one; targets before any are always taken.
                     VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to > 10, cs1, cs2, cs3"}, 5, 16, 26},
                     VerbCase{{"cs1 = 5", "cs2 = 15", "cs3 = 25", "add 1 to cs1, > 10, cs2, < 20, cs3"}, 6, 16, 25},
@@ -117,9 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ActionNames, StringsAreClearedQualifiedAndSwappedByTheirOwnCopies) {
   ActionTable a;
   ASSERT_EQ(a.Run({"csn1 = \"a\"", "csn2 = \"b\"", "csn3 = \"a\"", "clear = \"a\", csn1, csn2", "swap csn2, csn3"}), 0);
-  EXPECT_EQ(a.g.CheckStackName[kAnn][1], "");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][2], "a");
-  EXPECT_EQ(a.g.CheckStackName[kAnn][3], "b");
+  for (auto [n, name] : {std::pair{1, ""}, {2, "a"}, {3, "b"}}) EXPECT_EQ(a.g.CheckStackName[kAnn][n], name) << n;
 }
 
 // ---- Bets through the placement gate, and their working switches.
@@ -176,54 +165,61 @@ TEST(ActionBets, ComeOutWorkingFollowsAutowork) {
 TEST(ActionBets, BuyingAnotherBetFaultsWithoutStoppingTheWalk) {
   ActionTable a;
   ASSERT_EQ(a.Run({"bet 6 on place6", "bet 5 on field"}), 0);
-  a.Take(Join({{{kCodeAction, 450}}, BetTarget(bet::Field), {{kCodeListSeparator, 0}}, BetTarget(kPlace6)}));
+  a.Take(Records{A(450)} + BetTarget(bet::Field) + Records{kComma} + BetTarget(kPlace6));
   EXPECT_EQ(a.g.AutoBet.RunError, 12);
   EXPECT_DOUBLE_EQ(a.Bet(kBuy6), 6);
   EXPECT_DOUBLE_EQ(a.Bet(bet::Field), 5);
-  a.Take(Join({{{kCodeAction, 454}}, BetTarget(bet::Field)}));
+  a.Take(Records{A(454)} + BetTarget(bet::Field));
   EXPECT_EQ(a.g.AutoBet.RunError, 13);
 }
 
 // ---- Settings written by assignment.
 
-struct SettingCase {
-  const char* line;
-  double (*probe)(const Game&);
-  double value;
-};
-
-class SettingTest : public testing::TestWithParam<SettingCase> {};
-
-TEST_P(SettingTest, StoresTheValue) {
-  ActionTable a;
-  ASSERT_EQ(a.Run({GetParam().line}), 0) << GetParam().line;
-  EXPECT_DOUBLE_EQ(GetParam().probe(a.g), GetParam().value) << GetParam().line;
-}
-
+// What a statement may change, read back as a number.
 double WinMode(const Game& g) { return g.AutoHandleWin[kAnn]; }
 double LoseMode(const Game& g) { return g.AutoHandleLose[kAnn]; }
+double Place8(const Game& g) { return g.BetAmount[kAnn][kPlace8].ToDouble(); }
+double Cs1(const Game& g) { return g.BetAmount[kAnn][kCheckStackRow + 1].ToDouble(); }
+double Messages(const Game& g) { return double(static_cast<const HeadlessUi*>(g.Ui)->transcript.size()); }
+double Place6Working(const Game& g) { return g.BetWorking[kAnn][kPlace6]; }
+double HotRollerWorking(const Game& g) { return g.DefaultWorking[kAnn][bet::HotRoller]; }
+double Bankroll(const Game& g) { return g.Bankroll[kAnn].ToDouble(); }
+double RollRate(const Game& g) { return g.Rules.RollsPerTime; }
+double Odds410(const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }
+double Seed(const Game& g) { return g.Dice.lastSeed; }
+double Rng(const Game& g) { return g.Dice.rngNumber; }
+double CompRate(const Game& g) { return g.Rules.CompRate.ToDouble(); }
+double NextRoll(const Game& g) { return g.Rolls.NextRollPosition; }
+double Recorder(const Game& g) { return g.Rolls.RecorderState; }
+double OutputFiles(const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }
+double PercentageDice(const Game& g) { return g.Percentage.PercentageDiceOn; }
+void Rolled(Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }
+void NoNormalNotices(Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }
+void Hyper(Game& g) { g.Auto.HyperDrive = true; }
+void NoMtLibrary(Game& g) { g.Dice.missingRngLibraries = 1; }
+double AutoTakeOdds(const Game& g) { return g.AutoTakeOdds[kAnn]; }
+double AutoPassDice(const Game& g) { return g.AutoPassDice[kAnn]; }
+double BeginningBankroll(const Game& g) { return g.BeginningBankroll[kAnn + kSessionScope].ToDouble(); }
+double Odds59(const Game& g) { return g.Rules.OddsAllowed59.ToDouble(); }
 
-INSTANTIATE_TEST_SUITE_P(
-    Settings, SettingTest,
-    testing::Values(
-        SettingCase{"rolls per hr = 360", [](const Game& g) { return g.Rules.RollsPerTime; }, 360},
-        SettingCase{"odds allowed factor5 = 10", [](const Game& g) { return g.Rules.OddsAllowed59.ToDouble(); }, 10},
-        SettingCase{"comp rate = 12.5", [](const Game& g) { return g.Rules.CompRate.ToDouble(); }, 12.5},
-        SettingCase{"select rng 3", [](const Game& g) { return double(g.Dice.rngNumber); }, 3},
-        SettingCase{"seed = 777", [](const Game& g) { return double(g.Dice.lastSeed); }, 777},
-        SettingCase{"seed rng with 4321", [](const Game& g) { return double(g.Dice.lastSeed); }, 4321},
-        SettingCase{"autotake full odds = true", [](const Game& g) { return double(g.AutoTakeOdds[kAnn]); }, 1},
-        SettingCase{"autopass the dice = 1", [](const Game& g) { return double(g.AutoPassDice[kAnn]); }, 1},
-        SettingCase{"bankroll = 500", [](const Game& g) { return g.Bankroll[kAnn].ToDouble(); }, 500},
-        SettingCase{"bankroll = 500",
-                    [](const Game& g) { return g.BeginningBankroll[kAnn + kSessionScope].ToDouble(); }, 500},
-        SettingCase{"autohandle winning bets = \"Parlay\"", WinMode, kParlayOrDouble},
-        SettingCase{"autohandle winning bets = \" Same Bet / Take Winnings \"", WinMode, kSameBet},
-        SettingCase{"autohandle winning bets = 3", WinMode, 3},
-        SettingCase{"autohandle losing bets = \"no bet / take remainder (if any)\"", LoseMode, kTakeDown},
-        SettingCase{"autohandle losing bets = \"bet remainder\"", LoseMode, kPressUnitOrRemainder},
-        SettingCase{"autohandle losing bets = \"same bet plus 1 unit\"", LoseMode, kPressDoubleOrUnit},
-        SettingCase{"autohandle losing bets = \"double bet\"", LoseMode, kParlayOrDouble}));
+// A script's statements, the fault they end in (0 for none) and the store they leave.
+struct RunCase {
+  std::vector<std::string> lines;
+  int code;
+  double (*probe)(const Game&);
+  double value;
+  void (*setup)(Game&) = nullptr;
+};
+
+class RunTest : public testing::TestWithParam<RunCase> {};
+
+TEST_P(RunTest, FaultsOrNotAndLeavesTheStore) {
+  ActionTable a;
+  const RunCase& c = GetParam();
+  if (c.setup) c.setup(a.g);
+  EXPECT_EQ(a.Run(c.lines), c.code) << c.lines.back();
+  EXPECT_DOUBLE_EQ(c.probe(a.g), c.value) << c.lines.back();
+}
 
 // Winning bets take "same bet" with an operator and an amount (the seat's modify rule);
 // losing bets have no such form.
@@ -244,43 +240,6 @@ TEST(ActionSettings, SameBetWithAnOperatorSetsTheSeatsRule) {
 
 // ---- Faults: the code, and the store the statement would have changed, untouched.
 
-struct FaultCase {
-  std::vector<std::string> lines;
-  int code;
-  double (*probe)(const Game&);
-  double value;
-  void (*setup)(Game&) = nullptr;
-};
-
-class FaultTest : public testing::TestWithParam<FaultCase> {};
-
-TEST_P(FaultTest, RefusesAndLeavesTheStore) {
-  ActionTable a;
-  const FaultCase& c = GetParam();
-  if (c.setup) c.setup(a.g);
-  EXPECT_EQ(a.Run(c.lines), c.code) << c.lines.back();
-  EXPECT_DOUBLE_EQ(c.probe(a.g), c.value) << c.lines.back();
-}
-
-double Place8(const Game& g) { return g.BetAmount[kAnn][kPlace8].ToDouble(); }
-double Cs1(const Game& g) { return g.BetAmount[kAnn][kCheckStackRow + 1].ToDouble(); }
-double Messages(const Game& g) { return double(static_cast<const HeadlessUi*>(g.Ui)->transcript.size()); }
-double Place6Working(const Game& g) { return g.BetWorking[kAnn][kPlace6]; }
-double HotRollerWorking(const Game& g) { return g.DefaultWorking[kAnn][bet::HotRoller]; }
-double Bankroll(const Game& g) { return g.Bankroll[kAnn].ToDouble(); }
-double RollRate(const Game& g) { return g.Rules.RollsPerTime; }
-double Odds410(const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }
-double Seed(const Game& g) { return g.Dice.lastSeed; }
-double Rng(const Game& g) { return g.Dice.rngNumber; }
-double CompRate(const Game& g) { return g.Rules.CompRate.ToDouble(); }
-double NextRoll(const Game& g) { return g.Rolls.NextRollPosition; }
-double Recorder(const Game& g) { return g.Rolls.RecorderState; }
-double OutputFiles(const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }
-double PercentageDice(const Game& g) { return g.Percentage.PercentageDiceOn; }
-void Rolled(Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }
-void NoNormalNotices(Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }
-void Hyper(Game& g) { g.Auto.HyperDrive = true; }
-void NoMtLibrary(Game& g) { g.Dice.missingRngLibraries = 1; }
 // A client of an online table whose own seat is Ann's.
 struct AnnsMachine : OnlineLink {
   OnlineDice TakeDice(int32_t&, int32_t&) override { return OnlineDice::Local; }
@@ -309,42 +268,52 @@ double RollsCounted(const Game& g) { return g.Stats.RollCount[kSessionScope][0];
 void BadRollFile(Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }
 
 INSTANTIATE_TEST_SUITE_P(
-    Faults, FaultTest,
-    testing::Values(
-        // The walk is checked whole before anything is written.
-        FaultCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
-        FaultCase{{"bet 6 on place6", "call off place6, passline"}, 862, Place6Working, 0},
-        FaultCase{{"hotroller autowork on comeout = true"}, 862, HotRollerWorking, 1},
-        FaultCase{{"bankroll = 500"}, 870, Bankroll, 1000, Rolled},
-        FaultCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
-        FaultCase{{"autohandle winning bets = \"same bet %\""}, 860, WinMode, 0},
-        FaultCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0},
-        FaultCase{{"rolls per hr = 0"}, 900, RollRate, 120},
-        FaultCase{{"odds allowed factor4 = 10000"}, 914, Odds410, 3}, FaultCase{{"seed rng with 0"}, 905, Seed, 12345},
-        FaultCase{{"seed = 2147483648"}, 905, Seed, 12345},
-        FaultCase{{"select rng 3", "seed rng with 1000000"}, 905, Seed, 12345},
-        FaultCase{{"select rng 9"}, 911, Rng, 1}, FaultCase{{"select rng 6"}, 910, Rng, 1, NoMtLibrary},
-        FaultCase{{"comp rate = -1"}, 912, CompRate, 30},
-        FaultCase{{"show message \"hi\""}, 990, Messages, 0, NoNormalNotices},
-        FaultCase{{"show message \"hi\""}, 990, Messages, 0, Hyper},
-        FaultCase{{"dice roll file next roll = 3"}, 1003, NextRoll, 1},
-        FaultCase{{"output to file \"x\""}, 1004, Cs1, 0},
-        FaultCase{{"playback dice roll file \"missing.rol\""}, 1005, Recorder, 0},
-        FaultCase{{"playback dice roll file \"bad.rol\""}, 1007, Recorder, 0, BadRollFile},
-        FaultCase{{"open/append file for output \"no such folder/out.txt\""}, 1006, OutputFiles, 0},
-        FaultCase{{"activate probability file \"missing.prb\""}, 1008, PercentageDice, 0},
-        FaultCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4},
+    Statements, RunTest,
+    testing::Values(  // Settings:
+        RunCase{{"rolls per hr = 360"}, 0, RollRate, 360}, RunCase{{"odds allowed factor5 = 10"}, 0, Odds59, 10},
+        RunCase{{"comp rate = 12.5"}, 0, CompRate, 12.5}, RunCase{{"select rng 3"}, 0, Rng, 3},
+        RunCase{{"seed = 777"}, 0, Seed, 777}, RunCase{{"seed rng with 4321"}, 0, Seed, 4321},
+        RunCase{{"autotake full odds = true"}, 0, AutoTakeOdds, 1},
+        RunCase{{"autopass the dice = 1"}, 0, AutoPassDice, 1}, RunCase{{"bankroll = 500"}, 0, Bankroll, 500},
+        RunCase{{"bankroll = 500"}, 0, BeginningBankroll, 500},
+        RunCase{{"autohandle winning bets = \"Parlay\""}, 0, WinMode, kParlayOrDouble},
+        RunCase{{"autohandle winning bets = \" Same Bet / Take Winnings \""}, 0, WinMode, kSameBet},
+        RunCase{{"autohandle winning bets = 3"}, 0, WinMode, 3},
+        RunCase{{"autohandle losing bets = \"no bet / take remainder (if any)\""}, 0, LoseMode, kTakeDown},
+        RunCase{{"autohandle losing bets = \"bet remainder\""}, 0, LoseMode, kPressUnitOrRemainder},
+        RunCase{{"autohandle losing bets = \"same bet plus 1 unit\""}, 0, LoseMode, kPressDoubleOrUnit},
+        RunCase{{"autohandle losing bets = \"double bet\""}, 0, LoseMode, kParlayOrDouble},
+        // Faults: the walk is checked whole before anything is written.
+        RunCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
+        RunCase{{"bet 6 on place6", "call off place6, passline"}, 862, Place6Working, 0},
+        RunCase{{"hotroller autowork on comeout = true"}, 862, HotRollerWorking, 1},
+        RunCase{{"bankroll = 500"}, 870, Bankroll, 1000, Rolled},
+        RunCase{{"autohandle winning bets = \"sometimes\""}, 860, WinMode, 0},
+        RunCase{{"autohandle winning bets = \"same bet %\""}, 860, WinMode, 0},
+        RunCase{{"autohandle losing bets = 9"}, 861, LoseMode, 0}, RunCase{{"rolls per hr = 0"}, 900, RollRate, 120},
+        RunCase{{"odds allowed factor4 = 10000"}, 914, Odds410, 3}, RunCase{{"seed rng with 0"}, 905, Seed, 12345},
+        RunCase{{"seed = 2147483648"}, 905, Seed, 12345},
+        RunCase{{"select rng 3", "seed rng with 1000000"}, 905, Seed, 12345}, RunCase{{"select rng 9"}, 911, Rng, 1},
+        RunCase{{"select rng 6"}, 910, Rng, 1, NoMtLibrary}, RunCase{{"comp rate = -1"}, 912, CompRate, 30},
+        RunCase{{"show message \"hi\""}, 990, Messages, 0, NoNormalNotices},
+        RunCase{{"show message \"hi\""}, 990, Messages, 0, Hyper},
+        RunCase{{"dice roll file next roll = 3"}, 1003, NextRoll, 1}, RunCase{{"output to file \"x\""}, 1004, Cs1, 0},
+        RunCase{{"playback dice roll file \"missing.rol\""}, 1005, Recorder, 0},
+        RunCase{{"playback dice roll file \"bad.rol\""}, 1007, Recorder, 0, BadRollFile},
+        RunCase{{"open/append file for output \"no such folder/out.txt\""}, 1006, OutputFiles, 0},
+        RunCase{{"activate probability file \"missing.prb\""}, 1008, PercentageDice, 0},
+        RunCase{{"cs1 = 4", "divide by 0 on cs1"}, 9999, Cs1, 4},
         // A client's script plays its own seat, and leaves the table as a whole to the host.
-        FaultCase{{"bet 5 on place6 player2"}, 864, BobPlace6, 0, OnlineClient},
-        FaultCase{{"start new session"}, 857, RollsCounted, 1, OnlineClient},
-        FaultCase{{"pass the dice"}, 857, Shooter, kAnn, OnlineClient},
-        FaultCase{{"activate probability file \"missing.prb\""}, 857, PercentageDice, 0, OnlineClient}));
+        RunCase{{"bet 5 on place6 player2"}, 864, BobPlace6, 0, OnlineClient},
+        RunCase{{"start new session"}, 857, RollsCounted, 1, OnlineClient},
+        RunCase{{"pass the dice"}, 857, Shooter, kAnn, OnlineClient},
+        RunCase{{"activate probability file \"missing.prb\""}, 857, PercentageDice, 0, OnlineClient}));
 
 TEST(ActionFaults, AnAssignmentWithoutItsValueAssignsNothing) {
   ActionTable a;
-  a.Take({{kCodeVariableTarget, 201}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  a.Take({Vt(201), P(kAnn), kEq});
   EXPECT_EQ(a.g.AutoBet.RunError, 1011);
-  a.Take({{kCodeVariableTarget, 801}, {kCodePlayer, kAnn}, {kCodeEquals, 0}});
+  a.Take({Vt(801), P(kAnn), kEq});
   EXPECT_EQ(a.g.AutoBet.RunError, 1012);
 }
 
@@ -438,16 +407,12 @@ TEST(ActionTable, StopAutoRollingAndSeedFromTheClock) {
   EXPECT_NE(a.g.Dice.lastSeed, 12345);
 }
 
-TEST(ActionSessions, NewSessionClearsCheckstacksUnlessPreservedAndRestartsTheScript) {
+TEST(ActionSessions, NewSessionClearsCheckstacksAndRestartsTheScript) {
   ActionTable a;
   ASSERT_EQ(a.Run({"cs1 = 5"}), 0);
-  a.Take({{kCodeAction, 100}});
+  a.Take({A(100)});
   EXPECT_DOUBLE_EQ(a.Cs(1), 0);
   EXPECT_TRUE(a.g.AutoBet.RestartScript);
-  // Restarted in the same cycle: the second pass sees cs1 already counted.
-  ASSERT_EQ(a.Run({"cs1 = cs1 + 1", "If cs1 = 1 Then", "start new session(preserve checkstacks)", "EndIf"}), 0);
-  EXPECT_DOUBLE_EQ(a.Cs(1), 2);
-  EXPECT_FALSE(a.g.AutoBet.RestartScript);
 }
 
 }  // namespace

@@ -33,12 +33,6 @@ ActionCase Compiles(std::vector<std::string> lines, std::vector<TokenRecord> ref
   return {std::move(lines), std::move(references)};
 }
 
-// A fault over the whole of a one-line script.
-ScriptCase Refused(std::string line, const char* message) {
-  const int end = static_cast<int>(line.size());
-  return {{std::move(line)}, message, 1, 0, 1, end};
-}
-
 // The chain up to and including this pass, so that the cases do not depend on the
 // checks of statement form that come after it.
 CompileFault CompileUpToActions(const std::vector<std::string>& lines, std::vector<TokenRecord>& records) {
@@ -65,9 +59,8 @@ const char* const kLabelInCondition =
     "Improper placement of label.\nLabels cannot appear within condition statements (between If and Then).";
 
 INSTANTIATE_TEST_SUITE_P(
-    CompileAssignments, CompileConvertToActionTest,
-    testing::Values(
-        // Only the head of an assignment is written; the right side is read.
+    Written, CompileConvertToActionTest,
+    testing::Values(  // Assignments: only the head of an assignment is written; the right side is read.
         Compiles({"cs1 = 5"}, {Vt(201)}), Compiles({"cs1 = cs2 + passline"}, {Vt(201), V(202), V(43)}),
         Compiles({"passline = passline + 5"}, {Vt(43), V(43)}),
         Compiles({"passline player4 current hand = 10"}, {Vt(43)}), Compiles({"passline current # = 10"}, {Vt(43)}),
@@ -92,32 +85,28 @@ INSTANTIATE_TEST_SUITE_P(
                  {V(201), V(202), Vt(203), V(5500), Vt(204)}),
         Compiles({"If point is established on 6 Then", "EndIf"}, {V(5500)}),
         // With no THEN to close the condition the label is left for the block linker.
-        Compiles({"If cs1 > 1", "\"x\"", "cs2 = 2"}, {V(201), V(202)})));
-
-INSTANTIATE_TEST_SUITE_P(
-    CompileActionTargets, CompileConvertToActionTest,
-    testing::Values(Compiles({"bet 5 on field"}, {Vt(49)}), Compiles({"bet cs1 on passline"}, {V(201), Vt(43)}),
-                    // The amount may hold brackets and commas of its own.
-                    Compiles({"bet sum(cs1, cs2) on field"}, {F(130), V(201), V(202), Vt(49)}),
-                    Compiles({"add cs1 to cs2"}, {V(201), Vt(202)}), Compiles({"subtract 5 from cs3"}, {Vt(203)}),
-                    Compiles({"multiply by 2 on hard6"}, {Vt(54)}),
-                    Compiles({"round up to the nearest 5 on cs1"}, {Vt(201)}),
-                    // A plural word writes each bet of its list.
-                    Compiles({"bet 5 on inside place bets"}, {Vt(32), Vt(33), Vt(34), Vt(35)}),
-                    // A qualifier is read; only the references after it are written.
-                    Compiles({"bet 5 on > 10, place4, place5"}, {Vt(31), Vt(32)}),
-                    Compiles({"bet 5 on = cs1 + 4, place(cs2)"}, {V(201), Ft(6), V(202)}),
-                    Compiles({"bet 5 on (field, passline)"}, {Vt(49), Vt(43)}),
-                    // A range writes from its left end; the right end only says how far.
-                    Compiles({"bet 5 on place4 thru place6"}, {Vt(31), V(33)}),
-                    // The verbs without an amount write from their first operand on.
-                    Compiles({"clear field, cs1"}, {Vt(49), Vt(201)}), Compiles({"call off place6"}, {Vt(33)}),
-                    Compiles({"buy the place bet on place4, place5"}, {Vt(31), Vt(32)}),
-                    // Buying outside the current scope has its own message, from the shape check.
-                    Compiles({"buy the place bet on place6 last hand"}, {Vt(33)}),
-                    Compiles({"swap cs1, cs2"}, {Vt(201), Vt(202)}),
-                    // Other statements write nothing.
-                    Compiles({"cs1 + 5"}, {V(201)}), Compiles({"bet 5 field"}, {V(49)})));
+        Compiles({"If cs1 > 1", "\"x\"", "cs2 = 2"}, {V(201), V(202)}),
+        // Action targets:
+        Compiles({"bet 5 on field"}, {Vt(49)}), Compiles({"bet cs1 on passline"}, {V(201), Vt(43)}),
+        // The amount may hold brackets and commas of its own.
+        Compiles({"bet sum(cs1, cs2) on field"}, {F(130), V(201), V(202), Vt(49)}),
+        Compiles({"add cs1 to cs2"}, {V(201), Vt(202)}), Compiles({"subtract 5 from cs3"}, {Vt(203)}),
+        Compiles({"multiply by 2 on hard6"}, {Vt(54)}), Compiles({"round up to the nearest 5 on cs1"}, {Vt(201)}),
+        // A plural word writes each bet of its list.
+        Compiles({"bet 5 on inside place bets"}, {Vt(32), Vt(33), Vt(34), Vt(35)}),
+        // A qualifier is read; only the references after it are written.
+        Compiles({"bet 5 on > 10, place4, place5"}, {Vt(31), Vt(32)}),
+        Compiles({"bet 5 on = cs1 + 4, place(cs2)"}, {V(201), Ft(6), V(202)}),
+        Compiles({"bet 5 on (field, passline)"}, {Vt(49), Vt(43)}),
+        // A range writes from its left end; the right end only says how far.
+        Compiles({"bet 5 on place4 thru place6"}, {Vt(31), V(33)}),
+        // The verbs without an amount write from their first operand on.
+        Compiles({"clear field, cs1"}, {Vt(49), Vt(201)}), Compiles({"call off place6"}, {Vt(33)}),
+        Compiles({"buy the place bet on place4, place5"}, {Vt(31), Vt(32)}),
+        // Buying outside the current scope has its own message, from the shape check.
+        Compiles({"buy the place bet on place6 last hand"}, {Vt(33)}), Compiles({"swap cs1, cs2"}, {Vt(201), Vt(202)}),
+        // Other statements write nothing.
+        Compiles({"cs1 + 5"}, {V(201)}), Compiles({"bet 5 field"}, {V(49)})));
 
 // One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(

@@ -91,24 +91,23 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     LogicFaults, CompileScriptTest,
     testing::Values(Faulty({"If 2 > 1 Then Then", "EndIf"}, "THEN out of position.", 1, 14, 1, 18),
-                    Faulty({"If 2 > 1 Else"}, "Expected THEN before ELSE.", 1, 9, 1, 13),
+                    Faulty("If 2 > 1 Else", "Expected THEN before ELSE.", 9, 13),
                     Faulty({"If 2 > 1 Then", "Else", "Else", "EndIf"}, "Expected THEN before ELSE.", 3, 0, 3, 4),
                     // The outer IF's THEN is not this IF's: a second ELSE is refused even when nested.
                     Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "Else", "EndIf", "EndIf"},
                            "Expected THEN before ELSE.", 4, 0, 4, 4),
-                    Faulty({"If 2 > 1 ElseIf 3 > 1 Then"}, "ELSEIF out of position.", 1, 9, 1, 15),
+                    Faulty("If 2 > 1 ElseIf 3 > 1 Then", "ELSEIF out of position.", 9, 15),
                     Faulty({"If 1 < 2 Then", "If 2 > 1 Then", "Else", "ElseIf 3 > 1 Then"}, kAfterElse, 4, 0, 4, 6),
-                    Faulty({"If 2 > 1 Then : EndIf : EndIf"}, "Unassociated ENDIF.", 1, 24, 1, 29),
-                    Faulty({"Do : Loop : Loop"}, "Missing DO statement or LOOP statement out of position.", 1, 12, 1,
-                           16),
-                    Faulty({"Do : Loop : ExitDo"}, "EXIT DO statement outside of DO/LOOP.", 1, 12, 1, 18),
+                    Faulty("If 2 > 1 Then : EndIf : EndIf", "Unassociated ENDIF.", 24, 29),
+                    Faulty("Do : Loop : Loop", "Missing DO statement or LOOP statement out of position.", 12, 16),
+                    Faulty("Do : Loop : ExitDo", "EXIT DO statement outside of DO/LOOP.", 12, 18),
                     // GOTO and GOSUB.
                     Faulty({"If 2 > 1 GoSub 100", "100"}, "GOSUB out of position.", 1, 3, 1, 18),
-                    Faulty({"GoSub : cs1 = 1"}, "GOSUB missing reference.", 1, 0, 1, 5),
+                    Faulty("GoSub : cs1 = 1", "GOSUB missing reference.", 0, 5),
                     Faulty({"100", "GoTo 200"}, "Label \"200\" not found.", 2, 0, 2, 8),
-                    Faulty({"GoTo \"\""}, "Label \"\" not found.", 1, 0, 1, 7),
+                    Refused("GoTo \"\"", "Label \"\" not found."),
                     // A string with company is no label, even with the right text.
-                    Faulty({"GoTo \"x\" : cs1 = \"x\""}, "Label \"x\" not found.", 1, 0, 1, 8),
+                    Faulty("GoTo \"x\" : cs1 = \"x\"", "Label \"x\" not found.", 0, 8),
                     // What is still open at the end, at the keyword that opened it.
                     Faulty({"If 2 > 1 Then", "ElseIf 3 > 1"}, "Missing THEN statement.", 2, 0, 2, 6),
                     Faulty({"Do", "If 2 > 1 Then", "Else"}, "Missing ENDIF statement.", 2, 0, 2, 2),

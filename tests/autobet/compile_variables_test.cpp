@@ -39,15 +39,9 @@ TEST_P(CompileVariablesOrganizeTest, GroupsReferences) {
   EXPECT_EQ(std::vector<TokenRecord>(program.ScriptRecords.begin() + 1, program.ScriptRecords.end()), c.records);
 }
 
-ScriptCase Fault(std::string line, const char* message) {
-  const int end = static_cast<int>(line.size());
-  return {{std::move(line)}, message, 1, 0, 1, end};
-}
-
 INSTANTIATE_TEST_SUITE_P(
-    Groups, CompileVariablesOrganizeTest,
-    testing::Values(
-        // A bet alone: the owner's current amount in this session.
+    References, CompileVariablesOrganizeTest,
+    testing::Values(  // A bet alone: the owner's current amount in this session.
         OrganiseCase{{"cs1 = passline"}, Cs1Is({V(43), P(kSeat), H(3), X(1), Y(34)})},
         // Wins are measured on the last roll.
         OrganiseCase{{"cs1 = wins passline"}, Cs1Is({V(43), P(kSeat), H(3), X(2), Y(29)})},
@@ -97,46 +91,10 @@ INSTANTIATE_TEST_SUITE_P(
         // Ranges keep every member's pieces.
         OrganiseCase{{"bet 5 on place4 thru place10 last hand"},
                      {M(1, 0), A(481), N(5), Op(57), Vt(31), P(kSeat), H(3), X(1), Y(34), Op(kCodeThru), V(36),
-                      P(kSeat), H(2), X(1), Y(34)}}));
-
-// One case of each message is in compile_messages_test.cpp; these are the further ones.
-INSTANTIATE_TEST_SUITE_P(
-    OrganizeFaults, CompileScriptTest,
-    testing::Values(Fault("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
-                    Fault("cs1 = total high wins passline", "Ambiguous variable modifiers"),
-                    Fault("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
-                    // Inside brackets too.
-                    Fault("bet 5 on place(cs1 cs2)", "Ambiguous variable references"),
-                    Fault("cs1 = sum(field, passline player1 shooter)", "Ambiguous player references"),
-                    // Counters of whole hands, and rolls since a total, exist only over longer scopes.
-                    Fault("cs1 = most rolls in a hand last hand",
-                          "'Most rolls in a hand' only applies to\ncurrent session, last session, or all sessions.\n"
-                          "Ambiguous variable references."),
-                    Fault("cs1 = # rolls since last(6) last session",
-                          "'# of rolls since last' only applies to\ncurrent session or all sessions.\n"
-                          "Ambiguous variable references."),
-                    // Pieces the variable does not take, and pieces with no variable.
-                    Fault("cs1 = cs2 last session", "Ambiguous variable references"),
-                    Fault("cs1 = answer player2", "Ambiguous variable references"),
-                    Fault("cs1 = # passes wins", "Ambiguous variable references"),
-                    Fault("cs1 = passline 11 dice totals", "Ambiguous variable references"),
-                    Fault("cs1 = abs(cs2) player2", "Ambiguous variable references"),
-                    Fault("cs1 = player2 last session", "Ambiguous variable references"),
-                    Fault("cs1 = wins", "Ambiguous variable references"),
-                    // Written rolls outside what the statistic counts.
-                    Fault("cs1 = # rolls(6.7) 21 combo", "Reference to rolls out of limits."),
-                    Fault("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
-                    // The range is the statement, not the line.
-                    Faulty({"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"}, "Ambiguous variable references", 2,
-                           10, 2, 30)));
-
-// A scratch script belongs to the seat selected in the editor; with none, a wager has no owner.
-// A number right after X30..X34 selects a total, combination or face: the Y piece of the
-// dice statistic holds its roll kind (0, the default, counts all rolls).
-INSTANTIATE_TEST_SUITE_P(
-    DiceSelections, CompileVariablesOrganizeTest,
-    testing::Values(
+                      P(kSeat), H(2), X(1), Y(34)}},
+        // Dice selections: A scratch script belongs to the seat selected in the editor; with none, a wager has no
+        // owner. A number right after X30..X34 selects a total, combination or face: the Y piece of the dice statistic
+        // holds its roll kind (0, the default, counts all rolls).
         OrganiseCase{{"cs1 = # rolls die1 face3"}, Cs1Is({V(4504), P(kSeat), H(3), X(33), Y(kDie1Kind + 3)})},
         OrganiseCase{{"cs1 = # rolls die2 faces 6"}, Cs1Is({V(4504), P(kSeat), H(3), X(34), Y(kDie2Kind + 6)})},
         OrganiseCase{{"cs1 = % prob 11 dice totals 7"}, Cs1Is({V(4501), P(kSeat), H(3), X(30), Y(7)})},
@@ -152,22 +110,52 @@ INSTANTIATE_TEST_SUITE_P(
                      Cs1Is({V(4504), P(kSeat), H(3), X(30), Y(12), Op(65), N(1)})},
         OrganiseCase{{"cs1 = # rolls 11 dice totals total"}, Cs1Is({V(4504), P(kSeat), H(3), X(30), Y(0)})}));
 
+// One case of each message is in compile_messages_test.cpp; these are the further ones.
 INSTANTIATE_TEST_SUITE_P(
-    DiceSelectionOrganizeFaults, CompileScriptTest,
-    testing::Values(Fault("cs1 = # rolls 11 dice totals 13", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls 11 dice totals 1", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls 11 dice totals 6.5", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls 21 combo 1.7", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls 21 combo 13", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls 36 combo 0.5", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls die1 faces 7", "Reference to rolls out of limits."),
-                    Fault("cs1 = # rolls die2 faces 0", "Reference to rolls out of limits."),
-                    // The selection is the Y piece: no second one, and only dice statistics take it.
-                    Fault("cs1 = # rolls die1 face3 total", "Ambiguous variable modifiers"),
-                    Fault("cs1 = # rolls naturals", "Ambiguous variable references"),
-                    Fault("cs1 = # points 11 dice totals 6", "Ambiguous variable references"),
-                    Fault("cs1 = # rolls(7) 11 dice totals 7", "Ambiguous variable references"),
-                    Fault("cs1 = die1 face3", "Ambiguous variable references")));
+    OrganizeFaults, CompileScriptTest,
+    testing::Values(  // Organize faults:
+        Refused("cs1 = # rolls since last # rolls", "Ambiguous variable references"),
+        Refused("cs1 = total high wins passline", "Ambiguous variable modifiers"),
+        Refused("cs1 = # rolls since last hard6 working", "Ambiguous variable modifiers"),
+        // Inside brackets too.
+        Refused("bet 5 on place(cs1 cs2)", "Ambiguous variable references"),
+        Refused("cs1 = sum(field, passline player1 shooter)", "Ambiguous player references"),
+        // Counters of whole hands, and rolls since a total, exist only over longer scopes.
+        Refused("cs1 = most rolls in a hand last hand",
+                "'Most rolls in a hand' only applies to\ncurrent session, last session, or all sessions.\n"
+                "Ambiguous variable references."),
+        Refused("cs1 = # rolls since last(6) last session",
+                "'# of rolls since last' only applies to\ncurrent session or all sessions.\n"
+                "Ambiguous variable references."),
+        // Pieces the variable does not take, and pieces with no variable.
+        Refused("cs1 = cs2 last session", "Ambiguous variable references"),
+        Refused("cs1 = answer player2", "Ambiguous variable references"),
+        Refused("cs1 = # passes wins", "Ambiguous variable references"),
+        Refused("cs1 = passline 11 dice totals", "Ambiguous variable references"),
+        Refused("cs1 = abs(cs2) player2", "Ambiguous variable references"),
+        Refused("cs1 = player2 last session", "Ambiguous variable references"),
+        Refused("cs1 = wins", "Ambiguous variable references"),
+        // Written rolls outside what the statistic counts.
+        Refused("cs1 = # rolls(6.7) 21 combo", "Reference to rolls out of limits."),
+        Refused("cs1 = % rolls(1) 36 combo", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls(7) die1 faces", "Reference to rolls out of limits."),
+        // The range is the statement, not the line.
+        Faulty({"cs1 = 1", "cs1 = 2 : cs2 = passline field : cs3 = 3"}, "Ambiguous variable references", 2, 10, 2, 30),
+        // Dice selection organize faults:
+        Refused("cs1 = # rolls 11 dice totals 13", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls 11 dice totals 1", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls 11 dice totals 6.5", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls 21 combo 1.7", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls 21 combo 13", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls 36 combo 0.5", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls die1 faces 7", "Reference to rolls out of limits."),
+        Refused("cs1 = # rolls die2 faces 0", "Reference to rolls out of limits."),
+        // The selection is the Y piece: no second one, and only dice statistics take it.
+        Refused("cs1 = # rolls die1 face3 total", "Ambiguous variable modifiers"),
+        Refused("cs1 = # rolls naturals", "Ambiguous variable references"),
+        Refused("cs1 = # points 11 dice totals 6", "Ambiguous variable references"),
+        Refused("cs1 = # rolls(7) 11 dice totals 7", "Ambiguous variable references"),
+        Refused("cs1 = die1 face3", "Ambiguous variable references")));
 
 TEST(CompileVariablesOrganizeScratch, TheSelectedSeatOwnsAScratchScript) {
   AutoBetProgram program;

@@ -13,9 +13,7 @@
 #include <vector>
 
 #include "app/sim/sim.h"
-#include "autobet/actions.h"
 #include "autobet/interpreter.h"
-#include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
 #include "engine/game_state.h"
 #include "engine/roll_cycle.h"
@@ -32,7 +30,7 @@ constexpr int kSeat = 3;
 struct Step {
   const char* promise;  // what the system's comments say should now be so
   int dice;             // die1 * 10 + die2, 0 for no roll
-  const char* bets;     // every bet of the seat, "Field $5, Place 6 $6": any bet not listed must be empty
+  std::string bets;     // every bet of the seat, "Field $5, Place 6 $6": any bet not listed must be empty
   const char* stacks;   // chosen checkstacks, "2=10 4=1"
   double bankroll;
   const char* working = "";  // working states, "Place 6 -1": 0 off, 1 on, 2 called on, -1 called off
@@ -155,6 +153,12 @@ TEST_P(ExampleSystemTest, PlaysAsItsCommentsSay) {
   }
 }
 
+// Bets that stand together through several steps of a system.
+const std::string kAcross = "Place 5 $5, Place 6 $6, Place 8 $6", kFieldAcross = "Field $5, " + kAcross;
+const std::string kInside12 = "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12", kBuy410 = "Buy 4 $25, Buy 10 $25";
+const std::string kLineWithOdds = "Pass Line $10, Pass Line Odds $20", kCome4 = "Come 4 $10, Come 4 Odds $20",
+                  kCome5 = "Come 5 $10, Come 5 Odds $20";
+
 const std::vector<Step> kMartingaleSteps = {
     {"one unit on the come-out", 0, "Pass Line $5", "1=5 2=5 3=320", 1000},
     {"craps loses: the next wager is doubled", 11, "Pass Line $10", "2=10 4=1", 995},
@@ -205,16 +209,14 @@ const SystemCase kFibonacciTop{"FibonacciStartsOverAtTheTopOfItsTable", "fibonac
 
 const std::vector<Step> kIronCrossSteps = {
     {"nothing on the come-out", 0, "", "", 1000},
-    {"the point: Field, Place 5, 6 and 8", 22, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "", 1000},
-    {"5 wins $7 and stays; the Field lost $5 and is renewed", 23, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "",
-     1002},
-    {"3: the Field wins", 12, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "", 1007},
-    {"6 wins $7, Field renewed", 33, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "", 1009},
-    {"the point made on a Field number: the Field comes down, Place bets stay off", 22,
-     "Place 5 $5, Place 6 $6, Place 8 $6", "", 1014, "Place 5 0, Place 6 0, Place 8 0"},
-    {"a come-out seven touches nothing", 34, "Place 5 $5, Place 6 $6, Place 8 $6", "", 1014},
-    {"a new point: the Field again, Place bets working", 44, "Field $5, Place 5 $5, Place 6 $6, Place 8 $6", "", 1014,
-     "Place 5 1, Place 6 1, Place 8 1"},
+    {"the point: Field, Place 5, 6 and 8", 22, kFieldAcross, "", 1000},
+    {"5 wins $7 and stays; the Field lost $5 and is renewed", 23, kFieldAcross, "", 1002},
+    {"3: the Field wins", 12, kFieldAcross, "", 1007},
+    {"6 wins $7, Field renewed", 33, kFieldAcross, "", 1009},
+    {"the point made on a Field number: the Field comes down, Place bets stay off", 22, kAcross, "", 1014,
+     "Place 5 0, Place 6 0, Place 8 0"},
+    {"a come-out seven touches nothing", 34, kAcross, "", 1014},
+    {"a new point: the Field again, Place bets working", 44, kFieldAcross, "", 1014, "Place 5 1, Place 6 1, Place 8 1"},
     {"the seven out ends it all", 34, "", "", 992}};
 const SystemCase kIronCross{"IronCrossCoversEveryTotalButSevenWhileThePointIsOn", "iron_cross.bet", 1000, "",
                             kIronCrossSteps};
@@ -246,17 +248,13 @@ const SystemCase kPlacePressLimit{"Place68PressesNoFurtherThanItsLimit", "place_
 const std::vector<Step> kMollySteps = {
     {"the Pass Line on the come-out", 0, "Pass Line $10", "", 1000},
     {"the point: double odds and a Come bet", 33, "Pass Line $10, Pass Line Odds $20, Come $10", "", 1000},
-    {"the Come bet travels to 4 and gets its odds; another Come bet", 22,
-     "Pass Line $10, Pass Line Odds $20, Come 4 $10, Come 4 Odds $20, Come $10", "", 1000},
-    {"to 5 with odds: three numbers, no new Come bet", 14,
-     "Pass Line $10, Pass Line Odds $20, Come 4 $10, Come 4 Odds $20, Come 5 $10, Come 5 Odds $20", "", 1000},
-    {"no decision, nothing new", 55,
-     "Pass Line $10, Pass Line Odds $20, Come 4 $10, Come 4 Odds $20, Come 5 $10, Come 5 Odds $20", "", 1000},
-    {"the 4 wins $10 and $40: a Come bet replaces it", 22,
-     "Pass Line $10, Pass Line Odds $20, Come 5 $10, Come 5 Odds $20, Come $10", "", 1050},
+    {"the Come bet travels to 4 and gets its odds; another Come bet", 22, kLineWithOdds + ", " + kCome4 + ", Come $10",
+     "", 1000},
+    {"to 5 with odds: three numbers, no new Come bet", 14, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
+    {"no decision, nothing new", 55, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
+    {"the 4 wins $10 and $40: a Come bet replaces it", 22, kLineWithOdds + ", " + kCome5 + ", Come $10", "", 1050},
     {"the point made: the Come bet goes to 6 with its odds at once, off for the come-out", 33,
-     "Pass Line $10, Come 5 $10, Come 5 Odds $20, Come 6 $10, Come 6 Odds $20", "", 1084,
-     "Come 5 Odds 0, Come 6 Odds 0"},
+     "Pass Line $10, " + kCome5 + ", Come 6 $10, Come 6 Odds $20", "", 1084, "Come 5 Odds 0, Come 6 Odds 0"},
     {"a come-out seven: the line wins, the Come bets lose, their odds come back", 34, "Pass Line $10", "", 1074}};
 const SystemCase kMolly{"ThreePointMollyKeepsThreeNumbersWithDoubleOdds", "three_point_molly.bet", 1000, "",
                         kMollySteps};
@@ -281,17 +279,17 @@ const SystemCase kDontPass{"DontPassLaysOddsToWinAFlatUnitAndRestsAfterThreeLoss
 
 const std::vector<Step> kHardwaysSteps = {
     {"nothing on the come-out", 0, "", "1=1 2=36 3=25", 1000},
-    {"a point: 4 and 10 bought", 44, "Buy 4 $25, Buy 10 $25", "", 1000},
-    {"36 rolls without a hard 8 are not yet overdue", 23, "Buy 4 $25, Buy 10 $25, Hard 6 $1", "", 1000, "", 36},
-    {"37 are", 23, "Buy 4 $25, Buy 10 $25, Hard 6 $1, Hard 8 $1", "", 1000},
-    {"the hard 6 wins 9 and is no longer overdue", 33, "Buy 4 $25, Buy 10 $25, Hard 8 $1", "", 1009},
-    {"a won buy bet is bought again", 22, "Buy 4 $25, Buy 10 $25, Hard 8 $1", "", 1058},
+    {"a point: 4 and 10 bought", 44, kBuy410, "", 1000},
+    {"36 rolls without a hard 8 are not yet overdue", 23, kBuy410 + ", Hard 6 $1", "", 1000, "", 36},
+    {"37 are", 23, kBuy410 + ", Hard 6 $1, Hard 8 $1", "", 1000},
+    {"the hard 6 wins 9 and is no longer overdue", 33, kBuy410 + ", Hard 8 $1", "", 1009},
+    {"a won buy bet is bought again", 22, kBuy410 + ", Hard 8 $1", "", 1058},
     {"the point made the easy way: the buy bets come down", 26, "", "", 1057},
-    {"a new point: bought again; the hard 8 is still overdue", 33, "Buy 4 $25, Buy 10 $25, Hard 8 $1", "", 1057},
+    {"a new point: bought again; the hard 8 is still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1057},
     {"the seven out: one hand logged", 34, "", "4=1", 1004},
-    {"a second hand", 55, "Buy 4 $25, Buy 10 $25", "", 1004},
+    {"a second hand", 55, kBuy410, "", 1004},
     {"the 10 made wins; the buy bets come down", 55, "", "", 1053},
-    {"a new point: bought, and the hard 8 still overdue", 33, "Buy 4 $25, Buy 10 $25, Hard 8 $1", "", 1053},
+    {"a new point: bought, and the hard 8 still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1053},
     {"the seven out: a second hand logged", 16, "", "4=2", 1000}};
 const SystemCase kHardways("HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLogsHands", "hardway_hunter.bet", 1000, "",
                            kHardwaysSteps, "hardway_hunter.txt",
@@ -302,7 +300,7 @@ const SystemCase kHardways("HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLog
 
 const std::vector<Step> kInsideSteps = {
     {"nothing on the come-out", 0, "", "", 1000},
-    {"the point: the inside at double units", 22, "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12", "", 1000},
+    {"the point: the inside at double units", 22, kInside12, "", 1000},
     {"first hit: all cut in half, in whole units", 33, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=1", 1014},
     {"second hit collected", 44, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=2", 1021},
     {"third hit on the 9: pressed, and the larger bet moved to the 8", 45,
@@ -315,16 +313,12 @@ const std::vector<Step> kInsideSteps = {
      "Place 5 0, Place 6 1, Place 8 1, Place 9 0"},
     {"an 8 on the come-out wins and is pressed", 44, "Place 5 $10, Place 6 $12, Place 8 $18, Place 9 $5", "2=6", 1056},
     {"everything lost at the seven out", 34, "", "2=0", 1011},
-    {"a new hand", 22, "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12", "", 1011},
-    {"a short hand: the 6 and 8 are off on the come-out again; a second point of 4", 22,
-     "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12", "2=0 3=2", 1011,
+    {"a new hand", 22, kInside12, "", 1011},
+    {"a short hand: the 6 and 8 are off on the come-out again; a second point of 4", 22, kInside12, "2=0 3=2", 1011,
      "Place 5 0, Place 6 0, Place 8 0, Place 9 0"},
-    {"two points of 4 or 10 made: the 4 and 10 are placed and bought", 33,
-     "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12, Buy 4 $25, Buy 10 $25", "", 1011},
-    {"the bought 4 wins and stays as it was", 13,
-     "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12, Buy 4 $25, Buy 10 $25", "", 1060},
-    {"and again, without growing", 13, "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $12, Buy 4 $25, Buy 10 $25", "",
-     1109},
+    {"two points of 4 or 10 made: the 4 and 10 are placed and bought", 33, kInside12 + ", " + kBuy410, "", 1011},
+    {"the bought 4 wins and stays as it was", 13, kInside12 + ", " + kBuy410, "", 1060},
+    {"and again, without growing", 13, kInside12 + ", " + kBuy410, "", 1109},
     {"everything lost at the seven out", 34, "", "", 1009}};
 const SystemCase kInside{"InsideRegressionCutsAfterTheFirstHitAndPressesFromTheThird", "inside_regression.bet", 1000,
                          "", kInsideSteps};

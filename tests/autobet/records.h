@@ -77,6 +77,17 @@ inline ScriptCase Faulty(std::vector<std::string> lines, const char* message, in
   return {std::move(lines), message, firstLine, firstColumn, lastLine, lastColumn};
 }
 
+// A fault on a one-line script, between these columns of its line.
+inline ScriptCase Faulty(std::string line, const char* message, int firstColumn, int lastColumn) {
+  return {{std::move(line)}, message, 1, firstColumn, 1, lastColumn};
+}
+
+// A fault over the whole of a one-line script.
+inline ScriptCase Refused(std::string line, const char* message) {
+  const int end = static_cast<int>(line.size());
+  return {{std::move(line)}, message, 1, 0, 1, end};
+}
+
 class CompileScriptTest : public testing::TestWithParam<ScriptCase> {};
 
 }  // namespace records

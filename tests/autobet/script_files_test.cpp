@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string_view>
-
 #include "autobet/compiler.h"
 #include "storage/fixed_record.h"
 #include "storage/hot_keys.h"
@@ -64,86 +62,14 @@ INSTANTIATE_TEST_SUITE_P(
                    {{5, "Bet bankroll (10 roll average) on Field"}},
                    {" Bet avg bankroll(10 ) on Field"}}));
 
-// The conversion's `from` words as the earlier data formats wrote them, in the order they
-// must be applied.
-// clang-format off
-constexpr std::string_view kLegacyFromWords[] = {
-    ":", ". . .", "# ", "$ ", " %", " set ", "value of", " and when ", " and while ", " xor when ", " xor while ",
-    " or when ", " or while ", " while ", " when ", " w**n ", " ref #", " ref#", " ref ", "stack #", "stack#",
-    "stack01", "stack02", "stack03", "stack04", "stack05", "stack06", "stack07", "stack08", "stack09", "chip-stack",
-    "chip stack", "pass-line", "pass line", "passline odds", "is not named", "is named", "don't", "dont pass",
-    "dont come", "come odds", "dontpass odds", "come 4", "come 5", "come 6", "come 8", "come 9", "come 10", "4 odds",
-    "5 odds", "6 odds", "8 odds", "9 odds", "10 odds", "lay 4", "lay 5", "lay 6", "lay 8", "lay 9", "lay 10",
-    "place 4", "place 5", "place 6", "place 8", "place 9", "place 10", "buy 4", "buy 5", "buy 6", "buy 8", "buy 9",
-    "buy 10", "c and e", "game rolls", "game passes", "shooter passes", "game misses", "shooter misses", "come-out",
-    "on each pass", "on each miss", "on each roll", "next roll", "last roll", "out roll", " over ", "have won each",
-    "have won more than", "have won", "has won less than", "has won more than", "has not won each", "has won each",
-    "has not won", "has won", "have lost each", "have lost more than", "have lost", "has lost less than",
-    "has lost more than", "has not lost each", "has lost each", "has not lost", "has lost", "auto-lay full odds",
-    "auto-take full odds", "auto-handle", "auto-remove", "autohandle winnings", "same bet - take winnings",
-    "auto-bet", "initializing autobet", "auto-rolling", "hyper-drive", "bets to", "display message", "reset rolls",
-    "reset table", "get input and bet it", "highest of ", "lowest of ", "average of ", "last answer ", "die ",
-    ", face ", "output to file.", "open file", "output to file message", "new line.", "highest bankroll",
-    "lowest bankroll", "bankroll (", "all roll average", "roll average", "go to", "shooter's point",
-    "for this shooter ", "for the last shooter ", "the #of", " in the atm ", " from the atm ", " deposit ",
-    " withdraw ", " to true ", " is true ", " to false ", " is false ", "1-1", "1-2", "1-3", "1-4", "1-5", "1-6",
-    "2-1", "2-2", "2-3", "2-4", "2-5", "2-6", "3-1", "3-2", "3-3", "3-4", "3-5", "3-6", "4-1", "4-2", "4-3", "4-4",
-    "4-5", "4-6", "5-1", "5-2", "5-3", "5-4", "5-5", "5-6", "6-1", "6-2", "6-3", "6-4", "6-5", "6-6", "any 3 ",
-    "any 4 ", "any 5 ", "any 6 ", "any 7 ", "any 8 ", "any 9 ", "any 10 ", "any 11 ", "a 2 ", "a 3 ", "a 4 ",
-    "a hard 4 ", "a 5 ", "a 6 ", "a hard 6 ", "a 7 ", "a 8 ", "a hard 8 ", "a 9 ", "a 10 ", "a hard 10 ", "a 11 ",
-    "a 12 ", "a 2,3,or 12", "a 2,3,4,9,10,11,or 12", "a 4,5,6,8,9,or 10", "5, 6, 8, or 9", "4, 5, 9, or 10",
-    "4, 6, 8, or 10", "4, 5, or 6", "8, 9, or 10", "number group 4,10", "number group 5,9", "number group 6,8",
-    "number 2,3,4,9,10,11,or 12", "number 4,5,6,8,9,or 10", "number 2,3,7,11,or 12", "number 2,3,11,or 12",
-    "number 5,6,8,or 9", "number 4,5,9,or 10", "number 2,3,or 12", "number 4,5,or 6", "number 8,9,or 10",
-    "number 2 or 12", "number 3 or 11", "number 4 or 10", "number 5 or 9", "number 6 or 8", "number 2 or 3",
-    "number 3 or 12", "number 7 or 11", "number 11 or 12", "number 2 (1.1)", "number 3 (1.2) or (2.1)",
-    "number 3 (1.2)", "number 3 (2.1)", "number 4 (1.3) or (3.1)", "number 4 (1.3)", "number 4 (3.1)", "hard 4 (2.2)",
-    "number 5 (1.4) or (4.1)", "number 5 (2.3) or (3.2)", "number 5 (1.4)", "number 5 (4.1)", "number 5 (2.3)",
-    "number 5 (3.2)", "number 6 (1.5) or (5.1)", "number 6 (2.4) or (4.2)", "number 6 (1.5)", "number 6 (5.1)",
-    "number 6 (2.4)", "number 6 (4.2)", "hard 6 (3.3)", "number 7 (1.6) or (6.1)", "number 7 (2.5) or (5.2)",
-    "number 7 (3.4) or (4.3)", "number 7 (1.6)", "number 7 (6.1)", "number 7 (2.5)", "number 7 (5.2)",
-    "number 7 (3.4)", "number 7 (4.3)", "number 8 (2.6) or (6.2)", "number 8 (3.5) or (5.3)", "number 8 (2.6)",
-    "number 8 (6.2)", "number 8 (3.5)", "number 8 (5.3)", "hard 8 (4.4)", "number 9 (3.6) or (6.3)",
-    "number 9 (4.5) or (5.4)", "number 9 (3.6)", "number 9 (6.3)", "number 9 (4.5)", "number 9 (5.4)",
-    "number 10 (4.6) or (6.4)", "number 10 (4.6)", "number 10 (6.4)", "hard 10 (5.5)", "number 11 (5.6) or (6.5)",
-    "number 11 (5.6)", "number 11 (6.5)", "number 12 (6.6)", "any number", "hard 4", "hard 6", "hard 8", "hard 10",
-    "the dice total =", "the number", "has rolled in the last", "has not rolled in the last", "has rolled each",
-    "has not rolled each", "has rolled more than each", "has rolled more than", "has rolled less than each",
-    "has rolled less than", "has not rolled", "has rolled", "rolls in the game", "rolls shooter",
-    "rolls last shooter", " hop ", "all bets", "all lay bets", "all dontcome bets", "all dontcomeodds bets",
-    "all come bets", "all comeodds bets", "all inside place bets", "all outside place bets", "all place bets",
-    "all buy bets", "all checkstacks", "all checkstack names", "any bet", "any lay bet", "any dontcome bet",
-    "any dontcomeodds bet", "any come bet", "any comeodds bet", "any place bet", "any buy bet", "any checkstacks",
-    "any checkstack names", "total #of current wagers", "total $of current wagers", "total #of decided wagers",
-    "total $of decided wagers", "total bets number more than", "total bets number less than", "total bets number",
-    "total bets", "total lay bets number more than", "total lay bets number less than", "total lay bets number",
-    "total lay bets", "total dontcome bets number more than", "total dontcome bets number less than",
-    "total dontcome bets number", "total dontcome bets", "total dontcomeodds bets number more than",
-    "total dontcomeodds bets number less than", "total dontcomeodds bets number", "total dontcomeodds bets",
-    "total come bets number more than", "total come bets number less than", "total come bets number",
-    "total come bets", "total comeodds bets number more than", "total comeodds bets number less than",
-    "total comeodds bets number", "total comeodds bets", "total inside place bets number more than",
-    "total inside place bets number less than", "total inside place bets number", "total inside place bets",
-    "total outside place bets number more than", "total outside place bets number less than",
-    "total outside place bets number", "total outside place bets", "total place bets number more than",
-    "total place bets number less than", "total place bets number", "total place bets",
-    "total buy bets number more than", "total buy bets number less than", "total buy bets number", "total buy bets",
-    "bets) loses", "bets) wins", " rolls ", " roll ", "r*ll", " times ", " time ", " each ", "reset ", "close file",
-    "all flags", "any flag", " flag "
-};
-// clang-format on
-
-TEST(LegacyWords, TableHoldsEveryWordOfTheListInOrder) {
-  std::vector<std::string_view> from;
-  for (const LegacyWordPair& pair : LegacyWordPairs()) from.push_back(pair.from);
-  EXPECT_EQ(from, std::vector<std::string_view>(std::begin(kLegacyFromWords), std::end(kLegacyFromWords)));
-}
-
 struct LegacyLine {
   const char* text;       // a plain statement of the record form
   bool condition;         // compiled between If and Then rather than as a statement
   const char* converted;  // the exact current line, where it matters; nullptr otherwise
 };
+
+LegacyLine Statement(const char* text, const char* converted = nullptr) { return {text, false, converted}; }
+LegacyLine Condition(const char* text, const char* converted = nullptr) { return {text, true, converted}; }
 
 class LegacyLines : public testing::TestWithParam<LegacyLine> {};
 
@@ -163,42 +89,44 @@ INSTANTIATE_TEST_SUITE_P(
     ScriptFiles, LegacyLines,
     testing::Values(
         // Bet names and dice pairs.
-        LegacyLine{"Bet $ 10 on Pass Line Odds", false, " Bet $10 on PassLineOdds"},
-        LegacyLine{"Bet value of checkstack #1 on Don't Pass", false, " Bet  checkStack1 on DontPass"},
-        LegacyLine{"Bet $10 on Don't Come 10 Odds", false, " Bet $10 on DontComeOdds10"},
-        LegacyLine{"Bet $10 on Come 4 Odds", false, nullptr}, LegacyLine{"Bet $6 on Place 6", false, nullptr},
-        LegacyLine{"Bet $25 on Buy 10", false, nullptr}, LegacyLine{"Bet $20 on Lay 4", false, nullptr},
-        LegacyLine{"Bet $1 on C and E", false, nullptr}, LegacyLine{"Bet $1 on Hard 8", false, nullptr},
-        LegacyLine{"Bet $1 on Hop 1-3", false, " Bet $1 on Hop (1.3)"},
-        LegacyLine{"Bet value of ref #2 on Field", false, " Bet (CheckStack2)  on Field"},
-        LegacyLine{"Set chip-stack #3 = chip stack #4 + 1", false, " CheckStack3 = CheckStack4 + 1"},
+        Statement("Bet $ 10 on Pass Line Odds", " Bet $10 on PassLineOdds"),
+        Statement("Bet value of checkstack #1 on Don't Pass", " Bet  checkStack1 on DontPass"),
+        Statement("Bet $10 on Don't Come 10 Odds", " Bet $10 on DontComeOdds10"), Statement("Bet $10 on Come 4 Odds"),
+        Statement("Bet $6 on Place 6"), Statement("Bet $25 on Buy 10"), Statement("Bet $20 on Lay 4"),
+        Statement("Bet $1 on C and E"), Statement("Bet $1 on Hard 8"),
+        Statement("Bet $1 on Hop 1-3", " Bet $1 on Hop (1.3)"),
+        Statement("Bet value of ref #2 on Field", " Bet (CheckStack2)  on Field"),
+        Statement("Set chip-stack #3 = chip stack #4 + 1", " CheckStack3 = CheckStack4 + 1"),
         // Won, lost and rolled.
-        LegacyLine{"Pass Line has won", true, nullptr}, LegacyLine{"Pass Line has not lost", true, nullptr},
-        LegacyLine{"any place bet has won", true, " any(place bets win)"},
-        LegacyLine{"any come bet has lost", true, nullptr},
-        LegacyLine{"Field has won more than 3 times and checkstack #1 over 5", true, nullptr},
-        LegacyLine{"a hard 8 has not rolled", true, " (dice combo = 4.4) = false"},
-        LegacyLine{"the number 6 or 8 has rolled", true, nullptr},
-        LegacyLine{"the number 5 (1.4) has rolled", true, nullptr}, LegacyLine{"a 2,3,or 12 has rolled", true, nullptr},
-        LegacyLine{"die 2, face 3 has rolled", true, nullptr},
-        LegacyLine{"the next roll is a come-out roll", true, nullptr},
+        Condition("Pass Line has won"), Condition("Pass Line has not lost", " PassLine losses = 0"),
+        Condition("any place bet has won", " any(place bets win)"),
+        Condition("any come bet has lost", " any(come bets lose)"),
+        LegacyLine{"Field has won more than 3 times and checkstack #1 over 5", true,
+                   " Field total # wins > 3 and checkStack1 more than 5"},
+        Condition("a hard 8 has not rolled", " (dice combo = 4.4) = false"),
+        Condition("the number 6 or 8 has rolled", " the (dice total = any(6,8)) "),
+        Condition("the number 5 (1.4) has rolled", " the (dice permutation = 1.4) "),
+        Condition("a 2,3,or 12 has rolled"), Condition("die 2, face 3 has rolled", " Die2 = 3 "),
+        Condition("the next roll is a come-out roll"),
         // Totals and counts.
-        LegacyLine{"total inside place bets number less than 2", true, " Count(inside place bets) is less than 2"},
-        LegacyLine{"Set checkstack #1 = total #of current wagers", false, nullptr},
-        LegacyLine{"Set checkstack #1 = total $of decided wagers - total come bets", false, nullptr},
-        LegacyLine{"Set checkstack #1 = the #of passes for this shooter + game rolls", false, nullptr},
-        LegacyLine{"Set checkstack #5 = bankroll (all roll average) - lowest bankroll", false, nullptr},
+        Condition("total inside place bets number less than 2", " Count(inside place bets) is less than 2"),
+        Statement("Set checkstack #1 = total #of current wagers"),
+        LegacyLine{"Set checkstack #1 = total $of decided wagers - total come bets", false,
+                   " checkStack1 = Sum(total $ resolved bets) - Sum(come bets)"},
+        LegacyLine{"Set checkstack #1 = the #of passes for this shooter + game rolls", false,
+                   " checkStack1 = # passes current hand + # rolls"},
+        LegacyLine{"Set checkstack #5 = bankroll (all roll average) - lowest bankroll", false,
+                   " checkStack5 = avg bankroll(525) - low bankroll"},
         // The ATM, the aids, messages and files.
-        LegacyLine{"Withdraw $50", false, " ATM withdraw $50"},
-        LegacyLine{"Set auto-remove place bets to true", false, " AutoDown place bets = true"},
-        LegacyLine{"Set Auto-Handle winnings = \"Same Bet - Take Winnings\"", false, nullptr},
-        LegacyLine{"Get input and bet it on Field", false, " Bet Input() on Field"},
-        LegacyLine{"Output to file. \"x\" & new line.", false, nullptr},
-        LegacyLine{"Stop auto-rolling/hyper-drive", false, nullptr},
+        Statement("Withdraw $50", " ATM withdraw $50"),
+        Statement("Set auto-remove place bets to true", " AutoDown place bets = true"),
+        Statement("Set Auto-Handle winnings = \"Same Bet - Take Winnings\""),
+        Statement("Get input and bet it on Field", " Bet Input() on Field"),
+        Statement("Output to file. \"x\" & new line."), Statement("Stop auto-rolling/hyper-drive"),
         // No meaning today: a comment of the line.
-        LegacyLine{"Reset rolls", false, " 'Reset rolls"}, LegacyLine{"Close file", false, " 'Close file"},
-        LegacyLine{"Set flag 2 to true", false, " 'flag 2 to true"},
-        LegacyLine{"any flag is true", false, " 'any of the flags is true"}));
+        Statement("Reset rolls", " 'Reset rolls"), Statement("Close file", " 'Close file"),
+        Statement("Set flag 2 to true", " 'flag 2 to true"),
+        Statement("any flag is true", " 'any of the flags is true")));
 
 TEST(ScriptFiles, TextAndRecordFormsRoundTrip) {
   TempDir dir;
@@ -257,15 +185,11 @@ TEST(HotKeys, FileRoundTripsAndBadFilesAreRefused) {
   ASSERT_TRUE(LoadHotKeys(t.g));
   EXPECT_EQ(t.g.HotKeys, table);
   const Bytes good = HotKeyFileBytes(table);
-  struct Bad {
-    size_t at;
-    int32_t value;
-  };
-  for (Bad bad : {Bad{1, 0x41414141}, Bad{357, -1}, Bad{357, 3}, Bad{377 + 365, 0x7fc00000}}) {
+  for (auto [at, value] : {std::pair<size_t, int32_t>{1, 0x41414141}, {357, -1}, {357, 3}, {377 + 365, 0x7fc00000}}) {
     Bytes b = good;
-    PutInt32(b.data() + bad.at, bad.value);
+    PutInt32(b.data() + at, value);
     HotKeyTable out = table;
-    EXPECT_FALSE(ParseHotKeyFile(b, out)) << bad.at;
+    EXPECT_FALSE(ParseHotKeyFile(b, out)) << at;
     EXPECT_EQ(out, table);
     ASSERT_TRUE(WriteFileAtomically(t.g.ProgramFolder + "/Hot-keys.hky", b));
     EXPECT_FALSE(LoadHotKeys(t.g));

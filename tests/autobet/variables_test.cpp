@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "autobet/actions.h"
 #include "autobet/compiler.h"
 #include "autobet/interpreter.h"
 #include "autobet/statement_buffer.h"
@@ -18,10 +17,12 @@
 #include "engine/placement.h"
 #include "engine/roll_cycle.h"
 #include "stats/checkstacks.h"
-#include "stats/roll_totals.h"
+#include "tests/autobet/records.h"
 #include "tests/test_support.h"
 
 namespace {
+
+using namespace records;
 
 constexpr int kAnn = 1, kBob = 2;
 
@@ -55,22 +56,28 @@ struct PlayedTable : TestTable {
   }
 };
 
-// Compiles `If <reference> = 0 Then` for Ann and leaves the reference group at buffer
-// index 1, followed by the rest of the statement.
-void LoadReference(Game& g, const std::string& reference) {
+// Compiles Ann's lines and loads the buffer as the core hands a statement over: the
+// records of the first statement, from the first of `code` on when one is given.
+void Load(Game& g, const std::vector<std::string>& lines, int code = 0) {
   AutoBetProgram scratch;
-  scratch.ScriptSource[kAnn] = {"If " + reference + " = 0 Then", "EndIf"};
-  const std::vector<std::string> names = {"Ann", "Bob"};
-  const CompileFault fault = CompileAutobets(scratch, kAnn, names);
-  ASSERT_FALSE(fault.Failed()) << reference << ": " << fault.message;
+  scratch.ScriptSource[kAnn] = lines;
+  const CompileFault fault = CompileAutobets(scratch, kAnn, std::vector<std::string>{"Ann", "Bob"});
+  ASSERT_FALSE(fault.Failed()) << lines[0] << ": " << fault.message;
   const auto& r = scratch.ScriptRecords;
-  std::size_t at = 0;
-  while (at < r.size() && r[at].code != kCodeVariable) ++at;
-  ASSERT_LT(at, r.size()) << reference;
+  std::size_t at = 2;
+  while (code != 0 && at < r.size() && r[at].code != code) ++at;
+  ASSERT_LT(at, r.size()) << lines[0];
   AutoBetProgram& p = g.AutoBet;
+  p.ProgramStrings = scratch.ScriptStrings;
   p.StatementLength = 0;
   for (std::size_t i = at; i < r.size() && !IsStatementMarker(r[i]); ++i) p.StatementBuffer[++p.StatementLength] = r[i];
   p.CloseBracket = p.StatementLength + 1;
+  p.RunError = 0;
+}
+
+// The reference group of `If <reference> = 0 Then` at buffer index 1, the rest after it.
+void LoadReference(Game& g, const std::string& reference) {
+  Load(g, {"If " + reference + " = 0 Then", "EndIf"}, kCodeVariable);
 }
 
 struct Read {
@@ -113,9 +120,8 @@ TEST_P(PlayedReadTest, ReadsTheStoreOfThePeriod) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Bets, PlayedReadTest,
-    testing::Values(
-        // Amounts now and at the start of the last roll.
+    Reads, PlayedReadTest,
+    testing::Values(  // Bets: amounts now and at the start of the last roll.
         Case{"passline", 10}, Case{"place8", 18}, Case{"current # place8", 1}, Case{"current # place5", 0},
         Case{"prior roll $ place6", 12}, Case{"prior roll # place8", 0}, Case{"passline player2", 0},
         // The last roll's results and the period's totals.
@@ -137,31 +143,27 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"payoff ratio place6", 7.0 / 6}, Case{"payoff numerator place6", 7}, Case{"payoff denominator place6", 6},
         Case{"payoff ratio passlineodds", 0, 915}, Case{"payoff numerator dontpassodds", 0, 916},
         Case{"payoff denominator passlineodds", 0, 917}, Case{"payoff ratio field", 0, 918},
-        Case{"payoff numerator fire", 0, 919}, Case{"payoff denominator midway", 0, 920}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Seats, PlayedReadTest,
-    testing::Values(
+        Case{"payoff numerator fire", 0, 919}, Case{"payoff denominator midway", 0, 920},
+        // Seats:
         Case{"cs5", 25}, Case{"cs5 player2", 0}, Case{"bankroll", 1002}, Case{"beginning bankroll", 1000},
         Case{"high bankroll", 1034}, Case{"low bankroll", 1000}, Case{"bankroll last hand", 1002},
         // 1002 less the 10 + 5 + 12 + 18 + 40 (and the lay's 1 vig) standing now; 1029 - 27 before the last roll.
         Case{"available bankroll", 916}, Case{"last available bankroll", 1002},
         Case{"autohandle winning bets", kSameBet}, Case{"autotake full odds", 0}, Case{"script active", 0},
-        Case{"hrs", 0.05}, Case{"hrs current hand", 0}, Case{"comps", 0}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Counters, PlayedReadTest,
-    testing::Values(Case{"# hands", 1}, Case{"# hands player2", 0}, Case{"most rolls in a hand", 6},
-                    Case{"avg rolls per hand", 6}, Case{"most comeout rolls in a hand", 3},
-                    Case{"avg passes per hand", 2}, Case{"most misses in a hand", 1}, Case{"# comeout rolls", 3},
-                    Case{"% comeout rolls", 50}, Case{"# passes", 2}, Case{"# misses", 1}, Case{"% passes", 200.0 / 3},
-                    Case{"# seven outs", 1}, Case{"# passes naturals", 1}, Case{"% comeout rolls points", 200.0 / 3},
-                    Case{"# comeout rolls last hand", 3}, Case{"# comeout rolls current hand", 0}, Case{"# points", 2},
-                    Case{"# points passed", 1}, Case{"% points missed", 50}, Case{"% points", 200.0 / 3},
-                    // Ann shot all six rolls: totals 7, 4, 6, 4, 6, 7; die 1 showed 3, 2, 3, 1, 2, 4.
-                    Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
-                    Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4},
-                    Case{"degrees of freedom 21 combo", 20}));
+        Case{"hrs", 0.05}, Case{"hrs current hand", 0}, Case{"comps", 0},
+        // Counters:
+        Case{"# hands", 1}, Case{"# hands player2", 0}, Case{"most rolls in a hand", 6}, Case{"avg rolls per hand", 6},
+        Case{"most comeout rolls in a hand", 3}, Case{"avg passes per hand", 2}, Case{"most misses in a hand", 1},
+        Case{"# comeout rolls", 3}, Case{"% comeout rolls", 50}, Case{"# passes", 2}, Case{"# misses", 1},
+        Case{"% passes", 200.0 / 3}, Case{"# seven outs", 1}, Case{"# passes naturals", 1},
+        Case{"% comeout rolls points", 200.0 / 3}, Case{"# comeout rolls last hand", 3},
+        Case{"# comeout rolls current hand", 0}, Case{"# points", 2}, Case{"# points passed", 1},
+        Case{"% points missed", 50}, Case{"% points", 200.0 / 3},
+        // Ann shot all six rolls: totals 7, 4, 6, 4, 6, 7; die 1 showed 3, 2, 3, 1, 2, 4.
+        Case{"# rolls", 6}, Case{"# rolls player2", 0}, Case{"% rolls", 100}, Case{"chisquare", 10.8},
+        // The tail past 10.8 with 10 degrees of freedom: e^-5.4 (1 + 5.4 + 5.4^2/2 + 5.4^3/6 + 5.4^4/24).
+        Case{"pvalue", 0.37331077128214174}, Case{"degrees of freedom", 10}, Case{"chisquare die1 faces", 4},
+        Case{"degrees of freedom 21 combo", 20}));
 
 // A total, combination or face written after the display selects the rolls counted, as
 // the numbered function forms do (the same values in functions_test.cpp).
@@ -190,15 +192,6 @@ INSTANTIATE_TEST_SUITE_P(
                     // Without a selection every roll counts.
                     Case{"# rolls 11 dice totals", 6}, Case{"# rolls die1 faces", 6}));
 
-TEST(VariablesTest, PvalueIsTheTailOfTheTotalsTest) {
-  PlayedTable t;
-  const Read r = ReadReference(t.g, "pvalue");
-  EXPECT_EQ(r.fault, 0);
-  EXPECT_NEAR(r.value, Chi2Pval(10.8, 10), 1e-12);
-  EXPECT_GT(r.value, 0.3);
-  EXPECT_LT(r.value, 0.45);
-}
-
 // ---- Table facts.
 
 struct FactCase {
@@ -221,40 +214,38 @@ TEST_P(TableFactTest, ReadsTheTable) {
   EXPECT_NEAR(r.value, c.value, 1e-9);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    AfterASevenOut, TableFactTest,
-    testing::Values(FactCase{"dice total", 7}, FactCase{"dice combo", 3.4}, FactCase{"dice perm", 4.3},
-                    FactCase{"die1", 4}, FactCase{"die2", 3}, FactCase{"point", 0}, FactCase{"last point", 6},
-                    FactCase{"seven out", -1}, FactCase{"shooter misses", -1}, FactCase{"shooter passes", 0},
-                    FactCase{"point is decided", -1}, FactCase{"point is established", 0},
-                    FactCase{"next roll is a comeout roll", -1}, FactCase{"last roll was a comeout roll", 0},
-                    FactCase{"last roll was not a comeout roll", -1}, FactCase{"beginning new hand", -1},
-                    FactCase{"beginning new session", 0}, FactCase{"initializing script", 0},
-                    FactCase{"initializing script", -1, [](Game& g) { g.AutoBet.InitializingScript = true; }},
-                    FactCase{"shooter", kBob}, FactCase{"last shooter", kAnn}, FactCase{"autobettor", kAnn},
-                    FactCase{"bettor", 4, [](Game& g) { g.AutoBet.SelectedSeat = 4; }},
-                    FactCase{"dice roll file end reached", 0}, FactCase{"dice roll file next roll", 1},
-                    FactCase{"dice roll file length", 0}, FactCase{"online", 0},
-                    FactCase{"online", -1, [](Game& g) { g.OnlineRole = 1; }}));
-
-INSTANTIATE_TEST_SUITE_P(
-    RulesAndClock, TableFactTest,
-    testing::Values(FactCase{"rolls per hr", 120},
-                    FactCase{"rolls per hr", 150,
-                             [](Game& g) {
-                               g.Rules.RollsPerTime = 2.5;
-                               g.Rules.RollRateUnit = kPerMinute;
-                             }},
-                    FactCase{"minimum bet", 7, [](Game& g) { g.Rules.MinPlacardBet = 7_usd; }},
-                    FactCase{"maximum bet", 3000, [](Game& g) { g.Rules.MaxPlacardBet = 3000_usd; }},
-                    FactCase{"odds allowed factor5", 4, [](Game& g) { g.Rules.OddsAllowed59 = 4_usd; }},
-                    FactCase{"odds allowed factor10", 3, [](Game& g) { g.Rules.OddsAllowed410 = 3_usd; }},
-                    FactCase{"odds allowed factor8", 5, [](Game& g) { g.Rules.OddsAllowed68 = 5_usd; }},
-                    FactCase{"bar", 2, [](Game& g) { g.Rules.BarNumber = 2; }}, FactCase{"seed", 12345},
-                    FactCase{"rng", 5, [](Game& g) { g.Dice.rngNumber = 5; }},
-                    FactCase{"comp rate", 0.25, [](Game& g) { g.Rules.CompRate = Money::FromDouble(0.25); }},
-                    FactCase{"date/time", 46090 + 50707.5 / 86400}, FactCase{"timer", 50707.5},
-                    FactCase{"answer", 7, [](Game& g) { g.AutoBet.Answer = 7; }}));
+INSTANTIATE_TEST_SUITE_P(Facts, TableFactTest,
+                         testing::Values(  // After a seven out:
+                             FactCase{"dice total", 7}, FactCase{"dice combo", 3.4}, FactCase{"dice perm", 4.3},
+                             FactCase{"die1", 4}, FactCase{"die2", 3}, FactCase{"point", 0}, FactCase{"last point", 6},
+                             FactCase{"seven out", -1}, FactCase{"shooter misses", -1}, FactCase{"shooter passes", 0},
+                             FactCase{"point is decided", -1}, FactCase{"point is established", 0},
+                             FactCase{"next roll is a comeout roll", -1}, FactCase{"last roll was a comeout roll", 0},
+                             FactCase{"last roll was not a comeout roll", -1}, FactCase{"beginning new hand", -1},
+                             FactCase{"beginning new session", 0}, FactCase{"initializing script", 0},
+                             FactCase{"initializing script", -1, [](Game& g) { g.AutoBet.InitializingScript = true; }},
+                             FactCase{"shooter", kBob}, FactCase{"last shooter", kAnn}, FactCase{"autobettor", kAnn},
+                             FactCase{"bettor", 4, [](Game& g) { g.AutoBet.SelectedSeat = 4; }},
+                             FactCase{"dice roll file end reached", 0}, FactCase{"dice roll file next roll", 1},
+                             FactCase{"dice roll file length", 0}, FactCase{"online", 0},
+                             FactCase{"online", -1, [](Game& g) { g.OnlineRole = 1; }},
+                             // Rules and clock:
+                             FactCase{"rolls per hr", 120},
+                             FactCase{"rolls per hr", 150,
+                                      [](Game& g) {
+                                        g.Rules.RollsPerTime = 2.5;
+                                        g.Rules.RollRateUnit = kPerMinute;
+                                      }},
+                             FactCase{"minimum bet", 7, [](Game& g) { g.Rules.MinPlacardBet = 7_usd; }},
+                             FactCase{"maximum bet", 3000, [](Game& g) { g.Rules.MaxPlacardBet = 3000_usd; }},
+                             FactCase{"odds allowed factor5", 4, [](Game& g) { g.Rules.OddsAllowed59 = 4_usd; }},
+                             FactCase{"odds allowed factor10", 3, [](Game& g) { g.Rules.OddsAllowed410 = 3_usd; }},
+                             FactCase{"odds allowed factor8", 5, [](Game& g) { g.Rules.OddsAllowed68 = 5_usd; }},
+                             FactCase{"bar", 2, [](Game& g) { g.Rules.BarNumber = 2; }}, FactCase{"seed", 12345},
+                             FactCase{"rng", 5, [](Game& g) { g.Dice.rngNumber = 5; }},
+                             FactCase{"comp rate", 0.25, [](Game& g) { g.Rules.CompRate = Money::FromDouble(0.25); }},
+                             FactCase{"date/time", 46090 + 50707.5 / 86400}, FactCase{"timer", 50707.5},
+                             FactCase{"answer", 7, [](Game& g) { g.AutoBet.Answer = 7; }}));
 
 TEST(VariablesTest, PointFactsWhileAPointIsOn) {
   PlayedTable t;
@@ -262,12 +253,11 @@ TEST(VariablesTest, PointFactsWhileAPointIsOn) {
   g.Table.Shooter = kAnn;  // the dice went to Bob, who has no line bet
   t.Roll(3, 3);
   ASSERT_EQ(g.Table.Point, 6);
-  EXPECT_EQ(ReadReference(g, "point").value, 6);
-  EXPECT_EQ(ReadReference(g, "point is established").value, -1);
-  EXPECT_EQ(ReadReference(g, "last roll was a comeout roll").value, -1);
-  EXPECT_EQ(ReadReference(g, "point is decided").value, 0);
-  EXPECT_EQ(ReadReference(g, "payoff ratio passlineodds").value, 6.0 / 5);
-  EXPECT_EQ(ReadReference(g, "payoff ratio dontpassodds").value, 5.0 / 6);
+  for (auto [reference, value] :
+       {std::pair{"point", 6.0}, std::pair{"point is established", -1.0},
+        std::pair{"last roll was a comeout roll", -1.0}, std::pair{"point is decided", 0.0},
+        std::pair{"payoff ratio passlineodds", 6.0 / 5}, std::pair{"payoff ratio dontpassodds", 5.0 / 6}})
+    EXPECT_EQ(ReadReference(g, reference).value, value) << reference;
 }
 
 TEST(VariablesTest, RndIsReproducibleAndAdvances) {
@@ -294,11 +284,8 @@ TEST(VariablesTest, AScriptReadsAfterEveryRoll) {
                  "EndIf"});
   const Game& g = t.g;
   auto cs = [&](int n) { return g.BetAmount[kAnn][kCheckStackRow + n].ToDouble(); };
-  EXPECT_EQ(cs(1), 20);
-  EXPECT_EQ(cs(2), 4);
-  EXPECT_EQ(cs(3), 4.3);
-  EXPECT_EQ(cs(4), 10);  // from the rolls before the seven-out
-  EXPECT_EQ(cs(5), 6);
+  // cs4 holds the win of the rolls before the seven-out.
+  for (auto [n, value] : {std::pair{1, 20.0}, {2, 4.0}, {3, 4.3}, {4, 10.0}, {5, 6.0}}) EXPECT_EQ(cs(n), value) << n;
   EXPECT_EQ(g.AutoBet.FaultCount[kAnn], 1);
   ASSERT_EQ(g.AutoBet.FirstFaults[kAnn].size(), 1u);
   EXPECT_EQ(g.AutoBet.FirstFaults[kAnn][0].code, 301);
@@ -339,20 +326,15 @@ TEST(VariablesTest, CheckStackNamesAreStringsOfTheirSeat) {
 
 TEST(VariablesTest, PiecesOutsideTheSeatsFault) {
   PlayedTable t;
-  const TokenRecord group[] = {
-      {kCodeVariable, 43}, {kCodePlayer, 9}, {kCodeTime, 3}, {kCodeCounted, 1}, {kCodeModifier, 34}};
+  const TokenRecord group[] = {V(43), P(9), H(3), X(1), Y(34)};
   TokenRecord out;
   EXPECT_FALSE(ReadVariable(t.g, group, out));
   EXPECT_EQ(t.g.AutoBet.RunError, 50);
   t.g.AutoBet.RunError = 0;
-  const TokenRecord list[] = {{kCodeVariable, 980}, {kCodePlayer, 1}};
+  const TokenRecord list[] = {V(980), P(1)};
   EXPECT_FALSE(ReadVariable(t.g, list, out));
   EXPECT_EQ(t.g.AutoBet.RunError, 10000);
 }
-
-struct PieceCase {
-  int piece, seat;
-};
 
 TEST(VariablesTest, SeatOfPieceFollowsTheTable) {
   PlayedTable t;
@@ -362,9 +344,8 @@ TEST(VariablesTest, SeatOfPieceFollowsTheTable) {
   g.Table.HandShooter = 5;
   g.AutoBet.SelectedSeat = 6;
   g.AutoBet.Bettor = 7;
-  for (const PieceCase& c : {PieceCase{1, 1}, PieceCase{8, 8}, PieceCase{10, 3}, PieceCase{11, 4}, PieceCase{12, 5},
-                             PieceCase{13, 6}, PieceCase{14, 7}, PieceCase{15, 0}, PieceCase{0, 0}})
-    EXPECT_EQ(SeatOfPiece(g, c.piece), c.seat) << c.piece;
+  for (auto [piece, seat] : {std::pair{1, 1}, {8, 8}, {10, 3}, {11, 4}, {12, 5}, {13, 6}, {14, 7}, {15, 0}, {0, 0}})
+    EXPECT_EQ(SeatOfPiece(g, piece), seat) << piece;
   g.AutoBet.Bettor = 0;  // the table's selected player
   EXPECT_EQ(SeatOfPiece(g, 14), 6);
 }
@@ -400,31 +381,25 @@ TEST(VariablesTest, StringValueOfPoolAndSpecialStrings) {
   g.AutoBet.ProgramStrings = {{"Make bets", 0}, {"Press", 0}};
   g.CheckStackName[kAnn][5] = "Nest egg";
   g.CheckStackName[8][0] = "Last seat";
-  const StringCase cases[] = {{kCodeString, 2, "Press"},
-                              {kCodeString, 0, ""},
-                              {kCodeString, -15, ""},
-                              {kCodeString, -1, "3/9/2026"},
-                              {kCodeString, -2, "2:05:07 PM"},
-                              {kCodeString, -10, "Please enter a value"},
-                              {kCodeString, -11, "Please enter a string"},
-                              {kCodeString, -901, "Ann"},
-                              {kCodeString, -902, "Bob"},
-                              {kCodeString, -903, ""},
-                              {kCodeString, -1805, "Nest egg"},
-                              {kCodeString, -8800, "Last seat"},
-                              {kCodeVariableTarget, 805, "Nest egg"},
-                              {kCodeNumber, 3.5, "3.5"},
-                              {kCodeString, 3, "", 998},
-                              {kCodeString, -3, "", 998},
-                              {kCodeString, -1900, "", 998},
-                              {kCodeString, -9800, "", 998},
-                              {kCodeVariableTarget, 900, "", 998},
-                              {kCodeVariable, 805, "", 998}};
-  for (const StringCase& c : cases) {
+
+  const auto check = [&](const StringCase& c) {
     g.AutoBet.RunError = 0;
     EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
     EXPECT_EQ(g.AutoBet.RunError, c.fault) << c.code << " " << c.value;
-  }
+  };
+  for (const StringCase& c :
+       {StringCase{kCodeString, 2, "Press"}, StringCase{kCodeString, 0, ""}, StringCase{kCodeString, -15, ""},
+        StringCase{kCodeString, -1, "3/9/2026"}, StringCase{kCodeString, -2, "2:05:07 PM"},
+        StringCase{kCodeString, -10, "Please enter a value"}, StringCase{kCodeString, -11, "Please enter a string"},
+        StringCase{kCodeString, -901, "Ann"}, StringCase{kCodeString, -902, "Bob"}, StringCase{kCodeString, -903, ""},
+        StringCase{kCodeString, -1805, "Nest egg"}, StringCase{kCodeString, -8800, "Last seat"},
+        StringCase{kCodeVariableTarget, 805, "Nest egg"}, StringCase{kCodeNumber, 3.5, "3.5"}})
+    check(c);
+  // No string of that number: a fault.
+  for (const StringCase& c : {StringCase{kCodeString, 3, "", 998}, StringCase{kCodeString, -3, "", 998},
+                              StringCase{kCodeString, -1900, "", 998}, StringCase{kCodeString, -9800, "", 998},
+                              StringCase{kCodeVariableTarget, 900, "", 998}, StringCase{kCodeVariable, 805, "", 998}})
+    check(c);
   t.clock.now.hour = 0;
   EXPECT_EQ(StringValue(g, kCodeString, -2), "12:05:07 AM");
 }
@@ -472,17 +447,14 @@ TEST(VariablesTest, ExpectedValueIsTheHousesShare) {
   // The buy vig comes off every decision when it is charged up front.
   const double buy = read("expected value net % buy4").number;
   EXPECT_NEAR(buy, 100 * (3.0 / 9 * ratio("buy4") - 6.0 / 9 - t.g.Rules.BuyVigPct.ToDouble()), 1e-9);
-  struct Fault {
-    const char* expression;
-    int code;
-  };
   // The default Field pays double on 2 and 12: it keeps 2/36 of a unit.
   EXPECT_NEAR(read("expected value net % field").number, -200.0 / 36, 1e-9);
-  for (const Fault& f : {Fault{"expected value net % midway", 918}, Fault{"expected value net % passlineodds", 915},
-                         Fault{"expected value net hard6", 300}}) {
-    const EvaluationResult r = read(f.expression);
-    EXPECT_FALSE(r.ok) << f.expression;
-    EXPECT_EQ(r.runError, f.code) << f.expression;
+  for (auto [expression, code] :
+       {std::pair{"expected value net % midway", 918}, std::pair{"expected value net % passlineodds", 915},
+        std::pair{"expected value net hard6", 300}}) {
+    const EvaluationResult r = read(expression);
+    EXPECT_FALSE(r.ok) << expression;
+    EXPECT_EQ(r.runError, code) << expression;
   }
 }
 
@@ -506,6 +478,9 @@ struct Expected {
 };
 
 std::ostream& operator<<(std::ostream& os, const Expected& e) { return os << e.expression; }
+Expected Is(const char* expression, double number) { return {expression, number}; }
+Expected Says(const char* expression, const char* text) { return {expression, 0, text}; }
+Expected Fails(const char* expression, int runError) { return {expression, 0, nullptr, runError}; }
 
 class FunctionValueTest : public testing::TestWithParam<Expected> {};
 
@@ -527,93 +502,61 @@ TEST_P(FunctionValueTest, GivesItsValueOrFault) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Numeric, FunctionValueTest,
-    testing::Values(Expected{"sqr(16)", 4}, Expected{"sqr(-4)", 0, nullptr, 100}, Expected{"int(-2.5)", -3},
-                    Expected{"int(2.7)", 2}, Expected{"abs(-3)", 3}, Expected{"asc(\"A\")", 65},
-                    Expected{"asc(\"é\")", 233}, Expected{"asc(\"\")", 0}, Expected{"val(\"12abc\")", 12},
-                    Expected{"val(\"x\")", 0}, Expected{"len(\"café\")", 4}, Expected{"round(2.5)", 3},
-                    Expected{"round(-2.5)", -2}, Expected{"round(7, 5)", 5}, Expected{"round(7, 5, 3)", 10},
-                    Expected{"round(7, 5, -1)", 5}, Expected{"round(10, 5, 1)", 10},
-                    Expected{"round(2.5, 0)", 0, nullptr, 139}, Expected{"round(2.5, -1)", 0, nullptr, 139},
-                    Expected{"sister(4)", 10}, Expected{"sister(6.5)", 8}, Expected{"sister(7)", 0, nullptr, 141},
-                    Expected{"sister(13)", 0, nullptr, 141}, Expected{"sister(1)", 0, nullptr, 141},
-                    Expected{"die(1)", 4}, Expected{"die(2)", 3}, Expected{"die(3)", 0, nullptr, 190},
-                    Expected{"odds allowed factor(10)", 3}, Expected{"odds allowed factor(7)", 0, nullptr, 191},
-                    Expected{"odds allowed factor(11)", 0, nullptr, 191}, Expected{"instr(1, \"abcabc\", \"c\")", 3},
-                    Expected{"instr(4, \"abcabc\", \"c\")", 6}, Expected{"instr(1, \"abc\", \"x\")", 0},
-                    Expected{"instr(0, \"abc\", \"a\")", 0, nullptr, 203},
-                    Expected{"instr(4, \"abc\", \"a\")", 0, nullptr, 203}, Expected{"player(2)", 2},
-                    Expected{"player(3)", 0, nullptr, 851}, Expected{"player(9)", 0, nullptr, 50},
-                    Expected{"player(1.5)", 0, nullptr, 50}, Expected{"player name(2)", 0, "Bob"},
-                    Expected{"player name(3)", 0, ""}, Expected{"player name(0)", 0, nullptr, 850},
-                    Expected{"sqr(1 / (cs5 - 7))", 0, nullptr, 9999},
-                    // With two degrees of freedom the tail is e^(-x/2); none leaves all of it.
-                    Expected{"pvalue(3.5, 2)", 0.17377394345044514}, Expected{"pvalue(3.5, 0)", 1}));
-
-INSTANTIATE_TEST_SUITE_P(Lists, FunctionValueTest,
-                         testing::Values(Expected{"sum(1, 2, 3)", 6}, Expected{"sum(> 1, 1, 2, 3)", 5},
-                                         Expected{"sum(1, > 2, 3, 1)", 4}, Expected{"count(>= 2, 1, 2, 3)", 2},
-                                         Expected{"count(> 5, 1, 2)", 0}, Expected{"count(= 2, 2, 1, 2)", 2},
-                                         Expected{"avg(2, 4)", 3}, Expected{"avg(> 5, 1)", 0},
-                                         Expected{"stddev(2, 4, 4, 4, 5, 5, 7, 9)", 2}, Expected{"stddev(< 0, 1)", 0},
-                                         Expected{"highest(3, 10, 2)", 10}, Expected{"lowest(3, 10, 2)", 2},
-                                         Expected{"highest(< 10, 3, 10, 2)", 3}, Expected{"highest(> 10, 3)", 0},
-                                         Expected{"highest$(\"b\", \"abc\", \"a\")", 0, "b"},
-                                         Expected{"lowest$(\"b\", \"abc\", \"a\")", 0, "a"},
-                                         Expected{"highest$(9, 10)", 0, "9"}, Expected{"sum(place bets)", 12},
-                                         Expected{"count(> 0, place(4) thru place(10))", 1}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Strings, FunctionValueTest,
-    testing::Values(
-        Expected{"left$(\"abcdef\", 2)", 0, "ab"}, Expected{"left$(\"ab\", 5)", 0, "ab"},
-        Expected{"left$(\"ab\", -1)", 0, nullptr, 801}, Expected{"right$(\"abcdef\", 2)", 0, "ef"},
-        Expected{"right$(\"ab\", -1)", 0, nullptr, 802}, Expected{"removeleft$(\"abcdef\", 2)", 0, "cdef"},
-        Expected{"removeleft$(\"ab\", -1)", 0, nullptr, 803}, Expected{"removeright$(\"abcdef\", 2)", 0, "abcd"},
-        Expected{"removeright$(\"ab\", -1)", 0, nullptr, 804}, Expected{"mid$(\"abcdef\", 2, 3)", 0, "bcd"},
-        Expected{"mid$(\"abc\", 5, 1)", 0, ""}, Expected{"mid$(\"abc\", 0, 1)", 0, nullptr, 805},
-        Expected{"mid$(\"abc\", 1, -1)", 0, nullptr, 805}, Expected{"removemid$(\"abcdef\", 2, 3)", 0, "aef"},
-        Expected{"removemid$(\"abc\", 0, 1)", 0, nullptr, 806}, Expected{"insert$(\"abc\", 2, \"XY\")", 0, "aXYbc"},
-        Expected{"insert$(\"abc\", 4, \"d\")", 0, "abcd"}, Expected{"insert$(\"abc\", 5, \"d\")", 0, nullptr, 809},
-        Expected{"len(insert$(space$(256), 1, \"x\"))", 256}, Expected{"str$(2.5)", 0, "2.5"},
-        Expected{"chr$(65)", 0, "A"}, Expected{"chr$(233)", 0, "é"}, Expected{"chr$(256)", 0, nullptr, 811},
-        Expected{"chr$(-1)", 0, nullptr, 811}, Expected{"space$(3)", 0, "   "},
-        Expected{"space$(257)", 0, nullptr, 812}, Expected{"string$(3, \"xyz\")", 0, "xxx"},
-        Expected{"string$(2, 65)", 0, "AA"}, Expected{"string$(257, \"x\")", 0, nullptr, 813},
-        Expected{"string$(2, 256)", 0, nullptr, 813}, Expected{"string$(2, \"\")", 0, nullptr, 813},
-        Expected{"left$(\"café\", 4)", 0, "café"}, Expected{"len(cr)", 2}));
-
-INSTANTIATE_TEST_SUITE_P(NumberedForms, FunctionValueTest,
-                         testing::Values(Expected{"place(6)", 12}, Expected{"place(cs5 - 1)", 12},
-                                         Expected{"hop(31)", 2}, Expected{"hop(1.3)", 2}, Expected{"hard(10)", 3},
-                                         Expected{"big(8)", 4}, Expected{"cs(5)", 7}, Expected{"csn(3)", 0, "Target"},
-                                         Expected{"lay(7)", 0, nullptr, 1}, Expected{"dontcome(3)", 0, nullptr, 2},
-                                         Expected{"dontcomeodds(11)", 0, nullptr, 3},
-                                         Expected{"come(2)", 0, nullptr, 4}, Expected{"comeodds(12)", 0, nullptr, 5},
-                                         Expected{"place(7)", 0, nullptr, 6}, Expected{"buy(4.5)", 0, nullptr, 7},
-                                         Expected{"big(7)", 0, nullptr, 8}, Expected{"hard(5)", 0, nullptr, 9},
-                                         Expected{"hop(1.7)", 0, nullptr, 10}, Expected{"hop(10)", 0, nullptr, 10},
-                                         Expected{"hop(77)", 0, nullptr, 10}, Expected{"repeater(7)", 0, nullptr, 11},
-                                         Expected{"repeater(13)", 0, nullptr, 11}, Expected{"cs(100)", 0, nullptr, 21},
-                                         Expected{"cs(2.5)", 0, nullptr, 21}, Expected{"csn(0 - 1)", 0, nullptr, 800}));
-
-INSTANTIATE_TEST_SUITE_P(
-    TableCounts, FunctionValueTest,
-    testing::Values(
-        Expected{"avg bankroll(2)", 1015.5}, Expected{"avg bankroll(6)", 1016.5}, Expected{"avg bankroll(525)", 1016.5},
-        Expected{"avg bankroll(0)", 1002}, Expected{"avg bankroll(2) player2", 500},
-        Expected{"avg bankroll(526)", 0, nullptr, 22}, Expected{"avg bankroll(0 - 1)", 0, nullptr, 22},
-        Expected{"# comeout rolls(7)", 1}, Expected{"# comeout rolls(5)", 0}, Expected{"% comeout rolls(4)", 100.0 / 3},
-        Expected{"# passes(4)", 1}, Expected{"% passes(4)", 100}, Expected{"# misses(6)", 1},
-        Expected{"% misses(6)", 100}, Expected{"% misses(4)", 0}, Expected{"# passes(cs5 + 6)", 0, nullptr, 1001},
-        Expected{"# points(4)", 1}, Expected{"# points(6) missed", 1}, Expected{"% points(6) missed", 100},
-        Expected{"% points(4)", 100.0 / 3}, Expected{"# points(7)", 0, nullptr, 1002}, Expected{"# rolls(7)", 2},
-        Expected{"# rolls(1.3)", 1}, Expected{"# rolls(3.1) 36 combo", 0},
-        Expected{"# rolls(1.3) 36 combo last hand", 1}, Expected{"# rolls(2.2) 21 combo", 1},
-        Expected{"# rolls(3) die1 faces", 2}, Expected{"# rolls(3) die2 faces", 3}, Expected{"% rolls(7)", 100.0 / 3},
-        Expected{"% prob(1.3)", 200.0 / 36}, Expected{"# prob(7)", 1}, Expected{"# rolls since last(4)", 2},
-        Expected{"# rolls(cs5 + 6)", 0, nullptr, 1001}, Expected{"# rolls(cs5 / 10)", 0, nullptr, 1009},
-        Expected{"# rolls(cs5) die1 faces", 0, nullptr, 1010}));
+    Calls, FunctionValueTest,
+    testing::Values(  // Numeric:
+        Is("sqr(16)", 4), Fails("sqr(-4)", 100), Is("int(-2.5)", -3), Is("int(2.7)", 2), Is("abs(-3)", 3),
+        Is("asc(\"A\")", 65), Is("asc(\"é\")", 233), Is("asc(\"\")", 0), Is("val(\"12abc\")", 12), Is("val(\"x\")", 0),
+        Is("len(\"café\")", 4), Is("round(2.5)", 3), Is("round(-2.5)", -2), Is("round(7, 5)", 5),
+        Is("round(7, 5, 3)", 10), Is("round(7, 5, -1)", 5), Is("round(10, 5, 1)", 10), Fails("round(2.5, 0)", 139),
+        Fails("round(2.5, -1)", 139), Is("sister(4)", 10), Is("sister(6.5)", 8), Fails("sister(7)", 141),
+        Fails("sister(13)", 141), Fails("sister(1)", 141), Is("die(1)", 4), Is("die(2)", 3), Fails("die(3)", 190),
+        Is("odds allowed factor(10)", 3), Fails("odds allowed factor(7)", 191), Fails("odds allowed factor(11)", 191),
+        Is("instr(1, \"abcabc\", \"c\")", 3), Is("instr(4, \"abcabc\", \"c\")", 6), Is("instr(1, \"abc\", \"x\")", 0),
+        Fails("instr(0, \"abc\", \"a\")", 203), Fails("instr(4, \"abc\", \"a\")", 203), Is("player(2)", 2),
+        Fails("player(3)", 851), Fails("player(9)", 50), Fails("player(1.5)", 50), Says("player name(2)", "Bob"),
+        Says("player name(3)", ""), Fails("player name(0)", 850), Fails("sqr(1 / (cs5 - 7))", 9999),
+        // With two degrees of freedom the tail is e^(-x/2); none leaves all of it.
+        Is("pvalue(3.5, 2)", 0.17377394345044514), Is("pvalue(3.5, 0)", 1),
+        // Lists:
+        Is("sum(1, 2, 3)", 6), Is("sum(> 1, 1, 2, 3)", 5), Is("sum(1, > 2, 3, 1)", 4), Is("count(>= 2, 1, 2, 3)", 2),
+        Is("count(> 5, 1, 2)", 0), Is("count(= 2, 2, 1, 2)", 2), Is("avg(2, 4)", 3), Is("avg(> 5, 1)", 0),
+        Is("stddev(2, 4, 4, 4, 5, 5, 7, 9)", 2), Is("stddev(< 0, 1)", 0), Is("highest(3, 10, 2)", 10),
+        Is("lowest(3, 10, 2)", 2), Is("highest(< 10, 3, 10, 2)", 3), Is("highest(> 10, 3)", 0),
+        Says("highest$(\"b\", \"abc\", \"a\")", "b"), Says("lowest$(\"b\", \"abc\", \"a\")", "a"),
+        Says("highest$(9, 10)", "9"), Is("sum(place bets)", 12), Is("count(> 0, place(4) thru place(10))", 1),
+        // Strings:
+        Says("left$(\"abcdef\", 2)", "ab"), Says("left$(\"ab\", 5)", "ab"), Fails("left$(\"ab\", -1)", 801),
+        Says("right$(\"abcdef\", 2)", "ef"), Fails("right$(\"ab\", -1)", 802),
+        Says("removeleft$(\"abcdef\", 2)", "cdef"), Fails("removeleft$(\"ab\", -1)", 803),
+        Says("removeright$(\"abcdef\", 2)", "abcd"), Fails("removeright$(\"ab\", -1)", 804),
+        Says("mid$(\"abcdef\", 2, 3)", "bcd"), Says("mid$(\"abc\", 5, 1)", ""), Fails("mid$(\"abc\", 0, 1)", 805),
+        Fails("mid$(\"abc\", 1, -1)", 805), Says("removemid$(\"abcdef\", 2, 3)", "aef"),
+        Fails("removemid$(\"abc\", 0, 1)", 806), Says("insert$(\"abc\", 2, \"XY\")", "aXYbc"),
+        Says("insert$(\"abc\", 4, \"d\")", "abcd"), Fails("insert$(\"abc\", 5, \"d\")", 809),
+        Is("len(insert$(space$(256), 1, \"x\"))", 256), Says("str$(2.5)", "2.5"), Says("chr$(65)", "A"),
+        Says("chr$(233)", "é"), Fails("chr$(256)", 811), Fails("chr$(-1)", 811), Says("space$(3)", "   "),
+        Fails("space$(257)", 812), Says("string$(3, \"xyz\")", "xxx"), Says("string$(2, 65)", "AA"),
+        Fails("string$(257, \"x\")", 813), Fails("string$(2, 256)", 813), Fails("string$(2, \"\")", 813),
+        Says("left$(\"café\", 4)", "café"), Is("len(cr)", 2),
+        // Numbered forms:
+        Is("place(6)", 12), Is("place(cs5 - 1)", 12), Is("hop(31)", 2), Is("hop(1.3)", 2), Is("hard(10)", 3),
+        Is("big(8)", 4), Is("cs(5)", 7), Says("csn(3)", "Target"), Fails("lay(7)", 1), Fails("dontcome(3)", 2),
+        Fails("dontcomeodds(11)", 3), Fails("come(2)", 4), Fails("comeodds(12)", 5), Fails("place(7)", 6),
+        Fails("buy(4.5)", 7), Fails("big(7)", 8), Fails("hard(5)", 9), Fails("hop(1.7)", 10), Fails("hop(10)", 10),
+        Fails("hop(77)", 10), Fails("repeater(7)", 11), Fails("repeater(13)", 11), Fails("cs(100)", 21),
+        Fails("cs(2.5)", 21), Fails("csn(0 - 1)", 800),
+        // Table counts:
+        Is("avg bankroll(2)", 1015.5), Is("avg bankroll(6)", 1016.5), Is("avg bankroll(525)", 1016.5),
+        Is("avg bankroll(0)", 1002), Is("avg bankroll(2) player2", 500), Fails("avg bankroll(526)", 22),
+        Fails("avg bankroll(0 - 1)", 22), Is("# comeout rolls(7)", 1), Is("# comeout rolls(5)", 0),
+        Is("% comeout rolls(4)", 100.0 / 3), Is("# passes(4)", 1), Is("% passes(4)", 100), Is("# misses(6)", 1),
+        Is("% misses(6)", 100), Is("% misses(4)", 0), Fails("# passes(cs5 + 6)", 1001), Is("# points(4)", 1),
+        Is("# points(6) missed", 1), Is("% points(6) missed", 100), Is("% points(4)", 100.0 / 3),
+        Fails("# points(7)", 1002), Is("# rolls(7)", 2), Is("# rolls(1.3)", 1), Is("# rolls(3.1) 36 combo", 0),
+        Is("# rolls(1.3) 36 combo last hand", 1), Is("# rolls(2.2) 21 combo", 1), Is("# rolls(3) die1 faces", 2),
+        Is("# rolls(3) die2 faces", 3), Is("% rolls(7)", 100.0 / 3), Is("% prob(1.3)", 200.0 / 36), Is("# prob(7)", 1),
+        Is("# rolls since last(4)", 2), Fails("# rolls(cs5 + 6)", 1001), Fails("# rolls(cs5 / 10)", 1009),
+        Fails("# rolls(cs5) die1 faces", 1010)));
 
 // Input boxes speak for the Bettor and give back what was typed.
 TEST(FunctionInputTest, AsksInABoxTitledForTheBettor) {
@@ -655,48 +598,25 @@ TEST(FunctionScriptTest, RunsInTheCycleAfterARoll) {
   EXPECT_EQ(t.g.AutoBet.FirstFaults[kAnn][0].code, 1);
 }
 
-// The buffer as the core hands a statement over: the records of its first statement.
-void Load(Game& g, const std::string& line) {
-  AutoBetProgram scratch;
-  scratch.ScriptSource[kAnn] = {line};
-  const std::vector<std::string> names = {"Ann", "Bob"};
-  const CompileFault fault = CompileAutobets(scratch, kAnn, names);
-  ASSERT_FALSE(fault.Failed()) << line << ": " << fault.message;
-  AutoBetProgram& p = g.AutoBet;
-  p.ProgramStrings = scratch.ScriptStrings;
-  p.StatementLength = 0;
-  for (std::size_t i = 2; i < scratch.ScriptRecords.size() && !IsStatementMarker(scratch.ScriptRecords[i]); ++i)
-    p.StatementBuffer[++p.StatementLength] = scratch.ScriptRecords[i];
-  p.RunError = 0;
-}
-
 std::vector<TokenRecord> Buffer(const AutoBetProgram& p) {
   return {p.StatementBuffer.begin() + 1, p.StatementBuffer.begin() + 1 + p.StatementLength};
 }
 
 TEST(FunctionTargetTest, NumberedFormBecomesTheTargetGroup) {
   FunctionTable t;
-  Load(t.g, "place(6) player2 = 5");
+  Load(t.g, {"place(6) player2 = 5"});
   ResolveTargetFunction(t.g, 1);
   EXPECT_EQ(t.g.AutoBet.RunError, 0);
-  EXPECT_EQ(Buffer(t.g.AutoBet), (std::vector<TokenRecord>{{kCodeVariableTarget, bet::Place4 + 2},
-                                                           {kCodePlayer, 2},
-                                                           {kCodeTime, 3},
-                                                           {kCodeCounted, 1},
-                                                           {kCodeModifier, 34},
-                                                           {kCodeEquals, 0},
-                                                           {kCodeNumber, 5}}));
+  EXPECT_EQ(Buffer(t.g.AutoBet), (Records{Vt(bet::Place4 + 2), P(2), H(3), X(1), Y(34), kEq, N(5)}));
 
-  Load(t.g, "csn(42) = \"x\"");
+  Load(t.g, {"csn(42) = \"x\""});
   ResolveTargetFunction(t.g, 1);
-  EXPECT_EQ(
-      Buffer(t.g.AutoBet),
-      (std::vector<TokenRecord>{{kCodeVariableTarget, 842}, {kCodePlayer, kAnn}, {kCodeEquals, 0}, {kCodeString, 1}}));
+  EXPECT_EQ(Buffer(t.g.AutoBet), (Records{Vt(842), P(kAnn), kEq, S(1)}));
 }
 
 TEST(FunctionTargetTest, BadNumberFaultsAndLeavesTheStatement) {
   FunctionTable t;
-  Load(t.g, "hop(67) = 5");
+  Load(t.g, {"hop(67) = 5"});
   const std::vector<TokenRecord> before = Buffer(t.g.AutoBet);
   ResolveTargetFunction(t.g, 1);
   EXPECT_EQ(t.g.AutoBet.RunError, 10);
@@ -706,24 +626,23 @@ TEST(FunctionTargetTest, BadNumberFaultsAndLeavesTheStatement) {
 // The caller deletes what the call consumed: brackets, arguments, the end of a list and
 // the pieces of a numbered form.
 TEST(FunctionCallTest, ReportsWhatTheCallConsumed) {
-  struct Case {
-    const char* line;
-    int consumed;
-  };
-  for (const Case& c : {Case{"cs1 = place(6) + 1", 7}, Case{"cs1 = sum(1, 2) + 1", 6}, Case{"cs1 = sqr(4) + 1", 3},
-                        Case{"cs1 = cs(5) player2 + 1", 4}, Case{"cs1 = avg bankroll(2) + 1", 4}}) {
+  for (auto [line, consumed] : {std::pair{"cs1 = place(6) + 1", 7},
+                                {"cs1 = sum(1, 2) + 1", 6},
+                                {"cs1 = sqr(4) + 1", 3},
+                                {"cs1 = cs(5) player2 + 1", 4},
+                                {"cs1 = avg bankroll(2) + 1", 4}}) {
     FunctionTable t;
-    Load(t.g, c.line);
+    Load(t.g, {line});
     // The statement is "cs1 P1 = f ...": the call stands at 4.
-    EXPECT_EQ(AssignFunction(t.g, 4), c.consumed) << c.line;
-    EXPECT_EQ(t.g.AutoBet.RunError, 0) << c.line;
-    EXPECT_TRUE(IsValueRecord(t.g.AutoBet.StatementBuffer[4])) << c.line;
+    EXPECT_EQ(AssignFunction(t.g, 4), consumed) << line;
+    EXPECT_EQ(t.g.AutoBet.RunError, 0) << line;
+    EXPECT_TRUE(IsValueRecord(t.g.AutoBet.StatementBuffer[4])) << line;
   }
 }
 
 TEST(FunctionCallTest, KeepsAFaultMetInTheArguments) {
   FunctionTable t;
-  Load(t.g, "cs1 = sqr(4)");
+  Load(t.g, {"cs1 = sqr(4)"});
   t.g.AutoBet.RunError = 9999;
   AssignFunction(t.g, 4);
   EXPECT_EQ(t.g.AutoBet.RunError, 9999);
@@ -736,7 +655,7 @@ TEST(FunctionValueTest, HopsOffTheRowsAndOneChiSquareCell) {
   for (const auto& [form, bet] : {std::pair{"hop(11)", bet::Two}, std::pair{"hop(2.1)", bet::Three},
                                   std::pair{"hop(65)", bet::Eleven}, std::pair{"hop(6.6)", bet::Twelve}}) {
     t.g.AutoBet.ProgramStrings.clear();
-    Load(t.g, std::string(form) + " = 5");
+    Load(t.g, {std::string(form) + " = 5"});
     ResolveTargetFunction(t.g, 1);
     ASSERT_EQ(t.g.AutoBet.RunError, 0) << form;
     EXPECT_EQ(t.g.AutoBet.StatementBuffer[1].code, kCodeVariableTarget) << form;

@@ -131,12 +131,10 @@ TEST(GameFile, DefaultGameMatchesTheRecordTable) {
   f.Text("Roll# (Die1.Die2) Total", "", 256);
   f.Zeros(1);                                // script panel
   f.Wide({0, kOne, 500 * kOne, 327680, 0});  // Auto-Stop, delay 1 s, the ATM amount, Rnd's seed
-  std::vector<int32_t> diamond, sides(36, 0);
-  for (int k = 0; k < 36; ++k) diamond.push_back(2778);
-  const int32_t sums[11] = {2778, 5556, 8333, 11111, 13889, 16667, 13889, 11111, 8333, 5556, 2778};
-  for (int k = 0; k < 11; ++k) sides[k] = sums[k];
-  for (int k = 11; k < 23; ++k) sides[k] = 16667;
-  f.Words(diamond);
+  f.Words(std::vector<int32_t>(36, 2778));
+  std::vector<int32_t> sides = {2778, 5556, 8333, 11111, 13889, 16667, 13889, 11111, 8333, 5556, 2778};
+  sides.resize(23, 16667);
+  sides.resize(36, 0);
   f.Words(sides);
   f.Zeros(1);  // no cell locked
   EXPECT_EQ(f.bytes.size(), 459u * 256);

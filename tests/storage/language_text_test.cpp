@@ -207,16 +207,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LanguageTextList, OrderAndIdsDifferForTheLastTwo) {
   const std::vector<LanguageItem>& list = LanguageList();
-  struct Expected {
-    std::string_view text;
-    int id;
-  };
-  const Expected expected[] = {{"English", 0},  {"Español", 1},  {"Deutsch", 2},
-                               {"Français", 3}, {"Italiano", 5}, {"Türk", 4}};
+  const std::pair<std::string_view, int> expected[] = {{"English", 0},  {"Español", 1},  {"Deutsch", 2},
+                                                       {"Français", 3}, {"Italiano", 5}, {"Türk", 4}};
   ASSERT_EQ(list.size(), std::size(expected));
   for (std::size_t i = 0; i < list.size(); ++i) {
-    EXPECT_EQ(list[i].text, expected[i].text) << "position " << i;
-    EXPECT_EQ(list[i].id, expected[i].id) << "position " << i;
+    EXPECT_EQ(list[i].text, expected[i].first) << "position " << i;
+    EXPECT_EQ(list[i].id, expected[i].second) << "position " << i;
   }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <functional>
 #include <vector>
 
 #include "engine/bets.h"
@@ -317,218 +319,67 @@ const char kZeroCheck[] = "Check values must be greater than zero.";
 const char kAscending[] =
     "Checks must be listed in ascending order with the lowest value check in the leftmost position.";
 const char kDivisible[] = "All checks must be wholly divisible by the smallest check.";
+const char kMinimumMultiple[] =
+    "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...";
+const char kRateNotPositive[] = "The simulated roll rate must be greater than zero.";
 
-struct DenomCase {
-  std::array<int64_t, 5> cents;
-  const char* message;  // nullptr: passes
-  int index;
+// Rules changed from the defaults, and the first fault validation finds: its message
+// (nullptr: the rules pass), the control that gets the focus and, unless -1, its index.
+struct CheckCase {
+  std::function<void(RuleSet&)> edit;
+  const char* message;
+  const char* control = "";
+  int index = -1;
+  bool edited = false;  // the roll rate was edited
 };
 
-class RuleValidationDenominationTest : public ::testing::TestWithParam<DenomCase> {};
+class RuleValidationTest : public ::testing::TestWithParam<CheckCase> {};
 
-TEST_P(RuleValidationDenominationTest, ChecksLeftToRight) {
-  const DenomCase& c = GetParam();
+TEST_P(RuleValidationTest, FindsTheFirstFault) {
+  const CheckCase& c = GetParam();
   RuleSet r = Defaults();
-  for (int i = 1; i <= 5; ++i) r.CheckDenom[i] = Cents(c.cents[i - 1]);
-  // Keep the later steps out of the way.
-  r.MinPlacardBet = r.MinPlacardPropBet = Max(r.CheckDenom[1], Cents(100));
-  RuleCheck v = ValidateRules(r, false);
+  c.edit(r);
+  const RuleCheck v = ValidateRules(r, c.edited);
   if (c.message == nullptr) {
     EXPECT_TRUE(v.ok) << v.message;
     return;
   }
   EXPECT_FALSE(v.ok);
   EXPECT_EQ(v.message, c.message);
-  EXPECT_EQ(v.control, "txtDenomination");
-  EXPECT_EQ(v.index, c.index);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationDenominationTest,
-    ::testing::Values(DenomCase{{100, 500, 500, 10000, 50000}, nullptr, 0},  // equal neighbours pass
-                      DenomCase{{100, 100, 100, 100, 100}, nullptr, 0},
-                      DenomCase{{100, 500, 400, 10000, 50000}, kAscending, 3},
-                      DenomCase{{100, 500, 2500, 10000, 5000}, kAscending, 5},
-                      DenomCase{{500, 300, 2500, 10000, 50000}, kAscending, 2},  // before divisibility
-                      DenomCase{{200, 500, 2500, 10000, 50000}, kDivisible, 2},
-                      DenomCase{{25, 50, 75, 100, 110}, kDivisible, 5},
-                      DenomCase{{100, 0, 2500, 10000, 50000}, kZeroCheck, 2},
-                      DenomCase{{100, 500, 0, 10000, 50000}, kZeroCheck, 3},  // zero before ascending
-                      DenomCase{{0, 500, 2500, 10000, 50000}, kZeroCheck, 1},
-                      DenomCase{{-100, 500, 2500, 10000, 50000}, kZeroCheck, 1}));
-
-struct MinimumCase {
-  int64_t smallestCents, minCents, propMinCents;
-  const char* message;
-  const char* control;
-};
-
-class RuleValidationMinimumTest : public ::testing::TestWithParam<MinimumCase> {};
-
-TEST_P(RuleValidationMinimumTest, MinimumsAreWholeChecks) {
-  const MinimumCase& c = GetParam();
-  RuleSet r = Defaults();
-  r.CheckDenom = {Money{},
-                  Cents(c.smallestCents),
-                  Cents(c.smallestCents * 4),
-                  Cents(c.smallestCents * 20),
-                  Cents(c.smallestCents * 100),
-                  Cents(c.smallestCents * 400)};
-  r.MinPlacardBet = Cents(c.minCents);
-  r.MinPlacardPropBet = Cents(c.propMinCents);
-  RuleCheck v = ValidateRules(r, false);
-  EXPECT_FALSE(v.ok);
-  EXPECT_EQ(v.message, c.message);
   EXPECT_EQ(v.control, c.control);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationMinimumTest,
-    ::testing::Values(
-        MinimumCase{500, 300, 500, "The minimum bet cannot be less than the smallest check denomination of 5",
-                    "txtMinPlacardBet"},
-        MinimumCase{500, 700, 500,
-                    "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...",
-                    "txtMinPlacardBet"},
-        // The table minimum is looked at before the prop minimum.
-        MinimumCase{500, 700, 300,
-                    "The minimum bet must be a multiple of the smallest check denomination, such as 5,  10,  15 ...",
-                    "txtMinPlacardBet"},
-        MinimumCase{500, 1000, 300, "The minimum prop bet cannot be less than the smallest check denomination of 5",
-                    "txtMinPlacardPropBet"},
-        MinimumCase{25, 100, 110,
-                    "The minimum prop bet must be a multiple of the smallest check denomination, such as "
-                    "0.25,  0.50,  0.75 ...",
-                    "txtMinPlacardPropBet"}));
-
-TEST(RuleValidationTest, MaximumBelowMinimumFails) {
-  RuleSet r = Defaults();
-  r.MinPlacardBet = 25_usd;
-  r.MaxPlacardBet = 20_usd;
-  RuleCheck v = ValidateRules(r, false);
-  EXPECT_EQ(v.message, "The maximum bet must be greater than or equal to the minimum bet.");
-  EXPECT_EQ(v.control, "txtMaxPlacardBet");
-  r.MaxPlacardBet = 25_usd;
-  EXPECT_TRUE(ValidateRules(r, false).ok);
-}
-
-struct RateCase {
-  double rate;
-  int unit;
-  bool edited;
-  const char* message;  // nullptr: passes
-};
-
-class RuleValidationRollRateTest : public ::testing::TestWithParam<RateCase> {};
-
-TEST_P(RuleValidationRollRateTest, OnlyWhenEdited) {
-  const RateCase& c = GetParam();
-  RuleSet r = Defaults();
-  r.RollsPerTime = c.rate;
-  r.RollRateUnit = c.unit;
-  RuleCheck v = ValidateRules(r, c.edited);
-  if (c.message == nullptr) {
-    EXPECT_TRUE(v.ok) << v.message;
-  } else {
-    EXPECT_EQ(v.message, c.message);
-    EXPECT_EQ(v.control, "txtRollsPerTime");
+  if (c.index >= 0) {
+    EXPECT_EQ(v.index, c.index);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationRollRateTest,
-    ::testing::Values(RateCase{0, kPerHour, false, nullptr}, RateCase{-5, kPerHour, false, nullptr},
-                      RateCase{0, kPerHour, true, "The simulated roll rate must be greater than zero."},
-                      RateCase{-1, kPerSecond, true, "The simulated roll rate must be greater than zero."},
-                      RateCase{36000000, kPerHour, true, nullptr},
-                      RateCase{36000001, kPerHour, true, "The maximum simulated hour rate is 36,000,000."},
-                      RateCase{600000, kPerMinute, true, nullptr},
-                      RateCase{600000.5, kPerMinute, true, "The maximum simulated minute rate is 600,000."},
-                      RateCase{10000, kPerSecond, true, nullptr},
-                      RateCase{10001, kPerSecond, true, "The maximum simulated second rate is 10,000."},
-                      RateCase{10001, kPerHour, true, nullptr}));
-
-struct PayoffCheckCase {
-  int bet;
-  const char* message;  // nullptr: the row is no payoff of its own and passes
-  int row = 0;          // the list row that gets the focus, when not the bet's own
-};
-
-class RuleValidationPayoffTest : public ::testing::TestWithParam<PayoffCheckCase> {};
-
-TEST_P(RuleValidationPayoffTest, NonPositivePay) {
-  const PayoffCheckCase& c = GetParam();
-  for (int64_t pay : {0, -1}) {
-    RuleSet r = Defaults();
-    r.BetPayoff[c.bet].PayoffPay = Money::Dollars(pay);
-    RuleCheck v = ValidateRules(r, false);
-    if (c.message == nullptr) {
-      EXPECT_TRUE(v.ok) << BetName(c.bet) << ": " << v.message;
-      continue;
-    }
-    EXPECT_EQ(v.message, c.message) << pay;
-    EXPECT_EQ(v.control, "txtPayoffs");
-    EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableBet, c.row != 0 ? c.row : c.bet));
-  }
+// The five checks, with the minimums kept out of the way of the later steps.
+CheckCase Checks(std::array<int64_t, 5> cents, const char* message = nullptr, int index = 0) {
+  return {[cents](RuleSet& r) {
+            for (int i = 1; i <= 5; ++i) r.CheckDenom[i] = Cents(cents[i - 1]);
+            r.MinPlacardBet = r.MinPlacardPropBet = Max(r.CheckDenom[1], Cents(100));
+          },
+          message, "txtDenomination", index};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationPayoffTest,
-    ::testing::Values(
-        PayoffCheckCase{33, "The payoff on Place 6 must be positive."},
-        PayoffCheckCase{bet::Lay4, "The payoff on Lay 4 must be positive."},
-        PayoffCheckCase{bet::Come4, "The payoff on Come 4 must be positive."},
-        PayoffCheckCase{bet::Hop55, "The payoff on Hop 55 must be positive."},
-        PayoffCheckCase{bet::Repeater12, "The payoff on Repeater 12 must be positive."},
-        PayoffCheckCase{26, "The payoffs on Pass/Come 5 must be positive."},
-        PayoffCheckCase{bet::Come10Odds, "The payoffs on Pass/Come 10 must be positive."},
-        PayoffCheckCase{bet::DontCome4Odds, "The payoffs on DP/DC 4 must be positive."},
-        PayoffCheckCase{bet::PassLine, "The payoffs on Passline/Come (c.o.) must be positive."},
-        PayoffCheckCase{bet::Come, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine},
-        PayoffCheckCase{bet::DontCome, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass},
-        PayoffCheckCase{bet::Field, nullptr}, PayoffCheckCase{bet::CAndE, nullptr}, PayoffCheckCase{bet::Horn, nullptr},
-        PayoffCheckCase{bet::World, nullptr}, PayoffCheckCase{bet::PassLineOdds, nullptr},
-        PayoffCheckCase{bet::Fire, nullptr}));
-
-TEST(RuleValidationTest, SevenPointSevenAndMidwayRowsMustWin) {
-  RuleSet r = Defaults();
-  r.MidwayPayoff[3].PayoffPay = Money{};
-  RuleCheck v = ValidateRules(r, false);
-  EXPECT_EQ(v.message, "The payoff on Midway must be positive.");
-  EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableMidway, 3));
-
-  r = Defaults();
-  r.SevenPointSevenPayoff[2].PayoffPay = -1_usd;
-  v = ValidateRules(r, false);
-  EXPECT_EQ(v.message, "The payoff on 7 Point 7 must be positive.");
-  EXPECT_EQ(v.index, PayoffCheckIndex(kPayoffTableSevenPointSeven, 2));
+// Minimums over checks of 1, 4, 20, 100 and 400 times the smallest.
+CheckCase Minimums(int64_t smallestCents, int64_t minCents, int64_t propMinCents, const char* message,
+                   const char* control) {
+  return {[=](RuleSet& r) {
+            for (int i = 1; i <= 5; ++i) r.CheckDenom[i] = Cents(smallestCents * std::array{1, 4, 20, 100, 400}[i - 1]);
+            r.MinPlacardBet = Cents(minCents);
+            r.MinPlacardPropBet = Cents(propMinCents);
+          },
+          message, control};
 }
 
-TEST(RuleValidationTest, SingleBetsComeBeforeTheTables) {
-  RuleSet r = Defaults();
-  r.MidwayPayoff[1].PayoffPay = Money{};
-  r.BetPayoff[bet::Repeater12].PayoffPay = Money{};
-  EXPECT_EQ(ValidateRules(r, false).message, "The payoff on Repeater 12 must be positive.");
+// The roll rate is looked at only when it was edited.
+CheckCase Rate(double rate, int unit, bool edited, const char* message) {
+  return {[=](RuleSet& r) {
+            r.RollsPerTime = rate;
+            r.RollRateUnit = unit;
+          },
+          message, "txtRollsPerTime", -1, edited};
 }
-
-TEST(RuleValidationTest, BetUnitsAreRecomputed) {
-  RuleSet r = Defaults();
-  r.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
-  r.MinPlacardBet = r.MinPlacardPropBet = 5_usd;
-  ASSERT_TRUE(ValidateRules(r, false).ok);
-  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 10_usd);
-  EXPECT_EQ(r.FirePayoff[0].BetUnit, 5_usd);
-}
-
-struct HandCase {
-  int table;  // PayoffTable
-  int row;
-  int64_t x, y;
-  bool allLose;
-  const char* message;  // nullptr: passes
-};
-
-class RuleValidationHandTableTest : public ::testing::TestWithParam<HandCase> {};
 
 std::vector<PayoffRow*> TableRows(RuleSet& r, int table) {
   std::vector<PayoffRow*> rows;
@@ -545,59 +396,123 @@ std::vector<PayoffRow*> TableRows(RuleSet& r, int table) {
   return rows;
 }
 
-TEST_P(RuleValidationHandTableTest, LossesAndWins) {
-  const HandCase& c = GetParam();
-  RuleSet r = Defaults();
-  std::vector<PayoffRow*> rows = TableRows(r, c.table);
-  if (c.allLose)
-    for (PayoffRow* p : rows) p->PayoffPay = -1_usd;
-  int first = c.table == kPayoffTableFire ? 0 : 1;
-  rows[static_cast<size_t>(c.row - first)]->PayoffPay = Money::Dollars(c.x);
-  rows[static_cast<size_t>(c.row - first)]->PayoffFor = Money::Dollars(c.y);
-  RuleCheck v = ValidateRules(r, false);
-  if (c.message == nullptr) {
-    EXPECT_TRUE(v.ok) << v.message;
-    return;
-  }
-  EXPECT_EQ(v.message, c.message);
-  EXPECT_EQ(v.control, "txtPayoffs");
-  if (!c.allLose) {
-    EXPECT_EQ(v.index, PayoffCheckIndex(c.table, c.row));
-  }
+// A single bet's payoff set to `pay` dollars; the focus goes to the bet's row of the list,
+// or to `row` when the bet shares another's.
+CheckCase Pays(int bet, int64_t pay, const char* message, int row = 0) {
+  return {[=](RuleSet& r) { r.BetPayoff[bet].PayoffPay = Money::Dollars(pay); }, message, "txtPayoffs",
+          PayoffCheckIndex(kPayoffTableBet, row != 0 ? row : bet)};
+}
+
+// One row of a table of payoffs set to x for y, on a table whose rows all lose first
+// when asked; the index is looked at only when one row was changed.
+CheckCase HandRow(int table, int row, int64_t x, int64_t y, bool allLose, const char* message) {
+  return {[=](RuleSet& r) {
+            std::vector<PayoffRow*> rows = TableRows(r, table);
+            if (allLose)
+              for (PayoffRow* p : rows) p->PayoffPay = -1_usd;
+            PayoffRow* changed = rows[static_cast<size_t>(row - (table == kPayoffTableFire ? 0 : 1))];
+            changed->PayoffPay = Money::Dollars(x);
+            changed->PayoffFor = Money::Dollars(y);
+          },
+          message, "txtPayoffs", allLose ? -1 : PayoffCheckIndex(table, row)};
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RuleValidation, RuleValidationHandTableTest,
-    ::testing::Values(
-        HandCase{kPayoffTableHotRoller, 2, -2, 1, false,
-                 "Any loss on the Hot Roller bet cannot exceed the amount wagered."},
-        HandCase{kPayoffTableHotRoller, 2, -2, 2, false, nullptr},  // a loss of the whole wager
-        HandCase{kPayoffTableSharpShooter, 11, -3, 2, false,
-                 "Any loss on the Sharp Shooter bet cannot exceed the amount wagered."},
-        HandCase{kPayoffTableRideLine, 1, -1, 1, true,
-                 "At least one of the Ride The Line bet payoffs must be positive."},
-        HandCase{kPayoffTableFire, 0, -1, 1, true, "At least one of the Fire bet payoffs must be positive."},
-        HandCase{kPayoffTableFire, 6, 1, 100, true, nullptr},
-        HandCase{kPayoffTableFire, 0, -5, 4, false, "Any loss on the Fire bet cannot exceed the amount wagered."},
+    Faults, RuleValidationTest,
+    ::testing::Values(                          // Denominations:
+        Checks({100, 500, 500, 10000, 50000}),  // equal neighbours pass
+        Checks({100, 100, 100, 100, 100}), Checks({100, 500, 400, 10000, 50000}, kAscending, 3),
+        Checks({100, 500, 2500, 10000, 5000}, kAscending, 5),
+        Checks({500, 300, 2500, 10000, 50000}, kAscending, 2),  // before divisibility
+        Checks({200, 500, 2500, 10000, 50000}, kDivisible, 2), Checks({25, 50, 75, 100, 110}, kDivisible, 5),
+        Checks({100, 0, 2500, 10000, 50000}, kZeroCheck, 2),
+        Checks({100, 500, 0, 10000, 50000}, kZeroCheck, 3),  // zero before ascending
+        Checks({0, 500, 2500, 10000, 50000}, kZeroCheck, 1), Checks({-100, 500, 2500, 10000, 50000}, kZeroCheck, 1),
+        // Minimums:
+        Minimums(500, 300, 500, "The minimum bet cannot be less than the smallest check denomination of 5",
+                 "txtMinPlacardBet"),
+        Minimums(500, 700, 500, kMinimumMultiple, "txtMinPlacardBet"),
+        // The table minimum is looked at before the prop minimum.
+        Minimums(500, 700, 300, kMinimumMultiple, "txtMinPlacardBet"),
+        Minimums(500, 1000, 300, "The minimum prop bet cannot be less than the smallest check denomination of 5",
+                 "txtMinPlacardPropBet"),
+        Minimums(25, 100, 110,
+                 "The minimum prop bet must be a multiple of the smallest check denomination, such as "
+                 "0.25,  0.50,  0.75 ...",
+                 "txtMinPlacardPropBet"),
+        CheckCase{[](RuleSet& r) { r.MinPlacardBet = r.MaxPlacardBet = 25_usd; }, nullptr},
+        CheckCase{[](RuleSet& r) {
+                    r.MinPlacardBet = 25_usd;
+                    r.MaxPlacardBet = 20_usd;
+                  },
+                  "The maximum bet must be greater than or equal to the minimum bet.", "txtMaxPlacardBet"},
+        // Roll rates:
+        Rate(0, kPerHour, false, nullptr), Rate(-5, kPerHour, false, nullptr),
+        Rate(0, kPerHour, true, kRateNotPositive), Rate(-1, kPerSecond, true, kRateNotPositive),
+        Rate(36000000, kPerHour, true, nullptr),
+        Rate(36000001, kPerHour, true, "The maximum simulated hour rate is 36,000,000."),
+        Rate(600000, kPerMinute, true, nullptr),
+        Rate(600000.5, kPerMinute, true, "The maximum simulated minute rate is 600,000."),
+        Rate(10000, kPerSecond, true, nullptr),
+        Rate(10001, kPerSecond, true, "The maximum simulated second rate is 10,000."),
+        Rate(10001, kPerHour, true, nullptr),
+        // Pays: no single bet may pay nothing or lose on a win; some rows are no payoff of their own.
+        Pays(33, 0, "The payoff on Place 6 must be positive."), Pays(33, -1, "The payoff on Place 6 must be positive."),
+        Pays(bet::Lay4, 0, "The payoff on Lay 4 must be positive."),
+        Pays(bet::Come4, 0, "The payoff on Come 4 must be positive."),
+        Pays(bet::Hop55, 0, "The payoff on Hop 55 must be positive."),
+        Pays(bet::Repeater12, 0, "The payoff on Repeater 12 must be positive."),
+        Pays(26, 0, "The payoffs on Pass/Come 5 must be positive."),
+        Pays(26, -1, "The payoffs on Pass/Come 5 must be positive."),
+        Pays(bet::Come10Odds, 0, "The payoffs on Pass/Come 10 must be positive."),
+        Pays(bet::DontCome4Odds, 0, "The payoffs on DP/DC 4 must be positive."),
+        Pays(bet::PassLine, 0, "The payoffs on Passline/Come (c.o.) must be positive."),
+        Pays(bet::Come, 0, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine),
+        Pays(bet::Come, -1, "The payoffs on Passline/Come (c.o.) must be positive.", bet::PassLine),
+        Pays(bet::DontCome, 0, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass),
+        Pays(bet::DontCome, -1, "The payoffs on Don't Pass/Come (c.o.) must be positive.", bet::DontPass),
+        Pays(bet::Field, 0, nullptr), Pays(bet::CAndE, 0, nullptr), Pays(bet::Horn, 0, nullptr),
+        Pays(bet::World, 0, nullptr), Pays(bet::PassLineOdds, 0, nullptr), Pays(bet::Fire, 0, nullptr),
+        // Hand tables:
+        HandRow(kPayoffTableHotRoller, 2, -2, 1, false,
+                "Any loss on the Hot Roller bet cannot exceed the amount wagered."),
+        HandRow(kPayoffTableHotRoller, 2, -2, 2, false, nullptr),  // a loss of the whole wager
+        HandRow(kPayoffTableSharpShooter, 11, -3, 2, false,
+                "Any loss on the Sharp Shooter bet cannot exceed the amount wagered."),
+        HandRow(kPayoffTableRideLine, 1, -1, 1, true,
+                "At least one of the Ride The Line bet payoffs must be positive."),
+        HandRow(kPayoffTableFire, 0, -1, 1, true, "At least one of the Fire bet payoffs must be positive."),
+        HandRow(kPayoffTableFire, 6, 1, 100, true, nullptr),
+        HandRow(kPayoffTableFire, 0, -5, 4, false, "Any loss on the Fire bet cannot exceed the amount wagered."),
         // The Field may lose on every roll, but never more than the wager.
-        HandCase{kPayoffTableField, 1, -1, 1, true, nullptr},
-        HandCase{kPayoffTableField, 12, -2, 1, false, "Any loss on the Field bet cannot exceed the amount wagered."}));
+        HandRow(kPayoffTableField, 1, -1, 1, true, nullptr),
+        HandRow(kPayoffTableField, 12, -2, 1, false, "Any loss on the Field bet cannot exceed the amount wagered."),
+        // 7 Point 7 and Midway rows must win; single bets are looked at before the tables.
+        CheckCase{[](RuleSet& r) { r.MidwayPayoff[3].PayoffPay = Money{}; }, "The payoff on Midway must be positive.",
+                  "txtPayoffs", PayoffCheckIndex(kPayoffTableMidway, 3)},
+        CheckCase{[](RuleSet& r) { r.SevenPointSevenPayoff[2].PayoffPay = -1_usd; },
+                  "The payoff on 7 Point 7 must be positive.", "txtPayoffs",
+                  PayoffCheckIndex(kPayoffTableSevenPointSeven, 2)},
+        CheckCase{[](RuleSet& r) { r.MidwayPayoff[1].PayoffPay = r.BetPayoff[bet::Repeater12].PayoffPay = Money{}; },
+                  "The payoff on Repeater 12 must be positive.", "txtPayoffs"},
+        // Make All at 175:1 under a 5000 payoff cap takes at most 28, the first prop below 50.
+        CheckCase{[](RuleSet& r) { r.MinPlacardPropBet = 50_usd; },
+                  "Based on the selected payoffs, the maximum Make All bet is 28.\n"
+                  "This is less than the minimum prop bet and must be adjusted.\n"
+                  "Please do one or more of the following:\n"
+                  "-- lower the minimum prop bet\n"
+                  "-- raise the maximum prob bet payoff\n"
+                  "-- raise the maximum bet, or\n"
+                  "-- raise the individual payoff(s) on Make All",
+                  "txtMinPlacardPropBet"}));
 
-TEST(RuleValidationTest, PropMaximumBelowPropMinimumWholeDollars) {
+TEST(RuleValidationTest, BetUnitsAreRecomputed) {
   RuleSet r = Defaults();
-  r.MinPlacardPropBet = 50_usd;
-  // Make All at 175:1 under a 5000 payoff cap takes at most 28, the first prop below 50.
-  RuleCheck v = ValidateRules(r, false);
-  EXPECT_FALSE(v.ok);
-  EXPECT_EQ(v.message,
-            "Based on the selected payoffs, the maximum Make All bet is 28.\n"
-            "This is less than the minimum prop bet and must be adjusted.\n"
-            "Please do one or more of the following:\n"
-            "-- lower the minimum prop bet\n"
-            "-- raise the maximum prob bet payoff\n"
-            "-- raise the maximum bet, or\n"
-            "-- raise the individual payoff(s) on Make All");
-  EXPECT_EQ(v.control, "txtMinPlacardPropBet");
+  r.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
+  r.MinPlacardBet = r.MinPlacardPropBet = 5_usd;
+  ASSERT_TRUE(ValidateRules(r, false).ok);
+  EXPECT_EQ(r.BetPayoff[bet::Lay4].BetUnit, 10_usd);
+  EXPECT_EQ(r.FirePayoff[0].BetUnit, 5_usd);
 }
 
 TEST(RuleValidationTest, PropMaximumInCentsShowsTwoPlaces) {

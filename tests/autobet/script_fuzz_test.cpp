@@ -1,7 +1,7 @@
-// The interpreter runs whatever compiles: mutated example scripts that still compile
-// play a few rolls each, with a fixed seed, and must never crash; a cycle that runs
-// away is stopped the way a user stops it, and every cycle leaves the string pool as it
-// found it.
+// Scripts are untrusted: thousands of mutated example scripts, with fixed seeds, must each
+// compile to a result or to a fault with a sane range, and those that still compile play a
+// few rolls each without harm. A cycle that runs away is stopped the way a user stops it,
+// and every cycle leaves the string pool as it found it.
 
 #include <gtest/gtest.h>
 
@@ -9,16 +9,41 @@
 #include <string>
 #include <vector>
 
-#include "autobet/actions.h"
+#include "autobet/compiler.h"
 #include "autobet/interpreter.h"
-#include "autobet/statement_buffer.h"
-#include "autobet/variables.h"
 #include "engine/players.h"
 #include "engine/roll_cycle.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 
 namespace {
+
+TEST(CompilerFuzz, MutatedScriptsEndInAResultOrASaneFault) {
+  const auto scripts = ExampleScripts();
+  ASSERT_FALSE(scripts.empty());
+  std::mt19937 rng(20261123);
+  const std::vector<std::string> names = {"Ann", "Bob", "", "", "", "", "", ""};
+  int faults = 0;
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<std::string> lines = scripts[static_cast<size_t>(round) % scripts.size()];
+    const int edits = 1 + static_cast<int>(rng() % 4);
+    for (int e = 0; e < edits; ++e) Mutate(lines, rng);
+    AutoBetProgram program;
+    program.ScriptSource[1] = lines;
+    const CompileFault fault = CompileAutobets(program, 1, names);
+    if (!fault.Failed()) {
+      EXPECT_FALSE(program.ScriptRecords.empty()) << "round " << round;
+      continue;
+    }
+    ++faults;
+    EXPECT_FALSE(fault.message.empty()) << "round " << round;
+    EXPECT_GE(fault.firstLine, 1);
+    EXPECT_LE(fault.lastLine, static_cast<int>(lines.size()) + 1) << "round " << round << ": " << fault.message;
+    EXPECT_LE(fault.firstLine, fault.lastLine) << "round " << round << ": " << fault.message;
+    EXPECT_TRUE(program.ScriptRecords.empty()) << "a failed compile keeps nothing";
+  }
+  EXPECT_GT(faults, 300) << "mutations that break scripts are found";
+}
 
 // Stops a cycle after many turns of the event loop, as the user's "Stop Auto-Betting".
 class StoppingUi : public HeadlessUi {
