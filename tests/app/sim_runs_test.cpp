@@ -12,7 +12,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <thread>
@@ -20,6 +19,7 @@
 #include "dice/probability_file.h"
 #include "stats/sessions_log_file.h"
 #include "storage/paths.h"
+#include "tests/app/sim_args.h"
 #include "tests/test_support.h"
 
 namespace fs = std::filesystem;
@@ -42,11 +42,10 @@ TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   TempDir dir;
   const std::string rng = std::to_string(GetParam());
   auto record = [&](const char* seed, const std::string& file) {
-    SimRun r = Sim({"--rng", rng, "--seed", seed, "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5",
-                    "--json", "--record", (dir.path / file).string()},
-                   dir.path.string());
-    EXPECT_EQ(r.code, 0) << r.err;
-    return r.out;
+    return SimOk({"--rng", rng, "--seed", seed, "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5",
+                  "--json", "--record", (dir.path / file).string()},
+                 dir.path.string())
+        .out;
   };
   const std::string report = record("4242", "a.rol");
   record("4242", "b.rol");
@@ -60,10 +59,9 @@ TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
                        "--playback", (dir.path / "a.rol").string()},
                       dir.path.string());
   EXPECT_EQ(replay.out, report);
-  SimRun past = Sim(
+  SimRun past = SimOk(
       {"--rolls", "400", "--player", "Ann:1000", "--bet", "Pass Line=5", "--playback", (dir.path / "a.rol").string()},
       dir.path.string());
-  EXPECT_EQ(past.code, 0);
   EXPECT_EQ(past.out.rfind("Played 300 of 400 rolls: Stopped due to end of Dice Roll File reached.\n", 0), 0u)
       << past.out;
 }
@@ -107,17 +105,10 @@ TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
   WriteText(dir.path / "unit.bet",
             "If initializing script Then cs1 = 5\nEndIf\n"
             "If next roll is a comeout roll and passline = 0 Then Bet cs1 on passline\nEndIf\n");
-  const std::vector<std::string> args{"--sessions",      "20",
-                                      "--session-rolls", "1000",
-                                      "--seed",          "8",
-                                      "--player",        "Ann:5000",
-                                      "--player",        "Bob:30000",
-                                      "--player",        "Cy:5000:" + (dir.path / "unit.bet").string(),
-                                      "--bet",           "Ann:Pass Line=10",
-                                      "--bet",           "Bob:Field=5",
-                                      "--json"};
-  SimRun r = SimOk(args, dir.path.string());
-  const json report = json::parse(r.out);
+  const auto args = With(Args("--sessions 20 --session-rolls 1000 --seed 8 --player Ann:5000 --player Bob:30000 "
+                              "--bet 'Ann:Pass Line=10' --bet Bob:Field=5 --json --player"),
+                         {"Cy:5000:" + (dir.path / "unit.bet").string()});
+  const json report = json::parse(SimOk(args, dir.path.string()).out);
   EXPECT_EQ(report["sessions"]["played"], 20);
   EXPECT_GE(report["rolls"].get<int64_t>(), 20000);
   for (const json& p : report["players"]) {
@@ -146,8 +137,8 @@ TEST(SimSessions, RollsCountTheWholeRunWhateverSessionsAScriptStarts) {
             "If not initializing script and not beginning new session Then Add 1 to cs1\nEndIf\n"
             "If cs1 = 100 Then\n  cs1 = 0\n  Start new session\nEndIf\n"
             "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
-  SimRun r = SimOk(
-      {"--rolls", "100000", "--seed", "3", "--player", "Ann:100000:" + (dir.path / "every100.bet").string(), "--json"},
+  const SimRun r = SimOk(
+      With(Args("--rolls 100000 --seed 3 --json --player"), {"Ann:100000:" + (dir.path / "every100.bet").string()}),
       dir.path.string());
   EXPECT_EQ(json::parse(r.out)["rolls"], 100000);
   const std::vector<SessionRecord> records = Sessions(dir.path / "Ann.slg");
@@ -191,18 +182,15 @@ TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
 
 TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
   TempDir dir;
-  SimRun dump = Sim({"--dump-rules"}, dir.path.string());
-  ASSERT_EQ(dump.code, 0);
+  const SimRun dump = SimOk({"--dump-rules"}, dir.path.string());
   const json rules = json::parse(dump.out);
   EXPECT_EQ(rules["OddsAllowed68"], 5);
   EXPECT_EQ(rules["BetPayoff"]["Place 6"]["PayoffPay"], 7);
   EXPECT_EQ(rules["FieldPayoff"]["21"]["PayoffPay"], 2);
   WriteText(dir.path / "r.json", dump.out);
-  const std::vector<std::string> play{"--rolls", "3000",         "--seed", "5",          "--player", "Ann",
-                                      "--bet",   "Pass Line=10", "--bet",  "Place 6=12", "--json"};
-  std::vector<std::string> withRules = play;
-  withRules.insert(withRules.end(), {"--rules", (dir.path / "r.json").string()});
-  EXPECT_EQ(Sim(withRules, dir.path.string()).out, Sim(play, dir.path.string()).out);
+  const auto play = Args("--rolls 3000 --seed 5 --player Ann --bet 'Pass Line=10' --bet 'Place 6=12' --json");
+  EXPECT_EQ(Sim(With(play, {"--rules", (dir.path / "r.json").string()}), dir.path.string()).out,
+            Sim(play, dir.path.string()).out);
 
   WriteText(dir.path / "part.json", R"({"MaxPlacardBet": 2000, "BetPayoff": {"place 6": {"PayoffPay": 6}}})");
   const json changed =
@@ -323,8 +311,9 @@ TEST(SimScripts, AnEndlessCycleStopsTheRunWithItsLine) {
 // ---- The dice go on while somebody can shoot. -----------------------------------------
 
 TEST(SimShooters, APlayerWhoCannotBetTheLinePassesTheDice) {
-  SimRun r = SimOk({"--player", "Ann:15", "--player", "Bob:100000", "--bet", "Ann:Pass Line=10", "--bet",
-                    "Bob:Pass Line=10", "--rolls", "100000", "--seed", "5", "--json"});
+  const SimRun r =
+      SimOk(Args("--player Ann:15 --player Bob:100000 --bet 'Ann:Pass Line=10' --bet 'Bob:Pass Line=10' "
+                 "--rolls 100000 --seed 5 --json"));
   const json report = json::parse(r.out);
   EXPECT_EQ(report["rolls"], 100000);
   EXPECT_FALSE(report.contains("stopped"));

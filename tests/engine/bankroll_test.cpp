@@ -23,9 +23,7 @@ TEST_P(BankrollAtmTest, CutsToTheLimitsAndSaysWhy) {
   LineTable t;
   t.Seat(1, "Ann", Money::FromDouble(c.bankroll));
   t.g.AllowNegBankroll[1] = c.negativeAllowed;
-  if (c.onTable > 0) {
-    ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(c.onTable)), Money::FromDouble(c.onTable));
-  }
+  if (c.onTable > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(c.onTable)), Money::FromDouble(c.onTable));
   const size_t shown = t.ui.transcript.size();
   const Money allowed = Atm(t.g, 1, Money::FromDouble(c.request));
   EXPECT_EQ(allowed, Money::FromDouble(c.allowed)) << c.what;
@@ -71,7 +69,7 @@ class BankrollBuyInTest : public testing::TestWithParam<BuyInCase> {};
 TEST_P(BankrollBuyInTest, HostBoundsHold) {
   const BuyInCase& c = GetParam();
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
   t.g.HostMinBuyIn = Money::FromDouble(c.min);
   t.g.HostMaxBuyIn = Money::FromDouble(c.max);
   BuyIn(t.g, 1, Money::FromDouble(c.request));

@@ -27,14 +27,10 @@ TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
   ASSERT_NE(bet, 0) << c.bet;
   double edge = 99;
   EXPECT_EQ(BetEdge(rules, bet, c.point, edge) == 0, c.edge.has_value()) << c.bet;
-  if (c.edge) {
-    EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
-  }
+  if (c.edge) EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
   double decision = 99;
   EXPECT_EQ(DecisionEdge(rules, bet, decision), c.decision.has_value()) << c.bet;
-  if (c.decision) {
-    EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
-  }
+  if (c.decision) EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -58,13 +54,13 @@ TEST(HouseEdge, FollowsTheTablesPayoffs) {
   RuleSet rules;
   SetDefaultRules(rules);
   const int place6 = FindBetByName("Place 6"), odds = FindBetByName("Pass Line Odds");
-  rules.BetPayoff[place6].PayoffPay = Money::Dollars(6);  // even money for 6 to 6
+  rules.BetPayoff[place6].PayoffPay = 6_usd;  // even money for 6 to 6
   double edge = 0;
   ASSERT_EQ(BetEdge(rules, place6, 0, edge), 0);
   EXPECT_NEAR(edge, -1.0 / 11, 1e-12);
   // Odds paid short on the 4 only: the odds row then has no single edge.
-  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffPay = Money::Dollars(3);
-  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffFor = Money::Dollars(2);
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffPay = 3_usd;
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffFor = 2_usd;
   ASSERT_EQ(BetEdge(rules, odds, 4, edge), 0);
   EXPECT_NEAR(edge, 1.0 / 3 * 1.5 - 2.0 / 3, 1e-12);
   ASSERT_EQ(BetEdge(rules, odds, 10, edge), 0);

@@ -61,8 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LineSettleDialog, AWinnersDialog) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(11);
+  t.PassLineThen(11);
   ASSERT_EQ(t.ui.settles.size(), 1u);
   const SettleRequest& d = t.ui.settles[0];
   EXPECT_EQ(d.Title, "WINNER");

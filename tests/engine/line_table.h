@@ -28,9 +28,18 @@ struct LineTable : TestTable {
     Roll(d1, d2);
   }
   Money Bet(int seat, int bet, Money change) { return ChangeBet(g, seat, bet, change); }
+  // Seat 1's Pass Line of $10, then a roll of the total.
+  void PassLineThen(int total) {
+    Bet(1, bet::PassLine, 10_usd);
+    RollTotal(total);
+  }
   Money Amount(int seat, int bet) const { return g.BetAmount[seat][bet]; }
   int Messages() const { return static_cast<int>(ui.transcript.size()); }
-  const MessageRequest& LastMessage() const { return ui.transcript.back().request; }
+  // The last box shown; an empty one when none was, so that a failed count stays a failure.
+  const MessageRequest& LastMessage() const {
+    static const MessageRequest kNone;
+    return ui.transcript.empty() ? kNone : ui.transcript.back().request;
+  }
 };
 
 // Ann at seat 1 with $1000.

@@ -82,14 +82,14 @@ class MoneyParseTest : public testing::TestWithParam<ParseCase> {};
 
 TEST_P(MoneyParseTest, AcceptsTypedAmountsAndRefusesGarbage) {
   const ParseCase& c = GetParam();
-  Money out = Money::Dollars(777);
+  Money out = 777_usd;
   std::string error;
   EXPECT_EQ(ParseMoney(c.text, out, error), c.ok) << c.text;
   if (c.ok) {
     EXPECT_EQ(out, M(c.value)) << c.text;
     EXPECT_TRUE(error.empty());
   } else {
-    EXPECT_EQ(out, Money::Dollars(777)) << "a refused text leaves the amount as it was";
+    EXPECT_EQ(out, 777_usd) << "a refused text leaves the amount as it was";
     EXPECT_NE(error.find("is not an amount of money"), std::string::npos) << error;
   }
 }

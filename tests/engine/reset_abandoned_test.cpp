@@ -26,8 +26,7 @@ TEST_P(ResetAbandonedTest, ContractBetsAtANewSession) {
   const AbandonCase& c = GetParam();
   AnnTable t;
   t.g.Rules.ReturnAbandonedBets = c.returnAbandoned;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(5);
+  t.PassLineThen(5);
   t.Bet(1, bet::Come, 15_usd);
   t.RollTotal(9);
   ASSERT_EQ(t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), 15_usd);
@@ -65,8 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ResetTableAbandoned, WithoutHistoryTheLossIsCarriedIntoTheBuyIn) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(5);
+  t.PassLineThen(5);
   ResetTable(t.g, false, false, true, 0);
   // The abandoned bet's loss is in the seat's buy-in carried to the new session.
   EXPECT_EQ(t.g.BankrollInitAmount[1], 990_usd);

@@ -67,15 +67,11 @@ class ResolutionCountTest : public ::testing::TestWithParam<CountCase> {};
 TEST_P(ResolutionCountTest, AfterTheRolls) {
   const CountCase& c = GetParam();
   Fixture t;
-  if (c.bet) {
-    ASSERT_EQ(t.Bet(kSeat, c.bet, 10_usd), 10_usd);
-  }
+  if (c.bet) ASSERT_EQ(t.Bet(kSeat, c.bet, 10_usd), 10_usd);
   for (auto [d1, d2] : c.dice) t.Roll(d1, d2);
   EXPECT_EQ(t.g.Table.AllNumbersMask, c.numbersMask);
   EXPECT_EQ(t.g.Table.FourRollCount, c.fourRolls);
-  if (c.repeaterTotal) {
-    EXPECT_EQ(t.g.Table.RepeaterCount[c.repeaterTotal], c.repeaterCount);
-  }
+  if (c.repeaterTotal) EXPECT_EQ(t.g.Table.RepeaterCount[c.repeaterTotal], c.repeaterCount);
 }
 
 INSTANTIATE_TEST_SUITE_P(

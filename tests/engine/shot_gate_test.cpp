@@ -67,9 +67,7 @@ TEST_P(ShotGateTest, TheBoxAndTheDice) {
   EXPECT_FALSE(t.g.Table.Rolling);
   ASSERT_EQ(t.Messages(), 1);
   EXPECT_EQ(t.LastMessage().Title, c.title);
-  if (c.setting == 1 && c.players > 0) {
-    EXPECT_EQ(t.LastMessage().HelpId, 130);
-  }
+  if (c.setting == 1 && c.players > 0) EXPECT_EQ(t.LastMessage().HelpId, 130);
   if (c.players == 0) EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
   else EXPECT_EQ(t.LastMessage().Text, c.text);
 }
@@ -177,7 +175,7 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
   t.g.Rules.BetNeededToShoot = 0;
   t.g.ScriptActive[1] = true;
   t.g.AutoBet.ScriptSource[1] = {"bet 5 on feild"};

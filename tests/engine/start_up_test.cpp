@@ -61,7 +61,7 @@ TEST(StartUp, ASavedBankrollBeyondTheLimitStopsPlayOnceTheWindowShows) {
     Program first;
     first.Start(dir.path.string(), "");
     AddPlayer(first.g, 3, "Cy", 9000000_usd);
-    for (int column : {3, 21, 39}) first.g.Bankroll[column] = Money::Dollars(10000000);  // a lucky night
+    for (int column : {3, 21, 39}) first.g.Bankroll[column] = 10000000_usd;  // a lucky night
     ASSERT_TRUE(ExitGame(first.g));
   }
   Program p;

@@ -53,8 +53,7 @@ TEST(TableTools, ABetThatAlwaysWorksOrHasNoAmountIsNotCalled) {
 
 TEST(TableTools, TheBuyToolMovesAPlaceBetAndItsCall) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(6);
+  t.PassLineThen(6);
   t.Bet(1, kPlace6, 30_usd);
   CallBet(t.g, 1, kPlace6, false);
   EXPECT_EQ(BuyPlaceBet(t.g, 1, kPlace6), 30_usd);

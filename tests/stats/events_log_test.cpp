@@ -39,23 +39,23 @@ struct LogTable : TestTable {
 // Two players; wins and losses keep the same bet, so that only the players change bets.
 void PlaySession(LogTable& t) {
   Game& g = t.g;
-  t.Seat(1, "Ann", Money::Dollars(1000));
-  t.Seat(8, "Bob", Money::Dollars(500));
+  t.Seat(1, "Ann", 1000_usd);
+  t.Seat(8, "Bob", 500_usd);
   for (int s : {1, 8}) g.AutoHandleWin[s] = g.AutoHandleLose[s] = kSameBet;
   ResetTable(g, true, false, false, 0);
-  g.Dice.pendingSeed = Money::Dollars(777);
+  g.Dice.pendingSeed = 777_usd;
   SeedRng(g, true);
-  ChangeBet(g, 1, bet::PassLine, Money::Dollars(10));
-  ChangeBet(g, 8, bet::DontPass, Money::Dollars(5));
+  ChangeBet(g, 1, bet::PassLine, 10_usd);
+  ChangeBet(g, 8, bet::DontPass, 5_usd);
   t.Roll(3, 4);
   t.Roll(2, 4);
-  ChangeBet(g, 1, bet::Come, Money::Dollars(5));
-  Atm(g, 1, Money::Dollars(100));
-  ChangeBet(g, 8, bet::Place4 + 3, Money::Dollars(6));
+  ChangeBet(g, 1, bet::Come, 5_usd);
+  Atm(g, 1, 100_usd);
+  ChangeBet(g, 8, bet::Place4 + 3, 6_usd);
   g.BetWorking[8][bet::Place4 + 3] = -1;
   t.Roll(5, 3);  // the Come bet travels to 8; Place 8 is off
   g.BetWorking[8][bet::Place4 + 3] = 1;
-  ChangeBet(g, 1, kCheckStackRow, Money::Dollars(25));
+  ChangeBet(g, 1, kCheckStackRow, 25_usd);
   t.Roll(3, 3);
   t.Roll(2, 2);
   t.Roll(1, 6);  // seven-out: the dice go to Bob
@@ -170,7 +170,7 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
     LogTable t;
     t.g.Rules.BetNeededToShoot = 0;
     t.g.Events.ClearLogNewSessions = clear;
-    t.Seat(1, "Ann", Money::Dollars(100));
+    t.Seat(1, "Ann", 100_usd);
     ResetTable(t.g, true, false, false, 0);  // a fresh log: no separator
     t.Roll(2, 2);
     ResetTable(t.g, true, false, false, 0);
@@ -178,9 +178,7 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
     // Four lines of header, then a roll of two lines, the separator and the next header.
     ASSERT_EQ(lines.size(), clear ? 4u : 11u);
     EXPECT_EQ(lines[0], " New session started 3/9/2026 @ 2:05:07 PM");
-    if (!clear) {
-      EXPECT_EQ(lines[6], std::string(53, '='));
-    }
+    if (!clear) EXPECT_EQ(lines[6], std::string(53, '='));
     EXPECT_EQ(EventsLogLineCount(t.g), static_cast<int32_t>(lines.size()));
   }
 }
@@ -188,8 +186,8 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
 TEST(EventsLog, SevenOutAfterTheShooterLeftStartsANewHand) {
   LogTable t;
   t.g.Rules.BetNeededToShoot = 0;
-  t.Seat(1, "Ann", Money::Dollars(100));
-  t.Seat(2, "Bob", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
+  t.Seat(2, "Bob", 100_usd);
   t.Roll(2, 2);
   t.ui.replies.push_back({kButtonYes, "", false});
   RemovePlayer(t.g, 1);  // the hand's shooter leaves; Bob finishes the hand
@@ -257,7 +255,7 @@ TEST(EventsLog, IndexIsRebuiltFromAnyTextFile) {
 TEST(EventsLog, AFileThatCantBeWrittenIsToldOnceAndPlayGoesOn) {
   LogTable t;
   t.g.EventsLogFile = (t.dir.path / "no such folder" / "log.txt").string();
-  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
   t.g.Rules.BetNeededToShoot = 0;
   for (int k = 0; k < 3; ++k) t.Roll(2, 3);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 3);

@@ -158,15 +158,15 @@ TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
 TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
   auto s = Fresh();
   CountRoll(*s, 2, 5, 5);
-  RecordBetResult(*s, 2, bet::Field, Money::Dollars(5), Money::Dollars(10), Money{});
+  RecordBetResult(*s, 2, bet::Field, 5_usd, 10_usd, Money{});
   SwapSeatStats(*s, 2, 6);
   for (int g : {kHandScope, kSessionScope, kAllScope}) {
     EXPECT_EQ(s->RollCount[g + 6][16], 1);
     EXPECT_EQ(s->RollCount[g + 2][16], 0);
-    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], Money::Dollars(10));
+    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], 10_usd);
   }
   RollOverHand(*s, {true, false, false, false, false, false, true});  // moves only rows the seat used
-  EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], Money::Dollars(5));
+  EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], 5_usd);
   ClearSeatStats(*s, 6);
   for (int g : {kHandScope, kLastHandScope, kSessionScope, kLastSessionScope, kAllScope}) {
     EXPECT_EQ(s->RollCount[g + 6][16], 0);

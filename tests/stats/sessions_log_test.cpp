@@ -122,12 +122,12 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
   Statistics& s = t.g.Stats;
   const int c = 2 + kSessionScope;
   s.SeatRolls[c] = 40;
-  s.BetStats[c][bet::PassLine] = {Money::Dollars(3), 150_usd};
-  s.BetStats[c][bet::Field] = {Money::Dollars(1), 50_usd};
-  s.BetWinStats[c][bet::PassLine] = {Money::Dollars(1), 50_usd};
-  s.BetLossStats[c][bet::PassLine] = {Money::Dollars(2), 100_usd};
-  s.BetLossStats[c][bet::Field] = {Money::Dollars(1), 53_usd};
-  s.BetStats[2 + kAllScope][bet::Field] = {Money::Dollars(9), 900_usd};  // another scope: not taken
+  s.BetStats[c][bet::PassLine] = {3_usd, 150_usd};
+  s.BetStats[c][bet::Field] = {1_usd, 50_usd};
+  s.BetWinStats[c][bet::PassLine] = {1_usd, 50_usd};
+  s.BetLossStats[c][bet::PassLine] = {2_usd, 100_usd};
+  s.BetLossStats[c][bet::Field] = {1_usd, 53_usd};
+  s.BetStats[2 + kAllScope][bet::Field] = {9_usd, 900_usd};  // another scope: not taken
   t.g.BuyInTotal[c] = 600_usd;
   t.g.Bankroll[2] = 397_usd;
   t.g.BetAmount[2][kCheckStackRow] = 11_usd;
@@ -166,11 +166,10 @@ TEST_P(SessionsLogStart, ExistingLog) {
   t.ui.replies.push_back({c.reply, "", false});
   ASSERT_TRUE(StartSessionsLog(t.g, 1, path, c.online));
   EXPECT_EQ(Nets(path).size(), c.sessionsAfter);
-  if (c.online) {
+  if (c.online)
     EXPECT_EQ(t.ui.LastText(),
               "Ann has an older Sessions Log available.  Would you like to resume this log?\n\n"
               "If not, then a new log will be created and the old one deleted.");
-  }
 }
 
 INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsLogStart,
@@ -201,7 +200,7 @@ TEST(SessionsLogStats, HandComputedSet) {
   ASSERT_TRUE(ComputeSessionsStats(Records({3_usd, 1_usd, 3_usd, 1_usd, 8_usd}), {}, s));
   EXPECT_EQ(s.Mode, 1_usd);  // a tie goes to the lower value
   // Squares beyond what Money holds: the calculation's fault.
-  EXPECT_FALSE(ComputeSessionsStats(Records({Money::Dollars(-50000000000), Money::Dollars(50000000000)}), {}, s));
+  EXPECT_FALSE(ComputeSessionsStats(Records({-50000000000_usd, 50000000000_usd}), {}, s));
 }
 
 struct BreakCase {
