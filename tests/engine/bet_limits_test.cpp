@@ -112,10 +112,8 @@ TEST_P(BetLimitsOddsTest, Limit) {
   const OddsCase& c = GetParam();
   RuleSet r = DefaultRules();
   r.OddsCalcMethod = c.method;
-  if (c.multipleHundredths != 0) {
-    Money m = Money::FromRaw(c.multipleHundredths * 100);
-    r.OddsAllowed410 = r.OddsAllowed59 = r.OddsAllowed68 = m;
-  }
+  if (c.multipleHundredths != 0)
+    r.OddsAllowed410 = r.OddsAllowed59 = r.OddsAllowed68 = Money::FromRaw(c.multipleHundredths * 100);
   EXPECT_EQ(OddsLimit(r, c.oddsBet, c.point, Money::Dollars(c.flat)), Money::FromRaw(c.expectedCents * 100)) << c.why;
 }
 

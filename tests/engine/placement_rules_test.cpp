@@ -164,9 +164,7 @@ TEST_P(PlacementAdjustTest, MovesToAWholePayoff) {
   t.Seat(1, "Ann", 100000_usd);
   t.g.Rules.MaxPlacardBet = 1000_usd;
   t.g.AdjustForPayoff[1].fill(c.setting);
-  if (c.bet == bet::PassLineOdds) {
-    t.PassLineThen(5);
-  }
+  if (c.bet == bet::PassLineOdds) t.PassLineThen(5);
   EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.expected))
       << BetName(c.bet) << " setting " << c.setting << " request " << c.request;
 }

@@ -36,12 +36,8 @@ TEST_P(ResetAbandonedTest, ContractBetsAtANewSession) {
     ASSERT_EQ(t.g.Table.Point, 0);
   }
   const Money before = t.g.Bankroll[1];
-  if (c.carryBySessionLog) {
-    ResetTable(t.g, true, false, true, 0);
-  } else {
-    t.g.BankrollInitType[1] = 2;
-    ResetTable(t.g, true, false, false, 0);
-  }
+  if (!c.carryBySessionLog) t.g.BankrollInitType[1] = 2;
+  ResetTable(t.g, true, false, c.carryBySessionLog, 0);
   EXPECT_EQ(t.g.Bankroll[1] - before, c.bankrollAfter);
   EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
   EXPECT_EQ(t.Amount(1, PointRow(BetFamily::ComeNumber, 9)), Money{});

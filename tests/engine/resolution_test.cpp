@@ -444,13 +444,10 @@ TEST_P(ResolutionByRollTest, EveryPairEitherWay) {
   for (size_t k = 0; k < outcomes.size(); ++k) {
     int d1 = kPairs[k][0], d2 = kPairs[k][1];
     if (outcomes.size() == 11) std::tie(d1, d2) = DiceFor(static_cast<int>(k) + 2);
-    std::string left;
-    if (outcomes[k] == "s") left = standing;
-    if (outcomes[k] == "m") {
-      left = standing;
-      left.insert(left.find('$'), std::to_string(d1 + d2) + " ");
-    }
-    const double net = outcomes[k] == "s" || outcomes[k] == "m" ? 0 : std::stod(outcomes[k]);
+    const bool stands = outcomes[k] == "s" || outcomes[k] == "m";
+    std::string left = stands ? standing : "";
+    if (outcomes[k] == "m") left.insert(left.find('$'), std::to_string(d1 + d2) + " ");
+    const double net = stands ? 0 : std::stod(outcomes[k]);
     for (const auto& [a, b] : {std::pair{d1, d2}, std::pair{d2, d1}}) {
       const std::string dice = std::to_string(a) + "-" + std::to_string(b);
       Play({dice, r.before + ", " + dice, net, left, r.setup});

@@ -80,10 +80,8 @@ TEST(StatsRollCounting, RollsSinceAndGaps) {
   for (int i = 0; i < 5; ++i) CountRoll(*s, 0, 1, 1);
   for (int kind : {0, 1, 7, 90}) EXPECT_EQ(s->RollsSince[kind], 5) << kind;  // never came up
   EXPECT_EQ(s->RollGapHistogram[2][1], 5);  // a gap of 1 since clearing, then consecutive rolls
-  struct Case {
-    int between, bin, longSum;
-  };
-  for (const Case& c : {Case{198, 199, 0}, Case{199, 200, 200}, Case{250, 200, 251}}) {
+  const struct { int between, bin, longSum; } cases[] = {{198, 199, 0}, {199, 200, 200}, {250, 200, 251}};
+  for (const auto& c : cases) {
     s->RollGapHistogram[2] = {};
     for (int i = 0; i < c.between; ++i) CountRoll(*s, 0, 3, 4);
     CountRoll(*s, 0, 1, 1);
