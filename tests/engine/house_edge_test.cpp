@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <tuple>
 
 #include "engine/bets.h"
 
@@ -74,14 +75,11 @@ TEST(HouseEdge, RollsPerHourInEveryUnit) {
   RuleSet rules;
   SetDefaultRules(rules);
   EXPECT_DOUBLE_EQ(RollsPerHour(rules), 120);
-  const struct {
-    int unit;
-    double perTime, hour;
-  } cases[] = {{kPerHour, 90, 90}, {kPerMinute, 2.5, 150}, {kPerSecond, 0.5, 1800}};
-  for (const auto& c : cases) {
-    rules.RollRateUnit = c.unit;
-    rules.RollsPerTime = c.perTime;
-    EXPECT_DOUBLE_EQ(RollsPerHour(rules), c.hour) << c.unit;
+  const std::tuple<int, double, double> rates[] = {{kPerHour, 90, 90}, {kPerMinute, 2.5, 150}, {kPerSecond, 0.5, 1800}};
+  for (const auto& [unit, perTime, hour] : rates) {
+    rules.RollRateUnit = unit;
+    rules.RollsPerTime = perTime;
+    EXPECT_DOUBLE_EQ(RollsPerHour(rules), hour) << unit;
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -21,14 +22,12 @@ TEST(RollTotalsKinds, FairAndSkewedPercentages) {
   EXPECT_EQ(KindWays(17), 24);
   EXPECT_EQ(KindWays(21), 16);
   const ProbabilityPlane numbered = NumberedPlane();
-  struct Case {
-    int kind;
-    double fair, skewed;
-  };
-  for (const Case& c : {Case{7, 100.0 / 6, 0.231}, Case{22, 100.0 / 36, 0.012}, Case{40, 100.0 / 36, 0.061},
-                        Case{12, 100.0 / 36, 0.066}, Case{78, 100.0 / 6, 0.081}, Case{90, 100, 100}}) {
-    EXPECT_NEAR(KindPercent(c.kind, false, numbered), c.fair, 1e-12) << c.kind;
-    EXPECT_NEAR(KindPercent(c.kind, true, numbered), c.skewed, 1e-12) << c.kind;
+  const std::tuple<int, double, double> kinds[] = {{7, 100.0 / 6, 0.231},   {22, 100.0 / 36, 0.012},
+                                                   {40, 100.0 / 36, 0.061}, {12, 100.0 / 36, 0.066},
+                                                   {78, 100.0 / 6, 0.081},  {90, 100, 100}};
+  for (const auto& [kind, fair, skewed] : kinds) {
+    EXPECT_NEAR(KindPercent(kind, false, numbered), fair, 1e-12) << kind;
+    EXPECT_NEAR(KindPercent(kind, true, numbered), skewed, 1e-12) << kind;
   }
 }
 
@@ -55,23 +54,16 @@ TEST(RollTotalsChi, PValueOnKnownValues) {
 }
 
 TEST(RollTotalsChi, Texts) {
-  struct Case {
-    double p;
-    const char* text;
-  };
-  for (const Case& c :
-       {Case{1, "p=100%"}, Case{0.005, "p<0.01%"}, Case{1e-18, "p<0.01%"}, Case{0.001, "p<0.01%"}, Case{0.01, "p=1.0%"},
-        Case{0.05, "p=5.0%"}, Case{0.1234, "p=12.34%"}, Case{0.99999, "p=100.0%"}})
-    EXPECT_EQ(PValueText(c.p), c.text) << c.p;
-  struct Fp {
-    double v;
-    int d;
-    const char* text;
-  };
-  for (const Fp& c : {Fp{3.14159, 2, "3.14"}, Fp{2, 2, "2"}, Fp{1234567.891, 2, "1,234,567.89"},
-                      Fp{-1234.5, 1, "-1,234.5"}, Fp{0.00004, 4, "<0.0001"}, Fp{0, 4, "0"}, Fp{-0.00001, 4, "0"},
-                      Fp{2.5, 0, "3"}, Fp{-2.5, 0, "-2"}, Fp{0.4, 0, "0"}, Fp{999.99996, 4, "1,000"}})
-    EXPECT_EQ(FormatPrecision(c.v, c.d), c.text) << c.v << " " << c.d;
+  const std::pair<double, const char*> pTexts[] = {{1, "p=100%"},        {0.005, "p<0.01%"},   {1e-18, "p<0.01%"},
+                                                   {0.001, "p<0.01%"},   {0.01, "p=1.0%"},     {0.05, "p=5.0%"},
+                                                   {0.1234, "p=12.34%"}, {0.99999, "p=100.0%"}};
+  for (const auto& [p, text] : pTexts) EXPECT_EQ(PValueText(p), text) << p;
+  using Fp = std::tuple<double, int, const char*>;
+  for (const auto& [v, d, text] :
+       {Fp{3.14159, 2, "3.14"}, Fp{2, 2, "2"}, Fp{1234567.891, 2, "1,234,567.89"}, Fp{-1234.5, 1, "-1,234.5"},
+        Fp{0.00004, 4, "<0.0001"}, Fp{0, 4, "0"}, Fp{-0.00001, 4, "0"}, Fp{2.5, 0, "3"}, Fp{-2.5, 0, "-2"},
+        Fp{0.4, 0, "0"}, Fp{999.99996, 4, "1,000"}})
+    EXPECT_EQ(FormatPrecision(v, d), text) << v << " " << d;
   EXPECT_EQ(ChiSquareText(100), "100");
   EXPECT_EQ(ChiSquareText(100.00001), ">100");
   EXPECT_EQ(ChiSquareCell(1 + 3e-11, 1), 0);  // 9e-22 rounds away at 20 decimals
