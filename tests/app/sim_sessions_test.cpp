@@ -11,6 +11,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <tuple>
 
 #include "app/sim/data_folder.h"
 #include "app/sim/sample_stats.h"
@@ -302,15 +303,13 @@ TEST(SimResearch, ASecondRunOnTheSameFolderIsRefused) {
 
 // ---- Refusals. -------------------------------------------------------------------------
 
-struct Refusal {
-  std::vector<std::string> args;
-  const char* says;
-};
+using Refusal = std::tuple<const char*, const char*>;  // the files merged, what is said
 
 class SimMergeRefuses : public testing::TestWithParam<Refusal> {};
 
 // Files that don't make one whole run are refused, and nothing is written.
 TEST_P(SimMergeRefuses, FilesThatDontMakeOneRun) {
+  const auto& [files, says] = GetParam();
   TempDir dir;
   const auto run = Args("--sessions 30 --session-rolls 50 --player Ann --bet 'Pass Line=5' --partial");
   for (const char* shard : {"1/3", "2/3", "3/3"}) {
@@ -325,23 +324,23 @@ TEST_P(SimMergeRefuses, FilesThatDontMakeOneRun) {
   WriteText(dir.path / "damaged", damaged);
   WriteText(dir.path / "junk", "DiceHall Sessions Log, Data Format 5.0\n");
   std::vector<std::string> args{"merge"};
-  for (const std::string& name : GetParam().args) args.push_back((dir.path / name).string());
+  for (const std::string& name : Args(files)) args.push_back((dir.path / name).string());
   const fs::path data = dir.path / "data";
   const SimRun r = Sim(args, data.string());
   EXPECT_EQ(r.code, 1);
-  EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find(says), std::string::npos) << r.err;
   EXPECT_FALSE(fs::exists(data / "Ann.slg"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SimMergeRefuses,
-                         testing::Values(Refusal{{"p1", "p2"}, "sessions 21 to 30 of 30 are missing"},
-                                         Refusal{{"p1", "p3"}, "sessions 11 to 20 of 30 are missing"},
-                                         Refusal{{"p1", "p2", "p2", "p3"}, "repeats sessions 11 to 20"},
-                                         Refusal{{"p1", "other", "p3"}, "belong to different runs"},
-                                         Refusal{{"p1", "cut", "p3"}, "the file is cut short"},
-                                         Refusal{{"p1", "damaged", "p3"}, "session 11 can't be read"},
-                                         Refusal{{"p1", "junk"}, "not a partial result file"},
-                                         Refusal{{"p1", "none"}, "none: the file can't be read"}));
+                         testing::Values(Refusal{"p1 p2", "sessions 21 to 30 of 30 are missing"},
+                                         Refusal{"p1 p3", "sessions 11 to 20 of 30 are missing"},
+                                         Refusal{"p1 p2 p2 p3", "repeats sessions 11 to 20"},
+                                         Refusal{"p1 other p3", "belong to different runs"},
+                                         Refusal{"p1 cut p3", "the file is cut short"},
+                                         Refusal{"p1 damaged p3", "session 11 can't be read"},
+                                         Refusal{"p1 junk", "not a partial result file"},
+                                         Refusal{"p1 none", "none: the file can't be read"}));
 
 // ---- The statistics of the answers. ----------------------------------------------------
 

@@ -13,6 +13,7 @@
 #include <regex>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/app/sim_args.h"
@@ -307,22 +308,19 @@ TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   EXPECT_EQ(files, 1);
 }
 
-struct CheckCase {
-  const char* script;
-  int code;
-  const char* says;  // the line printed, after "FILE:" for a fault
-};
+// The script, the exit code, and the line printed (after "FILE:" for a fault).
+using CheckCase = std::tuple<const char*, int, const char*>;
 
 class SimCheck : public testing::TestWithParam<CheckCase> {};
 
 TEST_P(SimCheck, SaysOkOrWhereTheFirstFaultIs) {
-  const CheckCase& c = GetParam();
+  const auto& [script, code, says] = GetParam();
   TempDir dir;
   const std::string file = (dir.path / "system.bet").string();
-  std::ofstream(file) << c.script;
+  std::ofstream(file) << script;
   SimRun r = Sim({"--check", file});
-  EXPECT_EQ(r.code, c.code) << r.out << r.err;
-  EXPECT_EQ(r.out, c.code == 0 ? std::string(c.says) + "\n" : file + ":" + c.says + "\n");
+  EXPECT_EQ(r.code, code) << r.out << r.err;
+  EXPECT_EQ(r.out, code == 0 ? std::string(says) + "\n" : file + ":" + says + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -5,6 +5,7 @@
 
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "engine/handling.h"
@@ -113,27 +114,20 @@ TEST(HyperDriveToggle, AutoRollStopsAtItsAutoStopWithABox) {
 
 // ---- Auto-Stop -------------------------------------------------------------------------------
 
-struct AutoStopCase {
-  int32_t rollsBefore;  // of the session, before the run
-  int64_t every;
-  int32_t rollsAfter;
-};
-
-std::ostream& operator<<(std::ostream& os, const AutoStopCase& c) {
-  return os << c.rollsBefore << " rolls, stop every " << c.every;
-}
+// The session's rolls before the run, the Auto-Stop and the rolls after.
+using AutoStopCase = std::tuple<int32_t, int64_t, int32_t>;
 
 class HyperDriveAutoStopTest : public ::testing::TestWithParam<AutoStopCase> {};
 
 TEST_P(HyperDriveAutoStopTest, StopsAtTheNextMultiple) {
-  const AutoStopCase& c = GetParam();
+  const auto& [rollsBefore, every, rollsAfter] = GetParam();
   HyperTable t;
   t.runner.keepLineBet = true;
   t.Bet(1, bet::PassLine, 10_usd);
-  SetSessionRolls(t.g, c.rollsBefore);
-  t.g.Auto.AutoStopRolls = Money::Dollars(c.every);
+  SetSessionRolls(t.g, rollsBefore);
+  t.g.Auto.AutoStopRolls = Money::Dollars(every);
   t.Run();
-  EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
+  EXPECT_EQ(t.SessionRolls(), rollsAfter);
   EXPECT_EQ(t.g.StopReason, "Stopped by Auto-Stop.");
   t.ExpectStoppedWith("Stopped by Auto-Stop.");
   // Every decision of the run was taken without a dialog.

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/engine/line_table.h"
 
 namespace {
@@ -55,24 +57,22 @@ INSTANTIATE_TEST_SUITE_P(
                 "bankroll to exceed the max bank limit of $9999999"},
         AtmCase{"a withdrawal within it", 500, 0, 500, false, 500, ""}));
 
-struct BuyInCase {
-  double min, max, request, result;
-  const char* text;
-};
+// The host's minimum and maximum, the buy-in asked, the bankroll after and the box.
+using BuyInCase = std::tuple<double, double, double, double, const char*>;
 
 class BankrollBuyInTest : public testing::TestWithParam<BuyInCase> {};
 
 TEST_P(BankrollBuyInTest, HostBoundsHold) {
-  const BuyInCase& c = GetParam();
+  const auto& [min, max, request, result, text] = GetParam();
   LineTable t;
   t.Seat(1, "Ann", 100_usd);
-  t.g.HostMinBuyIn = Money::FromDouble(c.min);
-  t.g.HostMaxBuyIn = Money::FromDouble(c.max);
-  BuyIn(t.g, 1, Money::FromDouble(c.request));
-  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.result));
-  ASSERT_EQ(t.Messages(), *c.text ? 1 : 0);
-  if (*c.text == 0) return;
-  EXPECT_EQ(t.LastMessage().Text, c.text);
+  t.g.HostMinBuyIn = Money::FromDouble(min);
+  t.g.HostMaxBuyIn = Money::FromDouble(max);
+  BuyIn(t.g, 1, Money::FromDouble(request));
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(result));
+  ASSERT_EQ(t.Messages(), *text ? 1 : 0);
+  if (*text == 0) return;
+  EXPECT_EQ(t.LastMessage().Text, text);
   EXPECT_EQ(t.LastMessage().Title, "Bankroll");
   EXPECT_EQ(t.LastMessage().HelpId, 180);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "engine/bets.h"
 #include "storage/rules.h"
 
@@ -15,16 +17,13 @@ RuleSet DefaultRules() {
 
 // ---- Maximum by bet --------------------------------------------------------------------
 
-struct MaximumCase {
-  int bet;
-  int64_t expectedRaw;  // ten-thousandths
-};
+using MaximumCase = std::tuple<int, int64_t>;  // the bet, its maximum in ten-thousandths
 
 class BetLimitsMaximumTest : public ::testing::TestWithParam<MaximumCase> {};
 
 TEST_P(BetLimitsMaximumTest, AtTheDefaults) {
-  const MaximumCase& c = GetParam();
-  EXPECT_EQ(RuleMaximum(DefaultRules(), c.bet), Money::FromRaw(c.expectedRaw)) << BetName(c.bet);
+  const auto& [betId, expectedRaw] = GetParam();
+  EXPECT_EQ(RuleMaximum(DefaultRules(), betId), Money::FromRaw(expectedRaw)) << BetName(betId);
 }
 
 constexpr int64_t D = Money::kScale;

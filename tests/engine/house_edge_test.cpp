@@ -11,27 +11,23 @@
 
 namespace {
 
-struct EdgeCase {
-  const char* bet;
-  int point;
-  std::optional<double> edge;      // of BetEdge; none when it can't be given
-  std::optional<double> decision;  // of DecisionEdge
-};
+// The bet, the point, and the edges of BetEdge and of DecisionEdge (none when there is none).
+using EdgeCase = std::tuple<const char*, int, std::optional<double>, std::optional<double>>;
 
 class HouseEdge : public testing::TestWithParam<EdgeCase> {};
 
 TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
-  const EdgeCase& c = GetParam();
+  const auto& [name, point, wantEdge, wantDecision] = GetParam();
   RuleSet rules;
   SetDefaultRules(rules);
-  const int bet = FindBetByName(c.bet);
-  ASSERT_NE(bet, 0) << c.bet;
+  const int bet = FindBetByName(name);
+  ASSERT_NE(bet, 0) << name;
   double edge = 99;
-  EXPECT_EQ(BetEdge(rules, bet, c.point, edge) == 0, c.edge.has_value()) << c.bet;
-  if (c.edge) EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
+  EXPECT_EQ(BetEdge(rules, bet, point, edge) == 0, wantEdge.has_value()) << name;
+  if (wantEdge) EXPECT_NEAR(edge, *wantEdge, 1e-12) << name;
   double decision = 99;
-  EXPECT_EQ(DecisionEdge(rules, bet, decision), c.decision.has_value()) << c.bet;
-  if (c.decision) EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
+  EXPECT_EQ(DecisionEdge(rules, bet, decision), wantDecision.has_value()) << name;
+  if (wantDecision) EXPECT_NEAR(decision, *wantDecision, 1e-12) << name;
 }
 
 INSTANTIATE_TEST_SUITE_P(

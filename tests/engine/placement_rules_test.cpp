@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "engine/placement.h"
 #include "tests/engine/line_table.h"
@@ -152,21 +153,19 @@ TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
   EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
 }
 
-struct AdjustCase {
-  int bet, setting, request, expected;
-};
+using AdjustCase = std::tuple<int, int, int, int>;  // bet, setting, request, expected
 
 class PlacementAdjustTest : public testing::TestWithParam<AdjustCase> {};
 
 TEST_P(PlacementAdjustTest, MovesToAWholePayoff) {
-  const AdjustCase& c = GetParam();
+  const auto& [betId, setting, request, expected] = GetParam();
   LineTable t;
   t.Seat(1, "Ann", 100000_usd);
   t.g.Rules.MaxPlacardBet = 1000_usd;
-  t.g.AdjustForPayoff[1].fill(c.setting);
-  if (c.bet == bet::PassLineOdds) t.PassLineThen(5);
-  EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.expected))
-      << BetName(c.bet) << " setting " << c.setting << " request " << c.request;
+  t.g.AdjustForPayoff[1].fill(setting);
+  if (betId == bet::PassLineOdds) t.PassLineThen(5);
+  EXPECT_EQ(t.Bet(1, betId, Money::Dollars(request)), Money::Dollars(expected))
+      << BetName(betId) << " setting " << setting << " request " << request;
 }
 
 INSTANTIATE_TEST_SUITE_P(

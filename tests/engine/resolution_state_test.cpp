@@ -6,6 +6,7 @@
 
 #include <ostream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -27,20 +28,17 @@ struct Fixture : LineTable {
 
 // ---- Hot Roller bit of each pair, in either order ---------------------------------------
 
-struct PairBit {
-  int lo, hi, bit;
-};
-std::ostream& operator<<(std::ostream& os, const PairBit& p) { return os << p.lo << "-" << p.hi; }
+using PairBit = std::tuple<int, int, int>;  // low die, high die, bit
 
 class ResolutionHotRollerBitTest : public ::testing::TestWithParam<PairBit> {};
 
 TEST_P(ResolutionHotRollerBitTest, BitOfThePair) {
-  const PairBit& p = GetParam();
+  const auto& [lo, hi, bit] = GetParam();
   for (bool swapped : {false, true}) {
     Fixture t;
-    if (swapped) t.Roll(p.hi, p.lo);
-    else t.Roll(p.lo, p.hi);
-    EXPECT_EQ(t.g.Table.HotRollerMask, p.bit) << (swapped ? "high die first" : "low die first");
+    if (swapped) t.Roll(hi, lo);
+    else t.Roll(lo, hi);
+    EXPECT_EQ(t.g.Table.HotRollerMask, bit) << (swapped ? "high die first" : "low die first");
   }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 #include <vector>
 
 #include "dice/seeding.h"
@@ -203,22 +204,18 @@ TEST(EventsLog, NewRollsScrollToTheTopOnlyWhenAsked) {
   EXPECT_EQ(t.g.Events.TopLine, 2);
 }
 
-struct FindCase {
-  int32_t top, direction;
-  const char* text;
-  int32_t expectedTop;
-};
+using FindCase = std::tuple<int32_t, int32_t, const char*, int32_t>;  // top, direction, text, top after
 
 class FindInLogCases : public testing::TestWithParam<FindCase> {};
 
 TEST_P(FindInLogCases, StepsAndWraps) {
   LogTable t;
   for (const char* line : {"alpha one", "beta", "gamma", "ALPHA two"}) AddEventLine(t.g, line);
-  const FindCase& c = GetParam();
-  t.g.Events.TopLine = c.top;
-  t.g.Events.FindText = c.text;
-  EXPECT_EQ(FindInLog(t.g, c.direction), c.expectedTop != c.top);
-  EXPECT_EQ(t.g.Events.TopLine, c.expectedTop);
+  const auto& [top, direction, text, expectedTop] = GetParam();
+  t.g.Events.TopLine = top;
+  t.g.Events.FindText = text;
+  EXPECT_EQ(FindInLog(t.g, direction), expectedTop != top);
+  EXPECT_EQ(t.g.Events.TopLine, expectedTop);
 }
 
 INSTANTIATE_TEST_SUITE_P(Log, FindInLogCases,

@@ -32,25 +32,15 @@ TEST(RollTotalsKinds, FairAndSkewedPercentages) {
 }
 
 TEST(RollTotalsChi, PValueOnKnownValues) {
-  struct Case {
-    double x;
-    int df;
-    double p, tol;
-  };
-  const Case cases[] = {
-      {3.841, 1, 0.05, 1e-4},
-      {6.635, 1, 0.01, 1e-4},
-      {11.070, 5, 0.05, 1e-4},
-      {18.307, 10, 0.05, 1e-4},
-      {2, 2, std::exp(-1.0), 1e-12},
-      {6, 4, 4 * std::exp(-3.0), 1e-12},
-      {0, 5, 1, 0},
-      {5, 0, 1, 0},
-      {200, 10, 0, 1e-15},   // far below what the series can resolve
-      {1440, 1, 1e-18, 0},   // a series past the largest double still ends
-      {2000, 10, 0.001, 0},  // a vanishing term: the odd branch
-  };
-  for (const Case& c : cases) EXPECT_NEAR(Chi2Pval(c.x, c.df), c.p, c.tol) << c.x << " df " << c.df;
+  // x, degrees of freedom, p and the tolerance. The last three: far below what the series
+  // can resolve; a series past the largest double still ends; a vanishing term, the odd
+  // branch.
+  using Chi = std::tuple<double, int, double, double>;
+  for (const auto& [x, df, p, tol] :
+       {Chi{3.841, 1, 0.05, 1e-4}, Chi{6.635, 1, 0.01, 1e-4}, Chi{11.070, 5, 0.05, 1e-4}, Chi{18.307, 10, 0.05, 1e-4},
+        Chi{2, 2, std::exp(-1.0), 1e-12}, Chi{6, 4, 4 * std::exp(-3.0), 1e-12}, Chi{0, 5, 1, 0}, Chi{5, 0, 1, 0},
+        Chi{200, 10, 0, 1e-15}, Chi{1440, 1, 1e-18, 0}, Chi{2000, 10, 0.001, 0}})
+    EXPECT_NEAR(Chi2Pval(x, df), p, tol) << x << " df " << df;
 }
 
 TEST(RollTotalsChi, Texts) {

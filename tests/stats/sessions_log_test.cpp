@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/test_support.h"
@@ -149,24 +150,20 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
   EXPECT_EQ(log.Records[0], want);
 }
 
-struct StartCase {
-  bool online;
-  int reply;
-  size_t sessionsAfter;
-};
+using StartCase = std::tuple<bool, int, size_t>;  // online, the reply, the sessions after
 
 class SessionsLogStart : public ::testing::TestWithParam<StartCase> {};
 
 TEST_P(SessionsLogStart, ExistingLog) {
-  const StartCase& c = GetParam();
+  const auto& [online, reply, sessionsAfter] = GetParam();
   FolderTable t;
   t.Seat(1, "Ann", 100_usd);
   std::string path;
   ASSERT_TRUE(AddSessionRecord(t.g, 1, path));
-  t.ui.replies.push_back({c.reply, "", false});
-  ASSERT_TRUE(StartSessionsLog(t.g, 1, path, c.online));
-  EXPECT_EQ(Nets(path).size(), c.sessionsAfter);
-  if (c.online)
+  t.ui.replies.push_back({reply, "", false});
+  ASSERT_TRUE(StartSessionsLog(t.g, 1, path, online));
+  EXPECT_EQ(Nets(path).size(), sessionsAfter);
+  if (online)
     EXPECT_EQ(t.ui.LastText(),
               "Ann has an older Sessions Log available.  Would you like to resume this log?\n\n"
               "If not, then a new log will be created and the old one deleted.");
