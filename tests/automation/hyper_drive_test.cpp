@@ -158,29 +158,22 @@ TEST(HyperDriveAutoStop, ARefusedShotStopsTheRun) {
 
 // ---- Bankroll limits -----------------------------------------------------------------------
 
-struct LimitCase {
-  const char* what;
-  Money bankroll;
-  int32_t rollsAfter;
-  std::string reason;
-  bool pending;
-};
-
-std::ostream& operator<<(std::ostream& os, const LimitCase& c) { return os << c.what; }
+// What, the bankroll, the session's rolls after, the stop and whether the table waits on it.
+using LimitCase = std::tuple<const char*, Money, int32_t, std::string, bool>;
 
 class HyperDriveLimitTest : public ::testing::TestWithParam<LimitCase> {};
 
 TEST_P(HyperDriveLimitTest, StopsBeyondTheLimitOnly) {
-  const LimitCase& c = GetParam();
+  const auto& [what, bankroll, rollsAfter, reason, pending] = GetParam();
   HyperTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.g.AllowNegBankroll[1] = true;
-  SetBankroll(t.g, 1, c.bankroll);
+  SetBankroll(t.g, 1, bankroll);
   t.g.Auto.AutoStopRolls = 3_usd;
   t.Run();
-  EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
-  t.ExpectStoppedWith(c.reason);
-  EXPECT_EQ(t.g.Table.PendingStopSeat, c.pending ? 1 : 0);
+  EXPECT_EQ(t.SessionRolls(), rollsAfter);
+  t.ExpectStoppedWith(reason);
+  EXPECT_EQ(t.g.Table.PendingStopSeat, pending ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
@@ -33,19 +34,16 @@ struct PlayedTable : TestTable {
   }
 };
 
-struct Damage {
-  const char* what;
-  std::function<void(Game&)> apply;
-  const char* says;
-};
+using Damage = std::tuple<const char*, std::function<void(Game&)>, const char*>;  // what, the damage, the words
 
 class BrokenTables : public testing::TestWithParam<Damage> {};
 
 TEST_P(BrokenTables, AreCaughtWithTheRuleTheyBreak) {
   PlayedTable t;
   ASSERT_EQ(GameIsConsistent(t.g), "");
-  GetParam().apply(t.g);
-  EXPECT_NE(GameIsConsistent(t.g).find(GetParam().says), std::string::npos) << GameIsConsistent(t.g);
+  const auto& [what, apply, says] = GetParam();
+  apply(t.g);
+  EXPECT_NE(GameIsConsistent(t.g).find(says), std::string::npos) << what << ": " << GameIsConsistent(t.g);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -2,34 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "engine/handling.h"
 #include "tests/engine/line_table.h"
 
 namespace {
 
-struct ActionCase {
-  const char* what;
-  bool win;
-  int action;
-  SettleRule rule;
-  int expected;  // dollars on the Place 6 after the roll
-};
+// What, a win, the action, its rule, and the dollars on the Place 6 after the roll.
+using ActionCase = std::tuple<const char*, bool, int, SettleRule, int>;
 
 class HandlingActions : public testing::TestWithParam<ActionCase> {};
 
 TEST_P(HandlingActions, LeaveTheStakeAsTheActionSays) {
-  const ActionCase& c = GetParam();
+  const auto& [what, win, action, rule, expected] = GetParam();
   AnnTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.RollTotal(5);  // a point, so that the Place bet works
   ASSERT_EQ(t.Bet(1, bet::Place4 + 2, 12_usd), 12_usd);
-  (c.win ? t.g.AutoHandleWin : t.g.AutoHandleLose)[1] = c.action;
-  t.g.SettleRules[1][c.win ? (c.action == 7 ? kRuleSetWin : kRuleModifyWin)
-                           : (c.action == 7 ? kRuleSetLose : kRuleModifyLose)] = c.rule;
-  if (c.win) t.Roll(2, 4);
+  (win ? t.g.AutoHandleWin : t.g.AutoHandleLose)[1] = action;
+  t.g.SettleRules[1][win ? (action == 7 ? kRuleSetWin : kRuleModifyWin)
+                         : (action == 7 ? kRuleSetLose : kRuleModifyLose)] = rule;
+  if (win) t.Roll(2, 4);
   else t.Roll(3, 4);
-  EXPECT_EQ(t.Amount(1, bet::Place4 + 2), Money::Dollars(c.expected)) << c.what;
-  EXPECT_EQ(t.g.Bankroll[1], Money::Dollars(1000 + (c.win ? 14 : -12))) << c.what << ": the result is paid either way";
+  EXPECT_EQ(t.Amount(1, bet::Place4 + 2), Money::Dollars(expected)) << what;
+  EXPECT_EQ(t.g.Bankroll[1], Money::Dollars(1000 + (win ? 14 : -12))) << what << ": the result is paid either way";
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -6,6 +6,7 @@
 
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "engine/handling.h"
 #include "tests/engine/line_table.h"
@@ -38,24 +39,18 @@ struct AnnAtTheLine : LineTable {
 
 // ---- Rounding to checks -------------------------------------------------------------------
 
-struct RoundCase {
-  Money start, request, applied;
-};
-
-std::ostream& operator<<(std::ostream& os, const RoundCase& c) {
-  return os << DollarText(c.start) << " asked " << DollarText(c.request);
-}
+using RoundCase = std::tuple<Money, Money, Money>;  // on the line before, asked, applied
 
 class PassLineRoundingTest : public ::testing::TestWithParam<RoundCase> {};
 
 TEST_P(PassLineRoundingTest, AwayFromZeroOnAFiveDollarTable) {
-  const RoundCase& c = GetParam();
+  const auto& [start, request, applied] = GetParam();
   AnnAtTheLine t;
   t.g.Rules.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
-  if (c.start.raw > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, c.start), c.start);
-  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.applied);
-  EXPECT_EQ(t.Amount(1, bet::PassLine), c.start + c.applied);
-  EXPECT_EQ(t.g.OnTable[1], c.start + c.applied);
+  if (start.raw > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, start), start);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, request), applied);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), start + applied);
+  EXPECT_EQ(t.g.OnTable[1], start + applied);
   EXPECT_EQ(t.Messages(), 0);
 }
 

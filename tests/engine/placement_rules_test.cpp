@@ -11,27 +11,22 @@
 
 namespace {
 
-struct RuleCase {
-  const char* what;
-  std::function<void(LineTable&)> setUp;
-  int bet;
-  const char* text;
-  int help;
-};
+// What, the set-up, the bet refused, its words and help.
+using RuleCase = std::tuple<const char*, std::function<void(LineTable&)>, int, const char*, int>;
 
 class PlacementRuleTest : public testing::TestWithParam<RuleCase> {};
 
 TEST_P(PlacementRuleTest, RefusesWithItsWords) {
-  const RuleCase& c = GetParam();
+  const auto& [what, setUp, betId, text, help] = GetParam();
   AnnTable t;
-  if (c.setUp) c.setUp(t);
-  const Money before = t.Amount(1, c.bet);
+  if (setUp) setUp(t);
+  const Money before = t.Amount(1, betId);
   const size_t shown = t.ui.transcript.size();
-  EXPECT_EQ(t.Bet(1, c.bet, 10_usd), Money{}) << c.what;
-  EXPECT_EQ(t.Amount(1, c.bet), before) << c.what;
-  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << c.what;
-  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
-  EXPECT_EQ(t.LastMessage().HelpId, c.help) << c.what;
+  EXPECT_EQ(t.Bet(1, betId, 10_usd), Money{}) << what;
+  EXPECT_EQ(t.Amount(1, betId), before) << what;
+  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << what;
+  EXPECT_EQ(t.LastMessage().Text, text) << what;
+  EXPECT_EQ(t.LastMessage().HelpId, help) << what;
   EXPECT_EQ(t.LastMessage().Title, "Ann");
 }
 

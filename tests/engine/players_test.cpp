@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "stats/sessions_log_file.h"
 #include "tests/engine/line_table.h"
 
@@ -131,28 +133,24 @@ TEST(PlayersMove, AMoveToAnOccupiedSeatIsAnExchange) {
   EXPECT_EQ(t.g.Table.Shooter, 2);
 }
 
-struct PassCase {
-  const char* what;
-  int players;
-  bool otherPasses, blockLine;
-  const char* text;
-};
+// What, players seated, whether the others pass, whether the line rule blocks them, the text.
+using PassCase = std::tuple<const char*, int, bool, bool, const char*>;
 
 class PlayersPassDice : public testing::TestWithParam<PassCase> {};
 
 TEST_P(PlayersPassDice, AFailedPassSaysWhy) {
-  const PassCase& c = GetParam();
+  const auto& [what, players, otherPasses, blockLine, text] = GetParam();
   LineTable t;
   static const char* kNames[] = {"", "Ann", "Bob", "Cat"};
-  for (int s = 1; s <= c.players; ++s) t.Seat(s, kNames[s], 1000_usd);
-  for (int s = 2; s <= c.players; ++s) t.g.AutoPassDice[s] = c.otherPasses;
-  if (c.blockLine) {
+  for (int s = 1; s <= players; ++s) t.Seat(s, kNames[s], 1000_usd);
+  for (int s = 2; s <= players; ++s) t.g.AutoPassDice[s] = otherPasses;
+  if (blockLine) {
     t.g.Rules.AllowPutBets = false;
     t.PassLineThen(8);
   }
   PassDice(t.g, kPassAsked);
-  EXPECT_EQ(t.g.Table.Shooter, 1) << c.what;
-  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
+  EXPECT_EQ(t.g.Table.Shooter, 1) << what;
+  EXPECT_EQ(t.LastMessage().Text, text) << what;
   EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
 }
 

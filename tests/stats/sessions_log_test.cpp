@@ -200,29 +200,25 @@ TEST(SessionsLogStats, HandComputedSet) {
   EXPECT_FALSE(ComputeSessionsStats(Records({-50000000000_usd, 50000000000_usd}), {}, s));
 }
 
-struct BreakCase {
-  const char* breakPoint;
-  std::array<bool, 3> include;
-  std::array<int32_t, 3> sessions;  // won, even, lost over the whole log
-  int32_t n;
-  Money sum;
-};
+// The break point, the kinds included, the sessions won, even and lost over the whole log,
+// and the count and sum of those included.
+using BreakCase = std::tuple<const char*, std::array<bool, 3>, std::array<int32_t, 3>, int32_t, Money>;
 
 class SessionsBreakPoint : public ::testing::TestWithParam<BreakCase> {};
 
 TEST_P(SessionsBreakPoint, SortsAndFilters) {
-  const BreakCase& c = GetParam();
+  const auto& [breakPoint, include, sessions, n, sum] = GetParam();
   SessionsFilter f;
   std::string error;
-  ASSERT_TRUE(ParseBreakPoint(c.breakPoint, f.Break, error)) << error;
-  f.Include = c.include;
+  ASSERT_TRUE(ParseBreakPoint(breakPoint, f.Break, error)) << error;
+  f.Include = include;
   SessionsStats s;
   ComputeSessionsStats(Records({-10_usd, 0_usd, 0_usd, 5_usd, 20_usd}), f, s);
-  EXPECT_EQ(s.Sessions, c.sessions);
+  EXPECT_EQ(s.Sessions, sessions);
   EXPECT_EQ(s.Total, 5);
-  EXPECT_DOUBLE_EQ(s.SessionsPct[0], 20.0 * c.sessions[0]);
-  EXPECT_EQ(s.N, c.n);
-  EXPECT_EQ(s.Sum, c.sum);
+  EXPECT_DOUBLE_EQ(s.SessionsPct[0], 20.0 * sessions[0]);
+  EXPECT_EQ(s.N, n);
+  EXPECT_EQ(s.Sum, sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsBreakPoint,
