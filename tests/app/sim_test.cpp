@@ -142,27 +142,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Refusal{"--player Ann --rolls 10 --from-roll 3", "--from-roll goes with --playback"},
                     Refusal{"--player Ann --rolls 10 --playback DIR/bad.rol --popup DIR/p.txt", "give one of them"}));
 
-struct HandlingCase {
-  const char* option;
-  const char* text;
-  int action, op, units;
-  double operand;
-};
+// The option, its text, and the seat's action, rule operator, units and operand.
+using HandlingCase = std::tuple<const char*, const char*, int, int, int, double>;
 
 class SimHandlingOptions : public testing::TestWithParam<HandlingCase> {};
 
 TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
-  const HandlingCase& c = GetParam();
-  const char* argv[] = {"dicehall-sim", "--player", "Ann", c.option, c.text};
+  const auto& [option, text, action, op, units, operand] = GetParam();
+  const char* argv[] = {"dicehall-sim", "--player", "Ann", option, text};
   SimOptions o;
   std::ostringstream out, err;
   ASSERT_EQ(ParseSimOptions(5, argv, o, out, err), -1) << err.str();
   ASSERT_EQ(o.handling.size(), 1u);
   const SimHandling& h = o.handling[0];
-  EXPECT_EQ(h.action, c.action);
-  EXPECT_EQ(h.op, c.op);
-  EXPECT_EQ(h.units, c.units);
-  EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
+  EXPECT_EQ(h.action, action);
+  EXPECT_EQ(h.op, op);
+  EXPECT_EQ(h.units, units);
+  EXPECT_EQ(h.operand, Money::FromDouble(operand));
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,

@@ -11,33 +11,28 @@
 
 namespace {
 
-struct AtmCase {
-  const char* what;
-  double bankroll, onTable, request;
-  bool negativeAllowed;
-  double allowed;
-  const char* boxEnds;  // "" when the full amount goes through
-};
+// What, the bankroll, the Pass Line on the table, the ATM request, a negative bankroll
+// allowed, what goes through, and how the box ends ("" when the full amount goes through).
+using AtmCase = std::tuple<const char*, double, double, double, bool, double, const char*>;
 
 class BankrollAtmTest : public testing::TestWithParam<AtmCase> {};
 
 TEST_P(BankrollAtmTest, CutsToTheLimitsAndSaysWhy) {
-  const AtmCase& c = GetParam();
+  const auto& [what, bankroll, onTable, request, negativeAllowed, wantAllowed, boxEnds] = GetParam();
   LineTable t;
-  t.Seat(1, "Ann", Money::FromDouble(c.bankroll));
-  t.g.AllowNegBankroll[1] = c.negativeAllowed;
-  if (c.onTable > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(c.onTable)), Money::FromDouble(c.onTable));
+  t.Seat(1, "Ann", Money::FromDouble(bankroll));
+  t.g.AllowNegBankroll[1] = negativeAllowed;
+  if (onTable > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(onTable)), Money::FromDouble(onTable));
   const size_t shown = t.ui.transcript.size();
-  const Money allowed = Atm(t.g, 1, Money::FromDouble(c.request));
-  EXPECT_EQ(allowed, Money::FromDouble(c.allowed)) << c.what;
-  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.bankroll + c.allowed)) << c.what;
+  EXPECT_EQ(Atm(t.g, 1, Money::FromDouble(request)), Money::FromDouble(wantAllowed)) << what;
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(bankroll + wantAllowed)) << what;
   EXPECT_EQ(t.g.Bankroll[1 + 36], t.g.Bankroll[1]);
-  ASSERT_EQ(t.ui.transcript.size(), shown + (*c.boxEnds ? 1 : 0)) << c.what;
-  if (*c.boxEnds == 0) return;
+  ASSERT_EQ(t.ui.transcript.size(), shown + (*boxEnds ? 1 : 0)) << what;
+  if (*boxEnds == 0) return;
   const MessageRequest& box = t.LastMessage();
-  EXPECT_EQ(box.Title, c.request > 0 ? "ATM Withdrawal" : "ATM Deposit");
+  EXPECT_EQ(box.Title, request > 0 ? "ATM Withdrawal" : "ATM Deposit");
   EXPECT_THAT(box.Text, testing::StartsWith("Requested amount:  $"));
-  EXPECT_THAT(box.Text, testing::EndsWith(c.boxEnds));
+  EXPECT_THAT(box.Text, testing::EndsWith(boxEnds));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 #include <tuple>
 
@@ -164,28 +163,22 @@ TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
 
 // ---- The bankroll ----------------------------------------------------------------------------
 
-struct BankrollCase {
-  const char* what;
-  Money bankroll;
-  Money fieldBet;  // something else on the table
-  Money minimum, request, placed;
-  std::string text;
-};
-
-std::ostream& operator<<(std::ostream& os, const BankrollCase& c) { return os << c.what; }
+// What, the bankroll, a Field bet already down, the minimum, the request, what is placed and
+// the box's words.
+using BankrollCase = std::tuple<const char*, Money, Money, Money, Money, Money, std::string>;
 
 class PassLineBankrollTest : public ::testing::TestWithParam<BankrollCase> {};
 
 TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
-  const BankrollCase& c = GetParam();
-  AnnAtTheLine t(c.bankroll);
-  t.g.Rules.MinPlacardBet = c.minimum;
-  if (c.fieldBet.raw > 0) ASSERT_EQ(t.Bet(1, bet::Field, c.fieldBet), c.fieldBet);
-  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.placed);
-  EXPECT_EQ(t.Amount(1, bet::PassLine), c.placed);
-  EXPECT_EQ(t.g.OnTable[1], c.fieldBet + c.placed);
-  EXPECT_EQ(t.g.Bankroll[1], c.bankroll);
-  t.ExpectBox(1, "Ann", c.text);
+  const auto& [what, bankroll, fieldBet, minimum, request, placed, text] = GetParam();
+  AnnAtTheLine t(bankroll);
+  t.g.Rules.MinPlacardBet = minimum;
+  if (fieldBet.raw > 0) ASSERT_EQ(t.Bet(1, bet::Field, fieldBet), fieldBet);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, request), placed);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), placed);
+  EXPECT_EQ(t.g.OnTable[1], fieldBet + placed);
+  EXPECT_EQ(t.g.Bankroll[1], bankroll);
+  t.ExpectBox(1, "Ann", text);
   EXPECT_EQ(t.LastMessage().HelpId, 130);
 }
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <tuple>
 #include <vector>
 
@@ -46,33 +45,26 @@ Ints State(const LineBettors& t) {
 
 // ---- The come-out roll ------------------------------------------------------------------
 
-struct ComeOutCase {
-  int bar, total;
-  int point;  // Point after the roll
-  int passes, misses;
-  int passLine, dontPass;
-};
-
-std::ostream& operator<<(std::ostream& os, const ComeOutCase& c) {
-  return os << "bar " << c.bar << ", come-out " << c.total;
-}
+// Bar, the come-out total, the point after it, passes and misses, the Pass Line's and the
+// Don't Pass's outcome.
+using ComeOutCase = std::tuple<int, int, int, int, int, int, int>;
 
 class PointStateComeOutTest : public ::testing::TestWithParam<ComeOutCase> {};
 
 TEST_P(PointStateComeOutTest, MovesThePointAndSettlesTheLine) {
-  const ComeOutCase& c = GetParam();
-  LineBettors t(c.bar);
-  t.RollTotal(c.total);
+  const auto& [bar, total, point, passes, misses, passLine, dontPass] = GetParam();
+  LineBettors t(bar);
+  t.RollTotal(total);
   // No come-out roll ends the hand or moves the dice.
-  EXPECT_EQ(State(t), (Ints{c.point, 0, c.passes, c.misses, 1, kShooterSeat, kShooterSeat}));
+  EXPECT_EQ(State(t), (Ints{point, 0, passes, misses, 1, kShooterSeat, kShooterSeat}));
   // The table's hand column and the shooter's: one come-out roll of this total, and the
   // natural or craps counted on the total itself.
   for (int col : {kHandScope, kHandScope + kShooterSeat, kSessionScope, kAllScope})
-    EXPECT_EQ((Ints{t.g.Stats.HandDecisions[col][c.total].begin(), t.g.Stats.HandDecisions[col][c.total].end()}),
-              (Ints{1, c.passes, c.misses}))
+    EXPECT_EQ((Ints{t.g.Stats.HandDecisions[col][total].begin(), t.g.Stats.HandDecisions[col][total].end()}),
+              (Ints{1, passes, misses}))
         << "column " << col;
   EXPECT_EQ((Ints{t.Outcome(kShooterSeat, bet::PassLine), t.Outcome(kDarkSeat, bet::DontPass)}),
-            (Ints{c.passLine, c.dontPass}));
+            (Ints{passLine, dontPass}));
   EXPECT_EQ(t.g.Stats.RollCount[kHandScope][0], 1);
 }
 

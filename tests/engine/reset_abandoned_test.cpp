@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <tuple>
 
 #include "engine/roll_cycle.h"
