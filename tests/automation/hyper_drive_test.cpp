@@ -71,7 +71,9 @@ TEST(HyperDriveToggle, BelowTwelveIsHyperDriveAndSilentTwelveIsAutoRollThatDraws
     EXPECT_EQ(t.g.Auto.HyperDrive, hyper) << throttle;
     EXPECT_EQ(t.g.SilentMode, hyper) << throttle;
     EXPECT_EQ(t.g.Auto.ButtonText, hyper ? "Stop &Hyper-Drive" : "Stop &Auto-Roll");
-    if (hyper) EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+    if (hyper) {
+      EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+    }
     if (hyper) continue;
     ToggleAutoRoll(t.g);
     EXPECT_FALSE(t.g.Auto.AutoRollActive);

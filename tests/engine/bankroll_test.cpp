@@ -22,7 +22,9 @@ TEST_P(BankrollAtmTest, CutsToTheLimitsAndSaysWhy) {
   LineTable t;
   t.Seat(1, "Ann", Money::FromDouble(bankroll));
   t.g.AllowNegBankroll[1] = negativeAllowed;
-  if (onTable > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(onTable)), Money::FromDouble(onTable));
+  if (onTable > 0) {
+    ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(onTable)), Money::FromDouble(onTable));
+  }
   const size_t shown = t.ui.transcript.size();
   EXPECT_EQ(Atm(t.g, 1, Money::FromDouble(request)), Money::FromDouble(wantAllowed)) << what;
   EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(bankroll + wantAllowed)) << what;

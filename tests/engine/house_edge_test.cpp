@@ -24,10 +24,14 @@ TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
   ASSERT_NE(bet, 0) << name;
   double edge = 99;
   EXPECT_EQ(BetEdge(rules, bet, point, edge) == 0, wantEdge.has_value()) << name;
-  if (wantEdge) EXPECT_NEAR(edge, *wantEdge, 1e-12) << name;
+  if (wantEdge) {
+    EXPECT_NEAR(edge, *wantEdge, 1e-12) << name;
+  }
   double decision = 99;
   EXPECT_EQ(DecisionEdge(rules, bet, decision), wantDecision.has_value()) << name;
-  if (wantDecision) EXPECT_NEAR(decision, *wantDecision, 1e-12) << name;
+  if (wantDecision) {
+    EXPECT_NEAR(decision, *wantDecision, 1e-12) << name;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(

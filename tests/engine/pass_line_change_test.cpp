@@ -46,7 +46,9 @@ TEST_P(PassLineRoundingTest, AwayFromZeroOnAFiveDollarTable) {
   const auto& [start, request, applied] = GetParam();
   AnnAtTheLine t;
   t.g.Rules.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
-  if (start.raw > 0) ASSERT_EQ(t.Bet(1, bet::PassLine, start), start);
+  if (start.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::PassLine, start), start);
+  }
   EXPECT_EQ(t.Bet(1, bet::PassLine, request), applied);
   EXPECT_EQ(t.Amount(1, bet::PassLine), start + applied);
   EXPECT_EQ(t.g.OnTable[1], start + applied);
@@ -173,7 +175,9 @@ TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
   const auto& [what, bankroll, fieldBet, minimum, request, placed, text] = GetParam();
   AnnAtTheLine t(bankroll);
   t.g.Rules.MinPlacardBet = minimum;
-  if (fieldBet.raw > 0) ASSERT_EQ(t.Bet(1, bet::Field, fieldBet), fieldBet);
+  if (fieldBet.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::Field, fieldBet), fieldBet);
+  }
   EXPECT_EQ(t.Bet(1, bet::PassLine, request), placed);
   EXPECT_EQ(t.Amount(1, bet::PassLine), placed);
   EXPECT_EQ(t.g.OnTable[1], fieldBet + placed);

@@ -60,11 +60,15 @@ class ResolutionCountTest : public ::testing::TestWithParam<CountCase> {};
 TEST_P(ResolutionCountTest, AfterTheRolls) {
   const auto& [what, betId, dice, numbersMask, fourRolls, repeaterTotal, repeaterCount] = GetParam();
   Fixture t;
-  if (betId) ASSERT_EQ(t.Bet(kSeat, betId, 10_usd), 10_usd);
+  if (betId) {
+    ASSERT_EQ(t.Bet(kSeat, betId, 10_usd), 10_usd);
+  }
   for (auto [d1, d2] : dice) t.Roll(d1, d2);
   EXPECT_EQ(t.g.Table.AllNumbersMask, numbersMask);
   EXPECT_EQ(t.g.Table.FourRollCount, fourRolls);
-  if (repeaterTotal) EXPECT_EQ(t.g.Table.RepeaterCount[repeaterTotal], repeaterCount);
+  if (repeaterTotal) {
+    EXPECT_EQ(t.g.Table.RepeaterCount[repeaterTotal], repeaterCount);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -330,7 +330,8 @@ struct Item {
 };
 
 Item Parse(const std::string& s) {
-  if (s.size() == 3 && std::isdigit(static_cast<unsigned char>(s[0])) && s[1] == '-') return {s[0] - '0', s[2] - '0'};
+  if (s.size() == 3 && std::isdigit(static_cast<unsigned char>(s[0])) && s[1] == '-')
+    return {s[0] - '0', s[2] - '0', 0, ""};
   const size_t cut = s.rfind(' ');
   return {0, 0, FindBetByName(s.substr(0, cut)), s.substr(cut + 1)};
 }

@@ -62,7 +62,9 @@ TEST_P(ShotGateTest, TheBoxAndTheDice) {
   if (c.rolls) return;
   EXPECT_FALSE(t.g.Table.Rolling);
   EXPECT_EQ(t.LastMessage().Title, c.title);
-  if (c.setting == 1 && c.players > 0) EXPECT_EQ(t.LastMessage().HelpId, 130);
+  if (c.setting == 1 && c.players > 0) {
+    EXPECT_EQ(t.LastMessage().HelpId, 130);
+  }
   if (c.players == 0) EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
   else EXPECT_EQ(t.LastMessage().Text, c.text);
 }

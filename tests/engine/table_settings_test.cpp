@@ -66,7 +66,9 @@ TEST(TableSettings, TakeValuesInRangeAndRefuseTheRest) {
   for (const Case& c : Cases()) {
     TestTable t;
     const std::optional<bool> returned = c.change(t.g);
-    if (returned) EXPECT_EQ(*returned, c.accepted) << c.name;
+    if (returned) {
+      EXPECT_EQ(*returned, c.accepted) << c.name;
+    }
     EXPECT_EQ(c.taken(t.g), c.accepted) << c.name;
   }
 }

@@ -179,7 +179,9 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
     // Four lines of header, then a roll of two lines, the separator and the next header.
     ASSERT_EQ(lines.size(), clear ? 4u : 11u);
     EXPECT_EQ(lines[0], " New session started 3/9/2026 @ 2:05:07 PM");
-    if (!clear) EXPECT_EQ(lines[6], std::string(53, '='));
+    if (!clear) {
+      EXPECT_EQ(lines[6], std::string(53, '='));
+    }
     EXPECT_EQ(EventsLogLineCount(t.g), static_cast<int32_t>(lines.size()));
   }
 }

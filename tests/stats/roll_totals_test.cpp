@@ -96,9 +96,13 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
     r.Selected[3] = true;
     const RollTotalsView v = ComputeRollTotals(*s, r);
     ASSERT_EQ(v.Items.size(), c.items);
-    if (c.sum >= 0) EXPECT_NEAR(v.Chi.Sum, c.sum, 1e-9) << c.display;
+    if (c.sum >= 0) {
+      EXPECT_NEAR(v.Chi.Sum, c.sum, 1e-9) << c.display;
+    }
     EXPECT_EQ(v.Chi.Df, c.df) << c.display;
-    if (c.p) EXPECT_EQ(v.Chi.PText, c.p) << c.display;
+    if (c.p) {
+      EXPECT_EQ(v.Chi.PText, c.p) << c.display;
+    }
     EXPECT_EQ(v.Items[0].RollsSinceLast, c.scope == kSessionScope ? s->RollsSince[v.Items[0].Kind] : -1);
   }
   RollTotalsRequest faces;

@@ -163,10 +163,11 @@ TEST_P(SessionsLogStart, ExistingLog) {
   t.ui.replies.push_back({reply, "", false});
   ASSERT_TRUE(StartSessionsLog(t.g, 1, path, online));
   EXPECT_EQ(Nets(path).size(), sessionsAfter);
-  if (online)
+  if (online) {
     EXPECT_EQ(t.ui.LastText(),
               "Ann has an older Sessions Log available.  Would you like to resume this log?\n\n"
               "If not, then a new log will be created and the old one deleted.");
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsLogStart,
