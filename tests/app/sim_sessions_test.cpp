@@ -189,27 +189,21 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
 
 // ---- Walking away at the right roll, on fixed dice. ------------------------------------
 
-struct WalkCase {
-  const char* name;
-  const char* player;  // with a standing Pass Line of $10
-  std::string args;
-  std::vector<int> dice;  // die1 * 10 + die2
-  SessionEnd end;
-  int64_t rolls;  // the player's, when leaving
-  double result;
-};
+// What, the player (with a standing Pass Line of $10) and the options, the dice (die1 * 10 +
+// die2), and how the player leaves: the end, the player's rolls and the result.
+using WalkCase = std::tuple<const char*, const char*, std::string, std::vector<int>, SessionEnd, int64_t, double>;
 
 class SimWalksAway : public testing::TestWithParam<WalkCase> {};
 
 // The runner's own functions on a table set up from the options, its dice from a roll
 // file played back.
 TEST_P(SimWalksAway, AtTheRightRoll) {
-  const WalkCase& c = GetParam();
+  const auto& [name, player, options, dice, end, rolls, result] = GetParam();
   TempDir dir;
   std::string bytes;
-  for (int d : c.dice) bytes += static_cast<char>(d % 10 * 32 + d / 10 * 4);
+  for (int d : dice) bytes += static_cast<char>(d % 10 * 32 + d / 10 * 4);
   WriteText(dir.path / "dice.rol", bytes);
-  const auto args = Args("dicehall-sim --player " + std::string(c.player) + " --bet 'Pass Line=10' " + c.args);
+  const auto args = Args("dicehall-sim --player " + std::string(player) + " --bet 'Pass Line=10' " + options);
   std::vector<const char*> argv;
   for (const std::string& a : args) argv.push_back(a.c_str());
   SimOptions o;
@@ -229,9 +223,9 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const SessionResult s = PlaySession(*g, r, 1, 1);
   ASSERT_EQ(s.players.size(), 1u);
   const PlayerSession& ann = s.players[0];
-  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(c.end)));
-  EXPECT_EQ(ann.rolls, c.rolls);
-  EXPECT_EQ(ann.result, Money::FromDouble(c.result));
+  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(end)));
+  EXPECT_EQ(ann.rolls, rolls);
+  EXPECT_EQ(ann.result, Money::FromDouble(result));
   ASSERT_EQ(ann.records.size(), 1u) << "the player's session reaches the log as the player leaves";
   EXPECT_EQ(ann.records[0][slg::Ending] - ann.records[0][slg::Invested], ann.result);
   EXPECT_FALSE(SeatOccupied(*g, 1));

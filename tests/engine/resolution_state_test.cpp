@@ -66,9 +66,7 @@ TEST_P(ResolutionCountTest, AfterTheRolls) {
   for (auto [d1, d2] : dice) t.Roll(d1, d2);
   EXPECT_EQ(t.g.Table.AllNumbersMask, numbersMask);
   EXPECT_EQ(t.g.Table.FourRollCount, fourRolls);
-  if (repeaterTotal) {
-    EXPECT_EQ(t.g.Table.RepeaterCount[repeaterTotal], repeaterCount);
-  }
+  EXPECT_EQ(t.g.Table.RepeaterCount[repeaterTotal], repeaterCount);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -75,35 +75,29 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
   auto s = SevensHeavy();
   ProbabilityPlane plane = NumberedPlane();
   plane[2][1] = 0;  // 1.1 never comes
-  struct Case {
-    int display, scope;
-    bool players, skewed;
-    size_t items;
-    double sum;
-    int df;
-    const char* p;
-  };
-  const Case cases[] = {
+  // Display, scope, players listed, skewed; the items, the chi-square sum (-1: not checked),
+  // its degrees of freedom and its p (none: not checked).
+  const std::tuple<int, int, bool, bool, size_t, double, int, const char*> cases[] = {
       {0, kSessionScope, false, false, 11, 90, 10, "p<0.01%"},  // 75 for the seven, w / 2 for the rest
       {3, kSessionScope, false, false, 12, 90, 5, "p<0.01%"},   // die 2: 75 and five faces at 3
       {1, kSessionScope, true, false, 21, 0, 20, "p=100%"},     // seat 3 rolled each pair once
       {2, kLastHandScope, false, false, 36, 0, 0, "p=100%"},    // no rolls: nothing in the test
       {0, kSessionScope, false, true, 11, -1, 9, nullptr},      // a zero cell drops out of df
   };
-  for (const Case& c : cases) {
+  for (const auto& [display, scope, players, skewed, items, sum, df, p] : cases) {
     RollTotalsRequest r{
-        .Display = c.display, .ScopeBase = c.scope, .PlayerList = c.players, .Skewed = c.skewed, .Plane = &plane};
+        .Display = display, .ScopeBase = scope, .PlayerList = players, .Skewed = skewed, .Plane = &plane};
     r.Selected[3] = true;
     const RollTotalsView v = ComputeRollTotals(*s, r);
-    ASSERT_EQ(v.Items.size(), c.items);
-    if (c.sum >= 0) {
-      EXPECT_NEAR(v.Chi.Sum, c.sum, 1e-9) << c.display;
+    ASSERT_EQ(v.Items.size(), items);
+    if (sum >= 0) {
+      EXPECT_NEAR(v.Chi.Sum, sum, 1e-9) << display;
     }
-    EXPECT_EQ(v.Chi.Df, c.df) << c.display;
-    if (c.p) {
-      EXPECT_EQ(v.Chi.PText, c.p) << c.display;
+    EXPECT_EQ(v.Chi.Df, df) << display;
+    if (p) {
+      EXPECT_EQ(v.Chi.PText, p) << display;
     }
-    EXPECT_EQ(v.Items[0].RollsSinceLast, c.scope == kSessionScope ? s->RollsSince[v.Items[0].Kind] : -1);
+    EXPECT_EQ(v.Items[0].RollsSinceLast, scope == kSessionScope ? s->RollsSince[v.Items[0].Kind] : -1);
   }
   RollTotalsRequest faces;
   faces.Display = 3;
