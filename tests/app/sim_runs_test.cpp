@@ -40,10 +40,9 @@ class SimGenerators : public testing::TestWithParam<int> {};
 TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   TempDir dir;
   const std::string rng = std::to_string(GetParam());
+  const auto play = Args("--rolls 300 --player Ann:1000 --bet 'Pass Line=5' --json");
   auto record = [&](const char* seed, const std::string& file) {
-    return SimOk({"--rng", rng, "--seed", seed, "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5",
-                  "--json", "--record", (dir.path / file).string()},
-                 dir.path.string())
+    return SimOk(With(play, {"--rng", rng, "--seed", seed, "--record", (dir.path / file).string()}), dir.path.string())
         .out;
   };
   const std::string report = record("4242", "a.rol");
@@ -54,10 +53,8 @@ TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   EXPECT_EQ(a, FileText(dir.path / "b.rol"));
   EXPECT_NE(a, FileText(dir.path / "c.rol"));
 
-  SimRun replay = Sim({"--seed", "4242", "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5", "--json",
-                       "--playback", (dir.path / "a.rol").string()},
-                      dir.path.string());
-  EXPECT_EQ(replay.out, report);
+  EXPECT_EQ(Sim(With(play, {"--seed", "4242", "--playback", (dir.path / "a.rol").string()}), dir.path.string()).out,
+            report);
   SimRun past = SimOk(
       {"--rolls", "400", "--player", "Ann:1000", "--bet", "Pass Line=5", "--playback", (dir.path / "a.rol").string()},
       dir.path.string());
@@ -83,9 +80,9 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
     if (c.die1 + c.die2 == 7) expected += (std::min(cumulative, 100000.0) - before) / 100000.0;
   }
   const int rolls = 1000000;
-  SimRun r = SimOk({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(),
-                    "--player", "Ann", "--record", (dir.path / "r.rol").string()},
-                   dir.path.string());
+  SimOk({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(), "--player",
+         "Ann", "--record", (dir.path / "r.rol").string()},
+        dir.path.string());
   int sevens = 0;
   for (char b : FileText(dir.path / "r.rol"))
     sevens += ((b >> 2) & 7) + ((static_cast<unsigned char>(b) >> 5) & 7) == 7;
@@ -215,9 +212,9 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
   for (const auto& d : dice) bytes += static_cast<char>(d[1] * 32 + d[0] * 4);
   WriteText(dir.path / "seven.rol", bytes);
   const std::string rol = (dir.path / "seven.rol").string();
-  SimRun r = SimOk({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
-                    "Ann:Pass Line=10", "--playback", rol, "--events-log"},
-                   dir.path.string());
+  SimOk(With(Args("--rolls 3 --seed 7 --player Ann:100 --player Bob:200 --bet 'Ann:Pass Line=10' --playback"),
+             {rol, "--events-log"}),
+        dir.path.string());
   const std::vector<std::string> golden = {
       " New session started DATE @ TIME",
       "    Players:",

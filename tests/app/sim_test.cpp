@@ -295,8 +295,7 @@ TEST(SimProgram, DataFolderFollowsOptionThenEnvironment) {
 TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   TempDir dir;
   const std::filesystem::path data = dir.path / "data";
-  SimRun r =
-      SimOk({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
+  SimOk({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
   // One byte a roll, in the folder made for it, and nothing else beside it.
   EXPECT_EQ(std::filesystem::file_size(data / "current roll history.rol"), 1234u);
   int files = 0;

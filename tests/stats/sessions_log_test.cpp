@@ -33,12 +33,16 @@ SessionRecord Net(Money net, int64_t rolls = 0) {
   return r;
 }
 
-std::vector<Money> Nets(const std::string& path) {
+std::vector<SessionRecord> Read(const std::string& path) {
   SessionsLogFile log;
   std::string error;
   EXPECT_TRUE(ReadSessionsLog(path, log, error, "test")) << error;
+  return log.Records;
+}
+
+std::vector<Money> Nets(const std::string& path) {
   std::vector<Money> v;
-  for (const SessionRecord& r : log.Records) v.push_back(r[slg::AmountNet]);
+  for (const SessionRecord& r : Read(path)) v.push_back(r[slg::AmountNet]);
   return v;
 }
 
@@ -59,9 +63,7 @@ TEST(SessionsLogFile, RoundTripIsByteExact) {
   std::string recB = std::string(64, '\0') + Le(50000, 8) + std::string(23 * 8, '\0');
   EXPECT_EQ(FileText(p), Header(2) + recA + recB);
 
-  SessionsLogFile log;
-  ASSERT_TRUE(ReadSessionsLog(p, log, error, "test")) << error;
-  EXPECT_EQ(log.Records, (std::vector<SessionRecord>{a, Net(5_usd)}));
+  EXPECT_EQ(Read(p), (std::vector<SessionRecord>{a, Net(5_usd)}));
   SessionRecord second;
   ASSERT_TRUE(ReadSessionRecord(p, 1, second, error, "test")) << error;
   EXPECT_EQ(second, Net(5_usd));
@@ -137,17 +139,13 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
 
   ASSERT_TRUE(AddSessionRecord(t.g, 2, path));
   EXPECT_EQ(path, (d.path / "Bea.slg").string());
-  SessionsLogFile log;
-  std::string error;
-  ASSERT_TRUE(ReadSessionsLog(path, log, error, "test")) << error;
-  ASSERT_EQ(log.Records.size(), 1u);
   // Rolls, bets decided / won / lost / net, handle, won, lost, net, -51.5 %, invested,
   // ending, stack 0; stack 19 is the last one kept.
   SessionRecord want = {40_usd,  4_usd,   1_usd,   3_usd,    -2_usd,
                         200_usd, 50_usd,  153_usd, -103_usd, Money::FromRaw(-515000),
                         600_usd, 397_usd, 11_usd};
   want[31] = 19_usd;
-  EXPECT_EQ(log.Records[0], want);
+  EXPECT_EQ(Read(path), std::vector<SessionRecord>{want});
 }
 
 using StartCase = std::tuple<bool, int, size_t>;  // online, the reply, the sessions after
