@@ -189,15 +189,13 @@ TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
             Sim(play, dir.path.string()).out);
 
   WriteText(dir.path / "part.json", R"({"MaxPlacardBet": 2000, "BetPayoff": {"place 6": {"PayoffPay": 6}}})");
-  const json changed =
-      json::parse(Sim({"--dump-rules", "--rules", (dir.path / "part.json").string(), "--rule", "CheckDenom.5=1000"},
-                      dir.path.string())
-                      .out);
+  const SimRun changed = SimOk(
+      {"--dump-rules", "--rules", (dir.path / "part.json").string(), "--rule", "CheckDenom.5=1000"}, dir.path.string());
   json expected = rules;
   expected["MaxPlacardBet"] = 2000;
   expected["BetPayoff"]["Place 6"]["PayoffPay"] = 6;
   expected["CheckDenom"]["5"] = 1000;
-  EXPECT_EQ(changed, expected) << "a partial file and a --rule change only what they name";
+  EXPECT_EQ(json::parse(changed.out), expected) << "a partial file and a --rule change only what they name";
 }
 
 // ---- The events log, as its layout puts it. -------------------------------------------
@@ -317,15 +315,12 @@ TEST(InsideFolder, KeepsEveryNameInTheFolder) {
   fs::create_directory_symlink("/tmp", dir.path / "out");
   const std::string base = fs::weakly_canonical(dir.path).string();
   // Where each name lands, "" when it is refused.
-  const struct {
-    const char *name, *lands;
-  } cases[] = {{"x.txt", "/x.txt"},     {"sub/x.txt", "/sub/x.txt"}, {"new/x.txt", "/new/x.txt"}, {"../x.txt", ""},
-               {"sub/../../x.txt", ""}, {"/etc/passwd", ""},         {"out/x.txt", ""},           {"", ""},
-               {"sub/..", ""}};
-  for (const auto& c : cases) {
-    const std::string lands = InsideFolder(dir.path.string(), c.name);
-    EXPECT_EQ(lands, *c.lands ? base + c.lands : "") << c.name;
-  }
+  const std::pair<const char*, const char*> cases[] = {
+      {"x.txt", "/x.txt"},     {"sub/x.txt", "/sub/x.txt"}, {"new/x.txt", "/new/x.txt"}, {"../x.txt", ""},
+      {"sub/../../x.txt", ""}, {"/etc/passwd", ""},         {"out/x.txt", ""},           {"", ""},
+      {"sub/..", ""}};
+  for (const auto& [name, lands] : cases)
+    EXPECT_EQ(InsideFolder(dir.path.string(), name), *lands ? base + lands : "") << name;
 }
 
 }  // namespace

@@ -73,8 +73,8 @@ TEST(HyperDriveToggle, BelowTwelveIsHyperDriveAndSilentTwelveIsAutoRollThatDraws
     EXPECT_EQ(t.g.Auto.ButtonText, hyper ? "Stop &Hyper-Drive" : "Stop &Auto-Roll");
     if (hyper) {
       EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+      continue;
     }
-    if (hyper) continue;
     ToggleAutoRoll(t.g);
     EXPECT_FALSE(t.g.Auto.AutoRollActive);
     EXPECT_EQ(t.g.Auto.ButtonText, "Start &Auto-Roll");

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "engine/consistency.h"
@@ -16,12 +17,9 @@
 
 namespace {
 
-struct Case {
-  const char* name;
-  std::function<std::optional<bool>(Game&)> change;  // what the procedure returned, if anything
-  std::function<bool(const Game&)> taken;
-  bool accepted;
-};
+// What; the change, with what the procedure returned if anything; whether the value was taken;
+// whether it should be.
+using Case = std::tuple<const char*, std::function<std::optional<bool>(Game&)>, std::function<bool(const Game&)>, bool>;
 
 const SettleRule kRule{2, 3_usd, 1};
 
@@ -63,13 +61,13 @@ std::vector<Case> Cases() {
 }
 
 TEST(TableSettings, TakeValuesInRangeAndRefuseTheRest) {
-  for (const Case& c : Cases()) {
+  for (const auto& [name, change, taken, accepted] : Cases()) {
     TestTable t;
-    const std::optional<bool> returned = c.change(t.g);
+    const std::optional<bool> returned = change(t.g);
     if (returned) {
-      EXPECT_EQ(*returned, c.accepted) << c.name;
+      EXPECT_EQ(*returned, accepted) << name;
     }
-    EXPECT_EQ(c.taken(t.g), c.accepted) << c.name;
+    EXPECT_EQ(taken(t.g), accepted) << name;
   }
 }
 
