@@ -5,6 +5,7 @@
 
 #include "app/sim/sim.h"
 #include "storage/file_bytes.h"
+#include "tests/app/sim_args.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 
@@ -19,16 +20,10 @@ TEST(SimGame, SavedGamesRoundTripAndPlayOnTheSame) {
   TempDir dir;
   const std::string a = (dir.path / "a.crp").string(), b = (dir.path / "b.crp").string();
   const std::string script = (ExamplesFolder() / "martingale_passline.bet").string();
-  SimRun first = SimIn(dir, {"--seed",      "31",
-                             "--rolls",     "3000",
-                             "--player",    "Ann:5000",
-                             "--player",    "Cy:20000:" + script,
-                             "--bet",       "Ann:Pass Line=10",
-                             "--bet",       "Ann:Place 6=12",
-                             "--on-win",    "Ann=same-bet",
-                             "--auto-play", "Ann:adjust=color",
-                             "--auto-play", "Ann:place-bias=increase",
-                             "--save",      a});
+  SimRun first = SimIn(dir, With(Args("--seed 31 --rolls 3000 --player Ann:5000 --bet 'Ann:Pass Line=10' --bet "
+                                      "'Ann:Place 6=12' --on-win Ann=same-bet --auto-play Ann:adjust=color "
+                                      "--auto-play Ann:place-bias=increase --player"),
+                                 {"Cy:20000:" + script, "--save", a}));
   ASSERT_EQ(first.code, 0) << first.err;
   SimRun copy = SimIn(dir, {"--game", a, "--rolls", "0", "--save", b});
   ASSERT_EQ(copy.code, 0) << copy.err;
@@ -37,11 +32,8 @@ TEST(SimGame, SavedGamesRoundTripAndPlayOnTheSame) {
   ASSERT_EQ(SimIn(dir, {"--game", b, "--rolls", "0", "--save", b}).code, 0);
   EXPECT_TRUE(FileBytes(b) == before) << "saved again under its own name, the file is the same";
   // Standing bets belong to a run, not to the table: they are given again.
-  const std::vector<std::string> playOn = {"--rolls", "10000", "--seed", "5", "--json", "--bet", "Ann:Pass Line=10"};
   auto on = [&](const std::string& game) {
-    std::vector<std::string> args = playOn;
-    args.insert(args.end(), {"--game", game});
-    return SimIn(dir, args);
+    return SimIn(dir, With(Args("--rolls 10000 --seed 5 --json --bet 'Ann:Pass Line=10' --game"), {game}));
   };
   SimRun fromA = on(a), fromB = on(b);
   ASSERT_EQ(fromA.code, 0) << fromA.err;

@@ -10,9 +10,7 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <thread>
@@ -20,6 +18,7 @@
 #include "dice/probability_file.h"
 #include "stats/sessions_log_file.h"
 #include "storage/paths.h"
+#include "tests/app/sim_args.h"
 #include "tests/test_support.h"
 
 namespace fs = std::filesystem;
@@ -41,12 +40,10 @@ class SimGenerators : public testing::TestWithParam<int> {};
 TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   TempDir dir;
   const std::string rng = std::to_string(GetParam());
+  const auto play = Args("--rolls 300 --player Ann:1000 --bet 'Pass Line=5' --json");
   auto record = [&](const char* seed, const std::string& file) {
-    SimRun r = Sim({"--rng", rng, "--seed", seed, "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5",
-                    "--json", "--record", (dir.path / file).string()},
-                   dir.path.string());
-    EXPECT_EQ(r.code, 0) << r.err;
-    return r.out;
+    return SimOk(With(play, {"--rng", rng, "--seed", seed, "--record", (dir.path / file).string()}), dir.path.string())
+        .out;
   };
   const std::string report = record("4242", "a.rol");
   record("4242", "b.rol");
@@ -56,14 +53,11 @@ TEST_P(SimGenerators, RecordTheSameRollsForTheSameSeedAndPlayThemBack) {
   EXPECT_EQ(a, FileText(dir.path / "b.rol"));
   EXPECT_NE(a, FileText(dir.path / "c.rol"));
 
-  SimRun replay = Sim({"--seed", "4242", "--rolls", "300", "--player", "Ann:1000", "--bet", "Pass Line=5", "--json",
-                       "--playback", (dir.path / "a.rol").string()},
-                      dir.path.string());
-  EXPECT_EQ(replay.out, report);
-  SimRun past = Sim(
+  EXPECT_EQ(Sim(With(play, {"--seed", "4242", "--playback", (dir.path / "a.rol").string()}), dir.path.string()).out,
+            report);
+  SimRun past = SimOk(
       {"--rolls", "400", "--player", "Ann:1000", "--bet", "Pass Line=5", "--playback", (dir.path / "a.rol").string()},
       dir.path.string());
-  EXPECT_EQ(past.code, 0);
   EXPECT_EQ(past.out.rfind("Played 300 of 400 rolls: Stopped due to end of Dice Roll File reached.\n", 0), 0u)
       << past.out;
 }
@@ -86,9 +80,9 @@ TEST(SimDice, PercentageDiceRollAsTheirTable) {
     if (c.die1 + c.die2 == 7) expected += (std::min(cumulative, 100000.0) - before) / 100000.0;
   }
   const int rolls = 1000000;
-  SimRun r = SimOk({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(),
-                    "--player", "Ann", "--record", (dir.path / "r.rol").string()},
-                   dir.path.string());
+  SimOk({"--rolls", std::to_string(rolls), "--seed", "17", "--prb", (dir.path / "sevens.prb").string(), "--player",
+         "Ann", "--record", (dir.path / "r.rol").string()},
+        dir.path.string());
   int sevens = 0;
   for (char b : FileText(dir.path / "r.rol"))
     sevens += ((b >> 2) & 7) + ((static_cast<unsigned char>(b) >> 5) & 7) == 7;
@@ -107,17 +101,10 @@ TEST(SimSessions, EachSessionReachesEveryPlayersLogAndTheReport) {
   WriteText(dir.path / "unit.bet",
             "If initializing script Then cs1 = 5\nEndIf\n"
             "If next roll is a comeout roll and passline = 0 Then Bet cs1 on passline\nEndIf\n");
-  const std::vector<std::string> args{"--sessions",      "20",
-                                      "--session-rolls", "1000",
-                                      "--seed",          "8",
-                                      "--player",        "Ann:5000",
-                                      "--player",        "Bob:30000",
-                                      "--player",        "Cy:5000:" + (dir.path / "unit.bet").string(),
-                                      "--bet",           "Ann:Pass Line=10",
-                                      "--bet",           "Bob:Field=5",
-                                      "--json"};
-  SimRun r = SimOk(args, dir.path.string());
-  const json report = json::parse(r.out);
+  const auto args = With(Args("--sessions 20 --session-rolls 1000 --seed 8 --player Ann:5000 --player Bob:30000 "
+                              "--bet 'Ann:Pass Line=10' --bet Bob:Field=5 --json --player"),
+                         {"Cy:5000:" + (dir.path / "unit.bet").string()});
+  const json report = json::parse(SimOk(args, dir.path.string()).out);
   EXPECT_EQ(report["sessions"]["played"], 20);
   EXPECT_GE(report["rolls"].get<int64_t>(), 20000);
   for (const json& p : report["players"]) {
@@ -146,8 +133,8 @@ TEST(SimSessions, RollsCountTheWholeRunWhateverSessionsAScriptStarts) {
             "If not initializing script and not beginning new session Then Add 1 to cs1\nEndIf\n"
             "If cs1 = 100 Then\n  cs1 = 0\n  Start new session\nEndIf\n"
             "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
-  SimRun r = SimOk(
-      {"--rolls", "100000", "--seed", "3", "--player", "Ann:100000:" + (dir.path / "every100.bet").string(), "--json"},
+  const SimRun r = SimOk(
+      With(Args("--rolls 100000 --seed 3 --json --player"), {"Ann:100000:" + (dir.path / "every100.bet").string()}),
       dir.path.string());
   EXPECT_EQ(json::parse(r.out)["rolls"], 100000);
   const std::vector<SessionRecord> records = Sessions(dir.path / "Ann.slg");
@@ -191,29 +178,24 @@ TEST(SimSessions, AnInterruptedRunLeavesWholeSessionsInTheLogs) {
 
 TEST(SimRules, ADumpReadBackPlaysAsTheDefaults) {
   TempDir dir;
-  SimRun dump = Sim({"--dump-rules"}, dir.path.string());
-  ASSERT_EQ(dump.code, 0);
+  const SimRun dump = SimOk({"--dump-rules"}, dir.path.string());
   const json rules = json::parse(dump.out);
   EXPECT_EQ(rules["OddsAllowed68"], 5);
   EXPECT_EQ(rules["BetPayoff"]["Place 6"]["PayoffPay"], 7);
   EXPECT_EQ(rules["FieldPayoff"]["21"]["PayoffPay"], 2);
   WriteText(dir.path / "r.json", dump.out);
-  const std::vector<std::string> play{"--rolls", "3000",         "--seed", "5",          "--player", "Ann",
-                                      "--bet",   "Pass Line=10", "--bet",  "Place 6=12", "--json"};
-  std::vector<std::string> withRules = play;
-  withRules.insert(withRules.end(), {"--rules", (dir.path / "r.json").string()});
-  EXPECT_EQ(Sim(withRules, dir.path.string()).out, Sim(play, dir.path.string()).out);
+  const auto play = Args("--rolls 3000 --seed 5 --player Ann --bet 'Pass Line=10' --bet 'Place 6=12' --json");
+  EXPECT_EQ(Sim(With(play, {"--rules", (dir.path / "r.json").string()}), dir.path.string()).out,
+            Sim(play, dir.path.string()).out);
 
   WriteText(dir.path / "part.json", R"({"MaxPlacardBet": 2000, "BetPayoff": {"place 6": {"PayoffPay": 6}}})");
-  const json changed =
-      json::parse(Sim({"--dump-rules", "--rules", (dir.path / "part.json").string(), "--rule", "CheckDenom.5=1000"},
-                      dir.path.string())
-                      .out);
+  const SimRun changed = SimOk(
+      {"--dump-rules", "--rules", (dir.path / "part.json").string(), "--rule", "CheckDenom.5=1000"}, dir.path.string());
   json expected = rules;
   expected["MaxPlacardBet"] = 2000;
   expected["BetPayoff"]["Place 6"]["PayoffPay"] = 6;
   expected["CheckDenom"]["5"] = 1000;
-  EXPECT_EQ(changed, expected) << "a partial file and a --rule change only what they name";
+  EXPECT_EQ(json::parse(changed.out), expected) << "a partial file and a --rule change only what they name";
 }
 
 // ---- The events log, as its layout puts it. -------------------------------------------
@@ -228,9 +210,9 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
   for (const auto& d : dice) bytes += static_cast<char>(d[1] * 32 + d[0] * 4);
   WriteText(dir.path / "seven.rol", bytes);
   const std::string rol = (dir.path / "seven.rol").string();
-  SimRun r = SimOk({"--rolls", "3", "--seed", "7", "--player", "Ann:100", "--player", "Bob:200", "--bet",
-                    "Ann:Pass Line=10", "--playback", rol, "--events-log"},
-                   dir.path.string());
+  SimOk(With(Args("--rolls 3 --seed 7 --player Ann:100 --player Bob:200 --bet 'Ann:Pass Line=10' --playback"),
+             {rol, "--events-log"}),
+        dir.path.string());
   const std::vector<std::string> golden = {
       " New session started DATE @ TIME",
       "    Players:",
@@ -257,26 +239,18 @@ TEST(SimEventsLog, AShortRunWritesTheLinesOfItsLayout) {
       "      Ann decreased to $80 ($10 loss)",
       "----Same shooter (Ann) coming out----------",
   };
-  std::string text = FileText(dir.path / "Events Log.txt");
-  text = std::regex_replace(text, std::regex(R"(started \d+/\d+/\d{4} @ \d+:\d\d:\d\d [AP]M)"), "started DATE @ TIME");
-  std::string expected, index;
-  for (const std::string& line : golden) {
-    const uint32_t at = static_cast<uint32_t>(expected.size()) + 1;  // the line's first byte, from 1
-    index.append(reinterpret_cast<const char*>(&at), 4);
-    expected += line + "\r\n";
-  }
-  EXPECT_EQ(text, expected);
-  // The index holds each line's place in the file as written, before the date was masked.
   const std::string written = FileText(dir.path / "Events Log.txt");
-  const int shift = static_cast<int>(written.size()) - static_cast<int>(text.size());
-  const std::string ref = FileText(dir.path / "Events Log.ref");
-  ASSERT_EQ(ref.size(), 4 * golden.size());
-  for (size_t i = 1; i < golden.size(); ++i) {
-    uint32_t at = 0, want = 0;
-    std::memcpy(&at, ref.data() + 4 * i, 4);
-    std::memcpy(&want, index.data() + 4 * i, 4);
-    EXPECT_EQ(static_cast<int>(at), static_cast<int>(want) + shift) << "line " << i + 1;
+  std::string expected, index;
+  for (const std::string& line : golden) expected += line + "\r\n";
+  ASSERT_EQ(
+      std::regex_replace(written, std::regex(R"(started \d+/\d+/\d{4} @ \d+:\d\d:\d\d [AP]M)"), "started DATE @ TIME"),
+      expected);
+  // The index holds each line's first byte in the file as written, from 1.
+  for (size_t at = 0; at < written.size(); at = written.find("\r\n", at) + 2) {
+    const uint32_t place = static_cast<uint32_t>(at) + 1;
+    index.append(reinterpret_cast<const char*>(&place), 4);
   }
+  EXPECT_EQ(FileText(dir.path / "Events Log.ref"), index);
 }
 
 // ---- Scripts that misbehave. ----------------------------------------------------------
@@ -323,8 +297,9 @@ TEST(SimScripts, AnEndlessCycleStopsTheRunWithItsLine) {
 // ---- The dice go on while somebody can shoot. -----------------------------------------
 
 TEST(SimShooters, APlayerWhoCannotBetTheLinePassesTheDice) {
-  SimRun r = SimOk({"--player", "Ann:15", "--player", "Bob:100000", "--bet", "Ann:Pass Line=10", "--bet",
-                    "Bob:Pass Line=10", "--rolls", "100000", "--seed", "5", "--json"});
+  const SimRun r =
+      SimOk(Args("--player Ann:15 --player Bob:100000 --bet 'Ann:Pass Line=10' --bet 'Bob:Pass Line=10' "
+                 "--rolls 100000 --seed 5 --json"));
   const json report = json::parse(r.out);
   EXPECT_EQ(report["rolls"], 100000);
   EXPECT_FALSE(report.contains("stopped"));
@@ -339,16 +314,13 @@ TEST(InsideFolder, KeepsEveryNameInTheFolder) {
   fs::create_directories(dir.path / "sub");
   fs::create_directory_symlink("/tmp", dir.path / "out");
   const std::string base = fs::weakly_canonical(dir.path).string();
-  const struct {
-    const char* name;
-    const char* lands;  // "" refused
-  } cases[] = {{"x.txt", "/x.txt"},     {"sub/x.txt", "/sub/x.txt"}, {"new/x.txt", "/new/x.txt"}, {"../x.txt", ""},
-               {"sub/../../x.txt", ""}, {"/etc/passwd", ""},         {"out/x.txt", ""},           {"", ""},
-               {"sub/..", ""}};
-  for (const auto& c : cases) {
-    const std::string lands = InsideFolder(dir.path.string(), c.name);
-    EXPECT_EQ(lands, *c.lands ? base + c.lands : "") << c.name;
-  }
+  // Where each name lands, "" when it is refused.
+  const std::pair<const char*, const char*> cases[] = {
+      {"x.txt", "/x.txt"},     {"sub/x.txt", "/sub/x.txt"}, {"new/x.txt", "/new/x.txt"}, {"../x.txt", ""},
+      {"sub/../../x.txt", ""}, {"/etc/passwd", ""},         {"out/x.txt", ""},           {"", ""},
+      {"sub/..", ""}};
+  for (const auto& [name, lands] : cases)
+    EXPECT_EQ(InsideFolder(dir.path.string(), name), *lands ? base + lands : "") << name;
 }
 
 }  // namespace

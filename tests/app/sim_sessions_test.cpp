@@ -5,20 +5,19 @@
 #include "app/sim/sim_sessions.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <sstream>
+#include <tuple>
 
 #include "app/sim/data_folder.h"
 #include "app/sim/sample_stats.h"
 #include "dice/roll_files.h"
 #include "stats/sessions_log_file.h"
+#include "tests/app/sim_args.h"
 #include "tests/test_support.h"
 
 namespace fs = std::filesystem;
@@ -34,11 +33,6 @@ std::map<std::string, std::string> Files(const fs::path& folder) {
   return files;
 }
 
-std::vector<std::string> With(std::vector<std::string> args, const std::vector<std::string>& more) {
-  args.insert(args.end(), more.begin(), more.end());
-  return args;
-}
-
 // ---- One run, any threads, any shards. -------------------------------------------------
 
 TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
@@ -46,17 +40,10 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   WriteText(dir.path / "press.bet",
             "If next roll is a comeout roll and passline = 0 Then Bet 10 on passline\nEndIf\n"
             "If a point is established and place6 = 0 Then Bet 12 on place6\nEndIf\n");
-  const std::vector<std::string> run{"--sessions",      "90",
-                                     "--session-rolls", "300",
-                                     "--seed",          "2026",
-                                     "--player",        "Ann:300",
-                                     "--player",        "Bob:200",
-                                     "--player",        "Cy:500:" + (dir.path / "press.bet").string(),
-                                     "--bet",           "Ann:Pass Line=10",
-                                     "--bet",           "Ann:Pass Line Odds=20",
-                                     "--bet",           "Bob:Field=5",
-                                     "--stop-loss",     "150",
-                                     "--stop-win",      "100"};
+  const auto run = With(Args("--sessions 90 --session-rolls 300 --seed 2026 --player Ann:300 --player Bob:200 --bet "
+                             "'Ann:Pass Line=10' --bet 'Ann:Pass Line Odds=20' --bet Bob:Field=5 --stop-loss 150 "
+                             "--stop-win 100 --player"),
+                        {"Cy:500:" + (dir.path / "press.bet").string()});
   std::string json1, text1;
   std::map<std::string, std::string> logs1;
   for (const char* threads : {"1", "2", "4"}) {
@@ -82,7 +69,7 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
   std::vector<std::string> merge{"merge"};
   for (const char* shard : {"3/3", "1/3", "2/3"}) {
     const std::string part = (dir.path / (std::string("part") + shard[0])).string();
-    const SimRun r = SimOk(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
+    SimOk(With(run, {"--shard", shard, "--partial", part}), (dir.path / "shards").string());
     merge.push_back(part);
   }
   EXPECT_FALSE(fs::exists(dir.path / "shards" / "Ann.slg")) << "a shard writes its partial file only";
@@ -98,8 +85,7 @@ TEST(SimResearch, TheSameRunGivesTheSameBytesForAnyThreadsOrShards) {
 // same run again.
 TEST(SimResearch, ARunWithoutASeedSaysItsSeed) {
   TempDir dir;
-  const std::vector<std::string> run{"--sessions", "5",     "--session-rolls", "100",   "--player",
-                                     "Ann",        "--bet", "Pass Line=5",     "--json"};
+  const auto run = Args("--sessions 5 --session-rolls 100 --player Ann --bet 'Pass Line=5' --json");
   const SimRun first = SimOk(run, (dir.path / "a").string());
   const std::string seed = std::to_string(json::parse(first.out)["seed"].get<uint32_t>());
   EXPECT_EQ(Sim(With(run, {"--seed", seed}), (dir.path / "b").string()).out, first.out);
@@ -112,13 +98,11 @@ TEST(SimResearch, SessionsFromASavedGame) {
   const std::string game = (dir.path / "evening.crp").string();
   const std::string script = (dir.path / "line.bet").string();
   WriteText(script, "If next roll is a comeout roll and passline = 0 Then Bet 5 on passline\nEndIf\n");
-  ASSERT_EQ(Sim({"--rolls", "3000", "--seed", "9", "--player", "Ann:5000", "--player", "Cy:800:" + script, "--bet",
-                 "Ann:Pass Line=10", "--save", game},
-                (dir.path / "saved").string())
-                .code,
-            0);
-  const std::vector<std::string> run{"--game", game,    "--sessions",     "20",    "--session-rolls", "200", "--seed",
-                                     "3",      "--bet", "Ann:Place 8=12", "--json"};
+  SimOk(With(Args("--rolls 3000 --seed 9 --player Ann:5000 --bet 'Ann:Pass Line=10' --save"),
+             {game, "--player", "Cy:800:" + script}),
+        (dir.path / "saved").string());
+  const auto run =
+      With(Args("--sessions 20 --session-rolls 200 --seed 3 --bet 'Ann:Place 8=12' --json --game"), {game});
   const SimRun one = SimOk(With(run, {"--threads", "1"}), (dir.path / "one").string());
   EXPECT_EQ(Sim(With(run, {"--threads", "2"}), (dir.path / "two").string()).out, one.out);
   EXPECT_EQ(Files(dir.path / "one"), Files(dir.path / "two"));
@@ -135,9 +119,9 @@ TEST(SimResearch, SessionsFromASavedGame) {
 
 TEST(SimResearch, PassLineFlatBetsLoseTheExactEdge) {
   TempDir dir;
-  const SimRun r = SimOk({"--sessions", "2000", "--session-rolls", "500", "--seed", "77", "--player", "Ann:100000",
-                          "--bet", "Pass Line=10", "--json"},
-                         dir.path.string());
+  const SimRun r =
+      SimOk(Args("--sessions 2000 --session-rolls 500 --seed 77 --player Ann:100000 --bet 'Pass Line=10' --json"),
+            dir.path.string());
   const json ann = json::parse(r.out)["players"][0];
   const json& line = ann["bets"][0];
   ASSERT_EQ(line["bet"], "Pass Line");
@@ -165,8 +149,7 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   WriteText(dir.path / "twenty.bet",
             "If next roll is a comeout roll and passline = 0 Then Bet 20 on passline\nEndIf\n");
   const std::string ten = (dir.path / "ten.bet").string(), twenty = (dir.path / "twenty.bet").string();
-  const std::vector<std::string> options{"--sessions", "400",      "--session-rolls", "250",       "--seed",
-                                         "31",         "--player", "Ann:100000",      "--threads", "2"};
+  const auto options = Args("--sessions 400 --session-rolls 250 --seed 31 --player Ann:100000 --threads 2");
 
   SimRun same = SimOk(With({"compare", ten, ten}, options), dir.path.string());
   EXPECT_NE(same.out.find("No difference: A and B ended every session alike."), std::string::npos) << same.out;
@@ -177,8 +160,8 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
   EXPECT_EQ(d["sd"], 0.0);
 
   const std::string rows = (dir.path / "pairs.csv").string();
-  const SimRun doubled = SimOk(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string());
-  const json report = json::parse(doubled.out);
+  const json report =
+      json::parse(SimOk(With({"compare", ten, twenty, "--json", "--csv", rows}, options), dir.path.string()).out);
   const json& diff = report["difference"];
   // On the same dice every session of B is A's at twice the stakes.
   std::istringstream csv(FileText(rows));
@@ -206,28 +189,21 @@ TEST(SimCompare, ASystemAgainstItselfAndAtDoubleStakes) {
 
 // ---- Walking away at the right roll, on fixed dice. ------------------------------------
 
-struct WalkCase {
-  const char* name;
-  const char* player;  // with a standing Pass Line of $10
-  std::vector<std::string> args;
-  std::vector<int> dice;  // die1 * 10 + die2
-  SessionEnd end;
-  int64_t rolls;  // the player's, when leaving
-  double result;
-};
+// What, the player (with a standing Pass Line of $10) and the options, the dice (die1 * 10 +
+// die2), and how the player leaves: the end, the player's rolls and the result.
+using WalkCase = std::tuple<const char*, const char*, std::string, std::vector<int>, SessionEnd, int64_t, double>;
 
 class SimWalksAway : public testing::TestWithParam<WalkCase> {};
 
 // The runner's own functions on a table set up from the options, its dice from a roll
 // file played back.
 TEST_P(SimWalksAway, AtTheRightRoll) {
-  const WalkCase& c = GetParam();
+  const auto& [name, player, options, dice, end, rolls, result] = GetParam();
   TempDir dir;
   std::string bytes;
-  for (int d : c.dice) bytes += static_cast<char>(d % 10 * 32 + d / 10 * 4);
+  for (int d : dice) bytes += static_cast<char>(d % 10 * 32 + d / 10 * 4);
   WriteText(dir.path / "dice.rol", bytes);
-  std::vector<std::string> args{"dicehall-sim", "--player", c.player, "--bet", "Pass Line=10"};
-  args.insert(args.end(), c.args.begin(), c.args.end());
+  const auto args = Args("dicehall-sim --player " + std::string(player) + " --bet 'Pass Line=10' " + options);
   std::vector<const char*> argv;
   for (const std::string& a : args) argv.push_back(a.c_str());
   SimOptions o;
@@ -247,9 +223,9 @@ TEST_P(SimWalksAway, AtTheRightRoll) {
   const SessionResult s = PlaySession(*g, r, 1, 1);
   ASSERT_EQ(s.players.size(), 1u);
   const PlayerSession& ann = s.players[0];
-  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(c.end)));
-  EXPECT_EQ(ann.rolls, c.rolls);
-  EXPECT_EQ(ann.result, Money::FromDouble(c.result));
+  EXPECT_EQ(SessionEndName(ann.end), std::string(SessionEndName(end)));
+  EXPECT_EQ(ann.rolls, rolls);
+  EXPECT_EQ(ann.result, Money::FromDouble(result));
   ASSERT_EQ(ann.records.size(), 1u) << "the player's session reaches the log as the player leaves";
   EXPECT_EQ(ann.records[0][slg::Ending] - ann.records[0][slg::Invested], ann.result);
   EXPECT_FALSE(SeatOccupied(*g, 1));
@@ -259,26 +235,25 @@ INSTANTIATE_TEST_SUITE_P(
     FixedDice, SimWalksAway,
     testing::Values(
         // Craps twice: $20 down on the come-out, nothing at risk.
-        WalkCase("StopLoss", "Ann:100", {"--stop-loss", "20"}, {11, 12, 61}, SessionEnd::StopLoss, 2, -20),
+        WalkCase("StopLoss", "Ann:100", "--stop-loss 20", {11, 12, 61}, SessionEnd::StopLoss, 2, -20),
         // A natural and an eleven.
-        WalkCase("StopWin", "Ann:100", {"--stop-win", "20"}, {52, 56, 61}, SessionEnd::StopWin, 2, 20),
+        WalkCase("StopWin", "Ann:100", "--stop-win 20", {52, 56, 61}, SessionEnd::StopWin, 2, 20),
         // The Field loses twice ($20) while the Pass Line waits on its 5: the player bets
         // no more and leaves when the 5 comes.
-        WalkCase("StopLossWaitsForTheLine", "Ann:100", {"--bet", "Field=10", "--stop-loss", "20"}, {32, 42, 44, 41, 61},
+        WalkCase("StopLossWaitsForTheLine", "Ann:100", "--bet Field=10 --stop-loss 20", {32, 42, 44, 41, 61},
                  SessionEnd::StopLoss, 4, -10),
         // The Place 6 wins $14 with the point on 4: it comes down, the line is decided later.
-        WalkCase("StopWinTakesDownThePlaceBet", "Ann:100", {"--bet", "Place 6=12", "--stop-win", "10"},
-                 {22, 33, 41, 31, 61}, SessionEnd::StopWin, 4, 24),
+        WalkCase("StopWinTakesDownThePlaceBet", "Ann:100", "--bet 'Place 6=12' --stop-win 10", {22, 33, 41, 31, 61},
+                 SessionEnd::StopWin, 4, 24),
         // The session's length with a point on: one roll more, to the seven-out.
-        WalkCase("Rolls", "Ann:100", {"--threads", "1", "--session-rolls", "2"}, {22, 54, 43, 61}, SessionEnd::Rolls, 3,
-                 -10),
+        WalkCase("Rolls", "Ann:100", "--threads 1 --session-rolls 2", {22, 54, 43, 61}, SessionEnd::Rolls, 3, -10),
         // 0.025 hours at 120 rolls an hour: three rolls.
-        WalkCase("Hours", "Ann:100", {"--session-hours", "0.025"}, {52, 56, 61, 61}, SessionEnd::Hours, 3, 30),
+        WalkCase("Hours", "Ann:100", "--session-hours 0.025", {52, 56, 61, 61}, SessionEnd::Hours, 3, 30),
         // Nothing left for a line bet after craps.
-        WalkCase("Broke", "Ann:10", {"--threads", "1", "--session-rolls", "50"}, {11, 61}, SessionEnd::Broke, 1, -10),
+        WalkCase("Broke", "Ann:10", "--threads 1 --session-rolls 50", {11, 61}, SessionEnd::Broke, 1, -10),
         // The roll file ends with the point on: the table stops and the line bet is lost.
-        WalkCase("TableStopped", "Ann:100", {"--threads", "1", "--session-rolls", "100"}, {52, 22},
-                 SessionEnd::TableStopped, 2, 0)));
+        WalkCase("TableStopped", "Ann:100", "--threads 1 --session-rolls 100", {52, 22}, SessionEnd::TableStopped, 2,
+                 0)));
 
 // ---- Nothing shared by accident. -------------------------------------------------------
 
@@ -287,8 +262,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SimResearch, ASessionsTableWritesNoFile) {
   TempDir dir;
   WriteText(dir.path / "writer.bet", "Open/append file for output \"notes.txt\"\nOutput to file \"roll\"\n");
-  const SimRun r = SimOk({"--sessions", "3", "--session-rolls", "10", "--seed", "4", "--player",
-                          "Ann:100:" + (dir.path / "writer.bet").string(), "--json"},
+  const SimRun r = SimOk(With(Args("--sessions 3 --session-rolls 10 --seed 4 --json --player"),
+                              {"Ann:100:" + (dir.path / "writer.bet").string()}),
                          (dir.path / "data").string());
   const json script = json::parse(r.out)["players"][0]["script"];
   ASSERT_FALSE(script["first_faults"].empty());
@@ -304,9 +279,8 @@ TEST(SimResearch, ASecondRunOnTheSameFolderIsRefused) {
   TempDir dir;
   const std::string data = (dir.path / "data").string();
   fs::create_directories(data);
-  const std::vector<std::vector<std::string>> runs = {
-      {"--rolls", "10", "--player", "Ann", "--bet", "Pass Line=5"},
-      {"--sessions", "2", "--session-rolls", "10", "--player", "Ann", "--bet", "Pass Line=5"}};
+  const auto runs = {Args("--rolls 10 --player Ann --bet 'Pass Line=5'"),
+                     Args("--sessions 2 --session-rolls 10 --player Ann --bet 'Pass Line=5'")};
   {
     FolderLock held;
     std::ostringstream err;
@@ -323,18 +297,15 @@ TEST(SimResearch, ASecondRunOnTheSameFolderIsRefused) {
 
 // ---- Refusals. -------------------------------------------------------------------------
 
-struct Refusal {
-  std::vector<std::string> args;
-  const char* says;
-};
+using Refusal = std::tuple<const char*, const char*>;  // the files merged, what is said
 
 class SimMergeRefuses : public testing::TestWithParam<Refusal> {};
 
 // Files that don't make one whole run are refused, and nothing is written.
 TEST_P(SimMergeRefuses, FilesThatDontMakeOneRun) {
+  const auto& [files, says] = GetParam();
   TempDir dir;
-  const std::vector<std::string> run{"--sessions", "30",    "--session-rolls", "50",       "--player",
-                                     "Ann",        "--bet", "Pass Line=5",     "--partial"};
+  const auto run = Args("--sessions 30 --session-rolls 50 --player Ann --bet 'Pass Line=5' --partial");
   for (const char* shard : {"1/3", "2/3", "3/3"}) {
     const std::string file = (dir.path / (std::string("p") + shard[0])).string();
     ASSERT_EQ(Sim(With(run, {file, "--seed", "1", "--shard", shard})).code, 0);
@@ -347,23 +318,23 @@ TEST_P(SimMergeRefuses, FilesThatDontMakeOneRun) {
   WriteText(dir.path / "damaged", damaged);
   WriteText(dir.path / "junk", "DiceHall Sessions Log, Data Format 5.0\n");
   std::vector<std::string> args{"merge"};
-  for (const std::string& name : GetParam().args) args.push_back((dir.path / name).string());
+  for (const std::string& name : Args(files)) args.push_back((dir.path / name).string());
   const fs::path data = dir.path / "data";
   const SimRun r = Sim(args, data.string());
   EXPECT_EQ(r.code, 1);
-  EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find(says), std::string::npos) << r.err;
   EXPECT_FALSE(fs::exists(data / "Ann.slg"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SimMergeRefuses,
-                         testing::Values(Refusal{{"p1", "p2"}, "sessions 21 to 30 of 30 are missing"},
-                                         Refusal{{"p1", "p3"}, "sessions 11 to 20 of 30 are missing"},
-                                         Refusal{{"p1", "p2", "p2", "p3"}, "repeats sessions 11 to 20"},
-                                         Refusal{{"p1", "other", "p3"}, "belong to different runs"},
-                                         Refusal{{"p1", "cut", "p3"}, "the file is cut short"},
-                                         Refusal{{"p1", "damaged", "p3"}, "session 11 can't be read"},
-                                         Refusal{{"p1", "junk"}, "not a partial result file"},
-                                         Refusal{{"p1", "none"}, "none: the file can't be read"}));
+                         testing::Values(Refusal{"p1 p2", "sessions 21 to 30 of 30 are missing"},
+                                         Refusal{"p1 p3", "sessions 11 to 20 of 30 are missing"},
+                                         Refusal{"p1 p2 p2 p3", "repeats sessions 11 to 20"},
+                                         Refusal{"p1 other p3", "belong to different runs"},
+                                         Refusal{"p1 cut p3", "the file is cut short"},
+                                         Refusal{"p1 damaged p3", "session 11 can't be read"},
+                                         Refusal{"p1 junk", "not a partial result file"},
+                                         Refusal{"p1 none", "none: the file can't be read"}));
 
 // ---- The statistics of the answers. ----------------------------------------------------
 

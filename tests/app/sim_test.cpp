@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,21 +13,21 @@
 #include <regex>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "tests/app/sim_args.h"
 #include "tests/test_support.h"
 
 namespace {
 
 long long Field(const std::string& text, const std::string& label) {
   std::smatch m;
-  std::regex re(label + R"(:\s+(-?\d+))");
-  if (!std::regex_search(text, m, re)) return -1;
-  return std::stoll(m[1]);
+  return std::regex_search(text, m, std::regex(label + R"(:\s+(-?\d+))")) ? std::stoll(m[1]) : -1;
 }
 
 struct Refusal {
-  std::vector<std::string> args;  // DIR: a folder of the test's own
+  std::string args;  // DIR: a folder of the test's own
   const char* says;
   int code = 2;
 };
@@ -49,7 +47,8 @@ TEST_P(SimRefuses, WithAClearMessageAndNothingWritten) {
   WriteText(dir.path / "negative.json", R"({"BetPayoff": {"Seven": {"PayoffPay": -1}}})");
   WriteText(dir.path / "bad.json", "{ not json");
   std::vector<std::string> args;
-  for (std::string a : GetParam().args) args.push_back(std::regex_replace(a, std::regex("DIR"), dir.path.string()));
+  for (std::string a : Args(GetParam().args))
+    args.push_back(std::regex_replace(a, std::regex("DIR"), dir.path.string()));
   const std::filesystem::path data = dir.path / "data";
   const SimRun r = Sim(args, data.string());
   EXPECT_EQ(r.code, GetParam().code);
@@ -60,122 +59,106 @@ TEST_P(SimRefuses, WithAClearMessageAndNothingWritten) {
 
 INSTANTIATE_TEST_SUITE_P(
     Options, SimRefuses,
-    testing::Values(Refusal{{"--player", "Ann", "--bet", "Pass Lane=10"}, "there is no bet named \"Pass Lane\""},
-                    Refusal{{"--player", "Ann", "--bet", "Pass Line=ten"}, "is not an amount of money"},
-                    Refusal{{"--player", "Ann", "--bet", "Pass Line=0"}, "must be above 0"},
-                    Refusal{{"--player", "Ann", "--bet", "Bob:Pass Line=5"}, "no player named Bob"},
-                    Refusal{{"--player", "Ann", "--player", "Bob", "--bet", "Pass Line=5"}, "name the player"},
-                    Refusal{{"--player", "Ann:lots"}, "is not an amount of money"},
-                    Refusal{{"--player", "Ann", "--player", "Ann"}, "already a player named Ann"},
+    testing::Values(Refusal{"--player Ann --bet 'Pass Lane=10'", "there is no bet named \"Pass Lane\""},
+                    Refusal{"--player Ann --bet 'Pass Line=ten'", "is not an amount of money"},
+                    Refusal{"--player Ann --bet 'Pass Line=0'", "must be above 0"},
+                    Refusal{"--player Ann --bet 'Bob:Pass Line=5'", "no player named Bob"},
+                    Refusal{"--player Ann --player Bob --bet 'Pass Line=5'", "name the player"},
+                    Refusal{"--player Ann:lots", "is not an amount of money"},
+                    Refusal{"--player Ann --player Ann", "already a player named Ann"},
                     // Both are "Ann?" in the game file and the sessions logs.
-                    Refusal{{"--player", "Ann\xE2\x98\x80", "--player", "Ann\xE2\x98\x81"},
+                    Refusal{"--player Ann\xE2\x98\x80 --player Ann\xE2\x98\x81",
                             "already a player named Ann\xE2\x98\x80"},
-                    Refusal{{"--player", "Ann", "--bet", "Pass Line"}, "expected [NAME:]BET=AMOUNT"},
-                    Refusal{{"--rolls", "-5"}, "--rolls"}, Refusal{{"--seed", "0"}, "--seed"},
-                    Refusal{{"--frobnicate"}, "frobnicate"},
-                    Refusal{{"--player", "Ann", "--on-lose", "bogus"}, "is not an action for a bet that lost"},
-                    Refusal{{"--player", "Ann", "--on-win", "remainder"}, "is not an action for a bet that won"},
-                    Refusal{{"--player", "Ann", "--on-win", "Bob=same-bet"}, "no player named Bob"},
-                    Refusal{{"--player", "Ann", "--on-win", "modify:%5"}, "starts with + - * or /"},
-                    Refusal{{"--player", "Ann", "--on-win", "modify"}, "modify needs a rule"},
-                    Refusal{{"--player", "Ann", "--on-win", "same-bet:5"}, "only modify and set take a rule"},
-                    Refusal{{"--data-dir", "DIR/file", "--player", "Ann"}, "is not a folder"}));
+                    Refusal{"--player Ann --bet 'Pass Line'", "expected [NAME:]BET=AMOUNT"},
+                    Refusal{"--rolls -5", "--rolls"}, Refusal{"--seed 0", "--seed"},
+                    Refusal{"--frobnicate", "frobnicate"},
+                    Refusal{"--player Ann --on-lose bogus", "is not an action for a bet that lost"},
+                    Refusal{"--player Ann --on-win remainder", "is not an action for a bet that won"},
+                    Refusal{"--player Ann --on-win Bob=same-bet", "no player named Bob"},
+                    Refusal{"--player Ann --on-win modify:%5", "starts with + - * or /"},
+                    Refusal{"--player Ann --on-win modify", "modify needs a rule"},
+                    Refusal{"--player Ann --on-win same-bet:5", "only modify and set take a rule"},
+                    Refusal{"--data-dir DIR/file --player Ann", "is not a folder"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Research, SimRefuses,
     testing::Values(
-        Refusal{{"--sessions", "3", "--player", "Ann"}, "--sessions needs --session-rolls N or --session-hours H"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9", "--events-log", "--player", "Ann"},
-                "--events-log goes with a single run"},
-        Refusal{{"--stop-win", "50", "--playback", "x.rol", "--player", "Ann"}, "--playback goes with a single run"},
-        Refusal{{"--threads", "2", "--save", "x.crp", "--player", "Ann"}, "--save goes with a single run"},
-        Refusal{{"--stop-loss", "0", "--player", "Ann"}, "--stop-loss 0: the amount must be above 0."},
-        Refusal{{"--stop-win", "lots", "--player", "Ann"}, "is not an amount of money"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9", "--rolls", "50"}, "give one of them"},
-        Refusal{{"--sessions", "3", "--session-hours", "1", "--rolls", "50"}, "--rolls is a single run's rolls"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9", "--seed", "1", "--shard", "2/3"},
-                "--shard needs --partial FILE"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9", "--shard", "2/3", "--partial", "p"},
-                "--shard needs --seed S"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9", "--seed", "1", "--shard", "4/3", "--partial", "p"},
-                "expected I/N"},
-        Refusal{{"--sessions", "2", "--session-rolls", "9", "--seed", "1", "--shard", "1/3", "--partial", "p"},
+        Refusal{"--sessions 3 --player Ann", "--sessions needs --session-rolls N or --session-hours H"},
+        Refusal{"--sessions 3 --session-rolls 9 --events-log --player Ann", "--events-log goes with a single run"},
+        Refusal{"--stop-win 50 --playback x.rol --player Ann", "--playback goes with a single run"},
+        Refusal{"--threads 2 --save x.crp --player Ann", "--save goes with a single run"},
+        Refusal{"--stop-loss 0 --player Ann", "--stop-loss 0: the amount must be above 0."},
+        Refusal{"--stop-win lots --player Ann", "is not an amount of money"},
+        Refusal{"--sessions 3 --session-rolls 9 --rolls 50", "give one of them"},
+        Refusal{"--sessions 3 --session-hours 1 --rolls 50", "--rolls is a single run's rolls"},
+        Refusal{"--sessions 3 --session-rolls 9 --seed 1 --shard 2/3", "--shard needs --partial FILE"},
+        Refusal{"--sessions 3 --session-rolls 9 --shard 2/3 --partial p", "--shard needs --seed S"},
+        Refusal{"--sessions 3 --session-rolls 9 --seed 1 --shard 4/3 --partial p", "expected I/N"},
+        Refusal{"--sessions 2 --session-rolls 9 --seed 1 --shard 1/3 --partial p",
                 "2 sessions make fewer than 3 slices"},
-        Refusal{{"--partial", "p", "--player", "Ann"}, "--partial goes with --shard I/N"},
-        Refusal{
-            {"--sessions", "3", "--session-rolls", "9", "--seed", "1", "--shard", "1/3", "--partial", "p", "--json"},
-            "--json and --csv go with dicehall-sim merge"},
-        Refusal{{"compare", "a.bet", "b.bet", "--session-rolls", "9"}, "compare needs --sessions M"},
-        Refusal{{"compare", "a.bet", "b.bet", "--sessions", "5", "--session-rolls", "9", "--player", "Ann:9:c.bet"},
-                "compare seats one player"},
-        Refusal{{"merge", "p1", "--sessions", "4"}, "merge takes the partial files"},
-        Refusal{{"--sessions", "3", "--session-rolls", "9"}, "needs a player at the table"}));
+        Refusal{"--partial p --player Ann", "--partial goes with --shard I/N"},
+        Refusal{"--sessions 3 --session-rolls 9 --seed 1 --shard 1/3 --partial p --json",
+                "--json and --csv go with dicehall-sim merge"},
+        Refusal{"compare a.bet b.bet --session-rolls 9", "compare needs --sessions M"},
+        Refusal{"compare a.bet b.bet --sessions 5 --session-rolls 9 --player Ann:9:c.bet", "compare seats one player"},
+        Refusal{"merge p1 --sessions 4", "merge takes the partial files"},
+        Refusal{"--sessions 3 --session-rolls 9", "needs a player at the table"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, SimRefuses,
-    testing::Values(Refusal{{"--player", "Ann", "--rule", "MinPlacardBet=2000"},
+    testing::Values(Refusal{"--player Ann --rule MinPlacardBet=2000",
                             "The maximum bet must be greater than or equal to the minimum bet."},
-                    Refusal{{"--player", "Ann", "--rule", "OddsAllowed68=10000"},
+                    Refusal{"--player Ann --rule OddsAllowed68=10000",
                             "Odds allowed factor out of limits. Acceptable values 0-9999"},
-                    Refusal{{"--player", "Ann", "--rule", "Frobnicate=1"}, "rule \"Frobnicate\" is not a rule"},
-                    Refusal{{"--player", "Ann", "--rule", "BarNumber=7"}, "must be 2 or 12"},
-                    Refusal{{"--player", "Ann", "--rule", "AllowPutBets=maybe"}, "must be true or false"},
-                    Refusal{{"--player", "Ann", "--rule", "CheckDenom.1=0"}, "Check values must be greater than zero."},
-                    Refusal{{"--player", "Ann", "--rule", "CheckDenom.6=5"}, "they are numbered 1 to 5"},
-                    Refusal{{"--player", "Ann", "--rule", "BetPayoff.Place 6.PayoffFor=0"}, "must be above 0"},
-                    Refusal{{"--player", "Ann", "--rule", "BetPayoff.Place 66.PayoffPay=1"}, "names no bet"},
-                    Refusal{{"--player", "Ann", "--rule", "FirePayoff.7.PayoffPay=1"}, "numbered 0 to 6"},
-                    Refusal{{"--player", "Ann", "--rule", "NoEquals"}, "expected KEY=VALUE"},
-                    Refusal{{"--player", "Ann", "--rules", "DIR/colour.json"}, "\"MidwayPayoff.1.Colour\""},
-                    Refusal{{"--player", "Ann", "--rules", "DIR/negative.json"},
-                            "The payoff on Seven must be positive."},
-                    Refusal{{"--player", "Ann", "--rules", "DIR/bad.json"}, "this is not JSON"}));
+                    Refusal{"--player Ann --rule Frobnicate=1", "rule \"Frobnicate\" is not a rule"},
+                    Refusal{"--player Ann --rule BarNumber=7", "must be 2 or 12"},
+                    Refusal{"--player Ann --rule AllowPutBets=maybe", "must be true or false"},
+                    Refusal{"--player Ann --rule CheckDenom.1=0", "Check values must be greater than zero."},
+                    Refusal{"--player Ann --rule CheckDenom.6=5", "they are numbered 1 to 5"},
+                    Refusal{"--player Ann --rule 'BetPayoff.Place 6.PayoffFor=0'", "must be above 0"},
+                    Refusal{"--player Ann --rule 'BetPayoff.Place 66.PayoffPay=1'", "names no bet"},
+                    Refusal{"--player Ann --rule FirePayoff.7.PayoffPay=1", "numbered 0 to 6"},
+                    Refusal{"--player Ann --rule NoEquals", "expected KEY=VALUE"},
+                    Refusal{"--player Ann --rules DIR/colour.json", "\"MidwayPayoff.1.Colour\""},
+                    Refusal{"--player Ann --rules DIR/negative.json", "The payoff on Seven must be positive."},
+                    Refusal{"--player Ann --rules DIR/bad.json", "this is not JSON"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Files, SimRefuses,
-    testing::Values(
-        Refusal{{"--player", "Ann:100:DIR/system.bet", "--rolls", "10"}, "system.bet", 1},
-        Refusal{{"--check", "DIR/none.bet"}, "can't be read", 1},
+    testing::Values(Refusal{"--player Ann:100:DIR/system.bet --rolls 10", "system.bet", 1},
+                    Refusal{"--check DIR/none.bet", "can't be read", 1},
 
-        Refusal{{"--game", "DIR/none.crp", "--player", "Ann"}, "the game brings its players"},
-        Refusal{{"--player", "Ann", "--auto-play", "Ann:place-bias=up"}, "nearest, increase or decrease"},
-        Refusal{{"--player", "Ann", "--auto-play", "Bob:adjust=minor"}, "no player named Bob"},
+                    Refusal{"--game DIR/none.crp --player Ann", "the game brings its players"},
+                    Refusal{"--player Ann --auto-play Ann:place-bias=up", "nearest, increase or decrease"},
+                    Refusal{"--player Ann --auto-play Bob:adjust=minor", "no player named Bob"},
 
-        Refusal{{"--player", "Ann", "--rolls", "10", "--playback", "DIR/bad.rol"}, "out of limits (roll 2)", 1},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--playback", "DIR/none.rol"}, "can't be read", 1},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--playback", "DIR/bad.rol", "--from-roll", "9"},
-                "there is no roll 9",
-                1},
-        Refusal{
-            {"--player", "Ann", "--rolls", "10", "--prb", "DIR/junk.prb"}, "not a true DiceHall Probability File", 1},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--record", "DIR/nowhere/x.rol"}, "doesn't exist", 1},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--rng", "3", "--seed", "1000000"}, "Seed value out of limits."},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--rng", "9"}, "--rng"},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--from-roll", "3"}, "--from-roll goes with --playback"},
-        Refusal{{"--player", "Ann", "--rolls", "10", "--playback", "DIR/bad.rol", "--popup", "DIR/p.txt"},
-                "give one of them"}));
+                    Refusal{"--player Ann --rolls 10 --playback DIR/bad.rol", "out of limits (roll 2)", 1},
+                    Refusal{"--player Ann --rolls 10 --playback DIR/none.rol", "can't be read", 1},
+                    Refusal{"--player Ann --rolls 10 --playback DIR/bad.rol --from-roll 9", "there is no roll 9", 1},
+                    Refusal{"--player Ann --rolls 10 --prb DIR/junk.prb", "not a true DiceHall Probability File", 1},
+                    Refusal{"--player Ann --rolls 10 --record DIR/nowhere/x.rol", "doesn't exist", 1},
+                    Refusal{"--player Ann --rolls 10 --rng 3 --seed 1000000", "Seed value out of limits."},
+                    Refusal{"--player Ann --rolls 10 --rng 9", "--rng"},
+                    Refusal{"--player Ann --rolls 10 --from-roll 3", "--from-roll goes with --playback"},
+                    Refusal{"--player Ann --rolls 10 --playback DIR/bad.rol --popup DIR/p.txt", "give one of them"}));
 
-struct HandlingCase {
-  const char* option;
-  const char* text;
-  int action, op, units;
-  double operand;
-};
+// The option, its text, and the seat's action, rule operator, units and operand.
+using HandlingCase = std::tuple<const char*, const char*, int, int, int, double>;
 
 class SimHandlingOptions : public testing::TestWithParam<HandlingCase> {};
 
 TEST_P(SimHandlingOptions, NamesAndRulesBecomeTheSeatsActions) {
-  const HandlingCase& c = GetParam();
-  const char* argv[] = {"dicehall-sim", "--player", "Ann", c.option, c.text};
+  const auto& [option, text, action, op, units, operand] = GetParam();
+  const char* argv[] = {"dicehall-sim", "--player", "Ann", option, text};
   SimOptions o;
   std::ostringstream out, err;
   ASSERT_EQ(ParseSimOptions(5, argv, o, out, err), -1) << err.str();
   ASSERT_EQ(o.handling.size(), 1u);
   const SimHandling& h = o.handling[0];
-  EXPECT_EQ(h.action, c.action);
-  EXPECT_EQ(h.op, c.op);
-  EXPECT_EQ(h.units, c.units);
-  EXPECT_EQ(h.operand, Money::FromDouble(c.operand));
+  EXPECT_EQ(h.action, action);
+  EXPECT_EQ(h.op, op);
+  EXPECT_EQ(h.units, units);
+  EXPECT_EQ(h.operand, Money::FromDouble(operand));
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,
@@ -191,19 +174,13 @@ INSTANTIATE_TEST_SUITE_P(Actions, SimHandlingOptions,
                                          HandlingCase{"--on-lose", "set:25", 7, 0, 0, 25}));
 
 TEST(SimProgram, PressingOnWinsWagersMoreThanFlatBetting) {
-  std::vector<std::string> base{"--rolls", "50000", "--seed",      "9",     "--player",
-                                "Ann:-1",  "--bet", "Pass Line=5", "--bet", "Place 6=12"};
+  const auto base = Args("--rolls 50000 --seed 9 --player Ann:-1 --bet 'Pass Line=5' --bet 'Place 6=12'");
   auto wagered = [](const std::string& out) {
     std::smatch m;
     EXPECT_TRUE(std::regex_search(out, m, std::regex(R"(Place 6: (\d+) decisions, wagered \$(\d+))")));
     return std::make_pair(std::stoll(m[1]), std::stoll(m[2]));
   };
-  SimRun flat = Sim(base);
-  std::vector<std::string> pressing = base;
-  pressing.insert(pressing.end(), {"--on-win", "press-unit"});
-  SimRun pressed = Sim(pressing);
-  ASSERT_EQ(flat.code, 0);
-  ASSERT_EQ(pressed.code, 0);
+  const SimRun flat = SimOk(base), pressed = SimOk(With(base, {"--on-win", "press-unit"}));
   auto [flatDecisions, flatWagered] = wagered(flat.out);
   auto [pressedDecisions, pressedWagered] = wagered(pressed.out);
   EXPECT_EQ(flatDecisions, pressedDecisions) << "the same dice decide the same bets";
@@ -212,8 +189,7 @@ TEST(SimProgram, PressingOnWinsWagersMoreThanFlatBetting) {
 }
 
 TEST(SimProgram, HelpListsEveryOption) {
-  SimRun r = Sim({"--help"});
-  EXPECT_EQ(r.code, 0);
+  const SimRun r = SimOk({"--help"});
   for (const char* option :
        {"--player", "--bet", "--rolls", "--seed", "--data-dir", "--bench", "--threads", "--stop-loss", "--stop-win",
         "--session-hours", "--shard", "--partial", "--csv", "compare", "merge"})
@@ -261,11 +237,9 @@ TEST(SimProgram, ScriptsPlayTheirSeatsAndTheirFaultsAreReported) {
 // The text and the JSON report of one run: the same seed plays the same dice, the
 // decisions add up, and the house keeps the edge of the line.
 TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
-  std::vector<std::string> args{"--rolls",    "200000", "--seed",       "7",     "--player",
-                                "Ann:100000", "--bet",  "Pass Line=10", "--bet", "Hard 8=5"};
+  const auto args = Args("--rolls 200000 --seed 7 --player Ann:100000 --bet 'Pass Line=10' --bet 'Hard 8=5'");
   const SimRun text = SimOk(args);
-  args.push_back("--json");
-  const SimRun json = SimOk(args);
+  const SimRun json = SimOk(With(args, {"--json"}));
   const nlohmann::json r = nlohmann::json::parse(json.out);
   EXPECT_EQ(Field(text.out, "Rolls"), 200000);
   EXPECT_EQ(r["rolls"], 200000);
@@ -297,8 +271,7 @@ TEST(SimProgram, TextAndJsonReportTheSameRunAndItsDecisionsAddUp) {
 }
 
 TEST(SimProgram, ATableThatBreaksTheBankStopsByItself) {
-  SimRun r = Sim({"--rolls", "100000", "--seed", "3", "--player", "Ann:100", "--bet", "Pass Line=50"});
-  EXPECT_EQ(r.code, 0);
+  const SimRun r = SimOk(Args("--rolls 100000 --seed 3 --player Ann:100 --bet 'Pass Line=50'"));
   // Ann can't cover the line bet long: the table stops for want of a line bet.
   EXPECT_EQ(r.out.rfind(
                 "Played " + std::to_string(Field(r.out, "Rolls")) + " of 100000 rolls: Shooter has no line bet.\n", 0),
@@ -321,8 +294,7 @@ TEST(SimProgram, DataFolderFollowsOptionThenEnvironment) {
 TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   TempDir dir;
   const std::filesystem::path data = dir.path / "data";
-  SimRun r =
-      SimOk({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
+  SimOk({"--data-dir", data.string(), "--rolls", "1234", "--seed", "4", "--player", "Ann", "--bet", "Pass Line=5"});
   // One byte a roll, in the folder made for it, and nothing else beside it.
   EXPECT_EQ(std::filesystem::file_size(data / "current roll history.rol"), 1234u);
   int files = 0;
@@ -330,23 +302,19 @@ TEST(SimProgram, TheRollHistoryGoesToTheDataFolderOnly) {
   EXPECT_EQ(files, 1);
 }
 
-struct CheckCase {
-  const char* script;
-  int code;
-  const char* says;  // the line printed, after "FILE:" for a fault
-};
+// The script, the exit code, and the line printed (after "FILE:" for a fault).
+using CheckCase = std::tuple<const char*, int, const char*>;
 
 class SimCheck : public testing::TestWithParam<CheckCase> {};
 
 TEST_P(SimCheck, SaysOkOrWhereTheFirstFaultIs) {
-  const CheckCase& c = GetParam();
+  const auto& [script, code, says] = GetParam();
   TempDir dir;
   const std::string file = (dir.path / "system.bet").string();
-  std::ofstream(file) << c.script;
+  std::ofstream(file) << script;
   SimRun r = Sim({"--check", file});
-  EXPECT_EQ(r.code, c.code) << r.out << r.err;
-  const std::string expected = c.code == 0 ? std::string(c.says) + "\n" : file + ":" + c.says + "\n";
-  EXPECT_EQ(r.out, expected);
+  EXPECT_EQ(r.code, code) << r.out << r.err;
+  EXPECT_EQ(r.out, code == 0 ? std::string(says) + "\n" : file + ":" + says + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -360,8 +328,7 @@ TEST(SimProgram, CheckDumpsTheRecords) {
   TempDir dir;
   const std::string file = (dir.path / "s.bet").string();
   std::ofstream(file) << "Bet 5 on Field\n";
-  SimRun r = Sim({"--check", file, "--dump"});
-  EXPECT_EQ(r.code, 0);
+  const SimRun r = SimOk({"--check", file, "--dump"});
   EXPECT_NE(r.out.find("Records:\n"), std::string::npos);
   EXPECT_NE(r.out.find("A481"), std::string::npos) << r.out;
 }

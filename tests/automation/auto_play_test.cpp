@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "engine/placement.h"
 #include "engine/players.h"
 #include "storage/game_file.h"
@@ -12,23 +14,20 @@
 
 namespace {
 
-struct Adjusted {
-  int bet, mode;
-  int bias;  // -1: the family has none
-  int64_t request, placed;
-};
+// The bet, the adjust mode, the bias (-1: the family has none), the amount asked and placed.
+using Adjusted = std::tuple<int, int, int, int64_t, int64_t>;
 
 class AdjustBias : public testing::TestWithParam<Adjusted> {};
 
 // Place 6 pays 7 for 6 and Lay 4 1 for 2: the multiples are 6 and 2 checks of $1. Buy
 // bets have no bias; "minor correction" (1) always goes down.
 TEST_P(AdjustBias, MovesTheAmountTheWayTheFamilyLeans) {
-  const Adjusted& c = GetParam();
+  const auto& [betId, mode, bias, request, placed] = GetParam();
   TestTable t;
   t.Seat(1, "Ann", 1000_usd);
-  SetAdjustMode(t.g, 1, c.mode);
-  if (c.bias >= 0) t.g.AdjustBias[1].fill(c.bias);
-  EXPECT_EQ(ChangeBet(t.g, 1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.placed));
+  SetAdjustMode(t.g, 1, mode);
+  if (bias >= 0) t.g.AdjustBias[1].fill(bias);
+  EXPECT_EQ(ChangeBet(t.g, 1, betId, Money::Dollars(request)), Money::Dollars(placed));
 }
 
 const int kPlace6 = PointRow(BetFamily::Place, 6), kBuy5 = PointRow(BetFamily::Buy, 5);

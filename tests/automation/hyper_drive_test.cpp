@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "engine/handling.h"
@@ -73,8 +73,8 @@ TEST(HyperDriveToggle, BelowTwelveIsHyperDriveAndSilentTwelveIsAutoRollThatDraws
     EXPECT_EQ(t.g.Auto.ButtonText, hyper ? "Stop &Hyper-Drive" : "Stop &Auto-Roll");
     if (hyper) {
       EXPECT_EQ(t.g.Auto.StatusText, "Hyper-Drive Active");
+      continue;
     }
-    if (hyper) continue;
     ToggleAutoRoll(t.g);
     EXPECT_FALSE(t.g.Auto.AutoRollActive);
     EXPECT_EQ(t.g.Auto.ButtonText, "Start &Auto-Roll");
@@ -115,27 +115,20 @@ TEST(HyperDriveToggle, AutoRollStopsAtItsAutoStopWithABox) {
 
 // ---- Auto-Stop -------------------------------------------------------------------------------
 
-struct AutoStopCase {
-  int32_t rollsBefore;  // of the session, before the run
-  int64_t every;
-  int32_t rollsAfter;
-};
-
-std::ostream& operator<<(std::ostream& os, const AutoStopCase& c) {
-  return os << c.rollsBefore << " rolls, stop every " << c.every;
-}
+// The session's rolls before the run, the Auto-Stop and the rolls after.
+using AutoStopCase = std::tuple<int32_t, int64_t, int32_t>;
 
 class HyperDriveAutoStopTest : public ::testing::TestWithParam<AutoStopCase> {};
 
 TEST_P(HyperDriveAutoStopTest, StopsAtTheNextMultiple) {
-  const AutoStopCase& c = GetParam();
+  const auto& [rollsBefore, every, rollsAfter] = GetParam();
   HyperTable t;
   t.runner.keepLineBet = true;
   t.Bet(1, bet::PassLine, 10_usd);
-  SetSessionRolls(t.g, c.rollsBefore);
-  t.g.Auto.AutoStopRolls = Money::Dollars(c.every);
+  SetSessionRolls(t.g, rollsBefore);
+  t.g.Auto.AutoStopRolls = Money::Dollars(every);
   t.Run();
-  EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
+  EXPECT_EQ(t.SessionRolls(), rollsAfter);
   EXPECT_EQ(t.g.StopReason, "Stopped by Auto-Stop.");
   t.ExpectStoppedWith("Stopped by Auto-Stop.");
   // Every decision of the run was taken without a dialog.
@@ -166,37 +159,28 @@ TEST(HyperDriveAutoStop, ARefusedShotStopsTheRun) {
 
 // ---- Bankroll limits -----------------------------------------------------------------------
 
-struct LimitCase {
-  const char* what;
-  Money bankroll;
-  int32_t rollsAfter;
-  std::string reason;
-  bool pending;
-};
-
-std::ostream& operator<<(std::ostream& os, const LimitCase& c) { return os << c.what; }
+// What, the bankroll, the session's rolls after, the stop and whether the table waits on it.
+using LimitCase = std::tuple<const char*, Money, int32_t, std::string, bool>;
 
 class HyperDriveLimitTest : public ::testing::TestWithParam<LimitCase> {};
 
 TEST_P(HyperDriveLimitTest, StopsBeyondTheLimitOnly) {
-  const LimitCase& c = GetParam();
+  const auto& [what, bankroll, rollsAfter, reason, pending] = GetParam();
   HyperTable t;
   t.g.Rules.BetNeededToShoot = 0;
   t.g.AllowNegBankroll[1] = true;
-  SetBankroll(t.g, 1, c.bankroll);
+  SetBankroll(t.g, 1, bankroll);
   t.g.Auto.AutoStopRolls = 3_usd;
   t.Run();
-  EXPECT_EQ(t.SessionRolls(), c.rollsAfter);
-  t.ExpectStoppedWith(c.reason);
-  EXPECT_EQ(t.g.Table.PendingStopSeat, c.pending ? 1 : 0);
+  EXPECT_EQ(t.SessionRolls(), rollsAfter);
+  t.ExpectStoppedWith(reason);
+  EXPECT_EQ(t.g.Table.PendingStopSeat, pending ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     HyperDrive, HyperDriveLimitTest,
     ::testing::Values(LimitCase{"exactly the limit", 9999999_usd, 3, "Stopped by Auto-Stop.", false},
                       LimitCase{"a cent above", 9999999_usd + Money::FromRaw(100), 1,
-                                "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
-                      LimitCase{"far above", 12000000_usd, 1,
                                 "Stopped by breaking the max bankroll limit of $9,999,999\n\n" + kSelectNew, true},
                       LimitCase{"exactly the negative limit", -9999999_usd, 3, "Stopped by Auto-Stop.", false},
                       LimitCase{"a cent below", -9999999_usd - Money::FromRaw(100), 1,
@@ -231,7 +215,7 @@ TEST(HyperDriveLimit, AStoppedTableStaysStoppedUntilANewSession) {
 TEST(HyperDriveToggle, PressedDuringAScriptCycleOffersToStopIt) {
   for (const int answer : {kButtonYes, kButtonNo}) {
     TestTable t;
-    t.Seat(2, "Bob", Money::Dollars(100));
+    t.Seat(2, "Bob", 100_usd);
     t.g.AutoBet.ScriptRunning = true;
     t.g.AutoBet.Bettor = 2;
     t.ui.replies.push_back(MessageReply{.Button = answer, .Input = {}});

@@ -2,46 +2,39 @@
 
 #include "engine/bankroll.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 #include "tests/engine/line_table.h"
 
 namespace {
 
-struct AtmCase {
-  const char* what;
-  double bankroll, onTable, request;
-  bool negativeAllowed;
-  double allowed;
-  const char* boxEnds;  // "" when the full amount goes through
-};
+// What, the bankroll, the Pass Line on the table, the ATM request, a negative bankroll
+// allowed, what goes through, and how the box ends ("" when the full amount goes through).
+using AtmCase = std::tuple<const char*, double, double, double, bool, double, const char*>;
 
 class BankrollAtmTest : public testing::TestWithParam<AtmCase> {};
 
 TEST_P(BankrollAtmTest, CutsToTheLimitsAndSaysWhy) {
-  const AtmCase& c = GetParam();
+  const auto& [what, bankroll, onTable, request, negativeAllowed, wantAllowed, boxEnds] = GetParam();
   LineTable t;
-  t.Seat(1, "Ann", Money::FromDouble(c.bankroll));
-  t.g.AllowNegBankroll[1] = c.negativeAllowed;
-  if (c.onTable > 0) {
-    ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(c.onTable)), Money::FromDouble(c.onTable));
+  t.Seat(1, "Ann", Money::FromDouble(bankroll));
+  t.g.AllowNegBankroll[1] = negativeAllowed;
+  if (onTable > 0) {
+    ASSERT_EQ(t.Bet(1, bet::PassLine, Money::FromDouble(onTable)), Money::FromDouble(onTable));
   }
   const size_t shown = t.ui.transcript.size();
-  const Money allowed = Atm(t.g, 1, Money::FromDouble(c.request));
-  EXPECT_EQ(allowed, Money::FromDouble(c.allowed)) << c.what;
-  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.bankroll + c.allowed)) << c.what;
+  EXPECT_EQ(Atm(t.g, 1, Money::FromDouble(request)), Money::FromDouble(wantAllowed)) << what;
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(bankroll + wantAllowed)) << what;
   EXPECT_EQ(t.g.Bankroll[1 + 36], t.g.Bankroll[1]);
-  if (*c.boxEnds == 0) {
-    EXPECT_EQ(t.ui.transcript.size(), shown) << c.what;
-    return;
-  }
-  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << c.what;
+  ASSERT_EQ(t.ui.transcript.size(), shown + (*boxEnds ? 1 : 0)) << what;
+  if (*boxEnds == 0) return;
   const MessageRequest& box = t.LastMessage();
-  EXPECT_EQ(box.Title, c.request > 0 ? "ATM Withdrawal" : "ATM Deposit");
-  EXPECT_EQ(box.Text.rfind("Requested amount:  $", 0), 0u) << box.Text;
-  const std::string ends = c.boxEnds;
-  ASSERT_GE(box.Text.size(), ends.size());
-  EXPECT_EQ(box.Text.substr(box.Text.size() - ends.size()), ends) << box.Text;
+  EXPECT_EQ(box.Title, request > 0 ? "ATM Withdrawal" : "ATM Deposit");
+  EXPECT_THAT(box.Text, testing::StartsWith("Requested amount:  $"));
+  EXPECT_THAT(box.Text, testing::EndsWith(boxEnds));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -61,28 +54,24 @@ INSTANTIATE_TEST_SUITE_P(
                 "bankroll to exceed the max bank limit of $9999999"},
         AtmCase{"a withdrawal within it", 500, 0, 500, false, 500, ""}));
 
-struct BuyInCase {
-  double min, max, request, result;
-  const char* text;
-};
+// The host's minimum and maximum, the buy-in asked, the bankroll after and the box.
+using BuyInCase = std::tuple<double, double, double, double, const char*>;
 
 class BankrollBuyInTest : public testing::TestWithParam<BuyInCase> {};
 
 TEST_P(BankrollBuyInTest, HostBoundsHold) {
-  const BuyInCase& c = GetParam();
+  const auto& [min, max, request, result, text] = GetParam();
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100));
-  t.g.HostMinBuyIn = Money::FromDouble(c.min);
-  t.g.HostMaxBuyIn = Money::FromDouble(c.max);
-  BuyIn(t.g, 1, Money::FromDouble(c.request));
-  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(c.result));
-  if (*c.text) {
-    EXPECT_EQ(t.LastMessage().Text, c.text);
-    EXPECT_EQ(t.LastMessage().Title, "Bankroll");
-    EXPECT_EQ(t.LastMessage().HelpId, 180);
-  } else {
-    EXPECT_TRUE(t.ui.transcript.empty());
-  }
+  t.Seat(1, "Ann", 100_usd);
+  t.g.HostMinBuyIn = Money::FromDouble(min);
+  t.g.HostMaxBuyIn = Money::FromDouble(max);
+  BuyIn(t.g, 1, Money::FromDouble(request));
+  EXPECT_EQ(t.g.Bankroll[1], Money::FromDouble(result));
+  ASSERT_EQ(t.Messages(), *text ? 1 : 0);
+  if (*text == 0) return;
+  EXPECT_EQ(t.LastMessage().Text, text);
+  EXPECT_EQ(t.LastMessage().Title, "Bankroll");
+  EXPECT_EQ(t.LastMessage().HelpId, 180);
 }
 
 INSTANTIATE_TEST_SUITE_P(Bounds, BankrollBuyInTest,

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "engine/bets.h"
 #include "storage/rules.h"
 
@@ -15,16 +17,13 @@ RuleSet DefaultRules() {
 
 // ---- Maximum by bet --------------------------------------------------------------------
 
-struct MaximumCase {
-  int bet;
-  int64_t expectedRaw;  // ten-thousandths
-};
+using MaximumCase = std::tuple<int, int64_t>;  // the bet, its maximum in ten-thousandths
 
 class BetLimitsMaximumTest : public ::testing::TestWithParam<MaximumCase> {};
 
 TEST_P(BetLimitsMaximumTest, AtTheDefaults) {
-  const MaximumCase& c = GetParam();
-  EXPECT_EQ(RuleMaximum(DefaultRules(), c.bet), Money::FromRaw(c.expectedRaw)) << BetName(c.bet);
+  const auto& [betId, expectedRaw] = GetParam();
+  EXPECT_EQ(RuleMaximum(DefaultRules(), betId), Money::FromRaw(expectedRaw)) << BetName(betId);
 }
 
 constexpr int64_t D = Money::kScale;
@@ -97,26 +96,19 @@ TEST(BetLimitsTest, PayoffLimitsFollowTheBestRow) {
 
 // ---- Odds limit ------------------------------------------------------------------------
 
-struct OddsCase {
-  int method, oddsBet;
-  int point;                   // for the line odds
-  int64_t flat;                // dollars
-  int64_t multipleHundredths;  // the multiple on this number, 0: the default
-  int64_t expectedCents;
-  const char* why;
-};
+// The method, the odds bet, the point (for the line odds), the flat bet in dollars, the
+// multiple in hundredths (0: the default), the limit in cents, and why.
+using OddsCase = std::tuple<int, int, int, int64_t, int64_t, int64_t, const char*>;
 
 class BetLimitsOddsTest : public ::testing::TestWithParam<OddsCase> {};
 
 TEST_P(BetLimitsOddsTest, Limit) {
-  const OddsCase& c = GetParam();
+  const auto& [method, oddsBet, point, flat, multipleHundredths, expectedCents, why] = GetParam();
   RuleSet r = DefaultRules();
-  r.OddsCalcMethod = c.method;
-  if (c.multipleHundredths != 0) {
-    Money m = Money::FromRaw(c.multipleHundredths * 100);
-    r.OddsAllowed410 = r.OddsAllowed59 = r.OddsAllowed68 = m;
-  }
-  EXPECT_EQ(OddsLimit(r, c.oddsBet, c.point, Money::Dollars(c.flat)), Money::FromRaw(c.expectedCents * 100)) << c.why;
+  r.OddsCalcMethod = method;
+  if (multipleHundredths != 0)
+    r.OddsAllowed410 = r.OddsAllowed59 = r.OddsAllowed68 = Money::FromRaw(multipleHundredths * 100);
+  EXPECT_EQ(OddsLimit(r, oddsBet, point, Money::Dollars(flat)), Money::FromRaw(expectedCents * 100)) << why;
 }
 
 constexpr int kComeOdds5 = 26, kComeOdds6 = 27, kDcOdds5 = 14, kDcOdds6 = 15;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "dice/seeding.h"
@@ -21,31 +22,28 @@ namespace {
 // A table two players have played a few rolls on, with bets on the layout.
 struct PlayedTable : TestTable {
   PlayedTable() {
-    Seat(1, "Ann", Money::Dollars(500));
-    Seat(2, "Bob", Money::Dollars(300));
-    ChangeBet(g, 1, bet::PassLine, Money::Dollars(10));
-    ChangeBet(g, 2, bet::Field, Money::Dollars(5));
+    Seat(1, "Ann", 500_usd);
+    Seat(2, "Bob", 300_usd);
+    ChangeBet(g, 1, bet::PassLine, 10_usd);
+    ChangeBet(g, 2, bet::Field, 5_usd);
     Roll(4, 2);
-    ChangeBet(g, 1, bet::PassLineOdds, Money::Dollars(20));
-    ChangeBet(g, 2, bet::Buy4, Money::Dollars(20));
+    ChangeBet(g, 1, bet::PassLineOdds, 20_usd);
+    ChangeBet(g, 2, bet::Buy4, 20_usd);
     Roll(3, 3);
     Roll(5, 5);
   }
 };
 
-struct Damage {
-  const char* what;
-  std::function<void(Game&)> apply;
-  const char* says;
-};
+using Damage = std::tuple<const char*, std::function<void(Game&)>, const char*>;  // what, the damage, the words
 
 class BrokenTables : public testing::TestWithParam<Damage> {};
 
 TEST_P(BrokenTables, AreCaughtWithTheRuleTheyBreak) {
   PlayedTable t;
   ASSERT_EQ(GameIsConsistent(t.g), "");
-  GetParam().apply(t.g);
-  EXPECT_NE(GameIsConsistent(t.g).find(GetParam().says), std::string::npos) << GameIsConsistent(t.g);
+  const auto& [what, apply, says] = GetParam();
+  apply(t.g);
+  EXPECT_NE(GameIsConsistent(t.g).find(says), std::string::npos) << what << ": " << GameIsConsistent(t.g);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -53,16 +51,15 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Damage{"a bankroll changed behind ChangeBet's back",
                [](Game& g) {
-                 for (int scope : kCountedScopes) g.Bankroll[1 + scope] += Money::Dollars(5);
+                 for (int scope : kCountedScopes) g.Bankroll[1 + scope] += 5_usd;
                },
                "but the buy-ins"},
-        Damage{"one scope of a bankroll", [](Game& g) { g.Bankroll[1 + kAllScope] += Money::Dollars(1); },
+        Damage{"one scope of a bankroll", [](Game& g) { g.Bankroll[1 + kAllScope] += 1_usd; },
                "the bankroll of scope column"},
-        Damage{"a bet amount without its OnTable", [](Game& g) { g.BetAmount[1][bet::PassLine] += Money::Dollars(5); },
+        Damage{"a bet amount without its OnTable", [](Game& g) { g.BetAmount[1][bet::PassLine] += 5_usd; },
                "OnTable is"},
-        Damage{"vig held without its OnTable", [](Game& g) { g.BuyVigHeld[2][0] += Money::Dollars(1); }, "OnTable is"},
-        Damage{"an amount on a row that holds no bet", [](Game& g) { g.BetAmount[1][150] = Money::Dollars(5); },
-               "row 150"},
+        Damage{"vig held without its OnTable", [](Game& g) { g.BuyVigHeld[2][0] += 1_usd; }, "OnTable is"},
+        Damage{"an amount on a row that holds no bet", [](Game& g) { g.BetAmount[1][150] = 5_usd; }, "row 150"},
         Damage{"a working state of 3", [](Game& g) { g.BetWorking[1][bet::Place4 + 2] = 3; }, "working state 3"},
         Damage{"a bet resting in the wrong state", [](Game& g) { g.BetWorking[1][bet::Hard4] = 0; }, "rests in"},
         Damage{"a point of 7", [](Game& g) { g.Table.Point = 7; }, "which is no point"},
@@ -74,11 +71,10 @@ INSTANTIATE_TEST_SUITE_P(
                },
                "in the hand"},
         Damage{"a decision without its win or loss",
-               [](Game& g) { g.Stats.BetStats[kSessionScope + 1][bet::PassLine][0] += Money::Dollars(1); },
-               "decisions but"},
+               [](Game& g) { g.Stats.BetStats[kSessionScope + 1][bet::PassLine][0] += 1_usd; }, "decisions but"},
         Damage{"a holder's mark without the amount", [](Game& g) { g.BetHolders[bet::Hard8] |= 2; }, "holders of"},
         Damage{"a shooter in an empty seat", [](Game& g) { g.Table.Shooter = 7; }, "shooter's seat"},
-        Damage{"a bet left on an empty seat", [](Game& g) { g.BetAmount[5][bet::Field] = Money::Dollars(5); },
+        Damage{"a bet left on an empty seat", [](Game& g) { g.BetAmount[5][bet::Field] = 5_usd; },
                "seat 5 has no player but holds $5"},
         Damage{"two players whose names a file can't tell apart",
                [](Game& g) {
@@ -87,23 +83,16 @@ INSTANTIATE_TEST_SUITE_P(
                },
                "same name"}));
 
-}  // namespace
-
-namespace {
-
 // Eight seats each playing one of the example systems, a million seeded rolls, the table
 // checked after every one of them.
 TEST(Consistency, HoldsAfterEveryRollOfEightSystems) {
-  auto game = std::make_unique<Game>();
-  Game& g = *game;
-  HeadlessUi ui;
-  g.Ui = &ui;
-  SetDefaultGame(g);
+  TestTable t;
+  Game& g = t.g;
   SeedRngWith(g, 2026);
   const std::vector<std::vector<std::string>> scripts = ExampleScripts();
   ASSERT_EQ(scripts.size(), 8u);
   for (int s = 1; s <= 8; ++s) {
-    AddPlayer(g, s, std::string("P") + char('0' + s), Money::Dollars(-1000000));  // never broke
+    AddPlayer(g, s, std::string("P") + char('0' + s), -1000000_usd);  // never broke
     SetSeatScript(g, s, scripts[s - 1], "");
   }
   struct Check {
@@ -118,7 +107,7 @@ TEST(Consistency, HoldsAfterEveryRollOfEightSystems) {
     ++c.rolls;
   };
   g.Auto.AfterRollData = &check;
-  g.Auto.AutoStopRolls = Money::Dollars(1000000);
+  g.Auto.AutoStopRolls = 1000000_usd;
   g.Auto.AutoRollThrottle = 0;
   ToggleAutoRoll(g);
   RuleSet rules = g.Rules;

@@ -5,35 +5,32 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <tuple>
 
 #include "engine/bets.h"
 
 namespace {
 
-struct EdgeCase {
-  const char* bet;
-  int point;
-  std::optional<double> edge;      // of BetEdge; none when it can't be given
-  std::optional<double> decision;  // of DecisionEdge
-};
+// The bet, the point, and the edges of BetEdge and of DecisionEdge (none when there is none).
+using EdgeCase = std::tuple<const char*, int, std::optional<double>, std::optional<double>>;
 
 class HouseEdge : public testing::TestWithParam<EdgeCase> {};
 
 TEST_P(HouseEdge, IsTheEdgeOfTheDice) {
-  const EdgeCase& c = GetParam();
+  const auto& [name, point, wantEdge, wantDecision] = GetParam();
   RuleSet rules;
   SetDefaultRules(rules);
-  const int bet = FindBetByName(c.bet);
-  ASSERT_NE(bet, 0) << c.bet;
+  const int bet = FindBetByName(name);
+  ASSERT_NE(bet, 0) << name;
   double edge = 99;
-  EXPECT_EQ(BetEdge(rules, bet, c.point, edge) == 0, c.edge.has_value()) << c.bet;
-  if (c.edge) {
-    EXPECT_NEAR(edge, *c.edge, 1e-12) << c.bet;
+  EXPECT_EQ(BetEdge(rules, bet, point, edge) == 0, wantEdge.has_value()) << name;
+  if (wantEdge) {
+    EXPECT_NEAR(edge, *wantEdge, 1e-12) << name;
   }
   double decision = 99;
-  EXPECT_EQ(DecisionEdge(rules, bet, decision), c.decision.has_value()) << c.bet;
-  if (c.decision) {
-    EXPECT_NEAR(decision, *c.decision, 1e-12) << c.bet;
+  EXPECT_EQ(DecisionEdge(rules, bet, decision), wantDecision.has_value()) << name;
+  if (wantDecision) {
+    EXPECT_NEAR(decision, *wantDecision, 1e-12) << name;
   }
 }
 
@@ -58,13 +55,13 @@ TEST(HouseEdge, FollowsTheTablesPayoffs) {
   RuleSet rules;
   SetDefaultRules(rules);
   const int place6 = FindBetByName("Place 6"), odds = FindBetByName("Pass Line Odds");
-  rules.BetPayoff[place6].PayoffPay = Money::Dollars(6);  // even money for 6 to 6
+  rules.BetPayoff[place6].PayoffPay = 6_usd;  // even money for 6 to 6
   double edge = 0;
   ASSERT_EQ(BetEdge(rules, place6, 0, edge), 0);
   EXPECT_NEAR(edge, -1.0 / 11, 1e-12);
   // Odds paid short on the 4 only: the odds row then has no single edge.
-  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffPay = Money::Dollars(3);
-  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffFor = Money::Dollars(2);
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffPay = 3_usd;
+  rules.BetPayoff[PointRow(BetFamily::ComeOdds, 4)].PayoffFor = 2_usd;
   ASSERT_EQ(BetEdge(rules, odds, 4, edge), 0);
   EXPECT_NEAR(edge, 1.0 / 3 * 1.5 - 2.0 / 3, 1e-12);
   ASSERT_EQ(BetEdge(rules, odds, 10, edge), 0);
@@ -78,14 +75,11 @@ TEST(HouseEdge, RollsPerHourInEveryUnit) {
   RuleSet rules;
   SetDefaultRules(rules);
   EXPECT_DOUBLE_EQ(RollsPerHour(rules), 120);
-  const struct {
-    int unit;
-    double perTime, hour;
-  } cases[] = {{kPerHour, 90, 90}, {kPerMinute, 2.5, 150}, {kPerSecond, 0.5, 1800}};
-  for (const auto& c : cases) {
-    rules.RollRateUnit = c.unit;
-    rules.RollsPerTime = c.perTime;
-    EXPECT_DOUBLE_EQ(RollsPerHour(rules), c.hour) << c.unit;
+  const std::tuple<int, double, double> rates[] = {{kPerHour, 90, 90}, {kPerMinute, 2.5, 150}, {kPerSecond, 0.5, 1800}};
+  for (const auto& [unit, perTime, hour] : rates) {
+    rules.RollRateUnit = unit;
+    rules.RollsPerTime = perTime;
+    EXPECT_DOUBLE_EQ(RollsPerHour(rules), hour) << unit;
   }
 }
 

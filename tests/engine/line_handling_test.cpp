@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <tuple>
 #include <vector>
 
 #include "engine/handling.h"
@@ -19,33 +19,25 @@ using ::testing::StartsWith;
 
 // ---- Winner and loser actions ----------------------------------------------------------------
 
-struct ActionCase {
-  const char* what;
-  std::vector<int> totals;  // the rolls that decide the $10 line bet
-  int action;               // the seat's action for this result
-  bool silent;
-  std::vector<int> dialogReply;  // the action chosen in the settle dialog
-  int dialogs;
-  Money amountAfter, bankrollAfter;
-};
-
-std::ostream& operator<<(std::ostream& os, const ActionCase& c) { return os << c.what; }
+// What, the rolls that decide the $10 line bet, the seat's action for this result, silent,
+// the actions chosen in the settle dialog, the dialogs shown, the amount and bankroll after.
+using ActionCase = std::tuple<const char*, std::vector<int>, int, bool, std::vector<int>, int, Money, Money>;
 
 class LineSettleActionTest : public ::testing::TestWithParam<ActionCase> {};
 
 TEST_P(LineSettleActionTest, TheStakeAfterTheDecision) {
-  const ActionCase& c = GetParam();
+  const auto& [what, totals, action, silent, dialogReply, dialogs, amountAfter, bankrollAfter] = GetParam();
   AnnTable t;
-  t.g.AutoHandleWin[1] = t.g.AutoHandleLose[1] = c.action;
+  t.g.AutoHandleWin[1] = t.g.AutoHandleLose[1] = action;
   t.Bet(1, bet::PassLine, 10_usd);
-  for (int a : c.dialogReply) t.ui.settleReplies.push_back(a);
-  t.g.SilentMode = c.silent;
-  for (int total : c.totals) t.RollTotal(total);
-  EXPECT_EQ(static_cast<int>(t.ui.settles.size()), c.dialogs);
+  for (int a : dialogReply) t.ui.settleReplies.push_back(a);
+  t.g.SilentMode = silent;
+  for (int total : totals) t.RollTotal(total);
+  EXPECT_EQ(static_cast<int>(t.ui.settles.size()), dialogs);
   EXPECT_TRUE(t.ui.faults.empty());
-  EXPECT_EQ(t.Amount(1, bet::PassLine), c.amountAfter);
-  EXPECT_EQ(t.g.OnTable[1], c.amountAfter);
-  EXPECT_EQ(t.g.Bankroll[1], c.bankrollAfter);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), amountAfter);
+  EXPECT_EQ(t.g.OnTable[1], amountAfter);
+  EXPECT_EQ(t.g.Bankroll[1], bankrollAfter);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -61,8 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LineSettleDialog, AWinnersDialog) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(11);
+  t.PassLineThen(11);
   ASSERT_EQ(t.ui.settles.size(), 1u);
   const SettleRequest& d = t.ui.settles[0];
   EXPECT_EQ(d.Title, "WINNER");

@@ -14,23 +14,25 @@ static inline void PrintTo(const Money& m, std::ostream* os) { *os << DollarText
 
 // A pair of dice for a total, never a pair that makes a hardway unless it must.
 inline std::pair<int, int> DiceFor(int total) {
-  int d1 = total / 2, d2 = total - total / 2;
-  if (d1 == d2 && total > 2 && total < 12) {
-    --d1;
-    ++d2;
-  }
-  return {d1, d2};
+  const int d1 = total / 2 - (total % 2 == 0 && total > 2 && total < 12 ? 1 : 0);
+  return {d1, total - d1};
 }
 
 struct LineTable : TestTable {
-  void RollTotal(int total) {
-    auto [d1, d2] = DiceFor(total);
-    Roll(d1, d2);
-  }
+  void RollTotal(int total) { Roll(DiceFor(total).first, DiceFor(total).second); }
   Money Bet(int seat, int bet, Money change) { return ChangeBet(g, seat, bet, change); }
+  // Seat 1's Pass Line of $10, then a roll of the total.
+  void PassLineThen(int total) {
+    Bet(1, bet::PassLine, 10_usd);
+    RollTotal(total);
+  }
   Money Amount(int seat, int bet) const { return g.BetAmount[seat][bet]; }
   int Messages() const { return static_cast<int>(ui.transcript.size()); }
-  const MessageRequest& LastMessage() const { return ui.transcript.back().request; }
+  // The last box shown; an empty one when none was, so that a failed count stays a failure.
+  const MessageRequest& LastMessage() const {
+    static const MessageRequest kNone;
+    return ui.transcript.empty() ? kNone : ui.transcript.back().request;
+  }
 };
 
 // Ann at seat 1 with $1000.

@@ -28,9 +28,10 @@ TEST(MessageFlags, HidingAClassClearsItsNoticeBitAndSilencesIt) {
   EXPECT_EQ(t.g.Rules.Notices, 14);
 }
 
+// Hide on a message of no class changes nothing.
 TEST(MessageFlags, EachClassOwnsItsNoticeBit) {
-  const int classes[4] = {msg::kClass1, msg::kClass2, msg::kClass4, msg::kClass8};
-  for (int k = 0; k < 4; ++k) {
+  const int classes[5] = {msg::kClass1, msg::kClass2, msg::kClass4, msg::kClass8, msg::kHelp};
+  for (int k = 0; k < 5; ++k) {
     LineTable t;
     t.ui.replies.push_back(Clicked(kButtonOk, true));
     Tell(t.g, "text", "title", 0, msg::kOk | classes[k]);
@@ -38,18 +39,10 @@ TEST(MessageFlags, EachClassOwnsItsNoticeBit) {
   }
 }
 
-TEST(MessageFlags, HideOnAMessageOfNoClassChangesNothing) {
-  LineTable t;
-  t.ui.replies.push_back(Clicked(kButtonOk, true));
-  Tell(t.g, "text", "title", 0, msg::kOk | msg::kHelp);
-  EXPECT_EQ(t.g.Rules.Notices, 15);
-}
-
 TEST(MessageFlags, AHiddenPutRefusalStillRefuses) {
   AnnTable t;
   t.g.Rules.AllowPutBets = false;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(4);
+  t.PassLineThen(4);
   t.ui.replies.push_back(Clicked(kButtonOk, true));
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
   ASSERT_EQ(t.Messages(), 1);
@@ -90,8 +83,7 @@ TEST(MessageFlags, SilentModeShowsNothing) {
 
   t.Seat(1, "Ann", 1000_usd);
   t.g.Rules.AllowPutBets = false;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(4);
+  t.PassLineThen(4);
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
   EXPECT_EQ(t.Messages(), 0);
 }

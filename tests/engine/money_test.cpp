@@ -2,24 +2,22 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 Money M(double d) { return Money::FromDouble(d); }
 
-struct TextCase {
-  double value;
-  const char* text;
-  const char* grouped;
-  const char* dollars;
-};
+// The amount, then its text plain, grouped and in dollars.
+using TextCase = std::tuple<double, const char*, const char*, const char*>;
 
 class MoneyTextTest : public testing::TestWithParam<TextCase> {};
 
 TEST_P(MoneyTextTest, ShowsWholeTwoOrFourDecimals) {
-  const TextCase& c = GetParam();
-  EXPECT_EQ(MoneyText(M(c.value)), c.text);
-  EXPECT_EQ(MoneyTextGrouped(M(c.value)), c.grouped);
-  EXPECT_EQ(DollarText(M(c.value)), c.dollars);
+  const auto& [value, text, grouped, dollars] = GetParam();
+  EXPECT_EQ(MoneyText(M(value)), text);
+  EXPECT_EQ(MoneyTextGrouped(M(value)), grouped);
+  EXPECT_EQ(DollarText(M(value)), dollars);
 }
 
 INSTANTIATE_TEST_SUITE_P(Amounts, MoneyTextTest,
@@ -72,26 +70,18 @@ TEST(MoneyArithmetic, FromDoubleRoundsToTheNearestTenThousandth) {
   EXPECT_EQ(Money::FromDouble(2.0 / 3.0).raw, 6667);
 }
 
-struct ParseCase {
-  const char* text;
-  bool ok;
-  double value;
-};
+using ParseCase = std::tuple<const char*, bool, double>;  // the text, taken, its value
 
 class MoneyParseTest : public testing::TestWithParam<ParseCase> {};
 
 TEST_P(MoneyParseTest, AcceptsTypedAmountsAndRefusesGarbage) {
-  const ParseCase& c = GetParam();
-  Money out = Money::Dollars(777);
+  const auto& [text, ok, value] = GetParam();
+  Money out = 777_usd;
   std::string error;
-  EXPECT_EQ(ParseMoney(c.text, out, error), c.ok) << c.text;
-  if (c.ok) {
-    EXPECT_EQ(out, M(c.value)) << c.text;
-    EXPECT_TRUE(error.empty());
-  } else {
-    EXPECT_EQ(out, Money::Dollars(777)) << "a refused text leaves the amount as it was";
-    EXPECT_NE(error.find("is not an amount of money"), std::string::npos) << error;
-  }
+  EXPECT_EQ(ParseMoney(text, out, error), ok) << text;
+  EXPECT_EQ(out, ok ? M(value) : 777_usd) << text << " (a refused text leaves the amount as it was)";
+  if (ok) EXPECT_TRUE(error.empty()) << error;
+  else EXPECT_NE(error.find("is not an amount of money"), std::string::npos) << error;
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, MoneyParseTest,

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include "engine/handling.h"
 #include "tests/engine/line_table.h"
@@ -28,30 +28,30 @@ struct AnnAtTheLine : LineTable {
     Seat(1, "Ann", bankroll);
     g.AutoHandleWin[1] = g.AutoHandleLose[1] = kTakeDown;
   }
+  // The count-th box is the last: from the player at `title`, and it begins with `text`.
+  void ExpectBox(int count, const char* title, const std::string& text) {
+    ASSERT_EQ(Messages(), count);
+    EXPECT_THAT(LastMessage().Text, StartsWith(text));
+    EXPECT_EQ(LastMessage().Title, title);
+  }
 };
 
 // ---- Rounding to checks -------------------------------------------------------------------
 
-struct RoundCase {
-  Money start, request, applied;
-};
-
-std::ostream& operator<<(std::ostream& os, const RoundCase& c) {
-  return os << DollarText(c.start) << " asked " << DollarText(c.request);
-}
+using RoundCase = std::tuple<Money, Money, Money>;  // on the line before, asked, applied
 
 class PassLineRoundingTest : public ::testing::TestWithParam<RoundCase> {};
 
 TEST_P(PassLineRoundingTest, AwayFromZeroOnAFiveDollarTable) {
-  const RoundCase& c = GetParam();
+  const auto& [start, request, applied] = GetParam();
   AnnAtTheLine t;
   t.g.Rules.CheckDenom = {Money{}, 5_usd, 25_usd, 100_usd, 500_usd, 1000_usd};
-  if (c.start.raw > 0) {
-    ASSERT_EQ(t.Bet(1, bet::PassLine, c.start), c.start);
+  if (start.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::PassLine, start), start);
   }
-  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.applied);
-  EXPECT_EQ(t.Amount(1, bet::PassLine), c.start + c.applied);
-  EXPECT_EQ(t.g.OnTable[1], c.start + c.applied);
+  EXPECT_EQ(t.Bet(1, bet::PassLine, request), applied);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), start + applied);
+  EXPECT_EQ(t.g.OnTable[1], start + applied);
   EXPECT_EQ(t.Messages(), 0);
 }
 
@@ -68,36 +68,29 @@ TEST(PassLineChangeBet, PutBetsOffRefusesAnyIncreaseWithThePointOn) {
   AnnAtTheLine t;
   t.Seat(2, "Bob", 1000_usd);
   t.g.Rules.AllowPutBets = false;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(6);
+  t.PassLineThen(6);
   ASSERT_EQ(t.g.Table.Point, 6);
 
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
   EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
   EXPECT_EQ(t.g.OnTable[1], 10_usd);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
-  EXPECT_EQ(t.LastMessage().Title, "Ann");
+  t.ExpectBox(1, "Ann", kPutRefused);
   EXPECT_TRUE(t.LastMessage().Flags & msg::kClass1);  // a rule notice the user may hide
 
   // A player with no line bet can't start one either.
   EXPECT_EQ(t.Bet(2, bet::PassLine, 10_usd), Money{});
   EXPECT_EQ(t.Amount(2, bet::PassLine), Money{});
-  ASSERT_EQ(t.Messages(), 2);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith(kPutRefused));
-  EXPECT_EQ(t.LastMessage().Title, "Bob");
+  t.ExpectBox(2, "Bob", kPutRefused);
 
   // Nor may the contract come down.
   EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), Money{});
   EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
-  ASSERT_EQ(t.Messages(), 3);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
+  t.ExpectBox(3, "Ann", kNoDecrease);
 }
 
 TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
   AnnAtTheLine t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(6);
+  t.PassLineThen(6);
 
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 5_usd);
   EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), -5_usd);
@@ -117,9 +110,7 @@ TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
   ASSERT_EQ(t.g.Table.Point, 6);
   EXPECT_EQ(t.Bet(1, bet::PassLine, -5_usd), Money{});
   EXPECT_EQ(t.Amount(1, bet::PassLine), 15_usd);
-  ASSERT_EQ(t.Messages(), before + 1);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith(kNoDecrease));
-  EXPECT_EQ(t.LastMessage().Title, "Ann");
+  t.ExpectBox(before + 1, "Ann", kNoDecrease);
 
   // And the whole 15 is paid when the point is made.
   t.RollTotal(6);
@@ -128,8 +119,7 @@ TEST(PassLineChangeBet, APutIncreaseMayComeOffUntilTheNextRoll) {
 
 TEST(PassLineChangeBet, OnTheComeOutTheLineComesDownFreely) {
   AnnAtTheLine t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(7);  // a natural: still the come-out
+  t.PassLineThen(7);  // a natural: still the come-out
   t.Bet(1, bet::PassLine, 10_usd);
   EXPECT_EQ(TakeDown(t.g, 1, bet::PassLine), -10_usd);
   EXPECT_EQ(t.Amount(1, bet::PassLine), Money{});
@@ -143,9 +133,7 @@ TEST(PassLineChangeBet, TheMinimumRaisesAnIncreaseAndRemovesADecrease) {
   AnnAtTheLine t;
   t.g.Rules.MinPlacardBet = 10_usd;
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), 10_usd);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith("The minimum Pass Line bet is $10"));
-  EXPECT_EQ(t.LastMessage().Title, "Ann");
+  t.ExpectBox(1, "Ann", "The minimum Pass Line bet is $10");
 
   t.Bet(1, bet::PassLine, 5_usd);
   EXPECT_EQ(t.Bet(1, bet::PassLine, -10_usd), -15_usd);
@@ -156,8 +144,7 @@ TEST(PassLineChangeBet, TheMinimumRaisesAnIncreaseAndRemovesADecrease) {
 TEST(PassLineChangeBet, TheMaximumCutsTheRequest) {
   AnnAtTheLine t(5000_usd);
   EXPECT_EQ(t.Bet(1, bet::PassLine, 1500_usd), 1000_usd);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith("The maximum Pass Line bet is $1000"));
+  t.ExpectBox(1, "Ann", "The maximum Pass Line bet is $1000");
   EXPECT_THAT(t.LastMessage().Text, Not(HasSubstr("However")));
 }
 
@@ -168,11 +155,9 @@ TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
   t.g.Rules.MaxPlacardBet = 100_usd;
   EXPECT_EQ(t.Bet(1, bet::PassLine, 5_usd), Money{});
   EXPECT_EQ(t.Amount(1, bet::PassLine), 500_usd);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_THAT(t.LastMessage().Text,
-              StartsWith("The maximum Pass Line bet is $100\n\nHowever, because it's a contract bet and was "
-                         "established at $500 when a higher limit was allowed, it must remain unchanged until "
-                         "it resolves."));
+  t.ExpectBox(1, "Ann",
+              "The maximum Pass Line bet is $100\n\nHowever, because it's a contract bet and was established at "
+              "$500 when a higher limit was allowed, it must remain unchanged until it resolves.");
   // It resolves at its full amount.
   t.RollTotal(8);
   EXPECT_EQ(t.g.Bankroll[1], 5500_usd);
@@ -180,33 +165,25 @@ TEST(PassLineChangeBet, AContractAboveALoweredMaximumStaysAsItIs) {
 
 // ---- The bankroll ----------------------------------------------------------------------------
 
-struct BankrollCase {
-  const char* what;
-  Money bankroll;
-  Money fieldBet;  // something else on the table
-  Money minimum, request, placed;
-  std::string text;
-};
-
-std::ostream& operator<<(std::ostream& os, const BankrollCase& c) { return os << c.what; }
+// What, the bankroll, a Field bet already down, the minimum, the request, what is placed and
+// the box's words.
+using BankrollCase = std::tuple<const char*, Money, Money, Money, Money, Money, std::string>;
 
 class PassLineBankrollTest : public ::testing::TestWithParam<BankrollCase> {};
 
 TEST_P(PassLineBankrollTest, CutsToWhatIsLeftAndSaysWhy) {
-  const BankrollCase& c = GetParam();
-  AnnAtTheLine t(c.bankroll);
-  t.g.Rules.MinPlacardBet = c.minimum;
-  if (c.fieldBet.raw > 0) {
-    ASSERT_EQ(t.Bet(1, bet::Field, c.fieldBet), c.fieldBet);
+  const auto& [what, bankroll, fieldBet, minimum, request, placed, text] = GetParam();
+  AnnAtTheLine t(bankroll);
+  t.g.Rules.MinPlacardBet = minimum;
+  if (fieldBet.raw > 0) {
+    ASSERT_EQ(t.Bet(1, bet::Field, fieldBet), fieldBet);
   }
-  EXPECT_EQ(t.Bet(1, bet::PassLine, c.request), c.placed);
-  EXPECT_EQ(t.Amount(1, bet::PassLine), c.placed);
-  EXPECT_EQ(t.g.OnTable[1], c.fieldBet + c.placed);
-  EXPECT_EQ(t.g.Bankroll[1], c.bankroll);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
+  EXPECT_EQ(t.Bet(1, bet::PassLine, request), placed);
+  EXPECT_EQ(t.Amount(1, bet::PassLine), placed);
+  EXPECT_EQ(t.g.OnTable[1], fieldBet + placed);
+  EXPECT_EQ(t.g.Bankroll[1], bankroll);
+  t.ExpectBox(1, "Ann", text);
   EXPECT_EQ(t.LastMessage().HelpId, 130);
-  EXPECT_EQ(t.LastMessage().Title, "Ann");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -4,41 +4,33 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "engine/placement.h"
 #include "tests/engine/line_table.h"
 
 namespace {
 
-struct RuleCase {
-  const char* what;
-  std::function<void(LineTable&)> setUp;
-  int bet;
-  const char* text;
-  int help;
-};
+// What, the set-up, the bet refused, its words and help.
+using RuleCase = std::tuple<const char*, std::function<void(LineTable&)>, int, const char*, int>;
 
 class PlacementRuleTest : public testing::TestWithParam<RuleCase> {};
 
 TEST_P(PlacementRuleTest, RefusesWithItsWords) {
-  const RuleCase& c = GetParam();
+  const auto& [what, setUp, betId, text, help] = GetParam();
   AnnTable t;
-  if (c.setUp) c.setUp(t);
-  const Money before = t.Amount(1, c.bet);
+  if (setUp) setUp(t);
+  const Money before = t.Amount(1, betId);
   const size_t shown = t.ui.transcript.size();
-  EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(10)), Money{}) << c.what;
-  EXPECT_EQ(t.Amount(1, c.bet), before) << c.what;
-  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << c.what;
-  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
-  EXPECT_EQ(t.LastMessage().HelpId, c.help) << c.what;
+  EXPECT_EQ(t.Bet(1, betId, 10_usd), Money{}) << what;
+  EXPECT_EQ(t.Amount(1, betId), before) << what;
+  ASSERT_EQ(t.ui.transcript.size(), shown + 1) << what;
+  EXPECT_EQ(t.LastMessage().Text, text) << what;
+  EXPECT_EQ(t.LastMessage().HelpId, help) << what;
   EXPECT_EQ(t.LastMessage().Title, "Ann");
 }
 
-// Puts the table on a point of 6 with Ann's Pass Line of 10.
-void PointOnSix(LineTable& t) {
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(6);
-}
+void PointOnSix(LineTable& t) { t.PassLineThen(6); }
 
 INSTANTIATE_TEST_SUITE_P(
     Bets, PlacementRuleTest,
@@ -89,39 +81,31 @@ INSTANTIATE_TEST_SUITE_P(
         RuleCase{"Repeater with hits marked", [](LineTable& t) { t.g.Table.RepeaterCount[8] = 1; }, bet::Repeater2 + 5,
                  "You may not make or increase a Repeater 8 bet while any hits are marked.", 510}));
 
-TEST(PlacementRules, TimingBetsOpenAgainWhenTheirConditionPasses) {
-  AnnTable t;
-  // Come-out: Point 7, 7 Point 7, Fire, Hot Roller (no rolls yet) and the collect bets are open.
-  for (int b : {bet::Point7, bet::SevenPoint7, bet::Fire, bet::HotRoller, bet::AllSmall, bet::MakeAll})
-    EXPECT_EQ(t.Bet(1, b, Money::Dollars(5)), Money::Dollars(5)) << BetName(b);
-  EXPECT_TRUE(t.ui.transcript.empty());
-}
-
 TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
   AnnTable t;
   PointOnSix(t);
-  ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
+  ASSERT_EQ(t.Bet(1, bet::Come, 10_usd), 10_usd);
   t.RollTotal(4);  // the Come bet travels to 4
-  ASSERT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
-  EXPECT_EQ(t.Bet(1, bet::Come4, -Money::Dollars(10)), Money{});
+  ASSERT_EQ(t.Amount(1, bet::Come4), 10_usd);
+  EXPECT_EQ(t.Bet(1, bet::Come4, -10_usd), Money{});
   EXPECT_EQ(t.LastMessage().Text, "You may not decrease or remove a Come bet which is established on a point.");
   EXPECT_EQ(t.LastMessage().HelpId, 250);
-  EXPECT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
+  EXPECT_EQ(t.Amount(1, bet::Come4), 10_usd);
   // A Put increase on it can come off again before the next roll.
-  EXPECT_EQ(t.Bet(1, bet::Come4, Money::Dollars(5)), Money::Dollars(5));
-  EXPECT_EQ(t.Bet(1, bet::Come4, -Money::Dollars(15)), -Money::Dollars(5));
-  EXPECT_EQ(t.Amount(1, bet::Come4), Money::Dollars(10));
+  EXPECT_EQ(t.Bet(1, bet::Come4, 5_usd), 5_usd);
+  EXPECT_EQ(t.Bet(1, bet::Come4, -15_usd), -5_usd);
+  EXPECT_EQ(t.Amount(1, bet::Come4), 10_usd);
 }
 
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
   AnnTable t;
-  ASSERT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(20));
-  EXPECT_EQ(t.g.BuyVigHeld[1][0], Money::Dollars(1));
-  EXPECT_EQ(t.g.OnTable[1], Money::Dollars(21));
+  ASSERT_EQ(t.Bet(1, bet::Buy4, 20_usd), 20_usd);
+  EXPECT_EQ(t.g.BuyVigHeld[1][0], 1_usd);
+  EXPECT_EQ(t.g.OnTable[1], 21_usd);
   EXPECT_EQ(t.LastMessage().Text, "Total vig charge $1\nBuy 4");
-  t.Bet(1, bet::Buy4, Money::Dollars(40));  // 60: 3.00
+  t.Bet(1, bet::Buy4, 40_usd);  // 60: 3.00
   EXPECT_EQ(t.LastMessage().Text, "Total vig charge $3\nVig increased by $2\nBuy 4");
-  t.Bet(1, bet::Buy4, -Money::Dollars(60));
+  t.Bet(1, bet::Buy4, -60_usd);
   EXPECT_EQ(t.g.OnTable[1], Money{});
   EXPECT_EQ(t.LastMessage().Text, "Vig charge returned $3\nBuy 4");
 }
@@ -129,60 +113,54 @@ TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
 TEST(PlacementVig, VigOnWinOnlyStaysOutOfOnTable) {
   AnnTable t;
   t.g.Rules.ChargeAllLay = false;
-  ASSERT_EQ(t.Bet(1, bet::Lay4, Money::Dollars(40)), Money::Dollars(40));
-  EXPECT_EQ(t.g.LayVigHeld[1][0], Money::Dollars(1));  // 5% of the win of 20
-  EXPECT_EQ(t.g.OnTable[1], Money::Dollars(40));
+  ASSERT_EQ(t.Bet(1, bet::Lay4, 40_usd), 40_usd);
+  EXPECT_EQ(t.g.LayVigHeld[1][0], 1_usd);  // 5% of the win of 20
+  EXPECT_EQ(t.g.OnTable[1], 40_usd);
   EXPECT_EQ(t.LastMessage().Text, "If you win, the total vig charge will be $1\nLay 4");
 }
 
 TEST(PlacementVig, UpFrontVigMustFitTheBankroll) {
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(20));
+  t.Seat(1, "Ann", 20_usd);
   t.g.SilentMode = true;
   // $20 on Buy 4 needs $1 of vig as well: the bet falls to what the rail can carry.
-  EXPECT_EQ(t.Bet(1, bet::Buy4, Money::Dollars(20)), Money::Dollars(19));
-  EXPECT_LE(t.g.OnTable[1], Money::Dollars(20));
+  EXPECT_EQ(t.Bet(1, bet::Buy4, 20_usd), 19_usd);
+  EXPECT_LE(t.g.OnTable[1], 20_usd);
 }
 
 TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
   AnnTable t;
-  ASSERT_EQ(t.Bet(1, bet::Repeater2 + 5, Money::Dollars(5)), Money::Dollars(5));  // Repeater 8
+  ASSERT_EQ(t.Bet(1, bet::Repeater2 + 5, 5_usd), 5_usd);  // Repeater 8
   t.g.Table.RepeaterCount[8] = 2;
-  t.Bet(1, bet::Repeater2 + 5, -Money::Dollars(5));
+  t.Bet(1, bet::Repeater2 + 5, -5_usd);
   EXPECT_EQ(t.g.Table.RepeaterCount[8], 0);
 }
 
 TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(6);
-  ASSERT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money::Dollars(10));
+  t.PassLineThen(6);
+  ASSERT_EQ(t.Bet(1, bet::Come, 10_usd), 10_usd);
   t.RollTotal(6);  // the point is made and the Come bet travels to 6: a come-out follows
   ASSERT_EQ(t.g.Table.Point, 0);
-  ASSERT_EQ(t.Amount(1, bet::Come4 + 2), Money::Dollars(10));
-  EXPECT_EQ(t.Bet(1, bet::Come, Money::Dollars(10)), Money{});
+  ASSERT_EQ(t.Amount(1, bet::Come4 + 2), 10_usd);
+  EXPECT_EQ(t.Bet(1, bet::Come, 10_usd), Money{});
   EXPECT_EQ(t.Amount(1, bet::Come), Money{});
   EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
 }
 
-struct AdjustCase {
-  int bet, setting, request, expected;
-};
+using AdjustCase = std::tuple<int, int, int, int>;  // bet, setting, request, expected
 
 class PlacementAdjustTest : public testing::TestWithParam<AdjustCase> {};
 
 TEST_P(PlacementAdjustTest, MovesToAWholePayoff) {
-  const AdjustCase& c = GetParam();
+  const auto& [betId, setting, request, expected] = GetParam();
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100000));
-  t.g.Rules.MaxPlacardBet = Money::Dollars(1000);
-  t.g.AdjustForPayoff[1].fill(c.setting);
-  if (c.bet == bet::PassLineOdds) {
-    t.Bet(1, bet::PassLine, Money::Dollars(10));
-    t.RollTotal(5);
-  }
-  EXPECT_EQ(t.Bet(1, c.bet, Money::Dollars(c.request)), Money::Dollars(c.expected))
-      << BetName(c.bet) << " setting " << c.setting << " request " << c.request;
+  t.Seat(1, "Ann", 100000_usd);
+  t.g.Rules.MaxPlacardBet = 1000_usd;
+  t.g.AdjustForPayoff[1].fill(setting);
+  if (betId == bet::PassLineOdds) t.PassLineThen(5);
+  EXPECT_EQ(t.Bet(1, betId, Money::Dollars(request)), Money::Dollars(expected))
+      << BetName(betId) << " setting " << setting << " request " << request;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -200,7 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PlacementAdjust, AnAmountThatCantBeAdjustedIsTold) {
   AnnTable t;
   t.g.AdjustForPayoff[1].fill(1);
-  EXPECT_EQ(t.Bet(1, bet::Place4 + 2, Money::Dollars(3)), Money::Dollars(3));
+  EXPECT_EQ(t.Bet(1, bet::Place4 + 2, 3_usd), 3_usd);
   EXPECT_EQ(t.LastMessage().Text,
             "Unable to auto-adjust bet for proper odds payoff.\nThe minimum bet for proper odds payoff is: $6\n"
             "$3 which will be bet.");

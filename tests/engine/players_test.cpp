@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "stats/sessions_log_file.h"
 #include "tests/engine/line_table.h"
 
@@ -11,14 +13,14 @@ namespace {
 
 struct Leaving : LineTable {
   Leaving() {
-    Seat(1, "Ann", Money::Dollars(1000));
-    Seat(2, "Bob", Money::Dollars(1000));
-    Bet(1, bet::PassLine, Money::Dollars(10));
-    Bet(2, bet::PassLine, Money::Dollars(10));
+    Seat(1, "Ann", 1000_usd);
+    Seat(2, "Bob", 1000_usd);
+    Bet(1, bet::PassLine, 10_usd);
+    Bet(2, bet::PassLine, 10_usd);
     RollTotal(6);  // point on: the Pass Line is a contract
-    Bet(1, bet::Come, Money::Dollars(5));
-    RollTotal(4);                                 // the Come bet travels to 4
-    Bet(1, bet::Place4 + 3, Money::Dollars(12));  // Place 8 may come down any time
+    Bet(1, bet::Come, 5_usd);
+    RollTotal(4);                     // the Come bet travels to 4
+    Bet(1, bet::Place4 + 3, 12_usd);  // Place 8 may come down any time
   }
 };
 
@@ -31,7 +33,7 @@ TEST(PlayersRemove, AsksWithWhatWouldBeAbandoned) {
             "can't be removed and will be abandoned.\n\nTotal to be abandoned: $15");
   EXPECT_EQ(t.LastMessage().Title, "Remove player");
   EXPECT_EQ(t.g.PlayerName[1], "Ann") << "No leaves everything as it was";
-  EXPECT_EQ(t.Amount(1, bet::PassLine), Money::Dollars(10));
+  EXPECT_EQ(t.Amount(1, bet::PassLine), 10_usd);
 }
 
 TEST(PlayersRemove, AbandonedContractsLoseTheRestGoesBack) {
@@ -81,20 +83,19 @@ Money EndingBankrollWhenLeaving(bool returnAbandoned) {
   SessionsLogFile log;
   std::string error;
   EXPECT_TRUE(ReadSessionsLog((dir.path / "Ann.slg").string(), log, error, "test")) << error;
-  if (log.Records.size() != 1) return Money::Dollars(-1);
+  if (log.Records.size() != 1) return -1_usd;
   return log.Records[0][slg::Ending] - before;
 }
 
 TEST(PlayersRemove, ContractsAreLostUnlessTheOptionReturnsThem) {
-  EXPECT_EQ(EndingBankrollWhenLeaving(false), -Money::Dollars(15));
+  EXPECT_EQ(EndingBankrollWhenLeaving(false), -15_usd);
   EXPECT_EQ(EndingBankrollWhenLeaving(true), Money{});
 }
 
 TEST(PlayersRemove, TheLastPlayerLeavingEndsTheHand) {
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100));
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(5);
+  t.Seat(1, "Ann", 100_usd);
+  t.PassLineThen(5);
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(RemovePlayer(t.g, 1));
   EXPECT_EQ(t.g.Table.Point, 0);
@@ -111,15 +112,15 @@ TEST(PlayersMove, EverythingFollowsThePlayerAndTheShooterKeepsTheDice) {
   EXPECT_EQ(t.g.PlayerName[1], "");
   EXPECT_EQ(t.g.Bankroll[6], bankroll);
   EXPECT_EQ(t.g.Bankroll[6 + 18], bankroll);
-  EXPECT_EQ(t.Amount(6, bet::Come4), Money::Dollars(5));
-  EXPECT_EQ(t.g.ContractBase[6][bet::Come4], Money::Dollars(5));
+  EXPECT_EQ(t.Amount(6, bet::Come4), 5_usd);
+  EXPECT_EQ(t.g.ContractBase[6][bet::Come4], 5_usd);
   EXPECT_EQ(t.g.Table.Shooter, 6);
   EXPECT_TRUE(t.g.BetHolders[bet::Come4] & (1 << 6));
   EXPECT_FALSE(t.g.BetHolders[bet::Come4] & (1 << 1));
   // The moved bets still resolve: a 4 pays the Come 4 of the new seat.
   t.ui.replies.clear();
   t.RollTotal(4);
-  EXPECT_EQ(t.g.Bankroll[6], bankroll + Money::Dollars(5));
+  EXPECT_EQ(t.g.Bankroll[6], bankroll + 5_usd);
 }
 
 TEST(PlayersMove, AMoveToAnOccupiedSeatIsAnExchange) {
@@ -127,34 +128,29 @@ TEST(PlayersMove, AMoveToAnOccupiedSeatIsAnExchange) {
   MovePlayer(t.g, 1, 2);
   EXPECT_EQ(t.g.PlayerName[1], "Bob");
   EXPECT_EQ(t.g.PlayerName[2], "Ann");
-  EXPECT_EQ(t.Amount(2, bet::Place4 + 3), Money::Dollars(12));
+  EXPECT_EQ(t.Amount(2, bet::Place4 + 3), 12_usd);
   EXPECT_EQ(t.Amount(1, bet::Place4 + 3), Money{});
   EXPECT_EQ(t.g.Table.Shooter, 2);
 }
 
-struct PassCase {
-  const char* what;
-  int players;
-  bool otherPasses, blockLine;
-  const char* text;
-};
+// What, players seated, whether the others pass, whether the line rule blocks them, the text.
+using PassCase = std::tuple<const char*, int, bool, bool, const char*>;
 
 class PlayersPassDice : public testing::TestWithParam<PassCase> {};
 
 TEST_P(PlayersPassDice, AFailedPassSaysWhy) {
-  const PassCase& c = GetParam();
+  const auto& [what, players, otherPasses, blockLine, text] = GetParam();
   LineTable t;
   static const char* kNames[] = {"", "Ann", "Bob", "Cat"};
-  for (int s = 1; s <= c.players; ++s) t.Seat(s, kNames[s], Money::Dollars(1000));
-  for (int s = 2; s <= c.players; ++s) t.g.AutoPassDice[s] = c.otherPasses;
-  if (c.blockLine) {
+  for (int s = 1; s <= players; ++s) t.Seat(s, kNames[s], 1000_usd);
+  for (int s = 2; s <= players; ++s) t.g.AutoPassDice[s] = otherPasses;
+  if (blockLine) {
     t.g.Rules.AllowPutBets = false;
-    t.Bet(1, bet::PassLine, Money::Dollars(10));
-    t.RollTotal(8);
+    t.PassLineThen(8);
   }
   PassDice(t.g, kPassAsked);
-  EXPECT_EQ(t.g.Table.Shooter, 1) << c.what;
-  EXPECT_EQ(t.LastMessage().Text, c.text) << c.what;
+  EXPECT_EQ(t.g.Table.Shooter, 1) << what;
+  EXPECT_EQ(t.LastMessage().Text, text) << what;
   EXPECT_EQ(t.LastMessage().Title, "Pass the Dice");
 }
 
@@ -173,17 +169,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PlayersAdd, AskedNameAndBuyInSeatThePlayer) {
   LineTable t;
-  t.Seat(1, "Bob", Money::Dollars(100));
-  t.ui.replies = {{kButtonYes, "", false},                                   // add a player here?
-                  {kButtonOk, "Bob", false},                                 // taken
-                  {kButtonOk, "1234", false},                                // all numeric
-                  {kButtonOk, "Ann/Lee", false},                             // no file name
-                  {kButtonOk, " Ann ", false},   {kButtonOk, "ten", false},  // not an amount
-                  {kButtonOk, "", false},                                    // the box that says so
-                  {kButtonOk, "250", false}};
+  t.Seat(1, "Bob", 100_usd);
+  // Yes to a player here; names taken, all numeric and no file name; " Ann "; buy-ins "ten"
+  // (not an amount, and a box says so) and 250.
+  t.ui.replies = {{kButtonYes, "", false},       {kButtonOk, "Bob", false},   {kButtonOk, "1234", false},
+                  {kButtonOk, "Ann/Lee", false}, {kButtonOk, " Ann ", false}, {kButtonOk, "ten", false},
+                  {kButtonOk, "", false},        {kButtonOk, "250", false}};
   ASSERT_TRUE(AskToAddPlayer(t.g, 5));
   EXPECT_EQ(t.g.PlayerName[5], "Ann");
-  EXPECT_EQ(t.g.Bankroll[5], Money::Dollars(250));
+  EXPECT_EQ(t.g.Bankroll[5], 250_usd);
   EXPECT_EQ(t.g.Table.NumberOfPlayers, 2);
   const auto& tr = t.ui.transcript;
   ASSERT_GE(tr.size(), 7u);
@@ -207,7 +201,7 @@ TEST(PlayersAdd, ANameTheFileCantTellApartIsTaken) {
   EXPECT_TRUE(AddPlayer(t.g, 2, "Ann", 100_usd));
   EXPECT_EQ(t.g.Table.NumberOfPlayers, 2);
   // Nobody bets for a seat left empty, even one whose player could go below zero.
-  ASSERT_TRUE(AddPlayer(t.g, 4, "Dee", Money::Dollars(-1)));
+  ASSERT_TRUE(AddPlayer(t.g, 4, "Dee", -1_usd));
   t.g.SilentMode = true;
   ASSERT_TRUE(RemovePlayer(t.g, 4));
   EXPECT_EQ(t.Bet(4, bet::Field, 5_usd), Money{});

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <tuple>
 #include <vector>
 
 #include "engine/handling.h"
@@ -45,33 +45,26 @@ Ints State(const LineBettors& t) {
 
 // ---- The come-out roll ------------------------------------------------------------------
 
-struct ComeOutCase {
-  int bar, total;
-  int point;  // Point after the roll
-  int passes, misses;
-  int passLine, dontPass;
-};
-
-std::ostream& operator<<(std::ostream& os, const ComeOutCase& c) {
-  return os << "bar " << c.bar << ", come-out " << c.total;
-}
+// Bar, the come-out total, the point after it, passes and misses, the Pass Line's and the
+// Don't Pass's outcome.
+using ComeOutCase = std::tuple<int, int, int, int, int, int, int>;
 
 class PointStateComeOutTest : public ::testing::TestWithParam<ComeOutCase> {};
 
 TEST_P(PointStateComeOutTest, MovesThePointAndSettlesTheLine) {
-  const ComeOutCase& c = GetParam();
-  LineBettors t(c.bar);
-  t.RollTotal(c.total);
+  const auto& [bar, total, point, passes, misses, passLine, dontPass] = GetParam();
+  LineBettors t(bar);
+  t.RollTotal(total);
   // No come-out roll ends the hand or moves the dice.
-  EXPECT_EQ(State(t), (Ints{c.point, 0, c.passes, c.misses, 1, kShooterSeat, kShooterSeat}));
+  EXPECT_EQ(State(t), (Ints{point, 0, passes, misses, 1, kShooterSeat, kShooterSeat}));
   // The table's hand column and the shooter's: one come-out roll of this total, and the
   // natural or craps counted on the total itself.
   for (int col : {kHandScope, kHandScope + kShooterSeat, kSessionScope, kAllScope})
-    EXPECT_EQ((Ints{t.g.Stats.HandDecisions[col][c.total].begin(), t.g.Stats.HandDecisions[col][c.total].end()}),
-              (Ints{1, c.passes, c.misses}))
+    EXPECT_EQ((Ints{t.g.Stats.HandDecisions[col][total].begin(), t.g.Stats.HandDecisions[col][total].end()}),
+              (Ints{1, passes, misses}))
         << "column " << col;
   EXPECT_EQ((Ints{t.Outcome(kShooterSeat, bet::PassLine), t.Outcome(kDarkSeat, bet::DontPass)}),
-            (Ints{c.passLine, c.dontPass}));
+            (Ints{passLine, dontPass}));
   EXPECT_EQ(t.g.Stats.RollCount[kHandScope][0], 1);
 }
 
@@ -95,13 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Every total with a point on --------------------------------------------------------
 
-struct PointCase {
-  int bar, point, total;
-};
-
-std::ostream& operator<<(std::ostream& os, const PointCase& c) {
-  return os << "bar " << c.bar << ", point " << c.point << ", total " << c.total;
-}
+using PointCase = std::tuple<int, int, int>;  // bar, point, total
 
 std::vector<PointCase> AllPointRolls() {
   std::vector<PointCase> cases;
@@ -114,36 +101,36 @@ std::vector<PointCase> AllPointRolls() {
 class PointStatePointOnTest : public ::testing::TestWithParam<PointCase> {};
 
 TEST_P(PointStatePointOnTest, OnlyThePointOrASevenDecides) {
-  const PointCase& c = GetParam();
-  LineBettors t(c.bar);
-  t.RollTotal(c.point);
-  ASSERT_EQ(t.g.Table.Point, c.point);
-  t.RollTotal(c.total);
+  const auto& [bar, point, total] = GetParam();
+  LineBettors t(bar);
+  t.RollTotal(point);
+  ASSERT_EQ(t.g.Table.Point, point);
+  t.RollTotal(total);
   const Statistics& st = t.g.Stats;
   const Ints outcomes = {t.Outcome(kShooterSeat, bet::PassLine), t.Outcome(kDarkSeat, bet::DontPass)};
 
-  if (c.total == c.point) {
+  if (total == point) {
     // A made point: a pass, the hand goes on with the same shooter.
-    EXPECT_EQ(State(t), (Ints{0, c.point, 1, 0, 1, kShooterSeat, kShooterSeat}));
-    EXPECT_EQ((Ints{st.HandDecisions[kHandScope][c.point][1], st.HandDecisions[kHandScope + kShooterSeat][c.point][1],
+    EXPECT_EQ(State(t), (Ints{0, point, 1, 0, 1, kShooterSeat, kShooterSeat}));
+    EXPECT_EQ((Ints{st.HandDecisions[kHandScope][point][1], st.HandDecisions[kHandScope + kShooterSeat][point][1],
                     st.MostPassesInHand[kSessionScope], st.RollCount[kHandScope][0]}),
               (Ints{1, 1, 1, 2}));
     EXPECT_EQ(outcomes, (Ints{kWinsBet, kLosesBet}));
-  } else if (c.total == 7) {
+  } else if (total == 7) {
     // A seven-out: a miss; the hand ends, its counters go to "Last hand" and the dice
     // go on to the next player.
-    EXPECT_EQ(State(t), (Ints{0, c.point, 0, 0, 0, kDarkSeat, kDarkSeat}));
-    EXPECT_EQ((Ints{st.RollCount[kHandScope][0], st.RollCount[kLastHandScope][0],
-                    st.HandDecisions[kLastHandScope][c.point][2], st.HandDecisions[kLastHandScope][c.point][1],
-                    st.HandDecisions[kSessionScope][c.point][2], st.MostMissesInHand[kSessionScope],
-                    t.g.Table.LastHandShooter}),
-              (Ints{0, 2, 1, 0, 1, 1, kShooterSeat}));
+    EXPECT_EQ(State(t), (Ints{0, point, 0, 0, 0, kDarkSeat, kDarkSeat}));
+    EXPECT_EQ(
+        (Ints{st.RollCount[kHandScope][0], st.RollCount[kLastHandScope][0], st.HandDecisions[kLastHandScope][point][2],
+              st.HandDecisions[kLastHandScope][point][1], st.HandDecisions[kSessionScope][point][2],
+              st.MostMissesInHand[kSessionScope], t.g.Table.LastHandShooter}),
+        (Ints{0, 2, 1, 0, 1, 1, kShooterSeat}));
     EXPECT_EQ(outcomes, (Ints{kLosesBet, kWinsBet}));
   } else {
     // Anything else, the bar totals included, decides nothing; a roll with the point on
     // isn't a come-out.
-    EXPECT_EQ(State(t), (Ints{c.point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
-    EXPECT_EQ(st.HandDecisions[kHandScope][c.total][0], 0);
+    EXPECT_EQ(State(t), (Ints{point, 0, 0, 0, 1, kShooterSeat, kShooterSeat}));
+    EXPECT_EQ(st.HandDecisions[kHandScope][total][0], 0);
     EXPECT_EQ(outcomes, (Ints{kStands, kStands}));
   }
 }

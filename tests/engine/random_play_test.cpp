@@ -9,6 +9,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "automation/auto_play.h"
@@ -84,11 +85,7 @@ struct Play : FolderTable {
   }
 };
 
-struct Operation {
-  int weight;
-  const char* name;
-  std::function<void(Play&, int seat)> run;
-};
+using Operation = std::tuple<int, const char*, std::function<void(Play&, int seat)>>;  // weight, name, what it does
 
 const std::vector<Operation>& Operations() {
   static const std::vector<Operation> kOperations = {
@@ -143,17 +140,17 @@ const std::vector<Operation>& Operations() {
 
 TEST(RandomPlay, KeepsEveryRuleAndSavesWhatItPlays) {
   std::vector<int> weights;
-  for (const Operation& op : Operations()) weights.push_back(op.weight);
+  for (const auto& [weight, name, run] : Operations()) weights.push_back(weight);
   for (uint32_t seed = 1; seed <= 8; ++seed) {
     Play p(seed);
     std::discrete_distribution<int> choose(weights.begin(), weights.end());
     for (int s = 1; s <= 4; ++s) AddPlayer(p.g, s, "S" + std::to_string(s), Money::Dollars(s == 4 ? -1 : 2000));
     for (int step = 0; step < 2000; ++step) {
-      const Operation& op = Operations()[static_cast<size_t>(choose(p.rng))];
+      const auto& [weight, name, run] = Operations()[static_cast<size_t>(choose(p.rng))];
       const int seat = p.Pick(1, 8);
-      p.steps.push_back(std::string(op.name) + " (seat " + std::to_string(seat) + ")");
+      p.steps.push_back(std::string(name) + " (seat " + std::to_string(seat) + ")");
       if (p.steps.size() > 12) p.steps.pop_front();
-      op.run(p, seat);
+      run(p, seat);
       if (testing::Test::HasFatalFailure()) return;
       ASSERT_EQ(GameIsConsistent(p.g), "") << "seed " << seed << ", step " << step << p.Steps();
     }

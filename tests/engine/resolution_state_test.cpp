@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -27,20 +27,17 @@ struct Fixture : LineTable {
 
 // ---- Hot Roller bit of each pair, in either order ---------------------------------------
 
-struct PairBit {
-  int lo, hi, bit;
-};
-std::ostream& operator<<(std::ostream& os, const PairBit& p) { return os << p.lo << "-" << p.hi; }
+using PairBit = std::tuple<int, int, int>;  // low die, high die, bit
 
 class ResolutionHotRollerBitTest : public ::testing::TestWithParam<PairBit> {};
 
 TEST_P(ResolutionHotRollerBitTest, BitOfThePair) {
-  const PairBit& p = GetParam();
+  const auto& [lo, hi, bit] = GetParam();
   for (bool swapped : {false, true}) {
     Fixture t;
-    if (swapped) t.Roll(p.hi, p.lo);
-    else t.Roll(p.lo, p.hi);
-    EXPECT_EQ(t.g.Table.HotRollerMask, p.bit) << (swapped ? "high die first" : "low die first");
+    if (swapped) t.Roll(hi, lo);
+    else t.Roll(lo, hi);
+    EXPECT_EQ(t.g.Table.HotRollerMask, bit) << (swapped ? "high die first" : "low die first");
   }
 }
 
@@ -54,28 +51,22 @@ INSTANTIATE_TEST_SUITE_P(Pairs, ResolutionHotRollerBitTest,
 
 // ---- Counters kept only while somebody holds the bet ------------------------------------
 
-struct CountCase {
-  const char* what;
-  int bet;  // held at $10 through the rolls, 0 for none
-  std::vector<std::pair<int, int>> dice;
-  int numbersMask, fourRolls, repeaterTotal, repeaterCount;
-};
-std::ostream& operator<<(std::ostream& os, const CountCase& c) { return os << c.what; }
+// What, the bet held at $10 through the rolls (0 for none), the dice, and the numbers
+// marked, the four-roll count, a Repeater total and its count.
+using CountCase = std::tuple<const char*, int, std::vector<std::pair<int, int>>, int, int, int, int>;
 
 class ResolutionCountTest : public ::testing::TestWithParam<CountCase> {};
 
 TEST_P(ResolutionCountTest, AfterTheRolls) {
-  const CountCase& c = GetParam();
+  const auto& [what, betId, dice, numbersMask, fourRolls, repeaterTotal, repeaterCount] = GetParam();
   Fixture t;
-  if (c.bet) {
-    ASSERT_EQ(t.Bet(kSeat, c.bet, 10_usd), 10_usd);
+  if (betId) {
+    ASSERT_EQ(t.Bet(kSeat, betId, 10_usd), 10_usd);
   }
-  for (auto [d1, d2] : c.dice) t.Roll(d1, d2);
-  EXPECT_EQ(t.g.Table.AllNumbersMask, c.numbersMask);
-  EXPECT_EQ(t.g.Table.FourRollCount, c.fourRolls);
-  if (c.repeaterTotal) {
-    EXPECT_EQ(t.g.Table.RepeaterCount[c.repeaterTotal], c.repeaterCount);
-  }
+  for (auto [d1, d2] : dice) t.Roll(d1, d2);
+  EXPECT_EQ(t.g.Table.AllNumbersMask, numbersMask);
+  EXPECT_EQ(t.g.Table.FourRollCount, fourRolls);
+  EXPECT_EQ(t.g.Table.RepeaterCount[repeaterTotal], repeaterCount);
 }
 
 INSTANTIATE_TEST_SUITE_P(

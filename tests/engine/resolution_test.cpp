@@ -31,7 +31,7 @@ struct Case {
   std::string acts;
   double net;             // bankroll change over all the acts
   std::string left = "";  // what stays on the table, "Come 5 $10, ..."; every other bet is empty
-  Setup setup = nullptr;
+  Setup setup = nullptr, also = nullptr;
 };
 
 std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.what << " [" << c.acts << "]"; }
@@ -44,13 +44,7 @@ void BuyVigOnWin(Game& g) { g.Rules.ChargeAllBuy = false; }
 void LayVigOnWin(Game& g) { g.Rules.ChargeAllLay = false; }
 void KeepWinners(Game& g) { g.AutoHandleWin[kSeat] = kSameBet; }
 void KeepLosers(Game& g) { g.AutoHandleLose[kSeat] = kSameBet; }
-void KeepAll(Game& g) {
-  KeepWinners(g);
-  KeepLosers(g);
-}
-PayoffRow Pays(int64_t x, int64_t y) {
-  return PayoffRow{Money{}, Money::Dollars(x), Money::Dollars(-1), Money::Dollars(y)};
-}
+PayoffRow Pays(int64_t x, int64_t y) { return PayoffRow{Money{}, Money::Dollars(x), -1_usd, Money::Dollars(y)}; }
 // The line's own row differs from the Come (Don't Come) row of the point, so the row that paid shows.
 void LineRows(Game& g) {
   g.Rules.BetPayoff[bet::PassLine] = Pays(3, 1);
@@ -62,23 +56,11 @@ void FieldHard4Pays3(Game& g) { g.Rules.FieldPayoff[4] = Pays(3, 1); }  // row 4
 void FireTwoPays(Game& g) { g.Rules.FirePayoff[2] = Pays(3, 1); }
 void FieldTwoPushes(Game& g) { g.Rules.FieldPayoff[1] = Pays(0, 1); }
 void FieldFiveLosesThird(Game& g) { g.Rules.FieldPayoff[5] = Pays(-1, 3); }  // row 5 is the pair 1-4
-void FieldFiveLosesThirdPennies(Game& g) {
-  FieldFiveLosesThird(g);
-  Pennies(g);
-}
-void NoPutKeepWinners(Game& g) {
-  g.Rules.AllowPutBets = false;
-  KeepWinners(g);
-}
-void AutoDownKeepWinners(Game& g) {
-  g.AutoDownPlace[kSeat] = true;
-  KeepWinners(g);
-}
+void NoPut(Game& g) { g.Rules.AllowPutBets = false; }
+void AutoDown(Game& g) { g.AutoDownPlace[kSeat] = true; }
 // A Horn whose Two pays even money loses on the 2: half of it, and the remainder is bet.
-void HornRemainder(Game& g) {
-  g.Rules.BetPayoff[bet::Two] = Pays(1, 1);
-  g.AutoHandleLose[kSeat] = kPressUnitOrRemainder;
-}
+void TwoPaysEven(Game& g) { g.Rules.BetPayoff[bet::Two] = Pays(1, 1); }
+void BetRemainder(Game& g) { g.AutoHandleLose[kSeat] = kPressUnitOrRemainder; }
 
 // Sequences of several decisions, and the rules and choices that change one.
 const Case kCases[] = {
@@ -113,9 +95,9 @@ const Case kCases[] = {
     {"come 11 stays in the box", "1-3, Come $10, 5-6", 10, "Come $10", KeepWinners},
     {"come odds stay with flat", "1-3, Come $10, 2-4, Come 6 Odds $10, 1-5", 22, "Come 6 $10, Come 6 Odds $10",
      KeepWinners},
-    {"come without put returned", "1-3, Come $10, 2-4, Come 6 Odds $10, 1-5", 22, "", NoPutKeepWinners},
-    {"come move takes place down", "1-3, Place 5 $5, Come $10, 1-4", 7, "Come 5 $10", AutoDownKeepWinners},
-    {"come move takes buy down", "1-3, Buy 5 $20, Come $10, 1-4", 29, "Come 5 $10", AutoDownKeepWinners},
+    {"come without put returned", "1-3, Come $10, 2-4, Come 6 Odds $10, 1-5", 22, "", NoPut, KeepWinners},
+    {"come move takes place down", "1-3, Place 5 $5, Come $10, 1-4", 7, "Come 5 $10", AutoDown, KeepWinners},
+    {"come move takes buy down", "1-3, Buy 5 $20, Come $10, 1-4", 29, "Come 5 $10", AutoDown, KeepWinners},
     {"dc 5 works come-out 7", "1-3, Don't Come $10, 1-4, 2-2, 3-4", 10},
     {"dc odds work come-out 7", "1-3, Don't Come $10, 1-4, Don't Come 5 Odds $30, 2-2, 3-4", 30},
     {"dc odds called off", "1-3, Don't Come $10, 1-4, Don't Come 5 Odds $30, Don't Come 5 Odds off, 3-4", 10},
@@ -143,12 +125,12 @@ const Case kCases[] = {
     {"field row of 3-1", "Field $10, 3-1", 10, "", FieldHard4Pays3},
     {"field push", "Field $10, 1-1", 0, "Field $10", FieldTwoPushes},
     {"field third loss floors", "Field $10, 1-4", -4, "", FieldFiveLosesThird},
-    {"field third loss pennies", "Field $10, 4-1", -3.34, "", FieldFiveLosesThirdPennies},
+    {"field third loss pennies", "Field $10, 4-1", -3.34, "", FieldFiveLosesThird, Pennies},
     {"horn $5 on 2 floors", "Horn $5, 1-1", 33},
     {"horn $5 on 2 pennies", "Horn $5, 1-1", 33.75, "", Pennies},
-    {"horn remainder", "Horn $20, 1-1", -10, "Horn $10", HornRemainder},
+    {"horn remainder", "Horn $20, 1-1", -10, "Horn $10", TwoPaysEven, BetRemainder},
     {"right field 9 kept", "Right Field $10, 4-5", 30, "", KeepLosers},
-    {"right field 9 kept twice", "Right Field $10, 4-5, 5-4", 60, "Right Field $10", KeepAll},
+    {"right field 9 kept twice", "Right Field $10, 4-5, 5-4", 60, "Right Field $10", KeepWinners, KeepLosers},
 
     // ---- Point 7 and 7 Point 7
     {"7p7 stage 1 at risk", "7 Point 7 $10, 3-4", 20, "7 Point 7 $10", KeepWinners},
@@ -334,17 +316,10 @@ const ByRoll kByRoll[] = {
     {"7 Point 7 $10", "-10 / -10 / s / s / s / 20 / s / s / s / -10 / -10"},
     {"7 Point 7 $10, 1-3", "-10 / -10 / -10 / -10 / -10 / 30 / -10 / -10 / -10 / -10 / -10"}};
 
-std::string Trim(std::string s) {
-  while (!s.empty() && std::isspace(static_cast<unsigned char>(s.front()))) s.erase(s.begin());
-  while (!s.empty() && std::isspace(static_cast<unsigned char>(s.back()))) s.pop_back();
-  return s;
-}
-
 std::vector<std::string> Items(const std::string& text) {
   std::vector<std::string> out;
   std::stringstream ss(text);
-  for (std::string item; std::getline(ss, item, ',');)
-    if (!Trim(item).empty()) out.push_back(Trim(item));
+  for (std::string item; std::getline(ss >> std::ws, item, ',');) out.push_back(item);
   return out;
 }
 
@@ -355,16 +330,10 @@ struct Item {
 };
 
 Item Parse(const std::string& s) {
-  Item it;
-  if (s.size() == 3 && std::isdigit(static_cast<unsigned char>(s[0])) && s[1] == '-') {
-    it.d1 = s[0] - '0';
-    it.d2 = s[2] - '0';
-    return it;
-  }
+  if (s.size() == 3 && std::isdigit(static_cast<unsigned char>(s[0])) && s[1] == '-')
+    return {s[0] - '0', s[2] - '0', 0, ""};
   const size_t cut = s.rfind(' ');
-  it.bet = FindBetByName(s.substr(0, cut));
-  it.tail = s.substr(cut + 1);
-  return it;
+  return {0, 0, FindBetByName(s.substr(0, cut)), s.substr(cut + 1)};
 }
 
 Money AmountOf(const std::string& text) {
@@ -381,7 +350,8 @@ void Play(const Case& c) {
   g.Rules.BetNeededToShoot = 0;
   t.Seat(kSeat, "Ann", kStartBankroll);
   g.AutoHandleWin[kSeat] = g.AutoHandleLose[kSeat] = kTakeDown;
-  if (c.setup) c.setup(g);
+  for (Setup setup : {c.setup, c.also})
+    if (setup) setup(g);
 
   for (const std::string& s : Items(c.acts)) {
     const Item it = Parse(s);
@@ -475,13 +445,10 @@ TEST_P(ResolutionByRollTest, EveryPairEitherWay) {
   for (size_t k = 0; k < outcomes.size(); ++k) {
     int d1 = kPairs[k][0], d2 = kPairs[k][1];
     if (outcomes.size() == 11) std::tie(d1, d2) = DiceFor(static_cast<int>(k) + 2);
-    std::string left;
-    if (outcomes[k] == "s") left = standing;
-    if (outcomes[k] == "m") {
-      left = standing;
-      left.insert(left.find('$'), std::to_string(d1 + d2) + " ");
-    }
-    const double net = outcomes[k] == "s" || outcomes[k] == "m" ? 0 : std::stod(outcomes[k]);
+    const bool stands = outcomes[k] == "s" || outcomes[k] == "m";
+    std::string left = stands ? standing : "";
+    if (outcomes[k] == "m") left.insert(left.find('$'), std::to_string(d1 + d2) + " ");
+    const double net = stands ? 0 : std::stod(outcomes[k]);
     for (const auto& [a, b] : {std::pair{d1, d2}, std::pair{d2, d1}}) {
       const std::string dice = std::to_string(a) + "-" + std::to_string(b);
       Play({dice, r.before + ", " + dice, net, left, r.setup});

@@ -22,8 +22,8 @@ const SettleRequest* DialogFor(const LineTable& t, const std::string& betLabel) 
 TEST(SettleDialog, ASplitBetTellsItsParts) {
   AnnTable t;
   t.g.AutoHandleWin[1] = 0;  // ask by dialog
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.Bet(1, bet::CAndE, Money::Dollars(2));
+  t.Bet(1, bet::PassLine, 10_usd);
+  t.Bet(1, bet::CAndE, 2_usd);
   t.Roll(5, 6);
   const SettleRequest* d = DialogFor(t, "C and E $2");
   ASSERT_NE(d, nullptr);
@@ -39,9 +39,8 @@ TEST(SettleDialog, ASplitBetTellsItsParts) {
 
 TEST(SettleDialog, ABuyBetShowsThePayoffBeforeVigAndTheVig) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(6);  // a point, so that the Buy bet works
-  t.Bet(1, bet::Buy4, Money::Dollars(20));
+  t.PassLineThen(6);  // a point, so that the Buy bet works
+  t.Bet(1, bet::Buy4, 20_usd);
   t.Roll(1, 3);
   const SettleRequest* d = DialogFor(t, "Buy 4 $20");
   ASSERT_NE(d, nullptr);
@@ -52,9 +51,8 @@ TEST(SettleDialog, ABuyBetShowsThePayoffBeforeVigAndTheVig) {
 
 TEST(SettleDialog, AReturnedBetOffersOnlyToTakeIt) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(6);
-  t.Bet(1, bet::PassLineOdds, Money::Dollars(10));
+  t.PassLineThen(6);
+  t.Bet(1, bet::PassLineOdds, 10_usd);
   t.RollTotal(6);
   const SettleRequest* d = DialogFor(t, "Pass Line Odds $10");
   ASSERT_NE(d, nullptr);
@@ -66,15 +64,14 @@ TEST(SettleDialog, AReturnedBetOffersOnlyToTakeIt) {
 
 TEST(SettleDialog, TheSeatsChoiceRuns) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, Money::Dollars(10));
-  t.RollTotal(6);
-  t.Bet(1, bet::Place4 + 2, Money::Dollars(12));
+  t.PassLineThen(6);
+  t.Bet(1, bet::Place4 + 2, 12_usd);
   // The point is made: the Pass Line is settled first and taken down, then the Place 6
   // wins and is pressed by one unit, 6 on a bet paid 7 for 6.
   t.ui.settleReplies.push_back(kTakeDown);
   t.ui.settleReplies.push_back(kPressUnitOrRemainder);
   t.Roll(3, 3);
-  EXPECT_EQ(t.Amount(1, bet::Place4 + 2), Money::Dollars(18));
+  EXPECT_EQ(t.Amount(1, bet::Place4 + 2), 18_usd);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include "engine/handling.h"
 #include "tests/engine/line_table.h"
@@ -20,28 +20,20 @@ const std::string kNote = "Note: This requirement can be changed on the 'Bets ta
 
 // ---- Bet needed to shoot -------------------------------------------------------------------
 
-struct ShotCase {
-  const char* what;
-  int setting;
-  int players;     // Ann (seat 3, the shooter), then Bob (seat 7)
-  bool pointOn;    // a point is set first with the requirement off
-  int shooterBet;  // 0 none, else the bet Ann has
-  bool rolls;
-  std::string title;  // of the box when refused
-  std::string text;
-  std::string stop;  // the stop text under SilentMode
-};
-
-std::ostream& operator<<(std::ostream& os, const ShotCase& c) { return os << c.what; }
+// What; the setting; players: Ann (seat 3, the shooter), then Bob (seat 7); a point set first
+// with the requirement off; the bet Ann has (0 none); whether the dice roll; the box's
+// title and text when refused; the stop text under SilentMode.
+using ShotCase = std::tuple<const char*, int, int, bool, int, bool, std::string, std::string, std::string>;
 
 struct ShotTable : LineTable {
   explicit ShotTable(const ShotCase& c) {
-    if (c.players >= 1) Seat(3, "Ann", 1000_usd);
-    if (c.players >= 2) Seat(7, "Bob", 1000_usd);
+    const auto& [what, setting, players, pointOn, shooterBet, rolls, title, text, stop] = c;
+    if (players >= 1) Seat(3, "Ann", 1000_usd);
+    if (players >= 2) Seat(7, "Bob", 1000_usd);
     g.Rules.BetNeededToShoot = 0;
-    if (c.pointOn) RollTotal(5);
-    if (c.shooterBet != 0) Bet(3, c.shooterBet, 10_usd);
-    g.Rules.BetNeededToShoot = c.setting;
+    if (pointOn) RollTotal(5);
+    if (shooterBet != 0) Bet(3, shooterBet, 10_usd);
+    g.Rules.BetNeededToShoot = setting;
     ui.transcript.clear();
   }
 };
@@ -49,40 +41,35 @@ struct ShotTable : LineTable {
 class ShotGateTest : public ::testing::TestWithParam<ShotCase> {};
 
 TEST_P(ShotGateTest, TheBoxAndTheDice) {
-  const ShotCase& c = GetParam();
-  ShotTable t(c);
+  const auto& [what, setting, players, pointOn, shooterBet, rolls, title, text, stop] = GetParam();
+  ShotTable t(GetParam());
   const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
   const int die1 = t.g.Table.Die1, die2 = t.g.Table.Die2;
   t.Roll(6, 6);
-  if (c.rolls) {
-    EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + 1);
-    EXPECT_EQ(t.g.Table.DiceTotal, 12);
-    EXPECT_EQ(t.Messages(), 0);
-    return;
-  }
-  // Refused: the dice don't move and nothing is counted.
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore);
-  EXPECT_EQ(t.g.Table.Die1, die1);
-  EXPECT_EQ(t.g.Table.Die2, die2);
+  // Refused, the dice don't move and nothing is counted.
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (rolls ? 1 : 0));
+  EXPECT_EQ(t.g.Table.Die1, rolls ? 6 : die1);
+  EXPECT_EQ(t.g.Table.Die2, rolls ? 6 : die2);
+  ASSERT_EQ(t.Messages(), rolls ? 0 : 1);
+  if (rolls) return;
   EXPECT_FALSE(t.g.Table.Rolling);
-  ASSERT_EQ(t.Messages(), 1);
-  EXPECT_EQ(t.LastMessage().Title, c.title);
-  if (c.setting == 1 && c.players > 0) {
+  EXPECT_EQ(t.LastMessage().Title, title);
+  if (setting == 1 && players > 0) {
     EXPECT_EQ(t.LastMessage().HelpId, 130);
   }
-  if (c.players == 0) EXPECT_THAT(t.LastMessage().Text, StartsWith(c.text));
-  else EXPECT_EQ(t.LastMessage().Text, c.text);
+  if (players == 0) EXPECT_THAT(t.LastMessage().Text, StartsWith(text));
+  else EXPECT_EQ(t.LastMessage().Text, text);
 }
 
 TEST_P(ShotGateTest, SilentlyOnlyAStopText) {
-  const ShotCase& c = GetParam();
-  ShotTable t(c);
+  const auto& [what, setting, players, pointOn, shooterBet, rolls, title, text, stop] = GetParam();
+  ShotTable t(GetParam());
   const int32_t rollsBefore = t.g.Stats.RollCount[kSessionScope][0];
   t.g.SilentMode = true;
   t.Roll(6, 6);
   EXPECT_EQ(t.Messages(), 0);
-  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (c.rolls ? 1 : 0));
-  EXPECT_EQ(t.g.StopReason, c.rolls ? "" : c.stop);
+  EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], rollsBefore + (rolls ? 1 : 0));
+  EXPECT_EQ(t.g.StopReason, rolls ? "" : stop);
 }
 
 const std::string kLine = "A line bet is required to shoot.\n\n";
@@ -177,7 +164,7 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {
   LineTable t;
-  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
   t.g.Rules.BetNeededToShoot = 0;
   t.g.ScriptActive[1] = true;
   t.g.AutoBet.ScriptSource[1] = {"bet 5 on feild"};

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "engine/players.h"
 #include "storage/game_file.h"
 #include "tests/test_support.h"
@@ -20,12 +22,6 @@ struct Program : TestTable {
   }
 };
 
-struct CommandLine {
-  std::string line;
-  int players;       // 1 from "default.crp", 2 from "my table.crp"
-  const char* told;  // "" when nothing is told
-};
-
 TEST(StartUp, TheCommandLineOpensItsGameOrSaysWhyNot) {
   TempDir dir;
   const std::string folder = dir.path.string();
@@ -39,19 +35,20 @@ TEST(StartUp, TheCommandLineOpensItsGameOrSaysWhyNot) {
     ASSERT_TRUE(SaveGame(first.g, (dir.path / "my table.crp").string()));
   }
   const std::string named = (dir.path / "my table.crp").string();
-  const std::vector<CommandLine> cases = {
+  // The command line; players 1 from "default.crp", 2 from "my table.crp"; what is told.
+  const std::tuple<std::string, int, const char*> cases[] = {
       {"", 1, ""},
       {"  \" " + named + " \"  ", 2, ""},
       {"notes.txt", 1,
        "This is not a recognized DiceHall game file.\nThe last default game file will be opened instead."},
       {(dir.path / "gone.crp").string(), 1, "Game file not found."}};
-  for (const CommandLine& c : cases) {
+  for (const auto& [line, players, told] : cases) {
     Program p;
-    EXPECT_EQ(p.Start(folder, c.line), 0);
-    EXPECT_EQ(p.g.Table.NumberOfPlayers, c.players) << c.line;
-    if (*c.told) EXPECT_TRUE(p.Told(c.told)) << c.line << ": " << p.ui.LastText();
-    else EXPECT_TRUE(p.ui.transcript.empty()) << c.line << ": " << p.ui.LastText();
-    EXPECT_EQ(p.g.Desktop.Caption, c.players == 2 ? "DiceHall (my table.crp)" : "DiceHall");
+    EXPECT_EQ(p.Start(folder, line), 0);
+    EXPECT_EQ(p.g.Table.NumberOfPlayers, players) << line;
+    if (*told) EXPECT_TRUE(p.Told(told)) << line << ": " << p.ui.LastText();
+    else EXPECT_TRUE(p.ui.transcript.empty()) << line << ": " << p.ui.LastText();
+    EXPECT_EQ(p.g.Desktop.Caption, players == 2 ? "DiceHall (my table.crp)" : "DiceHall");
   }
 }
 
@@ -61,7 +58,7 @@ TEST(StartUp, ASavedBankrollBeyondTheLimitStopsPlayOnceTheWindowShows) {
     Program first;
     first.Start(dir.path.string(), "");
     AddPlayer(first.g, 3, "Cy", 9000000_usd);
-    for (int column : {3, 21, 39}) first.g.Bankroll[column] = Money::Dollars(10000000);  // a lucky night
+    for (int column : {3, 21, 39}) first.g.Bankroll[column] = 10000000_usd;  // a lucky night
     ASSERT_TRUE(ExitGame(first.g));
   }
   Program p;

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "engine/consistency.h"
@@ -16,14 +17,11 @@
 
 namespace {
 
-struct Case {
-  const char* name;
-  std::function<std::optional<bool>(Game&)> change;  // what the procedure returned, if anything
-  std::function<bool(const Game&)> taken;
-  bool accepted;
-};
+// What; the change, with what the procedure returned if anything; whether the value was taken;
+// whether it should be.
+using Case = std::tuple<const char*, std::function<std::optional<bool>(Game&)>, std::function<bool(const Game&)>, bool>;
 
-const SettleRule kRule{2, Money::Dollars(3), 1};
+const SettleRule kRule{2, 3_usd, 1};
 
 std::vector<Case> Cases() {
   return {{"language 5", [](Game& g) { return SetLanguage(g, 5), std::nullopt; },
@@ -35,9 +33,9 @@ std::vector<Case> Cases() {
           {"bet to shoot 3", [](Game& g) { return SetBetNeededToShoot(g, 3), std::nullopt; },
            [](const Game& g) { return g.Rules.BetNeededToShoot == 3; }, false},
           {"settle rule row 3", [](Game& g) { return SetSettleRule(g, 2, 3, kRule), std::nullopt; },
-           [](const Game& g) { return g.SettleRules[2][3].Operand == Money::Dollars(3); }, true},
+           [](const Game& g) { return g.SettleRules[2][3].Operand == 3_usd; }, true},
           {"settle rule of seat 0", [](Game& g) { return SetSettleRule(g, 0, 3, kRule), std::nullopt; },
-           [](const Game& g) { return g.SettleRules[0][3].Operand == Money::Dollars(3); }, false},
+           [](const Game& g) { return g.SettleRules[0][3].Operand == 3_usd; }, false},
           {"handling set to amount",
            [](Game& g) {
              return SetSeatHandling(g, 3, {kSetToAmount, kModifyByRule, {kRule, kRule, kRule, kRule}}), std::nullopt;
@@ -53,23 +51,23 @@ std::vector<Case> Cases() {
            },
            [](const Game& g) { return g.AutoHandleWin[3] == kSetToAmount + 1 || g.AutoHandleLose[3] == -1; }, false},
           {"auto-stop 12.75 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::FromDouble(12.75)); },
-           [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(12); }, true},
-          {"auto-stop -1 rolls", [](Game& g) { return SetAutoStopRolls(g, Money::Dollars(-1)); },
-           [](const Game& g) { return g.Auto.AutoStopRolls == Money::Dollars(-1); }, false},
-          {"delay 300 s", [](Game& g) { return SetAutoRollDelay(g, Money::Dollars(300)); },
+           [](const Game& g) { return g.Auto.AutoStopRolls == 12_usd; }, true},
+          {"auto-stop -1 rolls", [](Game& g) { return SetAutoStopRolls(g, -1_usd); },
+           [](const Game& g) { return g.Auto.AutoStopRolls == -1_usd; }, false},
+          {"delay 300 s", [](Game& g) { return SetAutoRollDelay(g, 300_usd); },
            [](const Game& g) { return g.Auto.AutoRollDelay == 300.0; }, true},
           {"delay 300.01 s", [](Game& g) { return SetAutoRollDelay(g, Money::FromDouble(300.01)); },
            [](const Game& g) { return g.Auto.AutoRollDelay > 300.0; }, false}};
 }
 
 TEST(TableSettings, TakeValuesInRangeAndRefuseTheRest) {
-  for (const Case& c : Cases()) {
+  for (const auto& [name, change, taken, accepted] : Cases()) {
     TestTable t;
-    const std::optional<bool> returned = c.change(t.g);
+    const std::optional<bool> returned = change(t.g);
     if (returned) {
-      EXPECT_EQ(*returned, c.accepted) << c.name;
+      EXPECT_EQ(*returned, accepted) << name;
     }
-    EXPECT_EQ(c.taken(t.g), c.accepted) << c.name;
+    EXPECT_EQ(taken(t.g), accepted) << name;
   }
 }
 
@@ -85,7 +83,7 @@ TEST(TableSettings, AScriptSwitchedOffIsCompiledAgainBeforeItRuns) {
   SetAutoHandling(t.g, 1, true, kSetToAmount, kRule);
   SetSeatHandling(t.g, 4, HandlingOf(t.g, 1));
   EXPECT_EQ(t.g.AutoHandleWin[4], kSetToAmount);
-  EXPECT_EQ(t.g.SettleRules[4][1].Operand, Money::Dollars(3));
+  EXPECT_EQ(t.g.SettleRules[4][1].Operand, 3_usd);
 }
 
 // Vig held on a standing Buy counts as wagered only while the rules charge it up front: a

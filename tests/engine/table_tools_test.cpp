@@ -5,37 +5,34 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/engine/line_table.h"
 
 namespace {
 
 constexpr int kPlace6 = bet::Place4 + 2, kBuy6 = bet::Buy4 + 2;
 
-struct CallCase {
-  const char* name;
-  bool pointOn;
-  std::vector<bool> calls;  // true Call On, false Call Off, in order
-  int working;              // the state the bet ends in
-  bool lastChanged;
-};
-
 TEST(TableTools, CallingABetOnAndOffReturnsItToItsRestState) {
   // A Place bet rests off on the come-out (0) and working with a point (1).
-  const CallCase cases[] = {{"on, come-out", false, {true}, 2, true},
-                            {"on twice", false, {true, true}, 2, false},
-                            {"on then off, come-out", false, {true, false}, 0, true},
-                            {"off, point on", true, {false}, -1, true},
-                            {"off then on, point on", true, {false, true}, 1, true}};
-  for (const CallCase& c : cases) {
+  // What, a point on, the calls in order (true On, false Off), the state the bet ends in and
+  // whether the last call changed it.
+  const std::tuple<const char*, bool, std::vector<bool>, int, bool> cases[] = {
+      {"on, come-out", false, {true}, 2, true},
+      {"on twice", false, {true, true}, 2, false},
+      {"on then off, come-out", false, {true, false}, 0, true},
+      {"off, point on", true, {false}, -1, true},
+      {"off then on, point on", true, {false, true}, 1, true}};
+  for (const auto& [name, pointOn, calls, working, lastChanged] : cases) {
     AnnTable t;
     t.Bet(1, bet::PassLine, 10_usd);
-    if (c.pointOn) t.RollTotal(6);
-    ASSERT_EQ(t.g.Table.Point, c.pointOn ? 6 : 0) << c.name;
+    if (pointOn) t.RollTotal(6);
+    ASSERT_EQ(t.g.Table.Point, pointOn ? 6 : 0) << name;
     t.Bet(1, kPlace6, 12_usd);
     bool changed = false;
-    for (bool on : c.calls) changed = CallBet(t.g, 1, kPlace6, on);
-    EXPECT_EQ(t.g.BetWorking[1][kPlace6], c.working) << c.name;
-    EXPECT_EQ(changed, c.lastChanged) << c.name;
+    for (bool on : calls) changed = CallBet(t.g, 1, kPlace6, on);
+    EXPECT_EQ(t.g.BetWorking[1][kPlace6], working) << name;
+    EXPECT_EQ(changed, lastChanged) << name;
   }
 }
 
@@ -53,8 +50,7 @@ TEST(TableTools, ABetThatAlwaysWorksOrHasNoAmountIsNotCalled) {
 
 TEST(TableTools, TheBuyToolMovesAPlaceBetAndItsCall) {
   AnnTable t;
-  t.Bet(1, bet::PassLine, 10_usd);
-  t.RollTotal(6);
+  t.PassLineThen(6);
   t.Bet(1, kPlace6, 30_usd);
   CallBet(t.g, 1, kPlace6, false);
   EXPECT_EQ(BuyPlaceBet(t.g, 1, kPlace6), 30_usd);

@@ -10,15 +10,15 @@ namespace {
 
 struct Stacks : TestTable {
   Stacks() {
-    Seat(1, "Ann", Money::Dollars(100));
-    SetCheckStack(g, 1, 3, Money::Dollars(25));
+    Seat(1, "Ann", 100_usd);
+    SetCheckStack(g, 1, 3, 25_usd);
     SetCheckStack(g, 1, 7, -Money::FromDouble(2.5));
     g.CheckStackName[1][7] = "losses, so far";
     g.CheckStackName[1][9] = "unused";
   }
 };
 
-TEST(CheckStacks, ListShowsZeroValuesOnlyWhenAsked) {
+TEST(CheckStacks, ListShowsZeroValuesOnlyWhenAskedAndOutputsKeepTheirColumns) {
   Stacks t;
   auto shown = ListCheckStacks(t.g, 1, false);
   ASSERT_EQ(shown.size(), 2u);
@@ -26,11 +26,7 @@ TEST(CheckStacks, ListShowsZeroValuesOnlyWhenAsked) {
   EXPECT_EQ(shown[1].value, -Money::FromDouble(2.5)) << "a negative stack is valid";
   EXPECT_EQ(ListCheckStacks(t.g, 1, true).size(), 100u);
   EXPECT_EQ(t.g.OnTable[1], Money{}) << "stacks are no wagers";
-}
-
-TEST(CheckStacks, OutputsKeepTheirColumns) {
-  Stacks t;
-  auto shown = ListCheckStacks(t.g, 1, false);
+  // The outputs keep their columns.
   EXPECT_EQ(CheckStacksText(shown),
             " #    Value                  Name\n"
             " 3    25                     \n"
@@ -45,23 +41,23 @@ TEST(CheckStacks, DeletingAllNamesLeavesTheValues) {
   ASSERT_TRUE(DeleteAllCheckStackNames(t.g, 1));
   EXPECT_EQ(t.ui.LastText(), "Are you sure you want to delete ALL the CheckStack names for Ann");
   EXPECT_EQ(FindCheckStack(t.g, 1, "unused"), -1);
-  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], Money::Dollars(25));
+  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], 25_usd);
   t.ui.replies.push_back({kButtonNo, "", false});
   EXPECT_FALSE(DeleteAllCheckStackValues(t.g, 1));
-  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], Money::Dollars(25)) << "No leaves them";
+  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], 25_usd) << "No leaves them";
 }
 
 TEST(CheckStacks, UndoAndRedoAnEdit) {
   Stacks t;
   CheckStackUndo list;
   SaveUndo(t.g, 1, list);
-  SetCheckStack(t.g, 1, 3, Money::Dollars(40));
+  SetCheckStack(t.g, 1, 3, 40_usd);
   t.g.CheckStackName[1][3] = "target";
   ASSERT_TRUE(Undo(t.g, list));
-  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], Money::Dollars(25));
+  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], 25_usd);
   EXPECT_EQ(t.g.CheckStackName[1][3], "");
   ASSERT_TRUE(Redo(t.g, list));
-  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], Money::Dollars(40));
+  EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], 40_usd);
   EXPECT_EQ(FindCheckStack(t.g, 1, "target"), 3);
   EXPECT_FALSE(Redo(t.g, list));
 }
@@ -69,7 +65,7 @@ TEST(CheckStacks, UndoAndRedoAnEdit) {
 TEST(CheckStacks, TheLimitCutsAndTells) {
   Stacks t;
   const Money limit = Money::FromRaw(999999999999999999LL);
-  EXPECT_EQ(SetCheckStack(t.g, 1, 5, limit + Money::Dollars(5)), limit);
+  EXPECT_EQ(SetCheckStack(t.g, 1, 5, limit + 5_usd), limit);
   EXPECT_EQ(t.ui.LastText(), "The maximum CheckStack #5 value is:\n$99999999999999.9999\nwhich is being stacked.");
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 #include <vector>
 
 #include "dice/seeding.h"
@@ -39,23 +40,23 @@ struct LogTable : TestTable {
 // Two players; wins and losses keep the same bet, so that only the players change bets.
 void PlaySession(LogTable& t) {
   Game& g = t.g;
-  t.Seat(1, "Ann", Money::Dollars(1000));
-  t.Seat(8, "Bob", Money::Dollars(500));
+  t.Seat(1, "Ann", 1000_usd);
+  t.Seat(8, "Bob", 500_usd);
   for (int s : {1, 8}) g.AutoHandleWin[s] = g.AutoHandleLose[s] = kSameBet;
   ResetTable(g, true, false, false, 0);
-  g.Dice.pendingSeed = Money::Dollars(777);
+  g.Dice.pendingSeed = 777_usd;
   SeedRng(g, true);
-  ChangeBet(g, 1, bet::PassLine, Money::Dollars(10));
-  ChangeBet(g, 8, bet::DontPass, Money::Dollars(5));
+  ChangeBet(g, 1, bet::PassLine, 10_usd);
+  ChangeBet(g, 8, bet::DontPass, 5_usd);
   t.Roll(3, 4);
   t.Roll(2, 4);
-  ChangeBet(g, 1, bet::Come, Money::Dollars(5));
-  Atm(g, 1, Money::Dollars(100));
-  ChangeBet(g, 8, bet::Place4 + 3, Money::Dollars(6));
+  ChangeBet(g, 1, bet::Come, 5_usd);
+  Atm(g, 1, 100_usd);
+  ChangeBet(g, 8, bet::Place4 + 3, 6_usd);
   g.BetWorking[8][bet::Place4 + 3] = -1;
   t.Roll(5, 3);  // the Come bet travels to 8; Place 8 is off
   g.BetWorking[8][bet::Place4 + 3] = 1;
-  ChangeBet(g, 1, kCheckStackRow, Money::Dollars(25));
+  ChangeBet(g, 1, kCheckStackRow, 25_usd);
   t.Roll(3, 3);
   t.Roll(2, 2);
   t.Roll(1, 6);  // seven-out: the dice go to Bob
@@ -170,7 +171,7 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
     LogTable t;
     t.g.Rules.BetNeededToShoot = 0;
     t.g.Events.ClearLogNewSessions = clear;
-    t.Seat(1, "Ann", Money::Dollars(100));
+    t.Seat(1, "Ann", 100_usd);
     ResetTable(t.g, true, false, false, 0);  // a fresh log: no separator
     t.Roll(2, 2);
     ResetTable(t.g, true, false, false, 0);
@@ -188,8 +189,8 @@ TEST(EventsLog, NextSessionIsSeparatedOrStartsAfresh) {
 TEST(EventsLog, SevenOutAfterTheShooterLeftStartsANewHand) {
   LogTable t;
   t.g.Rules.BetNeededToShoot = 0;
-  t.Seat(1, "Ann", Money::Dollars(100));
-  t.Seat(2, "Bob", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
+  t.Seat(2, "Bob", 100_usd);
   t.Roll(2, 2);
   t.ui.replies.push_back({kButtonYes, "", false});
   RemovePlayer(t.g, 1);  // the hand's shooter leaves; Bob finishes the hand
@@ -205,22 +206,18 @@ TEST(EventsLog, NewRollsScrollToTheTopOnlyWhenAsked) {
   EXPECT_EQ(t.g.Events.TopLine, 2);
 }
 
-struct FindCase {
-  int32_t top, direction;
-  const char* text;
-  int32_t expectedTop;
-};
+using FindCase = std::tuple<int32_t, int32_t, const char*, int32_t>;  // top, direction, text, top after
 
 class FindInLogCases : public testing::TestWithParam<FindCase> {};
 
 TEST_P(FindInLogCases, StepsAndWraps) {
   LogTable t;
   for (const char* line : {"alpha one", "beta", "gamma", "ALPHA two"}) AddEventLine(t.g, line);
-  const FindCase& c = GetParam();
-  t.g.Events.TopLine = c.top;
-  t.g.Events.FindText = c.text;
-  EXPECT_EQ(FindInLog(t.g, c.direction), c.expectedTop != c.top);
-  EXPECT_EQ(t.g.Events.TopLine, c.expectedTop);
+  const auto& [top, direction, text, expectedTop] = GetParam();
+  t.g.Events.TopLine = top;
+  t.g.Events.FindText = text;
+  EXPECT_EQ(FindInLog(t.g, direction), expectedTop != top);
+  EXPECT_EQ(t.g.Events.TopLine, expectedTop);
 }
 
 INSTANTIATE_TEST_SUITE_P(Log, FindInLogCases,
@@ -257,7 +254,7 @@ TEST(EventsLog, IndexIsRebuiltFromAnyTextFile) {
 TEST(EventsLog, AFileThatCantBeWrittenIsToldOnceAndPlayGoesOn) {
   LogTable t;
   t.g.EventsLogFile = (t.dir.path / "no such folder" / "log.txt").string();
-  t.Seat(1, "Ann", Money::Dollars(100));
+  t.Seat(1, "Ann", 100_usd);
   t.g.Rules.BetNeededToShoot = 0;
   for (int k = 0; k < 3; ++k) t.Roll(2, 3);
   EXPECT_EQ(t.g.Stats.RollCount[kSessionScope][0], 3);

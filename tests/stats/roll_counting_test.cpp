@@ -6,6 +6,7 @@
 #include <memory>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "stats/statistics.h"
@@ -42,23 +43,19 @@ TEST(StatsRollKinds, EveryPairCountsExactlyTheKindsItsNamesSay) {
 
 // A die of 7: only the other die's face and the kinds of a total 2..12 count.
 TEST(StatsRollKinds, DieOfSevenCountsNothingThatDoesNotExist) {
-  struct Case {
-    int d1, d2;
-    std::vector<int> kinds;
-  };
-  const Case cases[] = {{7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
-                        {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
-                        {7, 5, {88, 20, 21, 65, 66, 69, 75, 77}},  // total 12, but not dice 6.6
-                        {7, 7, {}}};
-  for (const Case& c : cases) {
+  const std::tuple<int, int, std::vector<int>> cases[] = {{7, 2, {85, 9, 17, 18, 19, 21, 68, 72}},
+                                                          {2, 7, {79, 9, 17, 18, 19, 21, 68, 72}},
+                                                          // total 12, but not dice 6.6
+                                                          {7, 5, {88, 20, 21, 65, 66, 69, 75, 77}},
+                                                          {7, 7, {}}};
+  for (const auto& [d1, d2, kinds] : cases) {
     auto s = Fresh();
-    CountRoll(*s, 4, c.d1, c.d2);
-    for (int kind = 1; kind < kRollKinds; ++kind) {
-      const int want = std::count(c.kinds.begin(), c.kinds.end(), kind);
-      EXPECT_EQ(s->RollCount[kSessionScope + 4][kind], want) << c.d1 << "." << c.d2 << " kind " << kind;
-    }
+    CountRoll(*s, 4, d1, d2);
+    for (int kind = 1; kind < kRollKinds; ++kind)
+      EXPECT_EQ(s->RollCount[kSessionScope + 4][kind], std::count(kinds.begin(), kinds.end(), kind))
+          << d1 << "." << d2 << " kind " << kind;
     EXPECT_EQ(s->RollsSince[90], 1);
-    CountComeOut(*s, 0, c.d1 + c.d2, 1);
+    CountComeOut(*s, 0, d1 + d2, 1);
     EXPECT_EQ(s->HandDecisions[1], (std::array<std::array<int32_t, 3>, 13>{}));  // nothing spills past total 12
   }
 }
@@ -80,10 +77,8 @@ TEST(StatsRollCounting, RollsSinceAndGaps) {
   for (int i = 0; i < 5; ++i) CountRoll(*s, 0, 1, 1);
   for (int kind : {0, 1, 7, 90}) EXPECT_EQ(s->RollsSince[kind], 5) << kind;  // never came up
   EXPECT_EQ(s->RollGapHistogram[2][1], 5);  // a gap of 1 since clearing, then consecutive rolls
-  struct Case {
-    int between, bin, longSum;
-  };
-  for (const Case& c : {Case{198, 199, 0}, Case{199, 200, 200}, Case{250, 200, 251}}) {
+  const struct { int between, bin, longSum; } cases[] = {{198, 199, 0}, {199, 200, 200}, {250, 200, 251}};
+  for (const auto& c : cases) {
     s->RollGapHistogram[2] = {};
     for (int i = 0; i < c.between; ++i) CountRoll(*s, 0, 3, 4);
     CountRoll(*s, 0, 1, 1);
@@ -109,35 +104,28 @@ TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
 TEST(StatsRollCounting, EveryCounterOfARollStopsAtTheLimit) {
   struct Case {
     const char* name;
-    void (*fill)(Statistics&, int32_t);
-    int32_t (*read)(const Statistics&);
+    int32_t& (*at)(Statistics&);  // none: the rolls since kind 1
     bool touched;
   };
-  const Case cases[] = {{"all rolls", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][0] = v; },
-                         [](const Statistics& s) { return s.RollCount[kAllScope][0]; }, true},
-                        {"shooter's sevens", [](Statistics& s, int32_t v) { s.RollCount[kSessionScope + 2][7] = v; },
-                         [](const Statistics& s) { return s.RollCount[kSessionScope + 2][7]; }, true},
-                        {"empty seat's rolls", [](Statistics& s, int32_t v) { s.SeatRolls[kAllScope + 8] = v; },
-                         [](const Statistics& s) { return s.SeatRolls[kAllScope + 8]; }, true},
-                        {"gap of one", [](Statistics& s, int32_t v) { s.RollGapHistogram[7][1] = v; },
-                         [](const Statistics& s) { return s.RollGapHistogram[7][1]; }, true},
-                        {"rolls since",
-                         [](Statistics& s, int32_t v) {
-                           std::array<int32_t, kRollKinds> since{};
-                           since[1] = v;
-                           s.RollsSince.Assign(since);
-                         },
-                         [](const Statistics& s) { return s.RollsSince[1]; }, true},
-                        {"twelves", [](Statistics& s, int32_t v) { s.RollCount[kAllScope][12] = v; },
-                         [](const Statistics& s) { return s.RollCount[kAllScope][12]; }, false}};
+  const Case cases[] = {
+      {"all rolls", [](Statistics& s) -> int32_t& { return s.RollCount[kAllScope][0]; }, true},
+      {"shooter's sevens", [](Statistics& s) -> int32_t& { return s.RollCount[kSessionScope + 2][7]; }, true},
+      {"empty seat's rolls", [](Statistics& s) -> int32_t& { return s.SeatRolls[kAllScope + 8]; }, true},
+      {"gap of one", [](Statistics& s) -> int32_t& { return s.RollGapHistogram[7][1]; }, true},
+      {"rolls since", nullptr, true},
+      {"twelves", [](Statistics& s) -> int32_t& { return s.RollCount[kAllScope][12]; }, false}};
   for (const Case& c : cases) {
     auto s = Fresh();
-    c.fill(*s, INT32_MAX - 3);
+    std::array<int32_t, kRollKinds> since{};
+    since[1] = INT32_MAX - 3;
+    if (c.at) c.at(*s) = INT32_MAX - 3;
+    else s->RollsSince.Assign(since);
+    const auto value = [&] { return c.at ? c.at(*s) : s->RollsSince[1]; };
     for (int i = 0; i < 3; ++i) EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
-    EXPECT_EQ(c.read(*s), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
+    EXPECT_EQ(value(), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
     if (c.touched) EXPECT_THROW(CountRoll(*s, 2, 3, 4), StatOverflow) << c.name;
     else EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
-    EXPECT_EQ(c.read(*s), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
+    EXPECT_EQ(value(), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
   }
 }
 
@@ -158,15 +146,15 @@ TEST(StatsRollOver, HandAndSessionMoveEveryKindButNotTheGaps) {
 TEST(StatsSeats, SwapAndClearTakeEveryGroup) {
   auto s = Fresh();
   CountRoll(*s, 2, 5, 5);
-  RecordBetResult(*s, 2, bet::Field, Money::Dollars(5), Money::Dollars(10), Money{});
+  RecordBetResult(*s, 2, bet::Field, 5_usd, 10_usd, Money{});
   SwapSeatStats(*s, 2, 6);
   for (int g : {kHandScope, kSessionScope, kAllScope}) {
     EXPECT_EQ(s->RollCount[g + 6][16], 1);
     EXPECT_EQ(s->RollCount[g + 2][16], 0);
-    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], Money::Dollars(10));
+    EXPECT_EQ(s->BetWinStats[g + 6][bet::Field][1], 10_usd);
   }
   RollOverHand(*s, {true, false, false, false, false, false, true});  // moves only rows the seat used
-  EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], Money::Dollars(5));
+  EXPECT_EQ(s->BetStats[kLastHandScope + 6][bet::Field][1], 5_usd);
   ClearSeatStats(*s, 6);
   for (int g : {kHandScope, kLastHandScope, kSessionScope, kLastSessionScope, kAllScope}) {
     EXPECT_EQ(s->RollCount[g + 6][16], 0);

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -21,57 +22,38 @@ TEST(RollTotalsKinds, FairAndSkewedPercentages) {
   EXPECT_EQ(KindWays(17), 24);
   EXPECT_EQ(KindWays(21), 16);
   const ProbabilityPlane numbered = NumberedPlane();
-  struct Case {
-    int kind;
-    double fair, skewed;
-  };
-  for (const Case& c : {Case{7, 100.0 / 6, 0.231}, Case{22, 100.0 / 36, 0.012}, Case{40, 100.0 / 36, 0.061},
-                        Case{12, 100.0 / 36, 0.066}, Case{78, 100.0 / 6, 0.081}, Case{90, 100, 100}}) {
-    EXPECT_NEAR(KindPercent(c.kind, false, numbered), c.fair, 1e-12) << c.kind;
-    EXPECT_NEAR(KindPercent(c.kind, true, numbered), c.skewed, 1e-12) << c.kind;
+  const std::tuple<int, double, double> kinds[] = {{7, 100.0 / 6, 0.231},   {22, 100.0 / 36, 0.012},
+                                                   {40, 100.0 / 36, 0.061}, {12, 100.0 / 36, 0.066},
+                                                   {78, 100.0 / 6, 0.081},  {90, 100, 100}};
+  for (const auto& [kind, fair, skewed] : kinds) {
+    EXPECT_NEAR(KindPercent(kind, false, numbered), fair, 1e-12) << kind;
+    EXPECT_NEAR(KindPercent(kind, true, numbered), skewed, 1e-12) << kind;
   }
 }
 
 TEST(RollTotalsChi, PValueOnKnownValues) {
-  struct Case {
-    double x;
-    int df;
-    double p, tol;
-  };
-  const Case cases[] = {
-      {3.841, 1, 0.05, 1e-4},
-      {6.635, 1, 0.01, 1e-4},
-      {11.070, 5, 0.05, 1e-4},
-      {18.307, 10, 0.05, 1e-4},
-      {2, 2, std::exp(-1.0), 1e-12},
-      {6, 4, 4 * std::exp(-3.0), 1e-12},
-      {0, 5, 1, 0},
-      {5, 0, 1, 0},
-      {200, 10, 0, 1e-15},   // far below what the series can resolve
-      {1440, 1, 1e-18, 0},   // a series past the largest double still ends
-      {2000, 10, 0.001, 0},  // a vanishing term: the odd branch
-  };
-  for (const Case& c : cases) EXPECT_NEAR(Chi2Pval(c.x, c.df), c.p, c.tol) << c.x << " df " << c.df;
+  // x, degrees of freedom, p and the tolerance. The last three: far below what the series
+  // can resolve; a series past the largest double still ends; a vanishing term, the odd
+  // branch.
+  using Chi = std::tuple<double, int, double, double>;
+  for (const auto& [x, df, p, tol] :
+       {Chi{3.841, 1, 0.05, 1e-4}, Chi{6.635, 1, 0.01, 1e-4}, Chi{11.070, 5, 0.05, 1e-4}, Chi{18.307, 10, 0.05, 1e-4},
+        Chi{2, 2, std::exp(-1.0), 1e-12}, Chi{6, 4, 4 * std::exp(-3.0), 1e-12}, Chi{0, 5, 1, 0}, Chi{5, 0, 1, 0},
+        Chi{200, 10, 0, 1e-15}, Chi{1440, 1, 1e-18, 0}, Chi{2000, 10, 0.001, 0}})
+    EXPECT_NEAR(Chi2Pval(x, df), p, tol) << x << " df " << df;
 }
 
 TEST(RollTotalsChi, Texts) {
-  struct Case {
-    double p;
-    const char* text;
-  };
-  for (const Case& c :
-       {Case{1, "p=100%"}, Case{0.005, "p<0.01%"}, Case{1e-18, "p<0.01%"}, Case{0.001, "p<0.01%"}, Case{0.01, "p=1.0%"},
-        Case{0.05, "p=5.0%"}, Case{0.1234, "p=12.34%"}, Case{0.99999, "p=100.0%"}})
-    EXPECT_EQ(PValueText(c.p), c.text) << c.p;
-  struct Fp {
-    double v;
-    int d;
-    const char* text;
-  };
-  for (const Fp& c : {Fp{3.14159, 2, "3.14"}, Fp{2, 2, "2"}, Fp{1234567.891, 2, "1,234,567.89"},
-                      Fp{-1234.5, 1, "-1,234.5"}, Fp{0.00004, 4, "<0.0001"}, Fp{0, 4, "0"}, Fp{-0.00001, 4, "0"},
-                      Fp{2.5, 0, "3"}, Fp{-2.5, 0, "-2"}, Fp{0.4, 0, "0"}, Fp{999.99996, 4, "1,000"}})
-    EXPECT_EQ(FormatPrecision(c.v, c.d), c.text) << c.v << " " << c.d;
+  const std::pair<double, const char*> pTexts[] = {{1, "p=100%"},        {0.005, "p<0.01%"},   {1e-18, "p<0.01%"},
+                                                   {0.001, "p<0.01%"},   {0.01, "p=1.0%"},     {0.05, "p=5.0%"},
+                                                   {0.1234, "p=12.34%"}, {0.99999, "p=100.0%"}};
+  for (const auto& [p, text] : pTexts) EXPECT_EQ(PValueText(p), text) << p;
+  using Fp = std::tuple<double, int, const char*>;
+  for (const auto& [v, d, text] :
+       {Fp{3.14159, 2, "3.14"}, Fp{2, 2, "2"}, Fp{1234567.891, 2, "1,234,567.89"}, Fp{-1234.5, 1, "-1,234.5"},
+        Fp{0.00004, 4, "<0.0001"}, Fp{0, 4, "0"}, Fp{-0.00001, 4, "0"}, Fp{2.5, 0, "3"}, Fp{-2.5, 0, "-2"},
+        Fp{0.4, 0, "0"}, Fp{999.99996, 4, "1,000"}})
+    EXPECT_EQ(FormatPrecision(v, d), text) << v << " " << d;
   EXPECT_EQ(ChiSquareText(100), "100");
   EXPECT_EQ(ChiSquareText(100.00001), ">100");
   EXPECT_EQ(ChiSquareCell(1 + 3e-11, 1), 0);  // 9e-22 rounds away at 20 decimals
@@ -93,35 +75,29 @@ TEST(RollTotalsScreen, ChiSquareTestsByDisplay) {
   auto s = SevensHeavy();
   ProbabilityPlane plane = NumberedPlane();
   plane[2][1] = 0;  // 1.1 never comes
-  struct Case {
-    int display, scope;
-    bool players, skewed;
-    size_t items;
-    double sum;
-    int df;
-    const char* p;
-  };
-  const Case cases[] = {
+  // Display, scope, players listed, skewed; the items, the chi-square sum (-1: not checked),
+  // its degrees of freedom and its p (none: not checked).
+  const std::tuple<int, int, bool, bool, size_t, double, int, const char*> cases[] = {
       {0, kSessionScope, false, false, 11, 90, 10, "p<0.01%"},  // 75 for the seven, w / 2 for the rest
       {3, kSessionScope, false, false, 12, 90, 5, "p<0.01%"},   // die 2: 75 and five faces at 3
       {1, kSessionScope, true, false, 21, 0, 20, "p=100%"},     // seat 3 rolled each pair once
       {2, kLastHandScope, false, false, 36, 0, 0, "p=100%"},    // no rolls: nothing in the test
       {0, kSessionScope, false, true, 11, -1, 9, nullptr},      // a zero cell drops out of df
   };
-  for (const Case& c : cases) {
+  for (const auto& [display, scope, players, skewed, items, sum, df, p] : cases) {
     RollTotalsRequest r{
-        .Display = c.display, .ScopeBase = c.scope, .PlayerList = c.players, .Skewed = c.skewed, .Plane = &plane};
+        .Display = display, .ScopeBase = scope, .PlayerList = players, .Skewed = skewed, .Plane = &plane};
     r.Selected[3] = true;
     const RollTotalsView v = ComputeRollTotals(*s, r);
-    ASSERT_EQ(v.Items.size(), c.items);
-    if (c.sum >= 0) {
-      EXPECT_NEAR(v.Chi.Sum, c.sum, 1e-9) << c.display;
+    ASSERT_EQ(v.Items.size(), items);
+    if (sum >= 0) {
+      EXPECT_NEAR(v.Chi.Sum, sum, 1e-9) << display;
     }
-    EXPECT_EQ(v.Chi.Df, c.df) << c.display;
-    if (c.p) {
-      EXPECT_EQ(v.Chi.PText, c.p) << c.display;
+    EXPECT_EQ(v.Chi.Df, df) << display;
+    if (p) {
+      EXPECT_EQ(v.Chi.PText, p) << display;
     }
-    EXPECT_EQ(v.Items[0].RollsSinceLast, c.scope == kSessionScope ? s->RollsSince[v.Items[0].Kind] : -1);
+    EXPECT_EQ(v.Items[0].RollsSinceLast, scope == kSessionScope ? s->RollsSince[v.Items[0].Kind] : -1);
   }
   RollTotalsRequest faces;
   faces.Display = 3;

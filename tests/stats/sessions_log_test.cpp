@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/test_support.h"
@@ -32,12 +33,16 @@ SessionRecord Net(Money net, int64_t rolls = 0) {
   return r;
 }
 
-std::vector<Money> Nets(const std::string& path) {
+std::vector<SessionRecord> Read(const std::string& path) {
   SessionsLogFile log;
   std::string error;
   EXPECT_TRUE(ReadSessionsLog(path, log, error, "test")) << error;
+  return log.Records;
+}
+
+std::vector<Money> Nets(const std::string& path) {
   std::vector<Money> v;
-  for (const SessionRecord& r : log.Records) v.push_back(r[slg::AmountNet]);
+  for (const SessionRecord& r : Read(path)) v.push_back(r[slg::AmountNet]);
   return v;
 }
 
@@ -58,9 +63,7 @@ TEST(SessionsLogFile, RoundTripIsByteExact) {
   std::string recB = std::string(64, '\0') + Le(50000, 8) + std::string(23 * 8, '\0');
   EXPECT_EQ(FileText(p), Header(2) + recA + recB);
 
-  SessionsLogFile log;
-  ASSERT_TRUE(ReadSessionsLog(p, log, error, "test")) << error;
-  EXPECT_EQ(log.Records, (std::vector<SessionRecord>{a, Net(5_usd)}));
+  EXPECT_EQ(Read(p), (std::vector<SessionRecord>{a, Net(5_usd)}));
   SessionRecord second;
   ASSERT_TRUE(ReadSessionRecord(p, 1, second, error, "test")) << error;
   EXPECT_EQ(second, Net(5_usd));
@@ -122,12 +125,12 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
   Statistics& s = t.g.Stats;
   const int c = 2 + kSessionScope;
   s.SeatRolls[c] = 40;
-  s.BetStats[c][bet::PassLine] = {Money::Dollars(3), 150_usd};
-  s.BetStats[c][bet::Field] = {Money::Dollars(1), 50_usd};
-  s.BetWinStats[c][bet::PassLine] = {Money::Dollars(1), 50_usd};
-  s.BetLossStats[c][bet::PassLine] = {Money::Dollars(2), 100_usd};
-  s.BetLossStats[c][bet::Field] = {Money::Dollars(1), 53_usd};
-  s.BetStats[2 + kAllScope][bet::Field] = {Money::Dollars(9), 900_usd};  // another scope: not taken
+  s.BetStats[c][bet::PassLine] = {3_usd, 150_usd};
+  s.BetStats[c][bet::Field] = {1_usd, 50_usd};
+  s.BetWinStats[c][bet::PassLine] = {1_usd, 50_usd};
+  s.BetLossStats[c][bet::PassLine] = {2_usd, 100_usd};
+  s.BetLossStats[c][bet::Field] = {1_usd, 53_usd};
+  s.BetStats[2 + kAllScope][bet::Field] = {9_usd, 900_usd};  // another scope: not taken
   t.g.BuyInTotal[c] = 600_usd;
   t.g.Bankroll[2] = 397_usd;
   t.g.BetAmount[2][kCheckStackRow] = 11_usd;
@@ -136,37 +139,29 @@ TEST(SessionsLog, RecordOfTheSeatsSession) {
 
   ASSERT_TRUE(AddSessionRecord(t.g, 2, path));
   EXPECT_EQ(path, (d.path / "Bea.slg").string());
-  SessionsLogFile log;
-  std::string error;
-  ASSERT_TRUE(ReadSessionsLog(path, log, error, "test")) << error;
-  ASSERT_EQ(log.Records.size(), 1u);
   // Rolls, bets decided / won / lost / net, handle, won, lost, net, -51.5 %, invested,
   // ending, stack 0; stack 19 is the last one kept.
   SessionRecord want = {40_usd,  4_usd,   1_usd,   3_usd,    -2_usd,
                         200_usd, 50_usd,  153_usd, -103_usd, Money::FromRaw(-515000),
                         600_usd, 397_usd, 11_usd};
   want[31] = 19_usd;
-  EXPECT_EQ(log.Records[0], want);
+  EXPECT_EQ(Read(path), std::vector<SessionRecord>{want});
 }
 
-struct StartCase {
-  bool online;
-  int reply;
-  size_t sessionsAfter;
-};
+using StartCase = std::tuple<bool, int, size_t>;  // online, the reply, the sessions after
 
 class SessionsLogStart : public ::testing::TestWithParam<StartCase> {};
 
 TEST_P(SessionsLogStart, ExistingLog) {
-  const StartCase& c = GetParam();
+  const auto& [online, reply, sessionsAfter] = GetParam();
   FolderTable t;
   t.Seat(1, "Ann", 100_usd);
   std::string path;
   ASSERT_TRUE(AddSessionRecord(t.g, 1, path));
-  t.ui.replies.push_back({c.reply, "", false});
-  ASSERT_TRUE(StartSessionsLog(t.g, 1, path, c.online));
-  EXPECT_EQ(Nets(path).size(), c.sessionsAfter);
-  if (c.online) {
+  t.ui.replies.push_back({reply, "", false});
+  ASSERT_TRUE(StartSessionsLog(t.g, 1, path, online));
+  EXPECT_EQ(Nets(path).size(), sessionsAfter);
+  if (online) {
     EXPECT_EQ(t.ui.LastText(),
               "Ann has an older Sessions Log available.  Would you like to resume this log?\n\n"
               "If not, then a new log will be created and the old one deleted.");
@@ -201,32 +196,28 @@ TEST(SessionsLogStats, HandComputedSet) {
   ASSERT_TRUE(ComputeSessionsStats(Records({3_usd, 1_usd, 3_usd, 1_usd, 8_usd}), {}, s));
   EXPECT_EQ(s.Mode, 1_usd);  // a tie goes to the lower value
   // Squares beyond what Money holds: the calculation's fault.
-  EXPECT_FALSE(ComputeSessionsStats(Records({Money::Dollars(-50000000000), Money::Dollars(50000000000)}), {}, s));
+  EXPECT_FALSE(ComputeSessionsStats(Records({-50000000000_usd, 50000000000_usd}), {}, s));
 }
 
-struct BreakCase {
-  const char* breakPoint;
-  std::array<bool, 3> include;
-  std::array<int32_t, 3> sessions;  // won, even, lost over the whole log
-  int32_t n;
-  Money sum;
-};
+// The break point, the kinds included, the sessions won, even and lost over the whole log,
+// and the count and sum of those included.
+using BreakCase = std::tuple<const char*, std::array<bool, 3>, std::array<int32_t, 3>, int32_t, Money>;
 
 class SessionsBreakPoint : public ::testing::TestWithParam<BreakCase> {};
 
 TEST_P(SessionsBreakPoint, SortsAndFilters) {
-  const BreakCase& c = GetParam();
+  const auto& [breakPoint, include, sessions, n, sum] = GetParam();
   SessionsFilter f;
   std::string error;
-  ASSERT_TRUE(ParseBreakPoint(c.breakPoint, f.Break, error)) << error;
-  f.Include = c.include;
+  ASSERT_TRUE(ParseBreakPoint(breakPoint, f.Break, error)) << error;
+  f.Include = include;
   SessionsStats s;
   ComputeSessionsStats(Records({-10_usd, 0_usd, 0_usd, 5_usd, 20_usd}), f, s);
-  EXPECT_EQ(s.Sessions, c.sessions);
+  EXPECT_EQ(s.Sessions, sessions);
   EXPECT_EQ(s.Total, 5);
-  EXPECT_DOUBLE_EQ(s.SessionsPct[0], 20.0 * c.sessions[0]);
-  EXPECT_EQ(s.N, c.n);
-  EXPECT_EQ(s.Sum, c.sum);
+  EXPECT_DOUBLE_EQ(s.SessionsPct[0], 20.0 * sessions[0]);
+  EXPECT_EQ(s.N, n);
+  EXPECT_EQ(s.Sum, sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(SessionsLog, SessionsBreakPoint,
