@@ -18,6 +18,15 @@
 
 namespace {
 
+// Example script number `round` (in turn), changed by one to `maxEdits` random edits.
+std::vector<std::string> Mutated(const std::vector<std::vector<std::string>>& scripts, int round, int maxEdits,
+                                 std::mt19937& rng) {
+  std::vector<std::string> lines = scripts[static_cast<size_t>(round) % scripts.size()];
+  const int edits = 1 + static_cast<int>(rng() % static_cast<unsigned>(maxEdits));
+  for (int e = 0; e < edits; ++e) Mutate(lines, rng);
+  return lines;
+}
+
 TEST(CompilerFuzz, MutatedScriptsEndInAResultOrASaneFault) {
   const auto scripts = ExampleScripts();
   ASSERT_FALSE(scripts.empty());
@@ -25,9 +34,7 @@ TEST(CompilerFuzz, MutatedScriptsEndInAResultOrASaneFault) {
   const std::vector<std::string> names = {"Ann", "Bob", "", "", "", "", "", ""};
   int faults = 0;
   for (int round = 0; round < 3000; ++round) {
-    std::vector<std::string> lines = scripts[static_cast<size_t>(round) % scripts.size()];
-    const int edits = 1 + static_cast<int>(rng() % 4);
-    for (int e = 0; e < edits; ++e) Mutate(lines, rng);
+    const std::vector<std::string> lines = Mutated(scripts, round, 4, rng);
     AutoBetProgram program;
     program.ScriptSource[1] = lines;
     const CompileFault fault = CompileAutobets(program, 1, names);
@@ -64,9 +71,7 @@ TEST(InterpreterFuzz, MutatedScriptsThatCompileRunWithoutHarm) {
   std::mt19937 rng(20261124);
   int ran = 0;
   for (int round = 0; round < 400; ++round) {
-    std::vector<std::string> lines = scripts[static_cast<size_t>(round) % scripts.size()];
-    const int edits = 1 + static_cast<int>(rng() % 3);
-    for (int e = 0; e < edits; ++e) Mutate(lines, rng);
+    const std::vector<std::string> lines = Mutated(scripts, round, 3, rng);
     TestTable t;
     TempDir dir;
     StoppingUi ui;
