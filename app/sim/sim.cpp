@@ -159,6 +159,14 @@ int DumpGameRules(const SimOptions& o, std::ostream& out, std::ostream& err) {
 
 // One table played for the run's rolls, on the data folder.
 int RunSingle(const SimOptions& o, const SimPrepared& p, std::ostream& out, std::ostream& err) {
+  // A saved game is tried first on a table that writes nothing, so that one that can't be
+  // opened, or lacks a player the options name, is refused before the folder is made.
+  if (!o.gameFile.empty()) {
+    auto trial = std::make_unique<Game>();
+    QuietUi quiet;
+    Runner r;
+    if (const int code = SetUpSimTable(*trial, quiet, o, p, "", false, r, err); code != 0) return code;
+  }
   const std::string folder = ResolveDataDir(o.dataDir);
   if (!MakeDataFolder(folder, err)) return 1;
   // The table writes its roll history and the logs in the folder from its first moment.

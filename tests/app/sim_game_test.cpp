@@ -41,11 +41,4 @@ TEST(SimGame, SavedGamesRoundTripAndPlayOnTheSame) {
   EXPECT_NE(fromA.out.find("\"rolls\": 13000"), std::string::npos);
 }
 
-TEST(SimGame, AMissingGameIsAFileFault) {
-  TempDir dir;
-  const SimRun r = SimIn(dir, {"--game", (dir.path / "none.crp").string()});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_NE(r.err.find("Game file not found."), std::string::npos) << r.err;
-}
-
 }  // namespace

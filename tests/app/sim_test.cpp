@@ -59,26 +59,26 @@ TEST_P(SimRefuses, WithAClearMessageAndNothingWritten) {
 
 INSTANTIATE_TEST_SUITE_P(
     Options, SimRefuses,
-    testing::Values(Refusal{"--player Ann --bet 'Pass Lane=10'", "there is no bet named \"Pass Lane\""},
-                    Refusal{"--player Ann --bet 'Pass Line=ten'", "is not an amount of money"},
-                    Refusal{"--player Ann --bet 'Pass Line=0'", "must be above 0"},
-                    Refusal{"--player Ann --bet 'Bob:Pass Line=5'", "no player named Bob"},
-                    Refusal{"--player Ann --player Bob --bet 'Pass Line=5'", "name the player"},
-                    Refusal{"--player Ann:lots", "is not an amount of money"},
-                    Refusal{"--player Ann --player Ann", "already a player named Ann"},
-                    // Both are "Ann?" in the game file and the sessions logs.
-                    Refusal{"--player Ann\xE2\x98\x80 --player Ann\xE2\x98\x81",
-                            "already a player named Ann\xE2\x98\x80"},
-                    Refusal{"--player Ann --bet 'Pass Line'", "expected [NAME:]BET=AMOUNT"},
-                    Refusal{"--rolls -5", "--rolls"}, Refusal{"--seed 0", "--seed"},
-                    Refusal{"--frobnicate", "frobnicate"},
-                    Refusal{"--player Ann --on-lose bogus", "is not an action for a bet that lost"},
-                    Refusal{"--player Ann --on-win remainder", "is not an action for a bet that won"},
-                    Refusal{"--player Ann --on-win Bob=same-bet", "no player named Bob"},
-                    Refusal{"--player Ann --on-win modify:%5", "starts with + - * or /"},
-                    Refusal{"--player Ann --on-win modify", "modify needs a rule"},
-                    Refusal{"--player Ann --on-win same-bet:5", "only modify and set take a rule"},
-                    Refusal{"--data-dir DIR/file --player Ann", "is not a folder"}));
+    testing::Values(
+        Refusal{"--player Ann --bet 'Pass Lane=10'", "there is no bet named \"Pass Lane\""},
+        Refusal{"--player Ann --bet 'Pass Line=ten'", "is not an amount of money"},
+        Refusal{"--player Ann --bet 'Pass Line=0'", "must be above 0"},
+        Refusal{"--player Ann --bet 'Bob:Pass Line=5'", "no player named Bob"},
+        Refusal{"--player Ann --player Bob --bet 'Pass Line=5'", "name the player"},
+        Refusal{"--player Ann:lots", "is not an amount of money"},
+        Refusal{"--player Ann --player Ann", "already a player named Ann"},
+        // Both are "Ann?" in the game file and the sessions logs.
+        Refusal{"--player Ann\xE2\x98\x80 --player Ann\xE2\x98\x81", "already a player named Ann\xE2\x98\x80"},
+        Refusal{"--player Ann --bet 'Pass Line'", "expected [NAME:]BET=AMOUNT"}, Refusal{"--rolls -5", "--rolls"},
+        Refusal{"--seed 0", "--seed"}, Refusal{"--frobnicate", "frobnicate"},
+        Refusal{"--player Ann --on-lose bogus", "is not an action for a bet that lost"},
+        Refusal{"--player Ann --on-win remainder", "is not an action for a bet that won"},
+        Refusal{"--player Ann --on-win Bob=same-bet", "no player named Bob"},
+        Refusal{"--player Ann --on-win modify:%5", "starts with + - * or /"},
+        Refusal{"--player Ann --on-win modify", "modify needs a rule"},
+        Refusal{"--player Ann --on-win same-bet:5", "only modify and set take a rule"},
+        Refusal{"--data-dir DIR/file --player Ann", "is not a folder"},
+        Refusal{"--game DIR/none.crp", "Game file not found.", 1}, Refusal{"--game DIR/file", "may be corrupted", 1}));
 
 INSTANTIATE_TEST_SUITE_P(
     Research, SimRefuses,
