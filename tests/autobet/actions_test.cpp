@@ -154,13 +154,6 @@ INSTANTIATE_TEST_SUITE_P(
         BetCase{{"place6 autowork on comeout = true"}, kAnn, kPlace6, 0, 1},
         BetCase{{"field autowork on comeout = false"}, kAnn, bet::Field, 0, 0}));
 
-TEST(ActionBets, ComeOutWorkingFollowsAutowork) {
-  ActionTable a;
-  ASSERT_EQ(a.Run({"place6 autowork on comeout = true"}), 0);
-  EXPECT_EQ(a.g.DefaultWorking[kAnn][kPlace6], 1);
-  EXPECT_TRUE(a.g.Rules.WorkOnComeOut[kPlace6][kAnn]);
-}
-
 // Place-only and Buy-only verbs fault on another bet but finish the walk.
 TEST(ActionBets, BuyingAnotherBetFaultsWithoutStoppingTheWalk) {
   ActionTable a;
@@ -183,6 +176,8 @@ double Cs1(const Game& g) { return g.BetAmount[kAnn][kCheckStackRow + 1].ToDoubl
 double Messages(const Game& g) { return double(static_cast<const HeadlessUi*>(g.Ui)->transcript.size()); }
 double Place6Working(const Game& g) { return g.BetWorking[kAnn][kPlace6]; }
 double HotRollerWorking(const Game& g) { return g.DefaultWorking[kAnn][bet::HotRoller]; }
+double Place6ComeOut(const Game& g) { return g.DefaultWorking[kAnn][kPlace6]; }
+double Place6HouseComeOut(const Game& g) { return g.Rules.WorkOnComeOut[kPlace6][kAnn]; }
 double Bankroll(const Game& g) { return g.Bankroll[kAnn].ToDouble(); }
 double RollRate(const Game& g) { return g.Rules.RollsPerTime; }
 double Odds410(const Game& g) { return g.Rules.OddsAllowed410.ToDouble(); }
@@ -266,6 +261,12 @@ double BobPlace6(const Game& g) { return g.BetAmount[kBob][kPlace6].ToDouble(); 
 double Shooter(const Game& g) { return g.Table.Shooter; }
 double RollsCounted(const Game& g) { return g.Stats.RollCount[kSessionScope][0]; }
 void BadRollFile(Game& g) { std::ofstream(InProgramFolder(g.ProgramFolder, "bad.rol"), std::ios::binary) << '\0'; }
+void ProbabilityFile(Game& g) {
+  ProbabilityTable table;
+  SetDefaultProbabilities(table);
+  std::string error;
+  EXPECT_TRUE(SaveProbabilityFile(InProgramFolder(g.ProgramFolder, "p.prb"), table, error)) << error;
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Statements, RunTest,
@@ -283,6 +284,15 @@ INSTANTIATE_TEST_SUITE_P(
         RunCase{{"autohandle losing bets = \"bet remainder\""}, 0, LoseMode, kPressUnitOrRemainder},
         RunCase{{"autohandle losing bets = \"same bet plus 1 unit\""}, 0, LoseMode, kPressDoubleOrUnit},
         RunCase{{"autohandle losing bets = \"double bet\""}, 0, LoseMode, kParlayOrDouble},
+        RunCase{{"place6 autowork on comeout = true"}, 0, Place6ComeOut, 1},
+        RunCase{{"place6 autowork on comeout = true"}, 0, Place6HouseComeOut, 1},
+        RunCase{{"atm deposit 100", "atm withdraw 30"}, 0, Bankroll, 930}, RunCase{{"pass the dice"}, 0, Shooter, kBob},
+        RunCase{{"activate probability file \"p.prb\""}, 0, PercentageDice, 1, ProbabilityFile},
+        RunCase{{"activate probability file \"p.prb\"", "deactivate probability file"},
+                0,
+                PercentageDice,
+                0,
+                ProbabilityFile},
         // Faults: the walk is checked whole before anything is written.
         RunCase{{"bet 6 on place8, place6 player3"}, 851, Place8, 0},
         RunCase{{"bet 6 on place6", "call off place6, passline"}, 862, Place6Working, 0},
@@ -375,27 +385,6 @@ TEST(ActionFiles, PlaybackStartsAtTheRollAskedFor) {
   ASSERT_EQ(a.Run({"dice roll file next roll = 1", "deactivate dice roll file"}), 0);
   EXPECT_EQ(a.g.Rolls.NextRollPosition, 1);
   EXPECT_EQ(a.g.Rolls.RecorderState, 0);
-}
-
-TEST(ActionFiles, ProbabilityFilesSwitchPercentageDice) {
-  ActionTable a;
-  ProbabilityTable table;
-  SetDefaultProbabilities(table);
-  std::string error;
-  ASSERT_TRUE(SaveProbabilityFile(a.File("p.prb"), table, error)) << error;
-  ASSERT_EQ(a.Run({"activate probability file \"p.prb\""}), 0);
-  EXPECT_TRUE(a.g.Percentage.PercentageDiceOn);
-  ASSERT_EQ(a.Run({"deactivate probability file"}), 0);
-  EXPECT_FALSE(a.g.Percentage.PercentageDiceOn);
-}
-
-TEST(ActionTable, AtmAndPassingTheDice) {
-  ActionTable a;
-  ASSERT_EQ(a.Run({"atm deposit 100", "atm withdraw 30"}), 0);
-  EXPECT_EQ(a.g.Bankroll[kAnn], 930_usd);
-  ASSERT_EQ(a.g.Table.Shooter, kAnn);
-  ASSERT_EQ(a.Run({"pass the dice"}), 0);
-  EXPECT_EQ(a.g.Table.Shooter, kBob);
 }
 
 TEST(ActionTable, StopAutoRollingAndSeedFromTheClock) {

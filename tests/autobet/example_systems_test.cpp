@@ -159,169 +159,155 @@ const std::string kInside12 = "Place 5 $12, Place 6 $12, Place 8 $12, Place 9 $1
 const std::string kLineWithOdds = "Pass Line $10, Pass Line Odds $20", kCome4 = "Come 4 $10, Come 4 Odds $20",
                   kCome5 = "Come 5 $10, Come 5 Odds $20";
 
-const std::vector<Step> kMartingaleSteps = {
-    {"one unit on the come-out", 0, "Pass Line $5", "1=5 2=5 3=320", 1000},
-    {"craps loses: the next wager is doubled", 11, "Pass Line $10", "2=10 4=1", 995},
-    {"a point is no decision", 22, "Pass Line $10", "2=10 4=1", 995},
-    {"a seven out loses: doubled again", 34, "Pass Line $20", "2=20 4=2", 985},
-    {"a natural wins: back to one unit", 56, "Pass Line $5", "2=5 4=0", 1005},
-    {"a loss after the win doubles from one unit", 66, "Pass Line $10", "2=10 4=1", 1000},
-    {"the point", 44, "Pass Line $10", "", 1000},
-    {"the point made wins: one unit", 44, "Pass Line $5", "2=5 4=0", 1010}};
-const SystemCase kMartingale{"MartingaleDoublesAfterALossAndResetsAfterAWin", "martingale_passline.bet", 1000, "",
-                             kMartingaleSteps};
+const SystemCase kMartingale("MartingaleDoublesAfterALossAndResetsAfterAWin", "martingale_passline.bet", 1000, "",
+                             {{"one unit on the come-out", 0, "Pass Line $5", "1=5 2=5 3=320", 1000},
+                              {"craps loses: the next wager is doubled", 11, "Pass Line $10", "2=10 4=1", 995},
+                              {"a point is no decision", 22, "Pass Line $10", "2=10 4=1", 995},
+                              {"a seven out loses: doubled again", 34, "Pass Line $20", "2=20 4=2", 985},
+                              {"a natural wins: back to one unit", 56, "Pass Line $5", "2=5 4=0", 1005},
+                              {"a loss after the win doubles from one unit", 66, "Pass Line $10", "2=10 4=1", 1000},
+                              {"the point", 44, "Pass Line $10", "", 1000},
+                              {"the point made wins: one unit", 44, "Pass Line $5", "2=5 4=0", 1010}});
 
-const std::vector<Step> kMartingaleCeilingSteps = {
-    {"six losses in a row reach the ceiling", 11, "Pass Line $320", "2=320 4=6", 685, "", 6},
-    {"the seventh would pass it: one unit again", 11, "Pass Line $5", "2=5 4=0", 365}};
-const SystemCase kMartingaleCeiling{"MartingaleStartsOverPastItsCeiling", "martingale_passline.bet", 1000, "",
-                                    kMartingaleCeilingSteps};
+const SystemCase kMartingaleCeiling(
+    "MartingaleStartsOverPastItsCeiling", "martingale_passline.bet", 1000, "",
+    {{"six losses in a row reach the ceiling", 11, "Pass Line $320", "2=320 4=6", 685, "", 6},
+     {"the seventh would pass it: one unit again", 11, "Pass Line $5", "2=5 4=0", 365}});
 
-const std::vector<Step> kMartingaleShortOfMoneySteps = {
-    {"doubled while the bankroll covers it", 11, "Pass Line $10", "2=10", 25},
-    {"$15 left can't cover $20: one unit", 11, "Pass Line $5", "2=5 4=0", 15}};
-const SystemCase kMartingaleShortOfMoney{"MartingaleStartsOverWithTooLittleMoney", "martingale_passline.bet", 30, "",
-                                         kMartingaleShortOfMoneySteps};
+const SystemCase kMartingaleShortOfMoney("MartingaleStartsOverWithTooLittleMoney", "martingale_passline.bet", 30, "",
+                                         {{"doubled while the bankroll covers it", 11, "Pass Line $10", "2=10", 25},
+                                          {"$15 left can't cover $20: one unit", 11, "Pass Line $5", "2=5 4=0", 15}});
 
-const std::vector<Step> kMartingaleInDebtSteps = {
-    {"a table that allows debt sets no bound", 11, "Pass Line $20", "2=20 4=2", -1015, "", 2},
-    {"and the doubling goes on", 11, "Pass Line $40", "2=40 4=3", -1035}};
-const SystemCase kMartingaleInDebt{"MartingaleKeepsDoublingOnABankrollBelowZero", "martingale_passline.bet", -1000, "",
-                                   kMartingaleInDebtSteps};
+const SystemCase kMartingaleInDebt("MartingaleKeepsDoublingOnABankrollBelowZero", "martingale_passline.bet", -1000, "",
+                                   {{"a table that allows debt sets no bound", 11, "Pass Line $20", "2=20 4=2", -1015,
+                                     "", 2},
+                                    {"and the doubling goes on", 11, "Pass Line $40", "2=40 4=3", -1035}});
 
-const std::vector<Step> kFibonacciSteps = {{"the sequence is filled and the first step bet", 0, "Field $5",
-                                            "2=10 10=1 11=1 12=2 13=3 14=5 20=89 29=6765", 1000},
-                                           {"a loss: one step up (1)", 25, "Field $5", "2=11", 995},
-                                           {"a loss: one step up (2)", 34, "Field $10", "2=12", 990},
-                                           {"a loss: one step up (3)", 16, "Field $15", "2=13", 980},
-                                           {"a loss: one step up (5)", 44, "Field $25", "2=14", 965},
-                                           {"a win: two steps back (2)", 22, "Field $10", "2=12", 990},
-                                           {"a win on 2 pays double: two steps back (1)", 11, "Field $5", "2=10", 1010},
-                                           {"a win on the first step stays there", 55, "Field $5", "2=10", 1015}};
-const SystemCase kFibonacci{"FibonacciStepsUpOnALossAndTwoBackOnAWin", "fibonacci_field.bet", 1000, "",
-                            kFibonacciSteps};
+const SystemCase kFibonacci("FibonacciStepsUpOnALossAndTwoBackOnAWin", "fibonacci_field.bet", 1000, "",
+                            {{"the sequence is filled and the first step bet", 0, "Field $5",
+                              "2=10 10=1 11=1 12=2 13=3 14=5 20=89 29=6765", 1000},
+                             {"a loss: one step up (1)", 25, "Field $5", "2=11", 995},
+                             {"a loss: one step up (2)", 34, "Field $10", "2=12", 990},
+                             {"a loss: one step up (3)", 16, "Field $15", "2=13", 980},
+                             {"a loss: one step up (5)", 44, "Field $25", "2=14", 965},
+                             {"a win: two steps back (2)", 22, "Field $10", "2=12", 990},
+                             {"a win on 2 pays double: two steps back (1)", 11, "Field $5", "2=10", 1010},
+                             {"a win on the first step stays there", 55, "Field $5", "2=10", 1015}});
 
-const std::vector<Step> kFibonacciTopSteps = {
-    {"the last step, 6765 units, as far as the table's maximum goes", 25, "Field $1000", "2=29", 9995},
-    {"a loss at the last step starts over", 25, "Field $5", "2=10", 8995}};
-const SystemCase kFibonacciTop{"FibonacciStartsOverAtTheTopOfItsTable", "fibonacci_field.bet", 10000, "2=28",
-                               kFibonacciTopSteps};
+const SystemCase kFibonacciTop("FibonacciStartsOverAtTheTopOfItsTable", "fibonacci_field.bet", 10000, "2=28",
+                               {{"the last step, 6765 units, as far as the table's maximum goes", 25, "Field $1000",
+                                 "2=29", 9995},
+                                {"a loss at the last step starts over", 25, "Field $5", "2=10", 8995}});
 
-const std::vector<Step> kIronCrossSteps = {
-    {"nothing on the come-out", 0, "", "", 1000},
-    {"the point: Field, Place 5, 6 and 8", 22, kFieldAcross, "", 1000},
-    {"5 wins $7 and stays; the Field lost $5 and is renewed", 23, kFieldAcross, "", 1002},
-    {"3: the Field wins", 12, kFieldAcross, "", 1007},
-    {"6 wins $7, Field renewed", 33, kFieldAcross, "", 1009},
-    {"the point made on a Field number: the Field comes down, Place bets stay off", 22, kAcross, "", 1014,
-     "Place 5 0, Place 6 0, Place 8 0"},
-    {"a come-out seven touches nothing", 34, kAcross, "", 1014},
-    {"a new point: the Field again, Place bets working", 44, kFieldAcross, "", 1014, "Place 5 1, Place 6 1, Place 8 1"},
-    {"the seven out ends it all", 34, "", "", 992}};
-const SystemCase kIronCross{"IronCrossCoversEveryTotalButSevenWhileThePointIsOn", "iron_cross.bet", 1000, "",
-                            kIronCrossSteps};
+const SystemCase kIronCross("IronCrossCoversEveryTotalButSevenWhileThePointIsOn", "iron_cross.bet", 1000, "",
+                            {{"nothing on the come-out", 0, "", "", 1000},
+                             {"the point: Field, Place 5, 6 and 8", 22, kFieldAcross, "", 1000},
+                             {"5 wins $7 and stays; the Field lost $5 and is renewed", 23, kFieldAcross, "", 1002},
+                             {"3: the Field wins", 12, kFieldAcross, "", 1007},
+                             {"6 wins $7, Field renewed", 33, kFieldAcross, "", 1009},
+                             {"the point made on a Field number: the Field comes down, Place bets stay off", 22,
+                              kAcross, "", 1014, "Place 5 0, Place 6 0, Place 8 0"},
+                             {"a come-out seven touches nothing", 34, kAcross, "", 1014},
+                             {"a new point: the Field again, Place bets working", 44, kFieldAcross, "", 1014,
+                              "Place 5 1, Place 6 1, Place 8 1"},
+                             {"the seven out ends it all", 34, "", "", 992}});
 
-const std::vector<Step> kPlacePressSteps = {
-    {"nothing on the come-out", 0, "", "", 1000},
-    {"the point: 6 and 8 placed", 22, "Place 6 $6, Place 8 $6", "3=0", 1000},
-    {"first hit collected", 33, "Place 6 $6, Place 8 $6", "3=1", 1007},
-    {"second hit collected", 44, "Place 6 $6, Place 8 $6", "3=2", 1014},
-    {"third hit: the 6 pressed one unit", 33, "Place 6 $12, Place 8 $6", "3=3", 1021},
-    {"fourth hit: the 8 pressed", 44, "Place 6 $12, Place 8 $12", "3=4", 1028, "Place 6 1, Place 8 1"},
-    {"the hand nets $42: pressed, then both called off", 33, "Place 6 $18, Place 8 $12", "3=5", 1042,
-     "Place 6 -1, Place 8 -1"},
-    {"off: a 6 pays nothing", 33, "Place 6 $18, Place 8 $12", "3=5", 1042},
-    {"the point made", 22, "Place 6 $18, Place 8 $12", "", 1042},
-    {"still off for the rest of the hand", 55, "Place 6 $18, Place 8 $12", "", 1042, "Place 6 -1, Place 8 -1"},
-    {"the seven out takes them down unharmed", 34, "", "", 1042},
-    {"a new hand starts afresh", 33, "Place 6 $6, Place 8 $6", "3=0", 1042, "Place 6 1, Place 8 1"}};
-const SystemCase kPlacePress{"Place68PressesFromTheThirdHitAndCallsOffAtTheTarget", "place_6_8_press.bet", 1000, "",
-                             kPlacePressSteps};
+const SystemCase kPlacePress(
+    "Place68PressesFromTheThirdHitAndCallsOffAtTheTarget", "place_6_8_press.bet", 1000, "",
+    {{"nothing on the come-out", 0, "", "", 1000},
+     {"the point: 6 and 8 placed", 22, "Place 6 $6, Place 8 $6", "3=0", 1000},
+     {"first hit collected", 33, "Place 6 $6, Place 8 $6", "3=1", 1007},
+     {"second hit collected", 44, "Place 6 $6, Place 8 $6", "3=2", 1014},
+     {"third hit: the 6 pressed one unit", 33, "Place 6 $12, Place 8 $6", "3=3", 1021},
+     {"fourth hit: the 8 pressed", 44, "Place 6 $12, Place 8 $12", "3=4", 1028, "Place 6 1, Place 8 1"},
+     {"the hand nets $42: pressed, then both called off", 33, "Place 6 $18, Place 8 $12", "3=5", 1042,
+      "Place 6 -1, Place 8 -1"},
+     {"off: a 6 pays nothing", 33, "Place 6 $18, Place 8 $12", "3=5", 1042},
+     {"the point made", 22, "Place 6 $18, Place 8 $12", "", 1042},
+     {"still off for the rest of the hand", 55, "Place 6 $18, Place 8 $12", "", 1042, "Place 6 -1, Place 8 -1"},
+     {"the seven out takes them down unharmed", 34, "", "", 1042},
+     {"a new hand starts afresh", 33, "Place 6 $6, Place 8 $6", "3=0", 1042, "Place 6 1, Place 8 1"}});
 
-const std::vector<Step> kPlacePressLimitSteps = {
-    {"the point", 22, "Place 6 $6, Place 8 $6", "", 1000},
-    {"two hits collected, four pressed: $30", 33, "Place 6 $30, Place 8 $6", "3=6", 1084, "", 6},
-    {"the limit holds", 33, "Place 6 $30, Place 8 $6", "3=7", 1119}};
-const SystemCase kPlacePressLimit{"Place68PressesNoFurtherThanItsLimit", "place_6_8_press.bet", 1000, "4=1000",
-                                  kPlacePressLimitSteps};
+const SystemCase kPlacePressLimit("Place68PressesNoFurtherThanItsLimit", "place_6_8_press.bet", 1000, "4=1000",
+                                  {{"the point", 22, "Place 6 $6, Place 8 $6", "", 1000},
+                                   {"two hits collected, four pressed: $30", 33, "Place 6 $30, Place 8 $6", "3=6", 1084,
+                                    "", 6},
+                                   {"the limit holds", 33, "Place 6 $30, Place 8 $6", "3=7", 1119}});
 
-const std::vector<Step> kMollySteps = {
-    {"the Pass Line on the come-out", 0, "Pass Line $10", "", 1000},
-    {"the point: double odds and a Come bet", 33, "Pass Line $10, Pass Line Odds $20, Come $10", "", 1000},
-    {"the Come bet travels to 4 and gets its odds; another Come bet", 22, kLineWithOdds + ", " + kCome4 + ", Come $10",
-     "", 1000},
-    {"to 5 with odds: three numbers, no new Come bet", 14, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
-    {"no decision, nothing new", 55, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
-    {"the 4 wins $10 and $40: a Come bet replaces it", 22, kLineWithOdds + ", " + kCome5 + ", Come $10", "", 1050},
-    {"the point made: the Come bet goes to 6 with its odds at once, off for the come-out", 33,
-     "Pass Line $10, " + kCome5 + ", Come 6 $10, Come 6 Odds $20", "", 1084, "Come 5 Odds 0, Come 6 Odds 0"},
-    {"a come-out seven: the line wins, the Come bets lose, their odds come back", 34, "Pass Line $10", "", 1074}};
-const SystemCase kMolly{"ThreePointMollyKeepsThreeNumbersWithDoubleOdds", "three_point_molly.bet", 1000, "",
-                        kMollySteps};
+const SystemCase kMolly(
+    "ThreePointMollyKeepsThreeNumbersWithDoubleOdds", "three_point_molly.bet", 1000, "",
+    {{"the Pass Line on the come-out", 0, "Pass Line $10", "", 1000},
+     {"the point: double odds and a Come bet", 33, "Pass Line $10, Pass Line Odds $20, Come $10", "", 1000},
+     {"the Come bet travels to 4 and gets its odds; another Come bet", 22, kLineWithOdds + ", " + kCome4 + ", Come $10",
+      "", 1000},
+     {"to 5 with odds: three numbers, no new Come bet", 14, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
+     {"no decision, nothing new", 55, kLineWithOdds + ", " + kCome4 + ", " + kCome5, "", 1000},
+     {"the 4 wins $10 and $40: a Come bet replaces it", 22, kLineWithOdds + ", " + kCome5 + ", Come $10", "", 1050},
+     {"the point made: the Come bet goes to 6 with its odds at once, off for the come-out", 33,
+      "Pass Line $10, " + kCome5 + ", Come 6 $10, Come 6 Odds $20", "", 1084, "Come 5 Odds 0, Come 6 Odds 0"},
+     {"a come-out seven: the line wins, the Come bets lose, their odds come back", 34, "Pass Line $10", "", 1074}});
 
-const std::vector<Step> kDontPassSteps = {
-    {"the Don't Pass on the come-out", 0, "Don't Pass $10", "", 1000},
-    {"against 4: twice the flat bet", 22, "Don't Pass $10, Don't Pass Odds $20", "", 1000},
-    {"the seven out wins $10 and $10", 25, "Don't Pass $10", "3=0", 1020},
-    {"against 5: one and a half times", 23, "Don't Pass $10, Don't Pass Odds $15", "", 1020},
-    {"the 5 made: a first loss", 23, "Don't Pass $10", "3=1 4=0", 995},
-    {"against 6: six fifths", 33, "Don't Pass $10, Don't Pass Odds $12", "", 995},
-    {"the 6 made: a second loss", 33, "Don't Pass $10", "3=2 4=0", 973},
-    {"12 on the come-out stands", 66, "Don't Pass $10", "3=2 4=0", 973},
-    {"a come-out seven: the third loss, the system rests", 34, "Don't Pass $10", "3=3 4=1", 963},
-    {"resting: no odds", 44, "Don't Pass $10", "4=1", 963},
-    {"the 8 made: still resting", 44, "Don't Pass $10", "3=4 4=1", 953},
-    {"no odds against 10 either", 55, "Don't Pass $10", "4=1", 953},
-    {"the seven out ends the shooter's hand and the rest", 34, "Don't Pass $10", "3=0 4=0", 963},
-    {"odds again", 22, "Don't Pass $10, Don't Pass Odds $20", "", 963}};
-const SystemCase kDontPass{"DontPassLaysOddsToWinAFlatUnitAndRestsAfterThreeLosses", "dont_pass_lay_odds.bet", 1000, "",
-                           kDontPassSteps};
+const SystemCase kDontPass(
+    "DontPassLaysOddsToWinAFlatUnitAndRestsAfterThreeLosses", "dont_pass_lay_odds.bet", 1000, "",
+    {{"the Don't Pass on the come-out", 0, "Don't Pass $10", "", 1000},
+     {"against 4: twice the flat bet", 22, "Don't Pass $10, Don't Pass Odds $20", "", 1000},
+     {"the seven out wins $10 and $10", 25, "Don't Pass $10", "3=0", 1020},
+     {"against 5: one and a half times", 23, "Don't Pass $10, Don't Pass Odds $15", "", 1020},
+     {"the 5 made: a first loss", 23, "Don't Pass $10", "3=1 4=0", 995},
+     {"against 6: six fifths", 33, "Don't Pass $10, Don't Pass Odds $12", "", 995},
+     {"the 6 made: a second loss", 33, "Don't Pass $10", "3=2 4=0", 973},
+     {"12 on the come-out stands", 66, "Don't Pass $10", "3=2 4=0", 973},
+     {"a come-out seven: the third loss, the system rests", 34, "Don't Pass $10", "3=3 4=1", 963},
+     {"resting: no odds", 44, "Don't Pass $10", "4=1", 963},
+     {"the 8 made: still resting", 44, "Don't Pass $10", "3=4 4=1", 953},
+     {"no odds against 10 either", 55, "Don't Pass $10", "4=1", 953},
+     {"the seven out ends the shooter's hand and the rest", 34, "Don't Pass $10", "3=0 4=0", 963},
+     {"odds again", 22, "Don't Pass $10, Don't Pass Odds $20", "", 963}});
 
-const std::vector<Step> kHardwaysSteps = {
-    {"nothing on the come-out", 0, "", "1=1 2=36 3=25", 1000},
-    {"a point: 4 and 10 bought", 44, kBuy410, "", 1000},
-    {"36 rolls without a hard 8 are not yet overdue", 23, kBuy410 + ", Hard 6 $1", "", 1000, "", 36},
-    {"37 are", 23, kBuy410 + ", Hard 6 $1, Hard 8 $1", "", 1000},
-    {"the hard 6 wins 9 and is no longer overdue", 33, kBuy410 + ", Hard 8 $1", "", 1009},
-    {"a won buy bet is bought again", 22, kBuy410 + ", Hard 8 $1", "", 1058},
-    {"the point made the easy way: the buy bets come down", 26, "", "", 1057},
-    {"a new point: bought again; the hard 8 is still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1057},
-    {"the seven out: one hand logged", 34, "", "4=1", 1004},
-    {"a second hand", 55, kBuy410, "", 1004},
-    {"the 10 made wins; the buy bets come down", 55, "", "", 1053},
-    {"a new point: bought, and the hard 8 still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1053},
-    {"the seven out: a second hand logged", 16, "", "4=2", 1000}};
-const SystemCase kHardways("HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLogsHands", "hardway_hunter.bet", 1000, "",
-                           kHardwaysSteps, "hardway_hunter.txt",
-                           // 1 seven in 43 rolls, rounded to a tenth, reads as 2.3 whatever binary value the
-                           // rounding leaves behind.
-                           {"Hand log of Ann from 1/1/2000 12:00:00 AM", "Hand 1\tnet 4\tsevens 2.3%",
-                            "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"});
+const SystemCase kHardways(
+    "HardwayHunterBuysTheOutsideBetsOverdueHardwaysAndLogsHands", "hardway_hunter.bet", 1000, "",
+    {{"nothing on the come-out", 0, "", "1=1 2=36 3=25", 1000},
+     {"a point: 4 and 10 bought", 44, kBuy410, "", 1000},
+     {"36 rolls without a hard 8 are not yet overdue", 23, kBuy410 + ", Hard 6 $1", "", 1000, "", 36},
+     {"37 are", 23, kBuy410 + ", Hard 6 $1, Hard 8 $1", "", 1000},
+     {"the hard 6 wins 9 and is no longer overdue", 33, kBuy410 + ", Hard 8 $1", "", 1009},
+     {"a won buy bet is bought again", 22, kBuy410 + ", Hard 8 $1", "", 1058},
+     {"the point made the easy way: the buy bets come down", 26, "", "", 1057},
+     {"a new point: bought again; the hard 8 is still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1057},
+     {"the seven out: one hand logged", 34, "", "4=1", 1004},
+     {"a second hand", 55, kBuy410, "", 1004},
+     {"the 10 made wins; the buy bets come down", 55, "", "", 1053},
+     {"a new point: bought, and the hard 8 still overdue", 33, kBuy410 + ", Hard 8 $1", "", 1053},
+     {"the seven out: a second hand logged", 16, "", "4=2", 1000}},
+    "hardway_hunter.txt",
+    // 1 seven in 43 rolls, rounded to a tenth, reads as 2.3 whatever binary value the
+    // rounding leaves behind.
+    {"Hand log of Ann from 1/1/2000 12:00:00 AM", "Hand 1\tnet 4\tsevens 2.3%",
+     "Hand 2\tnet -4\tsevens 4.3%  (losing hand)"});
 
-const std::vector<Step> kInsideSteps = {
-    {"nothing on the come-out", 0, "", "", 1000},
-    {"the point: the inside at double units", 22, kInside12, "", 1000},
-    {"first hit: all cut in half, in whole units", 33, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=1", 1014},
-    {"second hit collected", 44, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=2", 1021},
-    {"third hit on the 9: pressed, and the larger bet moved to the 8", 45,
-     "Place 5 $5, Place 6 $6, Place 8 $12, Place 9 $5", "2=3", 1028},
-    {"the 6 pressed half again, up to whole units", 33, "Place 5 $5, Place 6 $12, Place 8 $12, Place 9 $5", "2=4",
-     1035},
-    {"the 5 pressed, not past the 6", 23, "Place 5 $10, Place 6 $12, Place 8 $12, Place 9 $5", "2=5", 1042},
-    {"the point made after a long hand: the 6 and 8 work on the come-out", 22,
-     "Place 5 $10, Place 6 $12, Place 8 $12, Place 9 $5", "2=5 3=1", 1042,
-     "Place 5 0, Place 6 1, Place 8 1, Place 9 0"},
-    {"an 8 on the come-out wins and is pressed", 44, "Place 5 $10, Place 6 $12, Place 8 $18, Place 9 $5", "2=6", 1056},
-    {"everything lost at the seven out", 34, "", "2=0", 1011},
-    {"a new hand", 22, kInside12, "", 1011},
-    {"a short hand: the 6 and 8 are off on the come-out again; a second point of 4", 22, kInside12, "2=0 3=2", 1011,
-     "Place 5 0, Place 6 0, Place 8 0, Place 9 0"},
-    {"two points of 4 or 10 made: the 4 and 10 are placed and bought", 33, kInside12 + ", " + kBuy410, "", 1011},
-    {"the bought 4 wins and stays as it was", 13, kInside12 + ", " + kBuy410, "", 1060},
-    {"and again, without growing", 13, kInside12 + ", " + kBuy410, "", 1109},
-    {"everything lost at the seven out", 34, "", "", 1009}};
-const SystemCase kInside{"InsideRegressionCutsAfterTheFirstHitAndPressesFromTheThird", "inside_regression.bet", 1000,
-                         "", kInsideSteps};
+const SystemCase kInside(
+    "InsideRegressionCutsAfterTheFirstHitAndPressesFromTheThird", "inside_regression.bet", 1000, "",
+    {{"nothing on the come-out", 0, "", "", 1000},
+     {"the point: the inside at double units", 22, kInside12, "", 1000},
+     {"first hit: all cut in half, in whole units", 33, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=1", 1014},
+     {"second hit collected", 44, "Place 5 $5, Place 6 $6, Place 8 $6, Place 9 $5", "2=2", 1021},
+     {"third hit on the 9: pressed, and the larger bet moved to the 8", 45,
+      "Place 5 $5, Place 6 $6, Place 8 $12, Place 9 $5", "2=3", 1028},
+     {"the 6 pressed half again, up to whole units", 33, "Place 5 $5, Place 6 $12, Place 8 $12, Place 9 $5", "2=4",
+      1035},
+     {"the 5 pressed, not past the 6", 23, "Place 5 $10, Place 6 $12, Place 8 $12, Place 9 $5", "2=5", 1042},
+     {"the point made after a long hand: the 6 and 8 work on the come-out", 22,
+      "Place 5 $10, Place 6 $12, Place 8 $12, Place 9 $5", "2=5 3=1", 1042,
+      "Place 5 0, Place 6 1, Place 8 1, Place 9 0"},
+     {"an 8 on the come-out wins and is pressed", 44, "Place 5 $10, Place 6 $12, Place 8 $18, Place 9 $5", "2=6", 1056},
+     {"everything lost at the seven out", 34, "", "2=0", 1011},
+     {"a new hand", 22, kInside12, "", 1011},
+     {"a short hand: the 6 and 8 are off on the come-out again; a second point of 4", 22, kInside12, "2=0 3=2", 1011,
+      "Place 5 0, Place 6 0, Place 8 0, Place 9 0"},
+     {"two points of 4 or 10 made: the 4 and 10 are placed and bought", 33, kInside12 + ", " + kBuy410, "", 1011},
+     {"the bought 4 wins and stays as it was", 13, kInside12 + ", " + kBuy410, "", 1060},
+     {"and again, without growing", 13, kInside12 + ", " + kBuy410, "", 1109},
+     {"everything lost at the seven out", 34, "", "", 1009}});
 
 INSTANTIATE_TEST_SUITE_P(Examples, ExampleSystemTest,
                          ::testing::Values(kMartingale, kMartingaleCeiling, kMartingaleShortOfMoney, kMartingaleInDebt,

@@ -382,24 +382,21 @@ TEST(VariablesTest, StringValueOfPoolAndSpecialStrings) {
   g.CheckStackName[kAnn][5] = "Nest egg";
   g.CheckStackName[8][0] = "Last seat";
 
-  const auto check = [&](const StringCase& c) {
-    g.AutoBet.RunError = 0;
-    EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
-    EXPECT_EQ(g.AutoBet.RunError, c.fault) << c.code << " " << c.value;
-  };
   for (const StringCase& c :
        {StringCase{kCodeString, 2, "Press"}, StringCase{kCodeString, 0, ""}, StringCase{kCodeString, -15, ""},
         StringCase{kCodeString, -1, "3/9/2026"}, StringCase{kCodeString, -2, "2:05:07 PM"},
         StringCase{kCodeString, -10, "Please enter a value"}, StringCase{kCodeString, -11, "Please enter a string"},
         StringCase{kCodeString, -901, "Ann"}, StringCase{kCodeString, -902, "Bob"}, StringCase{kCodeString, -903, ""},
         StringCase{kCodeString, -1805, "Nest egg"}, StringCase{kCodeString, -8800, "Last seat"},
-        StringCase{kCodeVariableTarget, 805, "Nest egg"}, StringCase{kCodeNumber, 3.5, "3.5"}})
-    check(c);
-  // No string of that number: a fault.
-  for (const StringCase& c : {StringCase{kCodeString, 3, "", 998}, StringCase{kCodeString, -3, "", 998},
-                              StringCase{kCodeString, -1900, "", 998}, StringCase{kCodeString, -9800, "", 998},
-                              StringCase{kCodeVariableTarget, 900, "", 998}, StringCase{kCodeVariable, 805, "", 998}})
-    check(c);
+        StringCase{kCodeVariableTarget, 805, "Nest egg"}, StringCase{kCodeNumber, 3.5, "3.5"},
+        // No string of that number: a fault.
+        StringCase{kCodeString, 3, "", 998}, StringCase{kCodeString, -3, "", 998},
+        StringCase{kCodeString, -1900, "", 998}, StringCase{kCodeString, -9800, "", 998},
+        StringCase{kCodeVariableTarget, 900, "", 998}, StringCase{kCodeVariable, 805, "", 998}}) {
+    g.AutoBet.RunError = 0;
+    EXPECT_EQ(StringValue(g, c.code, c.value), c.text) << c.code << " " << c.value;
+    EXPECT_EQ(g.AutoBet.RunError, c.fault) << c.code << " " << c.value;
+  }
   t.clock.now.hour = 0;
   EXPECT_EQ(StringValue(g, kCodeString, -2), "12:05:07 AM");
 }

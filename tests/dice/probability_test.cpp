@@ -183,21 +183,17 @@ TEST(ProbabilityFile, ShortFileGivesZerosForMissingValues) {
 // An edit balances the table and holds the edited cell and every cell locked before it:
 // a diamond cell, one in a locked row, a negative entry, a sum cell, a face of each die.
 TEST(ProbabilityEdit, KeepsWholeSumsAndLocks) {
-  struct Case {
-    int x, y;
-    int32_t value;
-  };
-  for (const Case& c :
-       {Case{2, 1, 10000}, Case{3, 3, 6000}, Case{2, 7, -500}, Case{1, 6, 30000}, Case{4, 12, 25000}, Case{7, 13, 0}}) {
-    SCOPED_TRACE(testing::Message() << c.x << "," << c.y);
+  for (auto [x, y, value] :
+       {std::tuple{2, 1, 10000}, {3, 3, 6000}, {2, 7, -500}, {1, 6, 30000}, {4, 12, 25000}, {7, 13, 0}}) {
+    SCOPED_TRACE(testing::Message() << x << "," << y);
     ProbabilityTable t = Default();
     std::string error;
     ASSERT_TRUE(EditCell(t, 6, 7, 4000, error)) << error;  // 6.2 locked first
     ASSERT_TRUE(EditCell(t, 1, 3, 9000, error)) << error;  // total 4 locked
-    ASSERT_TRUE(EditCell(t, c.x, c.y, c.value, error)) << error;
+    ASSERT_TRUE(EditCell(t, x, y, value, error)) << error;
     ExpectBalanced(t);
-    EXPECT_EQ(t.Value(c.x, c.y), std::max(c.value, 0));
-    EXPECT_EQ(t.Lock(c.x, c.y), 128);
+    EXPECT_EQ(t.Value(x, y), std::max(value, 0));
+    EXPECT_EQ(t.Lock(x, y), 128);
     EXPECT_EQ(t.Value(6, 7), 4000);
     EXPECT_EQ(t.Value(1, 3), 9000);
   }
@@ -241,46 +237,36 @@ TEST(ProbabilityEdit, GarbageEntryIsRefused) {
 // ---- Display modes ----------------------------------------------------------------------
 
 TEST(ProbabilityView, ConvertsBothWays) {
-  struct Case {
-    ProbabilityView view;
-    int x, y;
-    int32_t stored;
-    double shown;
-  };
-  for (const Case& c : {Case{ProbabilityView::Percent, 2, 1, 2778, 2.778},
-                        Case{ProbabilityView::PercentFromTrue, 1, 6, 20000, 20.0 - 600.0 / 36},
-                        Case{ProbabilityView::PercentFromTrue, 3, 12, 0, -100.0 / 6},
-                        Case{ProbabilityView::RollsOutOf, 2, 1, 2778, 1.00008},
-                        Case{ProbabilityView::RollsFromTrue, 1, 1, 5556, 1.00016}}) {
-    EXPECT_NEAR(ShownValue(c.stored, c.x, c.y, c.view, 36.0), c.shown, 1e-9) << c.stored;
+  for (auto [view, x, y, stored, shown] : {std::tuple{ProbabilityView::Percent, 2, 1, 2778, 2.778},
+                                           {ProbabilityView::PercentFromTrue, 1, 6, 20000, 20.0 - 600.0 / 36},
+                                           {ProbabilityView::PercentFromTrue, 3, 12, 0, -100.0 / 6},
+                                           {ProbabilityView::RollsOutOf, 2, 1, 2778, 1.00008},
+                                           {ProbabilityView::RollsFromTrue, 1, 1, 5556, 1.00016}}) {
+    EXPECT_NEAR(ShownValue(stored, x, y, view, 36.0), shown, 1e-9) << stored;
     int32_t back = -1;
-    ASSERT_TRUE(StoredValue(c.shown, c.x, c.y, c.view, 36.0, back));
-    EXPECT_EQ(back, c.stored);
+    ASSERT_TRUE(StoredValue(shown, x, y, view, 36.0, back));
+    EXPECT_EQ(back, stored);
   }
 }
 
 // ---- Axis -------------------------------------------------------------------------------
 
 TEST(ProbabilityAxis, EffectivenessDrivesSelectedFaces) {
-  struct Case {
-    double effectiveness;
-    int32_t face;
-  };
-  for (const Case& c : {Case{0, 16667}, Case{50, 8333}, Case{100, 0}, Case{250, 0}}) {
+  for (auto [effectiveness, face] : {std::pair{0.0, 16667}, {50.0, 8333}, {100.0, 0}, {250.0, 0}}) {
     PercentageDice p;
     SetDefaultPercentageDice(p);
     std::string error;
     ASSERT_TRUE(EditCell(p.Table, 2, 1, 9000, error));  // a lock the axis clears
-    const AxisChoice die1{{true, true, false}, c.effectiveness}, die2{{false, false, true}, c.effectiveness};
-    ASSERT_TRUE(ComputeAboutAxes(p, die1, die2, error)) << c.effectiveness << error;
+    const AxisChoice die1{{true, true, false}, effectiveness}, die2{{false, false, true}, effectiveness};
+    ASSERT_TRUE(ComputeAboutAxes(p, die1, die2, error)) << effectiveness << error;
     ExpectBalanced(p.Table);
     EXPECT_EQ(p.Table.Lock(2, 1), 0);
-    for (int x : {2, 3}) EXPECT_EQ(p.Table.Value(x, 12), c.face) << c.effectiveness;
-    EXPECT_EQ(p.Table.Value(4, 13), c.face);
+    for (int x : {2, 3}) EXPECT_EQ(p.Table.Value(x, 12), face) << effectiveness;
+    EXPECT_EQ(p.Table.Value(4, 13), face);
     EXPECT_EQ(p.Table.Lock(4, 12), 0);
     EXPECT_EQ(p.Table.Lock(4, 13), 128);
     // The free faces share the rest, up to the rounding of their six cells in each edit.
-    for (int x = 4; x <= 7; ++x) EXPECT_NEAR(p.Table.Value(x, 12), (100000 - 2 * c.face) / 4.0, 6.0);
+    for (int x = 4; x <= 7; ++x) EXPECT_NEAR(p.Table.Value(x, 12), (100000 - 2 * face) / 4.0, 6.0);
     EXPECT_TRUE(p.ProbabilityChanged);
   }
 }

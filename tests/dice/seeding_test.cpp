@@ -134,20 +134,27 @@ TEST(SeedRngTest, ReseedingRepeatsTheSequenceOfEachGenerator) {
 
 MessageReply Typed(const std::string& text) { return {kButtonOk, text, false}; }
 
+// #3 takes seeds up to 999,999 only.
 TEST(SeedRngTest, ThePromptAsksAgainUntilTheNumberFits) {
-  TestTable t;
-  t.g.Dice.seedByUser = true;
-  t.g.SilentMode = true;  // Auto-Roll stops for the prompt too
-  t.ui.replies = {Typed("0"), Typed("2147483648"), Typed("2.5"), Typed("4242")};
-  EXPECT_TRUE(SeedRng(t.g, false));
-  EXPECT_EQ(t.g.Dice.lastSeed, 4242);
-  ASSERT_EQ(t.ui.transcript.size(), 4u);
-  const MessageRequest& first = t.ui.transcript[0].request;
-  EXPECT_EQ(first.Text, "Please enter a whole number between 1 and 2,147,483,647 to seed the random number generator:");
-  EXPECT_EQ(first.Title, "Random Number Generator");
-  EXPECT_EQ(first.Input, "12345");
-  EXPECT_TRUE(first.Flags & msg::kCancel);
-  EXPECT_EQ(t.ui.transcript[1].request.Text, "Your seed value is out of limits.\n\n" + first.Text);
+  for (const auto& [rng, typed, seed, limit] :
+       {std::tuple{1, std::vector<std::string>{"0", "2147483648", "2.5", "4242"}, 4242, "2,147,483,647"},
+        {3, {"1000000", "999999"}, 999999, "999,999"}}) {
+    TestTable t;
+    ASSERT_EQ(SelectRng(t.g, rng), 0);
+    t.g.Dice.seedByUser = true;
+    t.g.SilentMode = true;  // Auto-Roll stops for the prompt too
+    for (const std::string& text : typed) t.ui.replies.push_back(Typed(text));
+    EXPECT_TRUE(SeedRng(t.g, false));
+    EXPECT_EQ(t.g.Dice.lastSeed, seed);
+    ASSERT_EQ(t.ui.transcript.size(), typed.size());
+    const MessageRequest& first = t.ui.transcript[0].request;
+    EXPECT_EQ(first.Text, std::string("Please enter a whole number between 1 and ") + limit +
+                              " to seed the random number generator:");
+    EXPECT_EQ(first.Title, "Random Number Generator");
+    EXPECT_EQ(first.Input, "12345");
+    EXPECT_TRUE(first.Flags & msg::kCancel);
+    EXPECT_EQ(t.ui.transcript[1].request.Text, "Your seed value is out of limits.\n\n" + first.Text);
+  }
 }
 
 TEST(SeedRngTest, CancelChangesNothingAndSaysNothingMore) {
@@ -173,19 +180,6 @@ TEST(SeedRngTest, TypingTheLastSeedAgainIsAccepted) {
   EXPECT_TRUE(SeedRng(t.g, false));
   GeneratorDice(t.g.Dice, 0, e1, e2);
   EXPECT_EQ(std::make_pair(e1, e2), std::make_pair(d1, d2));
-}
-
-TEST(SeedRngTest, ThreeRefusesTypedNumbersAboveItsLimit) {
-  TestTable t;
-  ASSERT_EQ(SelectRng(t.g, 3), 0);
-  t.g.Dice.seedByUser = true;
-  t.ui.replies = {Typed("1000000"), Typed("999999")};
-  EXPECT_TRUE(SeedRng(t.g, false));
-  EXPECT_EQ(t.g.Dice.lastSeed, 999999);
-  ASSERT_EQ(t.ui.transcript.size(), 2u);
-  EXPECT_EQ(t.ui.transcript[1].request.Text,
-            "Your seed value is out of limits.\n\n"
-            "Please enter a whole number between 1 and 999,999 to seed the random number generator:");
 }
 
 // ---- Start-up ---------------------------------------------------------------------------

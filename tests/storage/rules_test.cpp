@@ -197,22 +197,18 @@ TEST(FieldPresetMenuTest, UnknownNameChangesNothing) {
 }
 
 TEST(FieldPresetMenuTest, SingleNumberPresetsTouchOnlyTheirTotals) {
-  struct Case {
-    const char* name;
-    int winTotal;
-    Cell win, seven;
-  } cases[] = {{"Place &6", 6, {7, 6}, {-1, 1}},
-               {"Buy &10 (5 % vig)", 10, {39, 21}, {-1, 1}},
-               {"Lay &4 (5% vig on win only)", 4, {-1, 1}, {19, 40}}};
   const int totals[22] = {0, 2, 3, 4, 4, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 10, 10, 11, 12};
-  for (const Case& c : cases) {
+  // The preset, the total it wins on, that total's row and the seven's.
+  for (auto [name, winTotal, win, seven] : {std::tuple{"Place &6", 6, Cell{7, 6}, L},
+                                            {"Buy &10 (5 % vig)", 10, Cell{39, 21}, L},
+                                            {"Lay &4 (5% vig on win only)", 4, L, Cell{19, 40}}}) {
     RuleSet r = Defaults();
-    ASSERT_TRUE(SetFieldPreset(r, c.name));
+    ASSERT_TRUE(SetFieldPreset(r, name));
     for (int i = 1; i <= 21; ++i) {
-      Cell e = totals[i] == c.winTotal ? c.win : totals[i] == 7 ? c.seven : Z;
-      EXPECT_EQ(r.FieldPayoff[i].PayoffPay, Money::Dollars(e.x)) << c.name << " row " << i;
-      EXPECT_EQ(r.FieldPayoff[i].PayoffFor, Money::Dollars(e.y)) << c.name << " row " << i;
-      EXPECT_NE(r.FieldPayoff[i].PayoffToFor.raw, 0) << c.name << " row " << i;
+      Cell e = totals[i] == winTotal ? win : totals[i] == 7 ? seven : Z;
+      EXPECT_EQ(r.FieldPayoff[i].PayoffPay, Money::Dollars(e.x)) << name << " row " << i;
+      EXPECT_EQ(r.FieldPayoff[i].PayoffFor, Money::Dollars(e.y)) << name << " row " << i;
+      EXPECT_NE(r.FieldPayoff[i].PayoffToFor.raw, 0) << name << " row " << i;
     }
   }
 }
