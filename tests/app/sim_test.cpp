@@ -46,6 +46,7 @@ TEST_P(SimRefuses, WithAClearMessageAndNothingWritten) {
   WriteText(dir.path / "colour.json", R"({"MidwayPayoff": {"1": {"PayoffPay": 2, "Colour": 1}}})");
   WriteText(dir.path / "negative.json", R"({"BetPayoff": {"Seven": {"PayoffPay": -1}}})");
   WriteText(dir.path / "bad.json", "{ not json");
+  WriteText(dir.path / "broken.bet", "If passline > 0 Then\n  Bet 5 on field\n");
   std::vector<std::string> args;
   for (std::string a : Args(GetParam().args))
     args.push_back(std::regex_replace(a, std::regex("DIR"), dir.path.string()));
@@ -126,6 +127,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Files, SimRefuses,
     testing::Values(Refusal{"--player Ann:100:DIR/system.bet --rolls 10", "system.bet", 1},
+                    Refusal{"--player Ann:100:DIR/broken.bet --rolls 10",
+                            "/broken.bet:1:1-1:2: Missing ENDIF statement.\n", 1},
                     Refusal{"--check DIR/none.bet", "can't be read", 1},
 
                     Refusal{"--game DIR/none.crp --player Ann", "the game brings its players"},
@@ -194,15 +197,6 @@ TEST(SimProgram, HelpListsEveryOption) {
        {"--player", "--bet", "--rolls", "--seed", "--data-dir", "--bench", "--threads", "--stop-loss", "--stop-win",
         "--session-hours", "--shard", "--partial", "--csv", "compare", "merge"})
     EXPECT_NE(r.out.find(option), std::string::npos) << option;
-}
-
-TEST(SimProgram, AScriptThatDoesNotCompileIsAFileFault) {
-  TempDir dir;
-  const std::string broken = (dir.path / "broken.bet").string();
-  std::ofstream(broken) << "If passline > 0 Then\n  Bet 5 on field\n";
-  const SimRun r = Sim({"--player", "Ann:100:" + broken, "--rolls", "10"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, broken + ":1:1-1:2: Missing ENDIF statement.\n");
 }
 
 // A script plays the seat, every roll; its run-time faults are silent at the table, so

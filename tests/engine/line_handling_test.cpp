@@ -115,25 +115,22 @@ struct ThreeAtTheTable : LineTable {
   }
 };
 
+// A player who passes (seat 1, or nobody) is skipped.
 TEST(PassDiceRotation, SevenOutsMoveTheDiceDownAndRound) {
-  ThreeAtTheTable t;
-  ASSERT_EQ(t.g.Table.Shooter, 5);
-  std::vector<int> shooters;
-  for (int hand = 0; hand < 4; ++hand) {
-    const int before = t.g.Table.Shooter;
-    t.SevenOut();
-    EXPECT_EQ(t.g.Table.LastHandShooter, before);
-    EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
-    shooters.push_back(t.g.Table.Shooter);
+  for (const auto& [passer, order] : {std::pair{0, std::vector{1, 8, 5, 1}}, std::pair{1, std::vector{8, 5, 8, 5}}}) {
+    ThreeAtTheTable t;
+    if (passer) t.g.AutoPassDice[passer] = true;
+    ASSERT_EQ(t.g.Table.Shooter, 5);
+    std::vector<int> shooters;
+    for (int hand = 0; hand < 4; ++hand) {
+      const int before = t.g.Table.Shooter;
+      t.SevenOut();
+      EXPECT_EQ(t.g.Table.LastHandShooter, before);
+      EXPECT_EQ(t.g.Table.HandShooter, t.g.Table.Shooter);
+      shooters.push_back(t.g.Table.Shooter);
+    }
+    EXPECT_EQ(shooters, order) << "seat " << passer << " passes";
   }
-  EXPECT_THAT(shooters, ElementsAre(1, 8, 5, 1));
-}
-
-TEST(PassDiceRotation, APlayerWhoPassesIsSkipped) {
-  ThreeAtTheTable t;
-  t.g.AutoPassDice[1] = true;
-  t.SevenOut();
-  EXPECT_EQ(t.g.Table.Shooter, 8);
 }
 
 TEST(PassDiceRotation, SilentPassBetweenHandsAndWithinOne) {

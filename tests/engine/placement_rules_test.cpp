@@ -37,6 +37,16 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RuleCase{"Come on the come-out", nullptr, bet::Come,
                  "You may not make a Come bet \nuntil a point is established.", 45},
+        // The Come bet travels to 6 as the point is made: no base of it is left in the box.
+        RuleCase{"Come after one travelled",
+                 [](LineTable& t) {
+                   t.PassLineThen(6);
+                   ASSERT_EQ(t.Bet(1, bet::Come, 10_usd), 10_usd);
+                   t.RollTotal(6);
+                   ASSERT_EQ(t.g.Table.Point, 0);
+                   ASSERT_EQ(t.Amount(1, bet::Come4 + 2), 10_usd);
+                 },
+                 bet::Come, "You may not make a Come bet \nuntil a point is established.", 45},
         RuleCase{"Don't Come on the come-out", nullptr, bet::DontCome,
                  "You may not make a Don't Come bet until a point is established.", 48},
         RuleCase{"Don't Pass with a point on", PointOnSix, bet::DontPass,
@@ -134,18 +144,6 @@ TEST(PlacementRepeater, HitsAreForgottenWhenNobodyHoldsTheBet) {
   t.g.Table.RepeaterCount[8] = 2;
   t.Bet(1, bet::Repeater2 + 5, -5_usd);
   EXPECT_EQ(t.g.Table.RepeaterCount[8], 0);
-}
-
-TEST(PlacementRules, AComeBetThatTravelledLeavesNoBaseInTheBox) {
-  AnnTable t;
-  t.PassLineThen(6);
-  ASSERT_EQ(t.Bet(1, bet::Come, 10_usd), 10_usd);
-  t.RollTotal(6);  // the point is made and the Come bet travels to 6: a come-out follows
-  ASSERT_EQ(t.g.Table.Point, 0);
-  ASSERT_EQ(t.Amount(1, bet::Come4 + 2), 10_usd);
-  EXPECT_EQ(t.Bet(1, bet::Come, 10_usd), Money{});
-  EXPECT_EQ(t.Amount(1, bet::Come), Money{});
-  EXPECT_EQ(t.LastMessage().Text, "You may not make a Come bet \nuntil a point is established.");
 }
 
 using AdjustCase = std::tuple<int, int, int, int>;  // bet, setting, request, expected

@@ -9,7 +9,6 @@
 
 #include <cctype>
 #include <map>
-#include <ostream>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -33,8 +32,6 @@ struct Case {
   std::string left = "";  // what stays on the table, "Come 5 $10, ..."; every other bet is empty
   Setup setup = nullptr, also = nullptr;
 };
-
-std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.what << " [" << c.acts << "]"; }
 
 // House rules and seat choices that some rows need.
 void Bar2(Game& g) { g.Rules.BarNumber = 2; }
@@ -219,8 +216,6 @@ struct ByRoll {
   std::string before, outcomes;
   Setup setup = nullptr;
 };
-
-std::ostream& operator<<(std::ostream& os, const ByRoll& r) { return os << r.before; }
 
 const ByRoll kByRoll[] = {
     // Line bets on the come-out and on a point, with their odds on every point.

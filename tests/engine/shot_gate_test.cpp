@@ -151,15 +151,13 @@ TEST(ShotGateBankrollGraph, WrapsFrom1050To1) {
   t.g.AutoHandleWin[2] = kSameBet;
   t.Bet(2, bet::PassLine, 10_usd);
   t.g.BankrollGraphIndex = 1049;
-  t.RollTotal(7);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 1050);
-  EXPECT_EQ(t.g.BankrollHistory[2][1050], 1010_usd);
-  t.RollTotal(11);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 1);
-  EXPECT_EQ(t.g.BankrollHistory[2][1], 1020_usd);
-  t.RollTotal(7);
-  EXPECT_EQ(t.g.BankrollGraphIndex, 2);
-  EXPECT_EQ(t.g.BankrollHistory[2][2], 1030_usd);
+  // The total rolled, the graph's index after it and the bankroll kept there.
+  const std::tuple<int, int, Money> steps[] = {{7, 1050, 1010_usd}, {11, 1, 1020_usd}, {7, 2, 1030_usd}};
+  for (const auto& [total, index, bankroll] : steps) {
+    t.RollTotal(total);
+    EXPECT_EQ(t.g.BankrollGraphIndex, index);
+    EXPECT_EQ(t.g.BankrollHistory[2][index], bankroll);
+  }
 }
 
 TEST(ShotGateScripts, AScriptThatDoesNotCompileStopsTheRoll) {

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "online/codes.h"
@@ -43,16 +46,14 @@ TEST(OnlineFrame, TheEightBitTextOfTheWireIsUtf8InMemory) {
   EXPECT_EQ(EncodeFrame(std::string(kMaxFrame - 3, 'a')), "");
 }
 
-struct BadPrefix {
-  const char* bytes;
-  size_t limit;
-};
+using BadPrefix = std::pair<const char*, size_t>;  // the bytes, the decoder's limit
 
 class OnlineFramePrefix : public testing::TestWithParam<BadPrefix> {};
 
 TEST_P(OnlineFramePrefix, IsRefusedBeforeItsBodyIsAwaited) {
-  FrameDecoder d(GetParam().limit);
-  d.Feed(GetParam().bytes);
+  const auto& [bytes, limit] = GetParam();
+  FrameDecoder d(limit);
+  d.Feed(bytes);
   std::string m;
   EXPECT_EQ(d.Next(m), FrameResult::BadPrefix);
   d.Feed(EncodeFrame("~PING"));
@@ -64,20 +65,16 @@ INSTANTIATE_TEST_SUITE_P(Cases, OnlineFramePrefix,
                                          BadPrefix{"-010~PING", kMaxFrame}, BadPrefix{" 009~PING", kMaxFrame},
                                          BadPrefix{"00x9", kMaxFrame}, BadPrefix{"0100", 99}, BadPrefix{"9999", 4096}));
 
-struct Reading {
-  const char* message;
-  MessageWay way;
-  const char* fault;  // "" when the message reads
-};
+using Reading = std::tuple<const char*, MessageWay, const char*>;  // the message, its way, the fault ("" if none)
 
 class OnlineMessages : public testing::TestWithParam<Reading> {};
 
 TEST_P(OnlineMessages, AreReadOnlyWithEveryFieldInRange) {
+  const auto& [message, way, says] = GetParam();
   ParsedMessage m;
   std::string fault;
-  const bool ok = ReadMessage(GetParam().message, GetParam().way, m, fault);
-  EXPECT_EQ(ok, std::string(GetParam().fault).empty()) << fault;
-  EXPECT_NE(fault.find(GetParam().fault), std::string::npos) << fault;
+  EXPECT_EQ(ReadMessage(message, way, m, fault), std::string(says).empty()) << fault;
+  EXPECT_NE(fault.find(says), std::string::npos) << fault;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -139,32 +136,28 @@ struct Service : NoEvents {
   }
 };
 
-struct Case {
-  const char* name;
-  std::vector<std::string> pieces;
-  std::optional<int64_t> date;
-};
-
 TEST(InternetTime, TakesFourBytesWholeAndNothingElse) {
   const std::string start1990("\xA9\x49\x1C\x00", 4), nextDay("\xA9\x4A\x6D\x80", 4);
-  const Case cases[] = {{"1 January 1990", {start1990}, 0},
-                        {"a day later, in two pieces", {nextDay.substr(0, 2), nextDay.substr(2)}, 86400},
-                        {"the last second of the count", {std::string(4, '\xFF')}, 4294967295LL - 2840140800LL},
-                        {"three bytes", {start1990.substr(0, 3)}, std::nullopt},
-                        {"five bytes", {start1990 + "x"}, std::nullopt},
-                        {"nothing", {}, std::nullopt}};
-  for (const Case& c : cases) {
+  // What, the service's pieces, and the date read.
+  const std::tuple<const char*, std::vector<std::string>, std::optional<int64_t>> cases[] = {
+      {"1 January 1990", {start1990}, 0},
+      {"a day later, in two pieces", {nextDay.substr(0, 2), nextDay.substr(2)}, 86400},
+      {"the last second of the count", {std::string(4, '\xFF')}, 4294967295LL - 2840140800LL},
+      {"three bytes", {start1990.substr(0, 3)}, std::nullopt},
+      {"five bytes", {start1990 + "x"}, std::nullopt},
+      {"nothing", {}, std::nullopt}};
+  for (const auto& [name, pieces, date] : cases) {
     MemoryNetwork net;
     Service service(net);
-    service.pieces = c.pieces;
+    service.pieces = pieces;
     InternetTime time(net);
     time.Ask("127.0.0.1");
-    EXPECT_TRUE(time.Running()) << c.name;
+    EXPECT_TRUE(time.Running()) << name;
     net.Pump();
-    EXPECT_EQ(time.Date(), c.date) << c.name;
-    EXPECT_FALSE(time.Running()) << c.name;
+    EXPECT_EQ(time.Date(), date) << name;
+    EXPECT_FALSE(time.Running()) << name;
     service.peer.reset();
-    EXPECT_EQ(net.LiveSockets(), 1) << c.name << ": only the service's listener is left";
+    EXPECT_EQ(net.LiveSockets(), 1) << name << ": only the service's listener is left";
   }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "automation/auto_roll.h"
 #include "tests/online/invariants.h"
@@ -13,15 +14,10 @@
 
 namespace {
 
-struct Hostile {
-  const char* name;
-  bool join;          // the peer names itself first
-  bool stopsReading;  // the peer never reads what the host sends
-  std::string bytes;
-  int waitMs;   // fake time to let pass before the verdict
-  bool closes;  // the host closes the connection (else it drops the message)
-  const char* says;
-};
+// The name; whether the peer names itself first and whether it never reads what the host
+// sends; the bytes; the fake time to let pass before the verdict; whether the host closes
+// the connection (else it drops the message); and the log's words.
+using Hostile = std::tuple<const char*, bool, bool, std::string, int, bool, const char*>;
 
 std::string Frames(const std::string& message, int n) {
   std::string out;
@@ -51,7 +47,7 @@ const Hostile kCases[] = {
 class OnlineHostile : public testing::TestWithParam<Hostile> {};
 
 TEST_P(OnlineHostile, IsDroppedOrClosedAndTheTablePlaysOn) {
-  const Hostile& c = GetParam();
+  const auto& [name, join, stopsReading, bytes, waitMs, closes, says] = GetParam();
   HostSettings settings = FastHost();
   settings.Limits.silenceMs = 3000;
   settings.Limits.maxUnread = 8192;
@@ -64,17 +60,17 @@ TEST_P(OnlineHostile, IsDroppedOrClosedAndTheTablePlaysOn) {
   ASSERT_TRUE(t.RollUntil(10));
 
   RawPeer peer(t);
-  if (c.stopsReading) t.net.SetReading(*peer.socket, false);
-  if (c.join) peer.Join("Mallory");
+  if (stopsReading) t.net.SetReading(*peer.socket, false);
+  if (join) peer.Join("Mallory");
   ASSERT_TRUE(peer.Connected());
   const size_t logged = t.log.size();
-  peer.Send(c.bytes);
-  t.Run(20 + c.waitMs);
+  peer.Send(bytes);
+  t.Run(20 + waitMs);
 
-  EXPECT_EQ(!peer.Connected(), c.closes);
+  EXPECT_EQ(!peer.Connected(), closes);
   bool told = false;
-  for (size_t i = logged; i < t.log.size(); ++i) told = told || t.log[i].find(c.says) != std::string::npos;
-  EXPECT_TRUE(told) << "no line says \"" << c.says << "\"; last: " << (t.log.empty() ? "" : t.log.back());
+  for (size_t i = logged; i < t.log.size(); ++i) told = told || t.log[i].find(says) != std::string::npos;
+  EXPECT_TRUE(told) << "no line says \"" << says << "\"; last: " << (t.log.empty() ? "" : t.log.back());
   // No store took a value of the hostile messages.
   for (int s = 1; s < kSeats; ++s)
     for (int b = 1; b <= kBets; ++b) EXPECT_NE(g.BetAmount[s][b], 500_usd) << s << " " << b;
@@ -83,7 +79,7 @@ TEST_P(OnlineHostile, IsDroppedOrClosedAndTheTablePlaysOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, OnlineHostile, testing::ValuesIn(kCases),
-                         [](const testing::TestParamInfo<Hostile>& i) { return std::string(i.param.name); });
+                         [](const auto& i) { return std::string(std::get<0>(i.param)); });
 
 // ---- Mutated messages: the readers, a client's mirror and a host --------------------------
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dice/seeding.h"
@@ -20,17 +21,14 @@
 #include "online/mirror.h"
 #include "tests/test_support.h"
 
-struct StandingBet {
-  int bet;
-  Money amount;
-};
+using StandingBet = std::pair<int, Money>;  // the bet, its amount
 
 // Each standing bet of the seat that is absent and that the table allows now.
 inline void PlaceStandingBets(Game& g, int seat, const std::vector<StandingBet>& bets) {
-  for (const StandingBet& b : bets) {
-    if (g.BetAmount[seat][b.bet].raw > 0) continue;
-    if ((b.bet == bet::PassLine || b.bet == bet::DontPass) && !IsComeOut(g)) continue;
-    ChangeBet(g, seat, b.bet, b.amount);
+  for (const auto& [betId, amount] : bets) {
+    if (g.BetAmount[seat][betId].raw > 0) continue;
+    if ((betId == bet::PassLine || betId == bet::DontPass) && !IsComeOut(g)) continue;
+    ChangeBet(g, seat, betId, amount);
   }
 }
 

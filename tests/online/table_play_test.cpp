@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "automation/auto_roll.h"
 #include "engine/table_tools.h"
@@ -184,25 +185,21 @@ TEST_F(OnlinePlay, TheWaitListSeatsAWaitingPlayerWhenASeatFrees) {
   EXPECT_EQ(bob.client->OwnSeat, 0);
 }
 
-struct NameCase {
-  const char* name;
-  const char* reason;
-};
-
-class OnlineNames : public OnlinePlay, public testing::WithParamInterface<NameCase> {};
+class OnlineNames : public OnlinePlay, public testing::WithParamInterface<std::pair<const char*, const char*>> {};
 
 TEST_P(OnlineNames, ARefusedNameIsAskedAgainWithTheReason) {
+  const auto& [name, reason] = GetParam();
   t.Join("Bob");
-  OnlinePlayer& p = t.Join(GetParam().name);
+  OnlinePlayer& p = t.Join(name);
   EXPECT_EQ(p.client->OwnName, "");
   bool told = false;
-  for (const auto& e : p.ui.transcript) told = told || e.request.Text.find(GetParam().reason) != std::string::npos;
-  EXPECT_TRUE(told) << GetParam().reason;
+  for (const auto& e : p.ui.transcript) told = told || e.request.Text.find(reason) != std::string::npos;
+  EXPECT_TRUE(told) << reason;
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, OnlineNames,
-                         testing::Values(NameCase{"HOST", " is reserved."}, NameCase{"bob", "Name already taken"},
-                                         NameCase{"1234", "can't be all numeric"}));
+                         testing::Values(std::pair{"HOST", " is reserved."}, std::pair{"bob", "Name already taken"},
+                                         std::pair{"1234", "can't be all numeric"}));
 
 TEST_F(OnlinePlay, APasswordIsAskedAndAWrongOneRefused) {
   t.g().OnlinePanel.GamePassword = "sesame";

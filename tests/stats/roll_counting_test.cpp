@@ -102,30 +102,26 @@ TEST(StatsRollCounting, OverflowOfRollsSinceSkipsTheRestOfTheRoll) {
 // to reaches the limit exactly, a few rolls on, and then stops the roll; a full counter
 // that the roll doesn't touch stops nothing.
 TEST(StatsRollCounting, EveryCounterOfARollStopsAtTheLimit) {
-  struct Case {
-    const char* name;
-    int32_t& (*at)(Statistics&);  // none: the rolls since kind 1
-    bool touched;
-  };
-  const Case cases[] = {
+  // The counter, where it is (none: the rolls since kind 1), and whether the roll adds to it.
+  const std::tuple<const char*, int32_t& (*)(Statistics&), bool> cases[] = {
       {"all rolls", [](Statistics& s) -> int32_t& { return s.RollCount[kAllScope][0]; }, true},
       {"shooter's sevens", [](Statistics& s) -> int32_t& { return s.RollCount[kSessionScope + 2][7]; }, true},
       {"empty seat's rolls", [](Statistics& s) -> int32_t& { return s.SeatRolls[kAllScope + 8]; }, true},
       {"gap of one", [](Statistics& s) -> int32_t& { return s.RollGapHistogram[7][1]; }, true},
       {"rolls since", nullptr, true},
       {"twelves", [](Statistics& s) -> int32_t& { return s.RollCount[kAllScope][12]; }, false}};
-  for (const Case& c : cases) {
+  for (const auto& [name, at, touched] : cases) {
     auto s = Fresh();
     std::array<int32_t, kRollKinds> since{};
     since[1] = INT32_MAX - 3;
-    if (c.at) c.at(*s) = INT32_MAX - 3;
+    if (at) at(*s) = INT32_MAX - 3;
     else s->RollsSince.Assign(since);
-    const auto value = [&] { return c.at ? c.at(*s) : s->RollsSince[1]; };
-    for (int i = 0; i < 3; ++i) EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
-    EXPECT_EQ(value(), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
-    if (c.touched) EXPECT_THROW(CountRoll(*s, 2, 3, 4), StatOverflow) << c.name;
-    else EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << c.name;
-    EXPECT_EQ(value(), c.touched ? INT32_MAX : INT32_MAX - 3) << c.name;
+    const auto value = [&] { return at ? at(*s) : s->RollsSince[1]; };
+    for (int i = 0; i < 3; ++i) EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << name;
+    EXPECT_EQ(value(), touched ? INT32_MAX : INT32_MAX - 3) << name;
+    if (touched) EXPECT_THROW(CountRoll(*s, 2, 3, 4), StatOverflow) << name;
+    else EXPECT_NO_THROW(CountRoll(*s, 2, 3, 4)) << name;
+    EXPECT_EQ(value(), touched ? INT32_MAX : INT32_MAX - 3) << name;
   }
 }
 

@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <set>
 #include <string>
+#include <tuple>
 
 #include "engine/handling.h"
 #include "engine/messages.h"
@@ -33,30 +34,26 @@
 
 namespace {
 
-struct FlagsCase {
-  int flags;
-  std::vector<int> buttons;
-  bool picture, input, list, hide;
-};
+// The flags, the buttons shown, and whether the picture, input, list and hide tick are.
+using FlagsCase = std::tuple<int, std::vector<int>, bool, bool, bool, bool>;
 
 class MessageFlagsTest : public ::testing::TestWithParam<FlagsCase> {};
 
 TEST_P(MessageFlagsTest, TheFlagsChooseButtonsPictureInputListAndHide) {
-  const FlagsCase& c = GetParam();
+  const auto& [flags, buttons, picture, input, list, hide] = GetParam();
   MessageRequest request;
   request.Text = "Line one\nLine two";
   request.Title = "Title";
-  request.Flags = c.flags;
+  request.Flags = flags;
   request.List = {"Ann", "Bob"};
   FrmMsg box(request, kEnglish, nullptr);
   for (int b = 0; b < 5; ++b)
-    EXPECT_EQ(box.findChild<QPushButton*>(QString("cmdButton%1").arg(b)) != nullptr,
-              std::ranges::count(c.buttons, b) > 0)
+    EXPECT_EQ(box.findChild<QPushButton*>(QString("cmdButton%1").arg(b)) != nullptr, std::ranges::count(buttons, b) > 0)
         << "button " << b;
-  EXPECT_EQ(box.findChild<QLabel*>("imgPicture") != nullptr, c.picture);
-  EXPECT_EQ(box.findChild<QLineEdit*>("txtInput") != nullptr, c.input);
-  EXPECT_EQ(box.findChild<QComboBox*>("cmbUser") != nullptr, c.list);
-  EXPECT_EQ(box.findChild<QCheckBox*>("chkHide") != nullptr, c.hide);
+  EXPECT_EQ(box.findChild<QLabel*>("imgPicture") != nullptr, picture);
+  EXPECT_EQ(box.findChild<QLineEdit*>("txtInput") != nullptr, input);
+  EXPECT_EQ(box.findChild<QComboBox*>("cmbUser") != nullptr, list);
+  EXPECT_EQ(box.findChild<QCheckBox*>("chkHide") != nullptr, hide);
   EXPECT_EQ(box.findChild<QLabel*>("lblMsg")->text(), "Line one\nLine two");
 }
 

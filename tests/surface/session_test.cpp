@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QTimer>
 #include <sstream>
+#include <tuple>
 
 #include "app/sim/sim.h"
 #include "app/sim/sim_report.h"
@@ -43,12 +44,6 @@ struct DialogPlayer {
   }
 };
 
-struct Standing {
-  int seat, bet;
-  int check;  // the check index whose clicks make the amount
-  int clicks;
-};
-
 TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
   constexpr int kRolls = 200;
   constexpr uint32_t kSeed = 8086;
@@ -68,25 +63,26 @@ TEST(DesktopSession, TwoHundredRollsByClicksAndKeysEndAsTheSimulatorEnds) {
   t.ui.shown.clear();
   ASSERT_EQ(t.g.PlayerName[1], "Ann");
   ASSERT_EQ(t.g.PlayerName[2], "Bob");
-  const Standing standing[] = {{1, bet::PassLine, 2, 1},
-                               {1, bet::Field, 1, 1},
-                               {2, bet::DontPass, 3, 1},
-                               {2, bet::Hard8, 2, 1},
-                               {2, bet::Place4 + 1, 2, 2}};
+  // The seat, the bet, the check whose clicks make the amount, and the clicks.
+  const std::tuple<int, int, int, int> standing[] = {{1, bet::PassLine, 2, 1},
+                                                     {1, bet::Field, 1, 1},
+                                                     {2, bet::DontPass, 3, 1},
+                                                     {2, bet::Hard8, 2, 1},
+                                                     {2, bet::Place4 + 1, 2, 2}};
   // Before every roll each standing bet that is absent is put back, line bets on the
   // come-out only: by a click on the seat's check, then on the bet, or with the keys.
   int keyed = 0;
   auto replace = [&] {
-    for (const Standing& s : standing) {
-      if (t.g.BetAmount[s.seat][s.bet].raw > 0) continue;
-      if ((s.bet == bet::PassLine || s.bet == bet::DontPass) && t.g.Table.Point != 0) continue;
-      t.SelectCheck(s.seat, s.check);
-      for (int k = 0; k < s.clicks; ++k) {
-        if (s.bet == bet::Field && (keyed++ % 2) == 0) {
-          QTest::mouseMove(&t.Table(), t.Table().CentreOf(s.bet));
+    for (const auto& [seat, betId, check, clicks] : standing) {
+      if (t.g.BetAmount[seat][betId].raw > 0) continue;
+      if ((betId == bet::PassLine || betId == bet::DontPass) && t.g.Table.Point != 0) continue;
+      t.SelectCheck(seat, check);
+      for (int k = 0; k < clicks; ++k) {
+        if (betId == bet::Field && (keyed++ % 2) == 0) {
+          QTest::mouseMove(&t.Table(), t.Table().CentreOf(betId));
           t.Key(Qt::Key_Return);
         } else {
-          t.Click(s.bet);
+          t.Click(betId);
         }
       }
     }
@@ -122,18 +118,15 @@ TEST(DesktopGameFile, ClosingTheWindowKeepsTheTableForTheNextStart) {
   t.window->close();
   ASSERT_TRUE(std::filesystem::exists(t.folder.path / "default.crp"));
 
-  auto next = std::make_unique<Game>();
-  HeadlessUi ui;
-  next->Ui = &ui;
-  next->Time = &DefaultClock();
-  next->ProgramFolder = t.folder.path.string();
-  OpenStartGame(*next, "");
-  EXPECT_EQ(next->PlayerName[1], "Ann");
-  EXPECT_EQ(next->BetAmount[1][bet::PassLine], Money::Dollars(5));
-  EXPECT_EQ(next->Table.Point, 6);
-  EXPECT_EQ(next->Bankroll[1], t.g.Bankroll[1]);
-  EXPECT_EQ(next->Stats.RollCount[kSessionScope][0], 1);
-  EXPECT_TRUE(ui.transcript.empty()) << ui.LastText();
+  TestTable next;
+  next.g.ProgramFolder = t.folder.path.string();
+  OpenStartGame(next.g, "");
+  EXPECT_EQ(next.g.PlayerName[1], "Ann");
+  EXPECT_EQ(next.g.BetAmount[1][bet::PassLine], Money::Dollars(5));
+  EXPECT_EQ(next.g.Table.Point, 6);
+  EXPECT_EQ(next.g.Bankroll[1], t.g.Bankroll[1]);
+  EXPECT_EQ(next.g.Stats.RollCount[kSessionScope][0], 1);
+  EXPECT_TRUE(next.ui.transcript.empty()) << next.ui.LastText();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QTest>
+#include <tuple>
 
 #include "engine/placement.h"
 #include "engine/players.h"
@@ -15,11 +16,8 @@ namespace {
 // What the table needs before a bet can be made.
 enum class Setup { ComeOut, PointOn, FlatAndPoint };
 
-struct ClickCase {
-  int region;
-  Setup setup;
-  int expected;  // the bet that takes the check, 0 when the rules refuse it
-};
+// The region clicked, the set-up, and the bet that takes the check (0 when the rules refuse it).
+using ClickCase = std::tuple<int, Setup, int>;
 
 // The flat bet under an odds bet.
 int FlatUnder(int odds) {
@@ -47,25 +45,25 @@ std::vector<ClickCase> AllRegions() {
 class TableClickTest : public ::testing::TestWithParam<ClickCase> {};
 
 TEST_P(TableClickTest, TheCentreOfARegionTakesTheCheckOnItsBet) {
-  const ClickCase& c = GetParam();
+  const auto& [region, setup, expected] = GetParam();
   Seated t;
   ASSERT_EQ(t.Input().SelectedPlayer, kAnnSeat);
   ASSERT_EQ(t.Input().SelectedCheck, 2);
-  const int flat = FlatUnder(c.region);
+  const int flat = FlatUnder(region);
   const bool lineFlat = flat == bet::PassLine || flat == bet::DontPass;
-  if (c.setup == Setup::FlatAndPoint && lineFlat) ChangeBet(t.g, kAnnSeat, flat, 10_usd);
-  if (c.setup != Setup::ComeOut) {
+  if (setup == Setup::FlatAndPoint && lineFlat) ChangeBet(t.g, kAnnSeat, flat, 10_usd);
+  if (setup != Setup::ComeOut) {
     t.NextDice(4, 2);
     t.Click(0, Qt::RightButton);  // a right click anywhere rolls
     ASSERT_EQ(t.g.Table.Point, 6);
   }
   // A Come or Don't Come bet moved to its number.
-  if (c.setup == Setup::FlatAndPoint && !lineFlat) CommitAmount(t.g, kAnnSeat, flat, 10_usd);
+  if (setup == Setup::FlatAndPoint && !lineFlat) CommitAmount(t.g, kAnnSeat, flat, 10_usd);
   const auto before = t.g.BetAmount;
-  t.Click(c.region);
+  t.Click(region);
   for (int b = 1; b < kBetRows; ++b)
-    EXPECT_EQ(t.g.BetAmount[kAnnSeat][b] - before[kAnnSeat][b], b == c.expected ? 5_usd : Money{})
-        << BetName(b) << " after a click on " << BetName(c.region);
+    EXPECT_EQ(t.g.BetAmount[kAnnSeat][b] - before[kAnnSeat][b], b == expected ? 5_usd : Money{})
+        << BetName(b) << " after a click on " << BetName(region);
   for (int s = 0; s < kSeats; ++s)
     if (s != kAnnSeat) {
       EXPECT_EQ(t.g.BetAmount[s], before[s]) << "seat " << s;
