@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "engine/placement.h"
+#include "engine/roll_cycle.h"
 #include "tests/engine/line_table.h"
 
 namespace {
@@ -105,6 +106,14 @@ TEST(PlacementRules, ComeBetOnItsNumberIsHeldToItsBase) {
   EXPECT_EQ(t.Bet(1, bet::Come4, 5_usd), 5_usd);
   EXPECT_EQ(t.Bet(1, bet::Come4, -15_usd), -5_usd);
   EXPECT_EQ(t.Amount(1, bet::Come4), 10_usd);
+}
+
+// A new session opens the Hot Roller whatever total the last session ended on.
+TEST(PlacementRules, ANewSessionOpensTheHotRoller) {
+  AnnTable t;
+  t.PassLineThen(6);
+  ResetTable(t.g, true, false, false, 0);
+  EXPECT_EQ(t.Bet(1, bet::HotRoller, 10_usd), 10_usd);
 }
 
 TEST(PlacementVig, BuyVigIsHeldAndCountedUpFront) {
