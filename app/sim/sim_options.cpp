@@ -143,11 +143,10 @@ void AddPlayers(const std::vector<std::string>& texts, SimOptions& o) {
     }
     sp.name = Trim(sp.name);
     if (sp.name.empty()) Refuse("--player " + text + ": the player has no name.");
-    // Names the game file and the sessions logs would keep alike count as the same name.
+    // The same name, or one the game file and the sessions logs would keep alike.
     for (const SimPlayer& other : o.players)
       if (SameNameInFiles(other.name, sp.name))
         Refuse("--player " + text + ": there's already a player named " + other.name + ".");
-    if (Seated(o, sp.name)) Refuse("--player " + text + ": there's already a player named " + sp.name + ".");
     o.players.push_back(sp);
   }
   if (o.players.size() > 8)
