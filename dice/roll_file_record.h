@@ -53,7 +53,16 @@ class RollByteFile {
   // The byte at `offset` (from 0), or -1 past the end.
   int Read(int64_t offset);
   void Write(int64_t offset, uint8_t value);
-  void Append(uint8_t value) { Write(end_, value); }
+  void Append(uint8_t value) {
+    // The byte after those pending, with room for it: the roll history at every roll.
+    if (file_ && pendingCount_ > 0 && pendingStart_ + pendingCount_ == end_ &&
+        pendingCount_ < static_cast<int32_t>(pending_.size())) {
+      pending_[static_cast<size_t>(pendingCount_++)] = value;
+      ++end_;
+      return;
+    }
+    Write(end_, value);
+  }
   int64_t Size() const { return end_; }
   bool Flush();
   // Up to `count` bytes from `offset` into `out`; returns how many were read.

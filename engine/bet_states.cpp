@@ -17,8 +17,7 @@ void AbandonBet(Game& g, int seat, int bet) {
 // on the come-out and works while a point is on.
 void RestWorkingStates(Game& g) {
   const bool comeOut = IsComeOut(g);
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+  ForSeats(PlayerSeats(g), [&](int s) {
     // Every row is written, each with its own state or the rest state: a loop without
     // branches, which the compiler turns into vector operations (it runs at every change
     // of the point).
@@ -28,7 +27,7 @@ void RestWorkingStates(Game& g) {
       const WorkingState w = working[b], restState = comeOut ? rest[b] : WorkingState{1};
       working[b] = w == 2 || w == -1 ? w : restState;
     }
-  }
+  });
 }
 
 void FollowWorkOnComeOut(Game& g, int seat, int bet) {

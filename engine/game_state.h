@@ -209,6 +209,17 @@ enum AdjustBiasFamily { kBiasPlace = 0, kBiasLay = 1, kBiasDoOdds = 2, kBiasDont
 constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 
 inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
+// The player seats 1..7 that have a player, as bits 1..7: the roll walks only those.
+inline uint32_t PlayerSeats(const Game& g) {
+  uint32_t seats = 0;
+  for (int s = 1; s < kSeats; ++s) seats |= static_cast<uint32_t>(!g.PlayerName[s].empty()) << s;
+  return seats;
+}
+// Calls f(seat) for each seat of a PlayerSeats mask, lowest first.
+template <class F>
+void ForSeats(uint32_t seats, F&& f) {
+  for (; seats != 0; seats &= seats - 1) f(__builtin_ctz(seats));
+}
 inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }
 inline bool AnySeatHolds(const Game& g, int bet) { return g.BetHolders[bet] != 0; }
 // A CheckStack row (200..299) of the seat is written: HasCheckStacks and CheckStacksWritten.

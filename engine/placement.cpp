@@ -544,6 +544,37 @@ void TellOutcome(Money amount, Money change, Pending& p) {
   else p.text += "\n" + DollarText(result) + " which will be bet.";
 }
 
+// Steps 1 to 7: what of the requested change rounding, the contract rules, the limits and
+// the bankroll allow.
+Money AllowedChange(Game& g, int seat, int bet, Money amount, Money change, Pending& p) {
+  change = RoundToChecks(g, amount, change);
+  bool ended = false;
+  change = ApplyContractRules(g, seat, bet, amount, change, p, ended);
+  if (!ended && ComesDown(g, bet, amount, change)) {
+    // Nothing to bound: 4 to 6 leave the change as it is.
+    change = FitBankroll(g, seat, bet, amount, change, nullptr, p);
+  } else if (!ended) {
+    const Money minimum = GetMinimum(g, bet);
+    change = ApplyMinimum(bet, amount, change, minimum, p);
+    const Money maximum = GetMaximum(g, seat, bet);
+    change = ApplyMaximum(g, seat, bet, amount, change, maximum, p);
+    // 6. Proper odds payoff.
+    change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
+    change = FitBankroll(g, seat, bet, amount, change, &minimum, p);
+  }
+  TellOutcome(amount, change, p);
+  return change;
+}
+
+// The whole bet coming down where no contract holds it and the bets left fit the bankroll:
+// steps 1 to 7 leave such a change as it is and say nothing. Every decided bet comes down
+// so, which is why it is worth telling apart.
+bool PlainTakeDown(const Game& g, int seat, int bet, Money amount, Money change) {
+  if (amount.raw <= 0 || change.raw != -amount.raw || IsHeldToBase(g, bet) || !ComesDown(g, bet, amount, change))
+    return false;
+  return g.AllowNegBankroll[seat] || g.OnTable[seat] - amount - UpFrontHeld(g, seat, bet) <= g.Bankroll[seat];
+}
+
 }  // namespace
 
 Money ChangeBet(Game& g, int seat, int bet, Money change) {
@@ -565,22 +596,7 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     return applied;
   }
 
-  change = RoundToChecks(g, amount, change);
-  bool ended = false;
-  change = ApplyContractRules(g, seat, bet, amount, change, p, ended);
-  if (!ended && ComesDown(g, bet, amount, change)) {
-    // Nothing to bound: 4 to 6 leave the change as it is.
-    change = FitBankroll(g, seat, bet, amount, change, nullptr, p);
-  } else if (!ended) {
-    const Money minimum = GetMinimum(g, bet);
-    change = ApplyMinimum(bet, amount, change, minimum, p);
-    const Money maximum = GetMaximum(g, seat, bet);
-    change = ApplyMaximum(g, seat, bet, amount, change, maximum, p);
-    // 6. Proper odds payoff.
-    change = AdjustForPayoff(g, seat, bet, amount, change, minimum, maximum, p);
-    change = FitBankroll(g, seat, bet, amount, change, &minimum, p);
-  }
-  TellOutcome(amount, change, p);
+  if (!PlainTakeDown(g, seat, bet, amount, change)) change = AllowedChange(g, seat, bet, amount, change, p);
 
   // 8. Apply.
   if (change.raw != 0) CommitAmount(g, seat, bet, change);
@@ -619,7 +635,13 @@ Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int
   return applied;
 }
 
-Money TakeDown(Game& g, int seat, int bet) { return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]); }
+Money TakeDown(Game& g, int seat, int bet) {
+  if (seat < 0 || seat >= kSeats || bet < 0 || bet >= kBetRows) return {};
+  // Nothing on the bet, nothing to take down (the table takes down Place and Buy bets on
+  // the point at every new point, mostly where there are none).
+  if (g.BetAmount[seat][bet].raw == 0) return {};
+  return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]);
+}
 
 Money TakeMaximum(Game& g, int seat, int bet) {
   Money before = g.BetAmount[seat][bet];

@@ -254,6 +254,18 @@ constexpr int kHotRollerBit[7][7] = {{0, 0, 0, 0, 0, 0, 0},          {0, 0, 0, 1
                                      {0, 4, 32, 0, 512, 2048, 4096}, {0, 16, 0, 256, 2048, 8192, 0},
                                      {0, 0, 128, 1024, 4096, 0, 0}};
 
+// The Hot Roller's numbers whose every way has come, counted from its mask by halves: the
+// 4 (bits 0-1), 5 (2-3) and 6 (4-6) in the low seven bits, the 8 (7-9), 9 (10-11) and
+// 10 (12-13) in the high seven. A table because it runs at every roll.
+constexpr std::array<uint8_t, 128> HotRollerPairsTable(std::array<int, 3> groups) {
+  std::array<uint8_t, 128> counts{};
+  for (int m = 0; m < 128; ++m)
+    for (int group : groups) counts[m] += (m & group) == group;
+  return counts;
+}
+constexpr std::array<uint8_t, 128> kHotRollerPairsLow = HotRollerPairsTable({0x3, 0xC, 0x70});
+constexpr std::array<uint8_t, 128> kHotRollerPairsHigh = HotRollerPairsTable({0x380 >> 7, 0xC00 >> 7, 0x3000 >> 7});
+
 // Calls f(row) for every bet held now or at the last copy (`since`), then takes the
 // present set as the new `since`.
 template <class F>
@@ -390,17 +402,17 @@ void CountPointStateMachine(Game& g) {
   CountComeOut(st, t.HandShooter, total, t.ComeOutRollsInHand);
 }
 
-void AfterResolution(Game& g, int pointBefore) {
+// `seats`: the PlayerSeats of the roll, which resolution doesn't change.
+void AfterResolution(Game& g, int pointBefore, uint32_t seats) {
   TableState& t = g.Table;
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+  ForSeats(seats, [&](int s) {
     for (int scope : kCountedScopes) {
       const Money b = g.Bankroll[s + scope];
       g.BankrollSum[s + scope] += b;
       if (b > g.HighBankroll[s + scope]) g.HighBankroll[s + scope] = b;
       if (b < g.LowBankroll[s + scope]) g.LowBankroll[s + scope] = b;
     }
-  }
+  });
   if (t.DiceTotal == 7 && t.PriorPoint > 0) {
     EndHand(g);
     t.LastHandShooter = t.HandShooter;
@@ -410,8 +422,7 @@ void AfterResolution(Game& g, int pointBefore) {
   if (t.Point != pointBefore) {
     RestWorkingStates(g);
     if (pointBefore == 0 && t.Point != 0) {
-      for (int s = 1; s < kSeats; ++s) {
-        if (!SeatOccupied(g, s)) continue;
+      ForSeats(seats, [&](int s) {
         if (g.BetAmount[s][bet::PassLine].raw > 0) {
           if (g.AutoTakeOdds[s]) TakeMaximum(g, s, bet::PassLineOdds);
           if (g.AutoDownPlace[s]) {
@@ -420,16 +431,15 @@ void AfterResolution(Game& g, int pointBefore) {
           }
         }
         if (g.BetAmount[s][bet::DontPass].raw > 0 && g.AutoLayOdds[s]) TakeMaximum(g, s, bet::DontPassOdds);
-      }
+      });
     }
   }
   if (g.RecordEvents) LogRollEnd(g);
   if (++g.BankrollGraphIndex > kBankrollGraphSize) g.BankrollGraphIndex = 1;
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+  ForSeats(seats, [&](int s) {
     g.BankrollHistory[s][g.BankrollGraphIndex] = g.Bankroll[s];
     g.BetWorkingBeforeRoll[s] = g.BetWorking[s];
-  }
+  });
 }
 
 // Step 9, the dice: those from the wire, the manual pad, a pop-up roll file, a dice roll
@@ -472,12 +482,7 @@ void MarkCollectedNumbers(Game& g) {
   else if (total > 7 && total <= 12) t.AllNumbersMask |= 1 << total;
   if (total == 7 || !AnySeatHolds(g, bet::FourRollsNo7)) t.FourRollCount = 0;
   else ++t.FourRollCount;
-  {
-    const int m = t.HotRollerMask;
-    int c = 0;
-    for (int group : {0x3, 0xC, 0x70, 0x380, 0xC00, 0x3000}) c += (m & group) == group;
-    t.HotRollerCount = c;
-  }
+  t.HotRollerCount = kHotRollerPairsLow[t.HotRollerMask & 0x7F] + kHotRollerPairsHigh[(t.HotRollerMask >> 7) & 0x7F];
   if (total >= 2 && total <= 12 && total != 7) {
     int rb = bet::Repeater2 + (total < 7 ? total - 2 : total - 3);
     if (AnySeatHolds(g, rb)) ++t.RepeaterCount[total];
@@ -500,7 +505,7 @@ bool OneRoll(Game& g) {
                "Reached Maximum Roll Limit", 0, msg::kOk);
     return false;
   }
-  if (!WaitForPopupFile(g, g.Rolls)) return false;
+  if (g.Rolls.PopupActive && !WaitForPopupFile(g, g.Rolls)) return false;
 
   // 5. Available bankroll.
   for (int s = 1; s < kSeats; ++s) g.AvailableBankroll[s] = g.Bankroll[s] - g.OnTable[s];
@@ -509,11 +514,11 @@ bool OneRoll(Game& g) {
   if (g.RecordEvents) LogChangesSinceLastRoll(g);
 
   // 7. Snapshots.
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+  const uint32_t rollSeats = PlayerSeats(g);
+  ForSeats(rollSeats, [&](int s) {
     g.BankrollStartOfRoll[s] = g.Bankroll[s];
     TakeStartOfRollCopy(g, s);
-  }
+  });
 
   // 8. Point memory.
   t.SecondPriorPoint = t.PriorPoint;
@@ -551,24 +556,27 @@ bool OneRoll(Game& g) {
   ResolveBets(g);
 
   // 15. After resolution.
-  AfterResolution(g, pointBefore);
+  // Online, the link may have seated or removed a player while the dice were out.
+  AfterResolution(g, pointBefore, g.Online ? PlayerSeats(g) : rollSeats);
 
   // 16. The active seats' scripts, one cycle; then the runner's own bets.
   if (g.AutoBet.ScriptsCompiled && AnyScriptActive(g)) RunAutoBet(g);
   if (g.Auto.AfterRoll) g.Auto.AfterRoll(g, g.Auto.AfterRollData);
-  for (int s = 1; s < kSeats; ++s) {
-    if (!SeatOccupied(g, s)) continue;
+  // Scripts and the runner may have seated or removed players.
+  const uint32_t seats = PlayerSeats(g);
+  ForSeats(seats, [&](int s) {
     g.BankrollAfterRoll[s] = g.Bankroll[s];
     TakeAfterRollCopy(g, s);
     g.ScriptActiveCopy[s] = g.ScriptActive[s];
-  }
+  });
   if (!g.SilentMode && g.Ui) g.Ui->Refresh({"frmBankroll", "frmSummary", "frmRollTotals", "frmHands"});
 
   DICEHALL_ASSERT_CONSISTENT(g);
 
   // 17. Bankroll limit.
-  for (int s = 1; s < kSeats; ++s) {
-    if (SeatOccupied(g, s) && BeyondBankrollLimit(g.Bankroll[s])) {
+  for (uint32_t m = seats; m != 0; m &= m - 1) {
+    const int s = __builtin_ctz(m);
+    if (BeyondBankrollLimit(g.Bankroll[s])) {
       LimitStop(g, s);
       return false;
     }
