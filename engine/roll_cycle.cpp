@@ -316,8 +316,8 @@ void TakeAfterRollCopy(Game& g, int s) {
   CopyCheckStacks(g, s, g.BetAmountAfterRoll);
 }
 
-// Step 3: the shooter must have the bet the table requires.
-bool ShooterMayRoll(Game& g) {
+// Step 3, refused or with a bet of any kind required: see ShooterMayRoll.
+[[gnu::noinline]] bool ShooterMayRollChecked(Game& g) {
   const TableState& t = g.Table;
   const int setting = g.Rules.BetNeededToShoot;
   if (setting == 0) return true;
@@ -356,6 +356,17 @@ bool ShooterMayRoll(Game& g) {
          "Any Bet Required", 130, msg::kOk | msg::kHelp);
   }
   return false;
+}
+
+// Step 3: the shooter must have the bet the table requires. The usual case, no bet needed
+// or a shooter with a line bet, is told here without a call.
+inline bool ShooterMayRoll(Game& g) {
+  const int setting = g.Rules.BetNeededToShoot, s = g.Table.Shooter;
+  if (setting == 0) return true;
+  if (setting == 1 && s > 0 && g.Table.NumberOfPlayers != 0 &&
+      (g.BetAmount[s][bet::PassLine].raw > 0 || g.BetAmount[s][bet::DontPass].raw > 0))
+    return true;
+  return ShooterMayRollChecked(g);
 }
 
 void CountPointStateMachine(Game& g) {
