@@ -54,7 +54,6 @@ INSTANTIATE_TEST_SUITE_P(Pairs, ResolutionHotRollerBitTest,
 // Every way of the 4, 5, 6, 8, 9 and 10, one roll each.
 const std::vector<std::pair<int, int>> kEveryWayOfTheNumbers = {{1, 3}, {2, 2}, {1, 4}, {2, 3}, {1, 5}, {2, 4}, {3, 3},
                                                                 {2, 6}, {3, 5}, {4, 4}, {3, 6}, {4, 5}, {4, 6}, {5, 5}};
-
 // What, the dice (no 7), and the numbers complete.
 using CompleteCase = std::tuple<const char*, std::vector<std::pair<int, int>>, int>;
 
