@@ -209,7 +209,7 @@ enum AdjustBiasFamily { kBiasPlace = 0, kBiasLay = 1, kBiasDoOdds = 2, kBiasDont
 constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 
 inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
-// The player seats 1..7 that have a player, as bits 1..7: the roll walks only those.
+// The player seats 1..8 that have a player, as bits 1..8: the roll walks only those.
 inline uint32_t PlayerSeats(const Game& g) {
   uint32_t seats = 0;
   for (int s = 1; s < kSeats; ++s) seats |= static_cast<uint32_t>(!g.PlayerName[s].empty()) << s;

@@ -566,11 +566,11 @@ Money AllowedChange(Game& g, int seat, int bet, Money amount, Money change, Pend
   return change;
 }
 
-// The whole bet coming down where no contract holds it and the bets left fit the bankroll:
-// steps 1 to 7 leave such a change as it is and say nothing. Every decided bet comes down
-// so, which is why it is worth telling apart.
+// The whole bet coming down (nothing, for an empty one) where no contract holds it and the
+// bets left fit the bankroll: steps 1 to 7 leave such a change as it is and say nothing.
+// Decided bets come down so, and the Place and Buy bets on each new point, mostly empty.
 bool PlainTakeDown(const Game& g, int seat, int bet, Money amount, Money change) {
-  if (amount.raw <= 0 || change.raw != -amount.raw || IsHeldToBase(g, bet) || !ComesDown(g, bet, amount, change))
+  if (amount.raw < 0 || change.raw != -amount.raw || IsHeldToBase(g, bet) || !ComesDown(g, bet, amount, change))
     return false;
   return g.AllowNegBankroll[seat] || g.OnTable[seat] - amount - UpFrontHeld(g, seat, bet) <= g.Bankroll[seat];
 }
@@ -635,13 +635,7 @@ Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int
   return applied;
 }
 
-Money TakeDown(Game& g, int seat, int bet) {
-  if (seat < 0 || seat >= kSeats || bet < 0 || bet >= kBetRows) return {};
-  // Nothing on the bet, nothing to take down (the table takes down Place and Buy bets on
-  // the point at every new point, mostly where there are none).
-  if (g.BetAmount[seat][bet].raw == 0) return {};
-  return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]);
-}
+Money TakeDown(Game& g, int seat, int bet) { return ChangeBet(g, seat, bet, -g.BetAmount[seat][bet]); }
 
 Money TakeMaximum(Game& g, int seat, int bet) {
   Money before = g.BetAmount[seat][bet];

@@ -413,10 +413,13 @@ void CountPointStateMachine(Game& g) {
   CountComeOut(st, t.HandShooter, total, t.ComeOutRollsInHand);
 }
 
-// `seats`: the PlayerSeats of the roll, which resolution doesn't change.
-void AfterResolution(Game& g, int pointBefore, uint32_t seats) {
+// `rollSeats`: the PlayerSeats of the roll's snapshots. Resolution seats and removes nobody;
+// online the link may, while the dice are out or a box is open, so there the seats are
+// taken afresh at each step.
+void AfterResolution(Game& g, int pointBefore, uint32_t rollSeats, bool online) {
   TableState& t = g.Table;
-  ForSeats(seats, [&](int s) {
+  const auto seats = [&] { return online ? PlayerSeats(g) : rollSeats; };
+  ForSeats(seats(), [&](int s) {
     for (int scope : kCountedScopes) {
       const Money b = g.Bankroll[s + scope];
       g.BankrollSum[s + scope] += b;
@@ -433,7 +436,7 @@ void AfterResolution(Game& g, int pointBefore, uint32_t seats) {
   if (t.Point != pointBefore) {
     RestWorkingStates(g);
     if (pointBefore == 0 && t.Point != 0) {
-      ForSeats(seats, [&](int s) {
+      ForSeats(seats(), [&](int s) {
         if (g.BetAmount[s][bet::PassLine].raw > 0) {
           if (g.AutoTakeOdds[s]) TakeMaximum(g, s, bet::PassLineOdds);
           if (g.AutoDownPlace[s]) {
@@ -447,7 +450,7 @@ void AfterResolution(Game& g, int pointBefore, uint32_t seats) {
   }
   if (g.RecordEvents) LogRollEnd(g);
   if (++g.BankrollGraphIndex > kBankrollGraphSize) g.BankrollGraphIndex = 1;
-  ForSeats(seats, [&](int s) {
+  ForSeats(seats(), [&](int s) {
     g.BankrollHistory[s][g.BankrollGraphIndex] = g.Bankroll[s];
     g.BetWorkingBeforeRoll[s] = g.BetWorking[s];
   });
@@ -525,6 +528,7 @@ bool OneRoll(Game& g) {
   if (g.RecordEvents) LogChangesSinceLastRoll(g);
 
   // 7. Snapshots.
+  const bool onlineAtSnapshots = g.Online != nullptr;
   const uint32_t rollSeats = PlayerSeats(g);
   ForSeats(rollSeats, [&](int s) {
     g.BankrollStartOfRoll[s] = g.Bankroll[s];
@@ -567,8 +571,7 @@ bool OneRoll(Game& g) {
   ResolveBets(g);
 
   // 15. After resolution.
-  // Online, the link may have seated or removed a player while the dice were out.
-  AfterResolution(g, pointBefore, g.Online ? PlayerSeats(g) : rollSeats);
+  AfterResolution(g, pointBefore, rollSeats, onlineAtSnapshots || g.Online != nullptr);
 
   // 16. The active seats' scripts, one cycle; then the runner's own bets.
   if (g.AutoBet.ScriptsCompiled && AnyScriptActive(g)) RunAutoBet(g);

@@ -25,7 +25,7 @@ struct Fixture : LineTable {
   }
 };
 
-// ---- Hot Roller bit of each pair, in either order ---------------------------------------
+// ---- Hot Roller: the bit of each pair, in either order, and the numbers complete --------
 
 using PairBit = std::tuple<int, int, int>;  // low die, high die, bit
 
@@ -49,8 +49,6 @@ INSTANTIATE_TEST_SUITE_P(Pairs, ResolutionHotRollerBitTest,
                                            PairBit{1, 1, 0}, PairBit{1, 2, 0}, PairBit{1, 6, 0}, PairBit{2, 5, 0},
                                            PairBit{3, 4, 0}, PairBit{5, 6, 0}, PairBit{6, 6, 0}));
 
-// ---- Hot Roller numbers whose every way has come, from the bits ------------------------
-
 // Every way of the 4, 5, 6, 8, 9 and 10, one roll each.
 const std::vector<std::pair<int, int>> kEveryWayOfTheNumbers = {{1, 3}, {2, 2}, {1, 4}, {2, 3}, {1, 5}, {2, 4}, {3, 3},
                                                                 {2, 6}, {3, 5}, {4, 4}, {3, 6}, {4, 5}, {4, 6}, {5, 5}};
@@ -69,7 +67,7 @@ TEST_P(ResolutionHotRollerCountTest, NumbersComplete) {
 INSTANTIATE_TEST_SUITE_P(
     Counts, ResolutionHotRollerCountTest,
     ::testing::Values(CompleteCase{"one way of the 10", {{4, 6}}, 0}, CompleteCase{"the 4", {{1, 3}, {2, 2}}, 1},
-                      CompleteCase{"the 6 but for 3-3", {{1, 5}, {4, 2}}, 0},
+                      CompleteCase{"a way short of the 5, 6 and 8", {{1, 4}, {1, 5}, {4, 2}, {2, 6}, {3, 5}}, 0},
                       CompleteCase{"the 8, 9 and 10", {{2, 6}, {3, 5}, {4, 4}, {3, 6}, {4, 5}, {6, 4}, {5, 5}}, 3},
                       CompleteCase{"all six", kEveryWayOfTheNumbers, 6}));
 
