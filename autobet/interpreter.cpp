@@ -125,9 +125,27 @@ void Evaluate(Game& g, const StatementPlan* plan) {
 
 namespace {
 
+// Reduces and acts on a statement that is no keyword: by its plan or, without one, from a
+// copy of its records in the buffer. A fault of the machine itself stops it with a report.
+void EvaluateStatement(Game& g, const TokenRecord* statement, int length, const StatementPlan* plan) {
+  AutoBetProgram& p = g.AutoBet;
+  try {
+    if (!plan && statement != &p.StatementBuffer[1]) {
+      auto& buffer = p.StatementBuffer;
+      if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(static_cast<std::size_t>(length) * 2 + 64);
+      std::copy(statement, statement + length, buffer.begin() + 1);
+      p.StatementLength = length;
+    }
+    Evaluate(g, plan);
+  } catch (const std::exception& e) {
+    p.RunError = 10000;
+    RecordFault(g);
+    if (g.Ui) Tell(g, ErrorReport(e.what(), 10000, "RunAutoBet"), "DiceHall", 0, msg::kOk);
+  }
+}
+
 // Runs the statement whose records are `statement` (length records): keywords from the
-// records themselves, anything else reduced by its plan or, without one, copied to the
-// buffer and reduced there.
+// records themselves, anything else by EvaluateStatement.
 void ExecuteStatementAt(Game& g, const TokenRecord* statement, int length, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
   p.RunError = 0;
@@ -201,19 +219,7 @@ void ExecuteStatementAt(Game& g, const TokenRecord* statement, int length, const
     case kCodeScriptHeader: p.Bettor = SelectedOr(g, static_cast<int>(first.value)); return;
     default: break;
   }
-  try {
-    if (!plan && statement != &p.StatementBuffer[1]) {
-      auto& buffer = p.StatementBuffer;
-      if (length + 2 >= static_cast<int>(buffer.size())) buffer.resize(static_cast<std::size_t>(length) * 2 + 64);
-      std::copy(statement, statement + length, buffer.begin() + 1);
-      p.StatementLength = length;
-    }
-    Evaluate(g, plan);
-  } catch (const std::exception& e) {
-    p.RunError = 10000;
-    RecordFault(g);
-    if (g.Ui) Tell(g, ErrorReport(e.what(), 10000, "RunAutoBet"), "DiceHall", 0, msg::kOk);
-  }
+  EvaluateStatement(g, statement, length, plan);
 }
 
 }  // namespace
@@ -308,12 +314,18 @@ void RunAutoBet(Game& g) {
     p.InstructionPointer = found.next;
     if (length > 0) {
       const TokenRecord* statement = records.data() + ip;
-      // The flow of control without step texts is run here; the rest, and every
-      // statement in step mode, by ExecuteStatementAt.
+      // A statement with a plan is no keyword and goes straight to its evaluation (the
+      // script runs: the loop stops when it doesn't). The flow of control without step
+      // texts is run here; the rest, and every keyword in step mode, by ExecuteStatementAt.
       const int code = statement[0].code;
-      if (p.ShowSteps || !p.ScriptRunning || !RunBlockKeyword(p, code, statement[0].value))
+      if (found.plan) {
+        p.RunError = 0;
+        EvaluateStatement(g, statement, length, found.plan);
+      } else if (p.ShowSteps || !p.ScriptRunning || !RunBlockKeyword(p, code, statement[0].value)) {
         ExecuteStatementAt(g, statement, length, found.plan);
-      else p.RunError = 0;
+      } else {
+        p.RunError = 0;
+      }
     }
     if (!p.ScriptRunning) break;
     if (++executed > p.MaxCycleStatements || (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
