@@ -493,6 +493,11 @@ Money ApplyMaximum(const Game& g, int seat, int bet, Money amount, Money change,
   return change;
 }
 
+// Whether the seat's bankroll covers its bets with the change made, up-front vig included.
+bool FitsBankroll(const Game& g, int seat, int bet, Money amount, Money change) {
+  return g.OnTable[seat] + change + UpFrontVig(g, bet, amount + change) - UpFrontHeld(g, seat, bet) <= g.Bankroll[seat];
+}
+
 // 7. Bankroll: what the seat's free bankroll allows, up-front vig included, in whole checks
 // and never below the minimum (worked out here when the caller has none).
 Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, const Money* knownMinimum, Pending& p) {
@@ -500,13 +505,12 @@ Money FitBankroll(const Game& g, int seat, int bet, Money amount, Money change, 
   const Money u = g.Rules.CheckDenom[1];
   const Money held = UpFrontHeld(g, seat, bet);
   const Money bankroll = g.Bankroll[seat];
-  auto fits = [&](Money c) { return g.OnTable[seat] + c + UpFrontVig(g, bet, amount + c) - held <= bankroll; };
-  if (fits(change)) return change;
+  if (FitsBankroll(g, seat, bet, amount, change)) return change;
   const Money minimum = knownMinimum ? *knownMinimum : GetMinimum(g, bet);
   const bool hadOthers = g.OnTable[seat] - amount - held > Money{};
   change = bankroll - g.OnTable[seat];
   if (amount + change < Money{}) change = -amount;
-  while (u.raw > 0 && amount + change > Money{} && !fits(change)) change -= u;
+  while (u.raw > 0 && amount + change > Money{} && !FitsBankroll(g, seat, bet, amount, change)) change -= u;
   if (amount + change < Money{}) change = -amount;
   const bool belowMin = amount + change > Money{} && amount + change < minimum;
   if (belowMin) change = -amount;
@@ -572,7 +576,7 @@ Money AllowedChange(Game& g, int seat, int bet, Money amount, Money change, Pend
 bool PlainTakeDown(const Game& g, int seat, int bet, Money amount, Money change) {
   if (amount.raw < 0 || change.raw != -amount.raw || IsHeldToBase(g, bet) || !ComesDown(g, bet, amount, change))
     return false;
-  return g.AllowNegBankroll[seat] || g.OnTable[seat] - amount - UpFrontHeld(g, seat, bet) <= g.Bankroll[seat];
+  return g.AllowNegBankroll[seat] || FitsBankroll(g, seat, bet, amount, change);
 }
 
 }  // namespace

@@ -587,15 +587,14 @@ bool OneRoll(Game& g) {
 
   DICEHALL_ASSERT_CONSISTENT(g);
 
-  // 17. Bankroll limit.
-  for (uint32_t m = seats; m != 0; m &= m - 1) {
-    const int s = __builtin_ctz(m);
-    if (BeyondBankrollLimit(g.Bankroll[s])) {
-      LimitStop(g, s);
-      return false;
-    }
-  }
-  return true;
+  // 17. Bankroll limit: the first seat beyond it stops the table.
+  int beyond = 0;
+  ForSeats(seats, [&](int s) {
+    if (beyond == 0 && BeyondBankrollLimit(g.Bankroll[s])) beyond = s;
+  });
+  if (beyond == 0) return true;
+  LimitStop(g, beyond);
+  return false;
 }
 
 }  // namespace
