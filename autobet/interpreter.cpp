@@ -249,35 +249,6 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
-// The keywords of conditions and loops as ExecuteStatementAt runs them when no step is
-// shown: false for any other statement.
-bool RunBlockKeyword(AutoBetProgram& p, int code, double value) {
-  switch (code) {
-    case kCodeIf:
-      p.InCondition = true;
-      p.ConditionResult = false;
-      return true;
-    case kCodeThen:
-      p.InCondition = false;
-      if (p.ConditionResult) return true;
-      Jump(p, value);
-      if (p.InstructionPointer >= 0 && p.InstructionPointer < static_cast<int>(p.ProgramRecords.size()) &&
-          p.ProgramRecords[static_cast<std::size_t>(p.InstructionPointer)].code == kCodeElseIf) {
-        p.InCondition = true;
-        p.ConditionResult = false;
-      }
-      return true;
-    case kCodeElse:
-    case kCodeElseIf:
-    case kCodeLoop:
-    case kCodeExitDo: Jump(p, value); return true;
-    case kCodeEndIf:
-    case kCodeDo:
-    case kCodeLabel: return true;
-    default: return false;
-  }
-}
-
 }  // namespace
 
 void StopAutoBet(Game& g) { g.AutoBet.ScriptRunning = false; }
@@ -299,41 +270,104 @@ void RunAutoBet(Game& g) {
   const auto& records = p.ProgramRecords;
   const int last = static_cast<int>(records.size()) - 1;
   PreparePlans(p);
+  // The statements worked out so far are read in place, and looked up afresh only after a
+  // call that may have compiled: an evaluation, a keyword run from its records, a turn of
+  // the message loop.
+  const FoundStatement* table = nullptr;
+  std::size_t tableSize = 0;
+  const auto refresh = [&] {
+    const StatementPlans* c = p.Plans.get();
+    const bool valid = c && c->size == records.size();
+    table = valid ? c->found.data() : nullptr;
+    tableSize = valid ? c->found.size() : 0;
+  };
+  refresh();
   // 2.
   p.InstructionPointer = 0;
-  std::int64_t executed = 0;
+  std::int64_t executed = 0, counted = 0;
   std::int32_t restarts = 0;
+  // The runaway limit and the message loop's turns are looked at only at the statement that
+  // reaches one of them: the limit, or the next turn (after every statement, or in silent
+  // mode each 1,024th statement counted with those between rolls).
+  std::int64_t checkAt = 0;
+  const auto nextCheck = [&] {
+    std::int64_t n = p.MaxCycleStatements + 1 - executed;
+    if (g.Ui) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
+    checkAt = executed + std::max<std::int64_t>(n, 1);
+  };
+  nextCheck();
   for (;;) {
     // 3. The statement runs to the next marker; the pointer stays on that marker. It is
     // run from its records: a keyword as it stands, anything else by its plan (or copied
     // to the buffer and reduced there).
     const int ip = p.InstructionPointer;
     p.StatementStart = ip;
-    const FoundStatement found = FindStatement(p, ip);
-    const int length = found.end - ip;
+    FoundStatement found;
+    if (static_cast<std::size_t>(ip) < tableSize && table[ip].end >= 0) {
+      found = table[ip];
+    } else {
+      found = WorkOutStatement(p, ip);
+      refresh();
+    }
     p.InstructionPointer = found.next;
-    if (length > 0) {
-      const TokenRecord* statement = records.data() + ip;
-      // A statement with a plan is no keyword and goes straight to its evaluation (the
-      // script runs: the loop stops when it doesn't). The flow of control without step
-      // texts is run here; the rest, and every keyword in step mode, by ExecuteStatementAt.
-      const int code = statement[0].code;
-      if (found.plan) {
+    // A planned statement goes straight to its evaluation, and the flow of control
+    // without step texts is run here, as ExecuteStatementAt would run them. The rest, and
+    // every statement in step mode or once the script is stopped, by ExecuteStatementAt.
+    StatementKind kind = found.kind;
+    if ((p.ShowSteps || !p.ScriptRunning) && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
+    switch (kind) {
+      case StatementKind::kEmpty: break;
+      case StatementKind::kPlanned:
         p.RunError = 0;
-        EvaluateStatement(g, statement, length, found.plan);
-      } else if (p.ShowSteps || !p.ScriptRunning || !RunBlockKeyword(p, code, statement[0].value)) {
-        ExecuteStatementAt(g, statement, length, found.plan);
-      } else {
+        EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
+        refresh();
+        break;
+      case StatementKind::kIf:
         p.RunError = 0;
-      }
+        p.InCondition = true;
+        p.ConditionResult = false;
+        break;
+      case StatementKind::kThen:
+      case StatementKind::kThenToElseIf:
+        p.RunError = 0;
+        p.InCondition = false;
+        if (p.ConditionResult) break;
+        p.InstructionPointer = found.jump;
+        if (kind == StatementKind::kThenToElseIf) {
+          p.InCondition = true;
+          p.ConditionResult = false;
+        }
+        break;
+      case StatementKind::kJump:
+        p.RunError = 0;
+        p.InstructionPointer = found.jump;
+        break;
+      case StatementKind::kPass: p.RunError = 0; break;
+      case StatementKind::kRecords:
+        ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
+        refresh();
+        break;
     }
     if (!p.ScriptRunning) break;
-    if (++executed > p.MaxCycleStatements || (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
+    ++executed;
+    if (executed == checkAt && executed > p.MaxCycleStatements) {
+      StopRunawayCycle(g);
+      break;
+    }
+    if (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts) {
       StopRunawayCycle(g);
       break;
     }
     // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.
-    if (g.Ui && (!g.SilentMode || (++g.Auto.YieldCounter & 1023) == 0)) g.Ui->Yield();
+    if (executed == checkAt) {
+      if (g.Ui && g.SilentMode) g.Auto.YieldCounter += static_cast<std::uint32_t>(executed - counted);
+      counted = executed;
+      if (g.Ui && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
+        g.Ui->Yield();
+        refresh();
+      }
+      nextCheck();
+    }
     if (p.InstructionPointer >= last) break;
     ++p.InstructionPointer;
   }

@@ -797,12 +797,39 @@ FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& record
   found.next = end <= last && records[static_cast<std::size_t>(end)].code == kCodeScriptHeader ? end - 1 : end;
   if (start < 0 || start > last) return found;
   const std::span<const TokenRecord> statement(records.data() + start, static_cast<std::size_t>(end - start));
-  if (!statement.empty() && !IsKeyword(statement[0].code)) {
+  if (statement.empty()) return found;
+  found.kind = StatementKind::kRecords;
+  const TokenRecord& first = statement[0];
+  if (!IsKeyword(first.code)) {
     auto plan = std::make_unique<StatementPlan>();
     if (MakePlan(statement, *plan)) {
       found.plan = plan.get();
+      found.kind = StatementKind::kPlanned;
       c.plans.push_back(std::move(plan));
     }
+    return found;
+  }
+  switch (first.code) {
+    case kCodeIf: found.kind = StatementKind::kIf; break;
+    case kCodeThen: {
+      found.jump = static_cast<std::int32_t>(first.value);
+      // A false condition that jumps to an ElseIf starts that condition.
+      const bool toElseIf =
+          found.jump >= 0 && found.jump <= last && records[static_cast<std::size_t>(found.jump)].code == kCodeElseIf;
+      found.kind = toElseIf ? StatementKind::kThenToElseIf : StatementKind::kThen;
+      break;
+    }
+    case kCodeElse:
+    case kCodeElseIf:
+    case kCodeLoop:
+    case kCodeExitDo:
+      found.jump = static_cast<std::int32_t>(first.value);
+      found.kind = StatementKind::kJump;
+      break;
+    case kCodeEndIf:
+    case kCodeDo:
+    case kCodeLabel: found.kind = StatementKind::kPass; break;
+    default: break;
   }
   return found;
 }

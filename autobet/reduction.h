@@ -12,6 +12,7 @@
 // a value (a range whose ends a function names) has no plan and is reduced as it stands.
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -43,10 +44,15 @@ void PreparePlans(AutoBetProgram& p);
 // (that marker, or one short of a script header), and its plan when it is an expression
 // or an action that has one. A statement is worked out the first time it runs.
 struct StatementPlan;
+// How the cycle runs a statement when no step is shown: by its plan, as one of the
+// keywords of conditions and loops (a jump to `jump`), or from its records.
+enum class StatementKind : std::uint8_t { kEmpty, kPlanned, kIf, kThen, kThenToElseIf, kJump, kPass, kRecords };
 struct FoundStatement {
   int end = -1;
   int next = 0;
   const StatementPlan* plan = nullptr;
+  std::int32_t jump = 0;
+  StatementKind kind = StatementKind::kEmpty;
 };
 struct StatementPlans {
   const TokenRecord* data = nullptr;
