@@ -249,6 +249,21 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
+bool IsThen(StatementKind kind) { return kind == StatementKind::kThen || kind == StatementKind::kThenToElseIf; }
+
+// A Then without step texts: a false condition jumps to what follows its action block,
+// and starts the condition of an ElseIf there.
+void RunThen(AutoBetProgram& p, const FoundStatement& then) {
+  p.RunError = 0;
+  p.InCondition = false;
+  if (p.ConditionResult) return;
+  p.InstructionPointer = then.jump;
+  if (then.kind == StatementKind::kThenToElseIf) {
+    p.InCondition = true;
+    p.ConditionResult = false;
+  }
+}
+
 }  // namespace
 
 void StopAutoBet(Game& g) { g.AutoBet.ScriptRunning = false; }
@@ -272,14 +287,17 @@ void RunAutoBet(Game& g) {
   PreparePlans(p);
   // The statements worked out so far are read in place, and looked up afresh only after a
   // call that may have compiled: an evaluation, a keyword run from its records, a turn of
-  // the message loop.
+  // the message loop. Only such a call can also stop the script or turn step mode on,
+  // which sends every statement to ExecuteStatementAt.
   const FoundStatement* table = nullptr;
   std::size_t tableSize = 0;
+  bool byRecords = false;
   const auto refresh = [&] {
     const StatementPlans* c = p.Plans.get();
     const bool valid = c && c->size == records.size();
     table = valid ? c->found.data() : nullptr;
     tableSize = valid ? c->found.size() : 0;
+    byRecords = p.ShowSteps || !p.ScriptRunning;
   };
   refresh();
   // 2.
@@ -288,8 +306,13 @@ void RunAutoBet(Game& g) {
   std::int32_t restarts = 0;
   // The runaway limit and the message loop's turns are looked at only at the statement that
   // reaches one of them: the limit, or the next turn (after every statement, or in silent
-  // mode each 1,024th statement counted with those between rolls).
+  // mode each 1,024th statement counted with those between rolls). The statements run
+  // since are counted there and when the cycle ends.
   std::int64_t checkAt = 0;
+  const auto countTurns = [&](std::int64_t upTo) {
+    if (g.Ui && g.SilentMode) g.Auto.YieldCounter += static_cast<std::uint32_t>(upTo - counted);
+    counted = upTo;
+  };
   const auto nextCheck = [&] {
     std::int64_t n = p.MaxCycleStatements + 1 - executed;
     if (g.Ui) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
@@ -314,7 +337,7 @@ void RunAutoBet(Game& g) {
     // without step texts is run here, as ExecuteStatementAt would run them. The rest, and
     // every statement in step mode or once the script is stopped, by ExecuteStatementAt.
     StatementKind kind = found.kind;
-    if ((p.ShowSteps || !p.ScriptRunning) && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
+    if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
     switch (kind) {
       case StatementKind::kEmpty: break;
       case StatementKind::kPlanned:
@@ -322,22 +345,34 @@ void RunAutoBet(Game& g) {
         EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
         refresh();
         break;
-      case StatementKind::kIf:
+      case StatementKind::kIf: {
         p.RunError = 0;
         p.InCondition = true;
         p.ConditionResult = false;
-        break;
-      case StatementKind::kThen:
-      case StatementKind::kThenToElseIf:
+        // The condition and the Then behind it run in the same turn when neither falls on
+        // a check of the loop: each runs and counts as it would in a turn of its own.
+        const int at = found.next + 1;
+        if (executed + 2 >= checkAt || static_cast<std::size_t>(at) >= tableSize ||
+            table[at].kind != StatementKind::kPlanned)
+          break;
+        ++executed;
+        const FoundStatement& condition = table[at];
+        p.StatementStart = at;
+        p.InstructionPointer = condition.next;
         p.RunError = 0;
-        p.InCondition = false;
-        if (p.ConditionResult) break;
-        p.InstructionPointer = found.jump;
-        if (kind == StatementKind::kThenToElseIf) {
-          p.InCondition = true;
-          p.ConditionResult = false;
-        }
+        EvaluateStatement(g, records.data() + at, condition.end - at, condition.plan);
+        refresh();
+        const int then = p.InstructionPointer + 1;
+        if (!p.ScriptRunning || byRecords || static_cast<std::size_t>(then) >= tableSize || !IsThen(table[then].kind))
+          break;
+        ++executed;
+        p.StatementStart = then;
+        p.InstructionPointer = table[then].next;
+        RunThen(p, table[then]);
         break;
+      }
+      case StatementKind::kThen:
+      case StatementKind::kThenToElseIf: RunThen(p, found); break;
       case StatementKind::kJump:
         p.RunError = 0;
         p.InstructionPointer = found.jump;
@@ -348,27 +383,30 @@ void RunAutoBet(Game& g) {
         refresh();
         break;
     }
-    if (!p.ScriptRunning) break;
-    ++executed;
-    if (executed == checkAt && executed > p.MaxCycleStatements) {
-      StopRunawayCycle(g);
+    if (!p.ScriptRunning) {
+      countTurns(executed);
       break;
     }
-    if (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts) {
+    ++executed;
+    if ((executed == checkAt && executed > p.MaxCycleStatements) ||
+        (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
+      countTurns(executed - 1);  // the statement stopped here takes no turn
       StopRunawayCycle(g);
       break;
     }
     // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.
     if (executed == checkAt) {
-      if (g.Ui && g.SilentMode) g.Auto.YieldCounter += static_cast<std::uint32_t>(executed - counted);
-      counted = executed;
+      countTurns(executed);
       if (g.Ui && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
         g.Ui->Yield();
         refresh();
       }
       nextCheck();
     }
-    if (p.InstructionPointer >= last) break;
+    if (p.InstructionPointer >= last) {
+      countTurns(executed);
+      break;
+    }
     ++p.InstructionPointer;
   }
   // 5. Strings made in the cycle go with it.

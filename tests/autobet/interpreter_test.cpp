@@ -183,6 +183,40 @@ TEST(Cycle, StopInStepModeEndsTheCycle) {
   EXPECT_FALSE(stopped.t.g.AutoBet.ScriptRunning);
 }
 
+// Every statement counts towards the runaway limit and, in silent mode, the turns of the
+// message loop: a condition run together with its If and Then as well.
+TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
+  for (auto [limit, cs1, line] :
+       {std::tuple{1, 0, 1}, {2, 1, 2}, {4, 1, 3}, {5, 1, 3}, {6, 1, 5}, {9, 2, 2}, {2000, 286, 3}}) {
+    ScriptRun run({"Do", "cs1 = cs1 + 1", "If cs1 > 1000000 Then ExitDo", "EndIf", "Loop"});
+    Game& g = run.t.g;
+    ASSERT_TRUE(CompileActiveScripts(g));
+    g.SilentMode = true;
+    g.Auto.YieldCounter = 1000;
+    g.AutoBet.MaxCycleStatements = limit;
+    RunAutoBet(g);
+    EXPECT_DOUBLE_EQ(run.Cs(1), cs1) << limit;
+    EXPECT_EQ(g.AutoBet.RunawayLine, line) << limit;
+    EXPECT_EQ(g.Auto.YieldCounter, 1000u + limit) << limit;
+    EXPECT_EQ(run.t.ui.yields, (1000 + limit) / 1024) << limit;
+  }
+  // A cycle that ends counts its statements too.
+  ScriptRun ends({"cs1 = 1", "If cs1 = 1 Then cs1 = 2", "EndIf"});
+  ends.t.g.SilentMode = true;
+  ends.Cycle();
+  EXPECT_EQ(ends.t.g.Auto.YieldCounter, 7u);
+  // A turn of the message loop that stops the script: nothing runs after it.
+  struct StopAtTurn : HeadlessUi {
+    Game* game = nullptr;
+    void Yield() override { game->AutoBet.ScriptRunning = false; }
+  } ui;
+  ScriptRun run({"cs1 = 1", "cs1 = 2"});
+  ui.game = &run.t.g;
+  run.t.g.Ui = &ui;
+  run.Cycle();
+  EXPECT_DOUBLE_EQ(run.Cs(1), 0);
+}
+
 // "Start new session" resets the table and the script starts over in the same cycle,
 // where "beginning new session" is now true; the checkstacks are kept as asked.
 TEST(Cycle, StartNewSessionRestartsTheScriptInTheSameCycle) {
