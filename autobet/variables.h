@@ -87,19 +87,19 @@ inline ReferencePieces ReadPieces(const TokenRecord* group) {
   ReferencePieces r;
   r.v = static_cast<int>(group[0].value);
   const int n = GroupSize(r.v);
-  // The four kinds of piece have consecutive codes, from the modifier to the player.
-  static_assert(kCodeCounted == kCodeModifier + 1 && kCodeTime == kCodeModifier + 2 &&
-                kCodePlayer == kCodeModifier + 3);
-  int pieces[4] = {r.y, r.x, r.time, r.piece};
   for (int i = 1; i <= n; ++i) {
-    const unsigned kind = static_cast<unsigned>(group[i].code - kCodeModifier);
-    if (kind < 4) pieces[kind] = static_cast<int>(group[i].value);
-    if (kind == 3) r.hasPlayer = true;
+    const int value = static_cast<int>(group[i].value);
+    switch (group[i].code) {
+      case kCodePlayer:
+        r.piece = value;
+        r.hasPlayer = true;
+        break;
+      case kCodeTime: r.time = value; break;
+      case kCodeCounted: r.x = value; break;
+      case kCodeModifier: r.y = value; break;
+      default: break;
+    }
   }
-  r.y = pieces[0];
-  r.x = pieces[1];
-  r.time = pieces[2];
-  r.piece = pieces[3];
   return r;
 }
 
