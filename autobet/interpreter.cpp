@@ -285,40 +285,49 @@ void RunAutoBet(Game& g) {
   const auto& records = p.ProgramRecords;
   const int last = static_cast<int>(records.size()) - 1;
   PreparePlans(p);
+  // 2.
+  p.InstructionPointer = 0;
+  std::int64_t executed = 0;  // statements run to their end
+  std::int32_t restarts = 0;
+  // The runaway limit and the message loop's turns are looked at only at the statement that
+  // reaches one of them: the limit, or the next turn (after every statement, or in silent
+  // mode each 1,024th statement counted with those between rolls). The statements run
+  // since are counted there, when the cycle ends, and when silent mode changes.
+  std::int64_t checkAt = 0, counted = 0;
+  bool countsTurns = false;
+  const bool turns = g.Ui != nullptr;  // the interface stays for the cycle
+  const auto countTurns = [&](std::int64_t upTo) {
+    if (countsTurns) g.Auto.YieldCounter += static_cast<std::uint32_t>(upTo - counted);
+    counted = upTo;
+  };
+  const auto nextCheck = [&] {
+    countsTurns = turns && g.SilentMode;
+    const std::int64_t left = p.MaxCycleStatements > executed ? p.MaxCycleStatements - executed : 0;
+    std::int64_t n = std::min<std::int64_t>(left, 1023) + 1;
+    if (turns) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
+    checkAt = executed + n;
+  };
+  nextCheck();
   // The statements worked out so far are read in place, and looked up afresh only after a
   // call that may have compiled: an evaluation, a keyword run from its records, a turn of
-  // the message loop. Only such a call can also stop the script or turn step mode on,
-  // which sends every statement to ExecuteStatementAt.
+  // the message loop. Only such a call can also stop the script or turn step mode on
+  // (which sends every statement to ExecuteStatementAt); and, unless it is a condition,
+  // change silent mode.
   const FoundStatement* table = nullptr;
   std::size_t tableSize = 0;
   bool byRecords = false;
-  const auto refresh = [&] {
+  const auto refresh = [&](bool condition) {
     const StatementPlans* c = p.Plans.get();
     const bool valid = c && c->size == records.size();
     table = valid ? c->found.data() : nullptr;
     tableSize = valid ? c->found.size() : 0;
     byRecords = p.ShowSteps || !p.ScriptRunning;
+    if (!condition && turns && g.SilentMode != countsTurns) {
+      countTurns(executed);
+      nextCheck();
+    }
   };
-  refresh();
-  // 2.
-  p.InstructionPointer = 0;
-  std::int64_t executed = 0, counted = 0;
-  std::int32_t restarts = 0;
-  // The runaway limit and the message loop's turns are looked at only at the statement that
-  // reaches one of them: the limit, or the next turn (after every statement, or in silent
-  // mode each 1,024th statement counted with those between rolls). The statements run
-  // since are counted there and when the cycle ends.
-  std::int64_t checkAt = 0;
-  const auto countTurns = [&](std::int64_t upTo) {
-    if (g.Ui && g.SilentMode) g.Auto.YieldCounter += static_cast<std::uint32_t>(upTo - counted);
-    counted = upTo;
-  };
-  const auto nextCheck = [&] {
-    std::int64_t n = p.MaxCycleStatements + 1 - executed;
-    if (g.Ui) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
-    checkAt = executed + std::max<std::int64_t>(n, 1);
-  };
-  nextCheck();
+  refresh(false);
   for (;;) {
     // 3. The statement runs to the next marker; the pointer stays on that marker. It is
     // run from its records: a keyword as it stands, anything else by its plan (or copied
@@ -330,7 +339,7 @@ void RunAutoBet(Game& g) {
       found = table[ip];
     } else {
       found = WorkOutStatement(p, ip);
-      refresh();
+      refresh(false);
     }
     p.InstructionPointer = found.next;
     // A planned statement goes straight to its evaluation, and the flow of control
@@ -340,17 +349,19 @@ void RunAutoBet(Game& g) {
     if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
     switch (kind) {
       case StatementKind::kEmpty: break;
-      case StatementKind::kPlanned:
+      case StatementKind::kPlanned: {
+        const bool condition = p.InCondition;
         p.RunError = 0;
         EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
-        refresh();
+        refresh(condition);
         break;
+      }
       case StatementKind::kIf: {
         p.RunError = 0;
         p.InCondition = true;
         p.ConditionResult = false;
-        // The condition and the Then behind it run in the same turn when neither falls on
-        // a check of the loop: each runs and counts as it would in a turn of its own.
+        // The condition and the Then behind it run in the same turn when no check of the
+        // loop falls on the If or the condition: each runs and counts as in a turn of its own.
         const int at = found.next + 1;
         if (executed + 2 >= checkAt || static_cast<std::size_t>(at) >= tableSize ||
             table[at].kind != StatementKind::kPlanned)
@@ -361,9 +372,10 @@ void RunAutoBet(Game& g) {
         p.InstructionPointer = condition.next;
         p.RunError = 0;
         EvaluateStatement(g, records.data() + at, condition.end - at, condition.plan);
-        refresh();
+        refresh(true);
         const int then = p.InstructionPointer + 1;
-        if (!p.ScriptRunning || byRecords || static_cast<std::size_t>(then) >= tableSize || !IsThen(table[then].kind))
+        if (!p.ScriptRunning || byRecords || executed + 1 >= checkAt || static_cast<std::size_t>(then) >= tableSize ||
+            !IsThen(table[then].kind))
           break;
         ++executed;
         p.StatementStart = then;
@@ -380,7 +392,7 @@ void RunAutoBet(Game& g) {
       case StatementKind::kPass: p.RunError = 0; break;
       case StatementKind::kRecords:
         ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
-        refresh();
+        refresh(false);
         break;
     }
     if (!p.ScriptRunning) {
@@ -397,9 +409,9 @@ void RunAutoBet(Game& g) {
     // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.
     if (executed == checkAt) {
       countTurns(executed);
-      if (g.Ui && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
+      if (turns && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
         g.Ui->Yield();
-        refresh();
+        refresh(false);
       }
       nextCheck();
     }

@@ -45,7 +45,8 @@ void PreparePlans(AutoBetProgram& p);
 // or an action that has one. A statement is worked out the first time it runs.
 struct StatementPlan;
 // How the cycle runs a statement when no step is shown: by its plan, as one of the
-// keywords of conditions and loops (a jump to `jump`), or from its records.
+// keywords of conditions and loops (a jump to `jump`), or from its records; kEmpty for a
+// statement with no records, and for one not worked out yet.
 enum class StatementKind : std::uint8_t { kEmpty, kPlanned, kIf, kThen, kThenToElseIf, kJump, kPass, kRecords };
 struct FoundStatement {
   int end = -1;

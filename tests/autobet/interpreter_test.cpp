@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -105,10 +106,19 @@ struct FlowCase {
 
 class FlowTest : public ::testing::TestWithParam<FlowCase> {};
 
+// Once its statements are worked out, a silent cycle runs a condition in the turn of its
+// If; otherwise each statement has a turn of its own.
 TEST_P(FlowTest, LeavesTheCheckstack) {
-  ScriptRun run(GetParam().script);
-  run.Cycle();
-  EXPECT_DOUBLE_EQ(run.Cs(1), GetParam().cs1);
+  for (bool silent : {false, true}) {
+    ScriptRun run(GetParam().script);
+    run.t.g.SilentMode = silent;
+    run.Cycle();
+    if (silent) {
+      for (Money& stack : std::span(&run.t.g.BetAmount[1][kCheckStackRow], 100)) stack = {};
+      RunAutoBet(run.t.g);
+    }
+    EXPECT_DOUBLE_EQ(run.Cs(1), GetParam().cs1) << (silent ? "silent" : "");
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -200,11 +210,24 @@ TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
     EXPECT_EQ(g.Auto.YieldCounter, 1000u + limit) << limit;
     EXPECT_EQ(run.t.ui.yields, (1000 + limit) / 1024) << limit;
   }
-  // A cycle that ends counts its statements too.
-  ScriptRun ends({"cs1 = 1", "If cs1 = 1 Then cs1 = 2", "EndIf"});
-  ends.t.g.SilentMode = true;
-  ends.Cycle();
-  EXPECT_EQ(ends.t.g.Auto.YieldCounter, 7u);
+  // A cycle that ends counts its statements too, as the limit counts them: 6 stop it, 7 don't.
+  for (int limit : {6, 7}) {
+    ScriptRun ends({"cs1 = 1", "If cs1 = 1 Then cs1 = 2", "EndIf"});
+    ASSERT_TRUE(CompileActiveScripts(ends.t.g));
+    ends.t.g.SilentMode = true;
+    ends.t.g.AutoBet.MaxCycleStatements = limit;
+    RunAutoBet(ends.t.g);
+    EXPECT_EQ(ends.t.g.AutoBet.RunawayLine != 0, limit == 6);
+    EXPECT_EQ(ends.t.g.Auto.YieldCounter, static_cast<uint32_t>(limit));
+  }
+  // Hyper-Drive stopped by the script: the statements after it each take a turn.
+  ScriptRun stops({"cs1 = 1", "Stop autoroll/hyperdrive", "cs1 = 2", "cs1 = 3"});
+  ASSERT_TRUE(CompileActiveScripts(stops.t.g));
+  stops.t.g.Auto.AutoRollActive = stops.t.g.Auto.HyperDrive = stops.t.g.SilentMode = true;
+  RunAutoBet(stops.t.g);
+  EXPECT_FALSE(stops.t.g.SilentMode);
+  EXPECT_EQ(stops.t.g.Auto.YieldCounter, 2u);
+  EXPECT_EQ(stops.t.ui.yields, 3);
   // A turn of the message loop that stops the script: nothing runs after it.
   struct StopAtTurn : HeadlessUi {
     Game* game = nullptr;
