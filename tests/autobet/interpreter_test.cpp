@@ -196,9 +196,14 @@ TEST(Cycle, StopInStepModeEndsTheCycle) {
 // Every statement counts towards the runaway limit and, in silent mode, the turns of the
 // message loop: a condition run together with its If and Then as well.
 TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
-  for (auto [limit, cs1, line] :
-       {std::tuple{1, 0, 1}, {2, 1, 2}, {4, 1, 3}, {5, 1, 3}, {6, 1, 5}, {9, 2, 2}, {2000, 286, 3}}) {
-    ScriptRun run({"Do", "cs1 = cs1 + 1", "If cs1 > 1000000 Then ExitDo", "EndIf", "Loop"});
+  // A cycle that ends counts its statements too, as the limit counts them: 6 stop it, 7 don't.
+  const std::vector<std::string> loop{"Do", "cs1 = cs1 + 1", "If cs1 > 1000000 Then ExitDo", "EndIf", "Loop"},
+      ends{"cs1 = 1", "If cs1 = 1 Then cs1 = 2", "EndIf"};
+  const std::tuple<const std::vector<std::string>*, int, int, int> cases[] = {
+      {&loop, 1, 0, 1}, {&loop, 2, 1, 2},      {&loop, 4, 1, 3}, {&loop, 5, 1, 3}, {&loop, 6, 1, 5},
+      {&loop, 9, 2, 2}, {&loop, 2000, 286, 3}, {&ends, 6, 2, 3}, {&ends, 7, 2, 0}};
+  for (auto [script, limit, cs1, line] : cases) {
+    ScriptRun run(*script);
     Game& g = run.t.g;
     ASSERT_TRUE(CompileActiveScripts(g));
     g.SilentMode = true;
@@ -209,16 +214,6 @@ TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
     EXPECT_EQ(g.AutoBet.RunawayLine, line) << limit;
     EXPECT_EQ(g.Auto.YieldCounter, 1000u + limit) << limit;
     EXPECT_EQ(run.t.ui.yields, (1000 + limit) / 1024) << limit;
-  }
-  // A cycle that ends counts its statements too, as the limit counts them: 6 stop it, 7 don't.
-  for (int limit : {6, 7}) {
-    ScriptRun ends({"cs1 = 1", "If cs1 = 1 Then cs1 = 2", "EndIf"});
-    ASSERT_TRUE(CompileActiveScripts(ends.t.g));
-    ends.t.g.SilentMode = true;
-    ends.t.g.AutoBet.MaxCycleStatements = limit;
-    RunAutoBet(ends.t.g);
-    EXPECT_EQ(ends.t.g.AutoBet.RunawayLine != 0, limit == 6);
-    EXPECT_EQ(ends.t.g.Auto.YieldCounter, static_cast<uint32_t>(limit));
   }
   // Hyper-Drive stopped by the script: the statements after it each take a turn.
   ScriptRun stops({"cs1 = 1", "Stop autoroll/hyperdrive", "cs1 = 2", "cs1 = 3"});
