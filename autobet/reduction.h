@@ -63,15 +63,9 @@ struct StatementPlans {
   std::vector<std::unique_ptr<StatementPlan>> plans;
   ~StatementPlans();
 };
+// The statement at `start`, worked out now if it wasn't; the cycle reads those already
+// worked out from `found` itself.
 FoundStatement WorkOutStatement(AutoBetProgram& p, int start);
-inline FoundStatement FindStatement(AutoBetProgram& p, int start) {
-  const StatementPlans* c = p.Plans.get();
-  if (c && c->size == p.ProgramRecords.size() && start >= 0 && static_cast<std::size_t>(start) < c->found.size()) {
-    const FoundStatement& f = c->found[static_cast<std::size_t>(start)];
-    if (f.end >= 0) return f;
-  }
-  return WorkOutStatement(p, start);
-}
 
 // Reduces the planned statement into the buffer, as ReduceStatement would reduce a copy
 // of its records; with `firstOnly` (a condition, which looks at nothing else) the records

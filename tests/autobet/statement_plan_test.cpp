@@ -77,7 +77,7 @@ Counts CompareEveryStatement(Game& g, const char* when) {
     if (p.ProgramRecords[static_cast<std::size_t>(start)].code == kCodeScriptHeader)
       p.Bettor = static_cast<int>(p.ProgramRecords[static_cast<std::size_t>(start)].value);
     if (p.ProgramRecords[static_cast<std::size_t>(start)].code >= kCodeStatement) continue;
-    const FoundStatement found = FindStatement(p, start);
+    const FoundStatement found = WorkOutStatement(p, start);
     const std::vector<TokenRecord> statement(p.ProgramRecords.begin() + start, p.ProgramRecords.begin() + found.end);
     const int code = statement.front().code;
     const bool whole = start == 0 || p.ProgramRecords[static_cast<std::size_t>(start - 1)].code >= kCodeStatement;
