@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "autobet/compiler.h"
 #include "dice/generators.h"
@@ -23,6 +24,28 @@
 
 template <class T>
 using BySeat = std::array<T, kSeats>;
+// The players' names by seat, "" for an empty seat. Every write goes through Set or Swap,
+// which keep the seats that have a player as bits: the roll asks that every roll.
+class SeatNames {
+ public:
+  const std::string& operator[](size_t seat) const { return names_[seat]; }
+  void Set(size_t seat, std::string name) {
+    const uint32_t bit = 1u << seat;
+    seated_ = name.empty() ? seated_ & ~bit : seated_ | bit;
+    names_[seat] = std::move(name);
+  }
+  void Swap(size_t a, size_t b) {
+    std::swap(names_[a], names_[b]);
+    const uint32_t bits = (1u << a) | (1u << b);
+    if (((seated_ >> a) & 1u) != ((seated_ >> b) & 1u)) seated_ ^= bits;
+  }
+  uint32_t Seated() const { return seated_; }  // bit s for seat s
+
+ private:
+  BySeat<std::string> names_{};
+  uint32_t seated_ = 0;
+};
+
 template <class T>
 using ByScope = std::array<T, kScopeColumns>;
 template <class T>
@@ -157,7 +180,7 @@ struct Game {
   BySeat<std::array<int32_t, 4>> CheckStackShortcuts = MakeShortcuts();
 
   // Per seat.
-  BySeat<std::string> PlayerName{};
+  SeatNames PlayerName;
   ByScope<Money> Bankroll{}, BeginningBankroll{}, HighBankroll{}, LowBankroll{}, BankrollSum{};
   ByScope<Money> BuyInTotal{}, Comps{};
   BySeat<Money> OnTable{}, AvailableBankroll{};
@@ -208,13 +231,12 @@ enum AdjustBiasFamily { kBiasPlace = 0, kBiasLay = 1, kBiasDoOdds = 2, kBiasDont
 // Scope columns a change of a seat touches: seat + 0, + 18, + 36.
 constexpr std::array<int, 3> kCountedScopes = {0, 18, 36};
 
-inline bool SeatOccupied(const Game& g, int seat) { return !g.PlayerName[seat].empty(); }
-// The player seats 1..8 that have a player, as bits 1..8: the roll walks only those.
-inline uint32_t PlayerSeats(const Game& g) {
-  uint32_t seats = 0;
-  for (int s = 1; s < kSeats; ++s) seats |= static_cast<uint32_t>(!g.PlayerName[s].empty()) << s;
-  return seats;
+// Any seat number, a peer's included: one outside 0..8 has nobody.
+inline bool SeatOccupied(const Game& g, int seat) {
+  return static_cast<unsigned>(seat) < kSeats && ((g.PlayerName.Seated() >> seat) & 1u);
 }
+// The player seats 1..8 that have a player, as bits 1..8: the roll walks only those.
+inline uint32_t PlayerSeats(const Game& g) { return g.PlayerName.Seated() & ~1u; }
 // Calls f(seat) for each seat of a PlayerSeats mask, lowest first.
 template <class F>
 void ForSeats(uint32_t seats, F&& f) {

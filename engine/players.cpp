@@ -110,7 +110,7 @@ bool AddPlayer(Game& g, int seat, const std::string& name, Money bankroll) {
   // Two players of one name can't be told apart, by a script or in the game file.
   for (int s = 1; s < kSeats; ++s)
     if (SeatOccupied(g, s) && SameNameInFiles(g.PlayerName[s], name)) return false;
-  g.PlayerName[seat] = name;
+  g.PlayerName.Set(seat, name);
   ++g.Table.NumberOfPlayers;
   // Scripts may name the new player: they are compiled again before they next run.
   g.AutoBet.ScriptsCompiled = false;
@@ -221,7 +221,7 @@ bool RemovePlayer(Game& g, int seat) {
   BareSeatWorking(g, seat);
   g.AllowNegBankroll[seat] = false;
   g.AutoPassDice[seat] = false;
-  g.PlayerName[seat].clear();
+  g.PlayerName.Set(seat, "");
   --g.Table.NumberOfPlayers;
 
   // 6. The dice.
@@ -250,7 +250,7 @@ void SwapScope(std::array<T, kScopeColumns>& a, int x, int y) {
 void MovePlayer(Game& g, int from, int to) {
   if (from == to || from < 1 || from > 8 || to < 1 || to > 8) return;
   auto seat = [&](auto& store) { std::swap(store[from], store[to]); };
-  seat(g.PlayerName);
+  g.PlayerName.Swap(from, to);
   seat(g.BetAmount);
   seat(g.BetAmountStartOfRoll);
   seat(g.BetAmountAfterRoll);

@@ -36,7 +36,7 @@ void SetDefaultGame(Game& g) {
   g.Auto.AfterRoll = autoState.AfterRoll;
   g.Auto.AfterRollData = autoState.AfterRollData;
   g.Auto.AutoRollThrottle = autoState.AutoRollThrottle;
-  g.PlayerName[0] = "House";
+  g.PlayerName.Set(0, "House");
   SetDefaultPercentageDice(g.Percentage);
   SetDefaultRules(g.Rules);
   for (int s = 0; s < kSeats; ++s) BareSeatWorking(g, s);

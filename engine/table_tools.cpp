@@ -68,7 +68,7 @@ std::string RenamePlayer(Game& g, int seat, const std::string& typed) {
   if (name.empty() || name == g.PlayerName[seat]) return "";
   const std::string fault = PlayerNameFault(g, name);
   if (!fault.empty()) return fault;
-  g.PlayerName[seat] = name;
+  g.PlayerName.Set(seat, name);
   // Scripts may name the player: they are compiled again before they next run.
   g.AutoBet.ScriptsCompiled = false;
   return "";

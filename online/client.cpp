@@ -384,7 +384,7 @@ bool Client::JoinMessage(const ParsedMessage& m) {
     const int seat = FieldNumber(m, 0);
     const std::string name = TrimBlanks(FieldText(m, 1));
     if (!SeatOccupied(g_, seat) || name.empty()) return true;
-    g_.PlayerName[seat] = name;
+    g_.PlayerName.Set(seat, name);
     if (seat == OwnSeat) {
       OwnName = name;
       Ask("The host has renamed you to:\n" + name, "Renamed", msg::kOk);

@@ -390,7 +390,7 @@ bool Host::JoinRequest(const Sender& from, const ParsedMessage& m, const std::st
     if (!OwnsSeat(from, seat) || !SeatOccupied(g_, seat)) return Refuse(from, "a rename of a seat not its own");
     if (name.empty() || !PlayerNameFault(g_, name).empty() || SameName(name, g_.HostName) || SameName(name, "host"))
       return Refuse(from, "a name the table can't use");
-    g_.PlayerName[seat] = name;
+    g_.PlayerName.Set(seat, name);
     told_.names[seat] = name;
     if (seated && seat == entry) r.ClientName = name;
     SendMsgAllX(socket, message);

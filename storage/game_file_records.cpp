@@ -427,8 +427,10 @@ void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
     r.Int(g.SettleRules[at()][3].Operator, 0, 3);
   });
   const size_t s = at();
-  io.Text(g.PlayerName[s]);
-  if (g.PlayerName[s].empty()) io.Fault();
+  std::string name = g.PlayerName[s];
+  io.Text(name);
+  if (name.empty()) io.Fault();
+  g.PlayerName.Set(s, std::move(name));
   io.Text(c.scripts[s].name, c.scripts[s].date);
   io.Text(g.SessionsLogPath[s]);
   io.Text(g.Desktop.CheckStackFiles[s]);

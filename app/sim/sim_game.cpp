@@ -61,7 +61,7 @@ bool ParseAutoPlayOption(const std::string& text, SimAutoPlay& setting, std::str
   setting.key = Trim(lhs);
   // The setting is tried on a table of its own, so that a bad one is told at once.
   auto trial = std::make_unique<Game>();
-  trial->PlayerName[1] = "trial";
+  trial->PlayerName.Set(1, "trial");
   return ApplyAutoPlay(*trial, 1, setting.key, setting.value, error);
 }
 

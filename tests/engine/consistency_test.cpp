@@ -78,8 +78,8 @@ INSTANTIATE_TEST_SUITE_P(
                "seat 5 has no player but holds $5"},
         Damage{"two players whose names a file can't tell apart",
                [](Game& g) {
-                 g.PlayerName[2] = "Ann\xF0\x9F\x98\x80";
-                 g.PlayerName[1] = "Ann\xF0\x9F\x98\x81";
+                 g.PlayerName.Set(2, "Ann\xF0\x9F\x98\x80");
+                 g.PlayerName.Set(1, "Ann\xF0\x9F\x98\x81");
                },
                "same name"}));
 
