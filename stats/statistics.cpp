@@ -1,6 +1,7 @@
 #include "stats/statistics.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -301,6 +302,20 @@ int32_t CountingHeadroom(const Statistics& s) {
 // Adds one to a counter that has room for it.
 inline void AddOne(int32_t& counter) { counter = static_cast<int32_t>(static_cast<uint32_t>(counter) + 1u); }
 
+// Adds one to the nine counters of a scope's seats: two runs of four at once and the last.
+// Written out, because the compiler builds each run of four from single loads.
+inline void AddOneToEach(int32_t* seats) {
+  using Four = uint32_t __attribute__((vector_size(16)));
+  static_assert(kSeats == 9);
+  for (int i = 0; i < 8; i += 4) {
+    Four v;
+    std::memcpy(&v, seats + i, sizeof v);
+    v += 1u;
+    std::memcpy(seats + i, &v, sizeof v);
+  }
+  AddOne(seats[8]);
+}
+
 }  // namespace
 
 void CountRoll(Statistics& s, int handShooter, int die1, int die2) {
@@ -332,8 +347,7 @@ void CountRoll(Statistics& s, int handShooter, int die1, int die2) {
     for (int g : {kSessionScope, kAllScope})
       s.MostRollsInHand[g + shooter] = std::max(s.MostRollsInHand[g + shooter], s.RollCount[shooter][0]);
   }
-  for (int g : kGroups)
-    for (int c = 0; c < kSeats; ++c) AddOne(s.SeatRolls[g + c]);
+  for (int g : kGroups) AddOneToEach(&s.SeatRolls[g]);
   s.RollsSince.AgeUnchecked();
 
   const PairKinds& list = kKindLists.byPair[die1 - 1][die2 - 1];
@@ -491,14 +505,17 @@ void RecordEvent(std::array<Money, 6>& f, Money value, Money rollNumber) {
 
 void RecordBetResult(Statistics& s, int seat, int bet, Money wagered, Money result, Money comeBase) {
   if (result.raw == 0) return;
+  // Win or loss decided once: it is as random as the dice.
+  const bool won = result.raw > 0;
+  auto& outcomes = won ? s.BetWinStats : s.BetLossStats;
+  const Money size = won ? result : -result;
   for (int g : kGroups) {
     const int c = g + seat;
     // The roll number of the session, or of all sessions for the all-sessions group.
     Money roll = Money::Dollars(c < kAllScope ? s.RollCount[kSessionScope][0] : s.RollCount[kAllScope][0]);
     if (g == kHandScope) s.BetRowsUsed[seat].set(static_cast<size_t>(bet));
     RecordEvent(s.BetStats[c][bet], wagered, roll);
-    if (result.raw > 0) RecordEvent(s.BetWinStats[c][bet], result, roll);
-    else RecordEvent(s.BetLossStats[c][bet], -result, roll);
+    RecordEvent(outcomes[c][bet], size, roll);
     if (bet >= bet::Come4 && bet <= bet::Come10) s.ComeBaseTotal[c][bet - bet::Come4] += comeBase;
   }
 }
