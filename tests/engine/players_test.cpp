@@ -62,6 +62,8 @@ TEST(PlayersRemove, TheSeatIsLeftBare) {
   t.g.BetWorking[1][bet::Place4 + 3] = -1;  // Place 8 called off
   t.ui.replies.push_back({kButtonYes, "", false});
   ASSERT_TRUE(RemovePlayer(t.g, 1));
+  EXPECT_EQ(PlayerSeats(t.g), 1u << 2) << "Bob alone";
+  for (int seat : {-1, 1, 9, 32, 1000}) EXPECT_FALSE(SeatOccupied(t.g, seat)) << seat;
   EXPECT_FALSE(t.g.AllowNegBankroll[1]);
   EXPECT_FALSE(t.g.AutoPassDice[1]);
   EXPECT_EQ(t.g.BetWorking[1][bet::Place4 + 3], t.g.BetWorking[5][bet::Place4 + 3]) << "as a seat nobody played";
