@@ -737,6 +737,12 @@ void StartNewSession(Game& g, int action) {
 
 }  // namespace
 
+void AssignTo(Game& g, const ReferencePieces& to, const TokenRecord& value) {
+  Target target{to};
+  target.seat = SeatOfPiece(g, target.piece);
+  WriteTarget(g, target, value, true);
+}
+
 void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, int playerFromContext) {
   AutoBetProgram& p = g.AutoBet;
   const TokenRecord* group = &p.StatementBuffer[position];

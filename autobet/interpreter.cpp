@@ -89,21 +89,40 @@ const char* TargetStepText(const Game& g) {
   }
 }
 
+// Carries out a planned assignment to one target named outright straight from its
+// records; false, with the outcome written to the buffer for the action, for any other.
+bool AssignDirectly(Game& g, const StatementPlan& plan) {
+  int at = 0;
+  if (const ReferencePieces* to = PlannedAssignment(plan, at)) {
+    const TokenRecord value = PlannedRecord(plan, at);
+    if (IsValueRecord(value)) {
+      AssignTo(g, *to, value);
+      return true;
+    }
+  }
+  WritePlannedOutcome(g, plan);
+  return false;
+}
+
 void Evaluate(Game& g, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
-  if (plan) ReducePlanned(g, *plan, p.InCondition);
-  else ReduceStatement(g);
-  if (p.InCondition) {
+  // A planned condition looks only at its first record, read where the plan keeps it.
+  const bool condition = p.InCondition;
+  bool acted = false;
+  if (!plan) ReduceStatement(g);
+  else if (RunPlanSteps(g, *plan) && !condition) acted = AssignDirectly(g, *plan);
+  if (condition) {
     if (p.RunError) {
       p.ConditionResult = false;
       RecordFault(g);
       if (Stepping(g)) Step(g, "Unable to evaluate.", RunErrorText(p.RunError));
       return;
     }
-    if (p.StatementLength >= 1 && Truthy(g, p.StatementBuffer[1])) p.ConditionResult = true;
+    const bool holds = plan ? PlannedTruth(g, *plan) : p.StatementLength >= 1 && Truthy(g, p.StatementBuffer[1]);
+    if (holds) p.ConditionResult = true;
     return;
   }
-  if (p.RunError == 0) {
+  if (p.RunError == 0 && !acted) {
     const int first = p.StatementBuffer[1].code;
     if (first == kCodeAction || first == kCodeVariableTarget) TakeAction(g);
   }

@@ -515,6 +515,17 @@ struct StatementPlan {
   // The constants of the statement, then what the steps compute; the second part is
   // written afresh by every run.
   mutable std::vector<TokenRecord> values;
+  // An assignment to one target named outright: the target read into its parts, and
+  // where its value stands in the outcome (0: the statement is something else).
+  ReferencePieces assignTo;
+  std::int32_t assignedValue = 0;
+  // The outcome as records: those that stand as they are, and where the values go.
+  struct Fill {
+    std::int32_t at = 0, slot = 0;
+    bool valueOnly = false;  // a group head: its code stays, the variable comes from the slot
+  };
+  std::vector<TokenRecord> outcomeRecords;
+  std::vector<Fill> fills;
 };
 
 namespace {
@@ -751,11 +762,39 @@ bool IsKeyword(int code) {
   }
 }
 
+// Marks a plan whose outcome is a target group whose records all stand as they are,
+// '=' and a value: the assignment the action makes of it, with nothing to find at run time.
+void FindAssignment(StatementPlan& plan) {
+  const auto& o = plan.outcome;
+  if (o.empty() || o[0].record.code != kCodeVariableTarget || o[0].slot >= 0) return;
+  const int pieces = GroupSize(static_cast<int>(o[0].record.value));
+  const int equals = 1 + pieces;
+  if (static_cast<int>(o.size()) < equals + 2 || o[equals].record.code != kCodeEquals || o[equals].slot >= 0) return;
+  const PlanItem& value = o[static_cast<std::size_t>(equals + 1)];
+  if (value.record.code != kCodeNumber && value.record.code != kCodeString) return;
+  std::vector<TokenRecord> group;
+  for (int k = 0; k <= pieces; ++k) {
+    if (o[static_cast<std::size_t>(k)].slot >= 0) return;
+    group.push_back(o[static_cast<std::size_t>(k)].record);
+  }
+  plan.assignTo = ReadPieces(group.data());
+  plan.assignedValue = equals + 1;
+}
+
 // Whether the plan of `statement` could be made.
 bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   PlanMachine m(statement, plan);
   Reduction<PlanMachine>(m).Statement();
-  return m.Finish();
+  if (!m.Finish()) return false;
+  FindAssignment(plan);
+  for (std::size_t k = 0; k < plan.outcome.size(); ++k) {
+    const PlanItem& item = plan.outcome[k];
+    plan.outcomeRecords.push_back(item.record);
+    if (item.slot < 0) continue;
+    const bool head = item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget;
+    plan.fills.push_back({static_cast<std::int32_t>(k), item.slot, head});
+  }
+  return true;
 }
 
 // Writes the template [at, at + n) of a plan into the buffer from 1, with this run's values.
@@ -861,7 +900,7 @@ FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
   return f;
 }
 
-void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
+bool RunPlanSteps(Game& g, const StatementPlan& plan) {
   AutoBetProgram& p = g.AutoBet;
   auto& v = plan.values;
   const auto at = [&](std::int32_t slot) -> TokenRecord& { return v[static_cast<std::size_t>(slot)]; };
@@ -933,20 +972,42 @@ void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly) {
       }
       case PlanStep::kFault: p.RunError = s.code; break;
     }
-    if (p.RunError != 0) return;
+    if (p.RunError != 0) return false;
   }
+  return true;
+}
+
+TokenRecord PlannedRecord(const StatementPlan& plan, int k) {
+  const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
+  if (item.slot < 0) return item.record;
+  const TokenRecord& value = plan.values[static_cast<std::size_t>(item.slot)];
+  if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
+    return {item.record.code, value.value};
+  return value;
+}
+
+bool PlannedTruth(const Game& g, const StatementPlan& plan) {
+  return !plan.outcome.empty() && Truthy(g, PlannedRecord(plan, 0));
+}
+
+void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
+  AutoBetProgram& p = g.AutoBet;
   auto& b = p.StatementBuffer;
   const int n = static_cast<int>(plan.outcome.size());
   if (static_cast<int>(b.size()) < n + 2) b.resize(static_cast<std::size_t>(n) + 64);
-  for (int k = 0; k < (firstOnly ? std::min(n, 1) : n); ++k) {
-    const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
-    TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
-    if (item.slot < 0) CopyRecord(r, item.record);
-    else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
-      r = {item.record.code, at(item.slot).value};
-    else CopyRecord(r, at(item.slot));
+  std::copy(plan.outcomeRecords.begin(), plan.outcomeRecords.end(), b.begin() + 1);
+  for (const StatementPlan::Fill& f : plan.fills) {
+    TokenRecord& r = b[static_cast<std::size_t>(f.at + 1)];
+    const TokenRecord& value = plan.values[static_cast<std::size_t>(f.slot)];
+    if (f.valueOnly) r.value = value.value;
+    else CopyRecord(r, value);
   }
   p.StatementLength = n;
   p.OpenBracket = plan.openBracket;
   p.CloseBracket = plan.closeBracket;
+}
+
+const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value) {
+  value = plan.assignedValue;
+  return value > 0 ? &plan.assignTo : nullptr;
 }

@@ -21,6 +21,7 @@
 
 struct Game;
 struct AutoBetProgram;
+struct ReferencePieces;
 
 // Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
 // RunError set on a fault.
@@ -67,7 +68,16 @@ struct StatementPlans {
 // worked out from `found` itself.
 FoundStatement WorkOutStatement(AutoBetProgram& p, int start);
 
-// Reduces the planned statement into the buffer, as ReduceStatement would reduce a copy
-// of its records; with `firstOnly` (a condition, which looks at nothing else) the records
-// behind the first are left as they are.
-void ReducePlanned(Game& g, const StatementPlan& plan, bool firstOnly);
+// A planned statement runs in two halves: its steps, which compute this cycle's values
+// (false at the first fault, RunError set), and then what the reduction leaves of it,
+// read record by record or written to the buffer as ReduceStatement would leave it. A
+// condition and an assignment to one target named outright are run from the records
+// without the buffer.
+bool RunPlanSteps(Game& g, const StatementPlan& plan);
+TokenRecord PlannedRecord(const StatementPlan& plan, int k);  // k from 0
+// Whether a planned condition holds: its first record counts as true.
+bool PlannedTruth(const Game& g, const StatementPlan& plan);
+void WritePlannedOutcome(Game& g, const StatementPlan& plan);
+// The target of a planned assignment to one target named outright, with `value` the
+// index of its value among the records; nullptr for any other statement.
+const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value);
