@@ -383,12 +383,36 @@ bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bo
 // Calls f(group, target) for each target of the list from `start` to `last` that passes
 // the qualifier in force, the group read into its parts once. A qualifier (a relational
 // operator with its operand) stays until the next one. Stops, returning false, at the first
-// refusal of f or fault of a read.
+// refusal of f or fault of a read. A list worked out beforehand (`listed`) is walked as
+// the records would be, with no group to hand on.
 template <class F>
-bool WalkTargets(Game& g, int start, int last, F&& f) {
+bool WalkTargets(Game& g, int start, int last, const TargetList* listed, F&& f) {
   AutoBetProgram& p = g.AutoBet;
   int relational = 0;
   TokenRecord operand;
+  const auto visit = [&](const TokenRecord* group, const Target& target) {
+    bool selected = true;
+    if (relational != 0) {
+      TokenRecord current;
+      if (!ReadReference(g, target, current)) return false;
+      selected = CompareValues(g, current, relational, operand);
+      if (p.RunError != 0) return false;
+    }
+    return !selected || f(group, target);
+  };
+  if (listed) {
+    for (const ListedTarget& e : listed->entries) {
+      if (e.relational != 0) {
+        relational = e.relational;
+        operand = p.StatementBuffer[e.operand];
+        continue;
+      }
+      Target target{e.target};
+      target.seat = SeatOfPiece(g, target.piece);
+      if (!visit(nullptr, target)) return false;
+    }
+    return true;
+  }
   for (int i = start; i <= last;) {
     const TokenRecord& r = p.StatementBuffer[i];
     if (IsRelational(r) && i < last) {
@@ -404,15 +428,7 @@ bool WalkTargets(Game& g, int start, int last, F&& f) {
     const int next = i + 1 + GroupSize(static_cast<int>(r.value));
     if (next > last + 1) return Fault(g, kErrNoValue);
     const TokenRecord* group = &p.StatementBuffer[i];
-    const Target target = ReadTarget(g, group);
-    bool selected = true;
-    if (relational != 0) {
-      TokenRecord current;
-      if (!ReadReference(g, target, current)) return false;
-      selected = CompareValues(g, current, relational, operand);
-      if (p.RunError != 0) return false;
-    }
-    if (selected && !f(group, target)) return false;
+    if (!visit(group, ReadTarget(g, group))) return false;
     i = next;
   }
   return true;
@@ -420,7 +436,8 @@ bool WalkTargets(Game& g, int start, int last, F&& f) {
 
 // Whether the list from `start` to `last` names more than one target, stepped as
 // WalkTargets steps it.
-bool HasSecondTarget(const AutoBetProgram& p, int start, int last) {
+bool HasSecondTarget(const AutoBetProgram& p, int start, int last, const TargetList* listed) {
+  if (listed) return listed->targets > 1;
   int targets = 0;
   for (int i = start; i <= last;) {
     const TokenRecord& r = p.StatementBuffer[i];
@@ -440,16 +457,17 @@ bool HasSecondTarget(const AutoBetProgram& p, int start, int last) {
 // the list leaves the earlier ones as they were. A fault that doesn't stop the walk (a
 // Place-only verb on another bet) is left in RunError after the writes.
 template <class F>
-void CheckedWalk(Game& g, int start, int last, F&& each) {
+void CheckedWalk(Game& g, int start, int last, const TargetList* listed, F&& each) {
+  if (listed && listed->first != start) listed = nullptr;
   int softFault = 0;
   auto pass = [&](bool apply) {
     softFault = 0;
-    return WalkTargets(g, start, last, [&](const TokenRecord* group, const Target& target) {
+    return WalkTargets(g, start, last, listed, [&](const TokenRecord* group, const Target& target) {
       return each(group, target, apply, softFault);
     });
   };
   // One target checks as it writes: no earlier write can be left behind by its refusal.
-  if (HasSecondTarget(g.AutoBet, start, last) && !pass(false)) return;
+  if (HasSecondTarget(g.AutoBet, start, last, listed) && !pass(false)) return;
   pass(true);
   if (softFault != 0 && g.AutoBet.RunError == 0) g.AutoBet.RunError = softFault;
 }
@@ -467,7 +485,7 @@ Money RoundToMultiple(Money value, Money x, int action) {
 
 // Bet X, Multiply, Divide, Add, Subtract and the roundings: the amount at 2, the targets
 // after "on", "to" or "from".
-void AmountVerb(Game& g, int action) {
+void AmountVerb(Game& g, int action, const TargetList* listed) {
   AutoBetProgram& p = g.AutoBet;
   if (action == 486) return;  // no verb has this number
   if (p.StatementLength < 2 || !IsValueRecord(p.StatementBuffer[2])) {
@@ -483,7 +501,7 @@ void AmountVerb(Game& g, int action) {
   const Money xMoney = ToMoney(x);
   const bool rounding = action >= 487 && action <= 489;
   if (rounding && xMoney.raw == 0) return;  // rounding to nothing leaves every target as it is
-  CheckedWalk(g, 4, p.StatementLength, [&](const TokenRecord*, const Target& target, bool apply, int&) {
+  CheckedWalk(g, 4, p.StatementLength, listed, [&](const TokenRecord*, const Target& target, bool apply, int&) {
     if (action == 481) return WriteTarget(g, target, amount, apply);
     TokenRecord current;
     if (!ReadReference(g, target, current)) return false;
@@ -514,39 +532,41 @@ void MoveBet(Game& g, int seat, int from, int to) {
 }
 
 // The verbs 450..499 without an amount: their targets follow the verb.
-void TargetVerb(Game& g, int action) {
+void TargetVerb(Game& g, int action, const TargetList* listed) {
   const TokenRecord cleared{kCodeNumber, 0}, clearedName{kCodeString, 0};
-  CheckedWalk(g, 2, g.AutoBet.StatementLength, [&](const TokenRecord*, const Target& t, bool apply, int& softFault) {
-    const int bet = t.v, seat = t.seat;
-    switch (action) {
-      case 460: return WriteTarget(g, t, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
-      case 450:
-      case 454: {
-        const bool buying = action == 450;
-        const int first = buying ? bet::Place4 : bet::Buy4;
-        if (bet < first || bet > first + 5) {
-          softFault = buying ? kErrBuyNotPlace : kErrNotBuy;
-          return true;
-        }
-        if (!CheckSeat(g, seat)) return false;
-        const int other = buying ? bet + (bet::Buy4 - bet::Place4) : bet - (bet::Buy4 - bet::Place4);
-        if (apply) MoveBet(g, seat, bet, other);
-        return true;
-      }
-      case 451:
-      case 452:
-        if (!CheckSeat(g, seat)) return false;
-        if (!IsBet(bet)) return true;
-        if (BetAlwaysWorks(bet)) return Fault(g, kErrAlwaysWorks);
-        if (apply && g.BetAmount[seat][bet].raw > 0) SetWorkingState(g, seat, bet, action == 452 ? 2 : -1);
-        return true;
-      case 453:
-        if (!CheckSeat(g, seat)) return false;
-        if (apply && IsBet(bet)) SetWorkingState(g, seat, bet, RestingState(g, seat, bet));
-        return true;
-      default: return true;
-    }
-  });
+  CheckedWalk(g, 2, g.AutoBet.StatementLength, listed,
+              [&](const TokenRecord*, const Target& t, bool apply, int& softFault) {
+                const int bet = t.v, seat = t.seat;
+                switch (action) {
+                  case 460:
+                    return WriteTarget(g, t, bet >= 800 && bet <= kLastCheckStackName ? clearedName : cleared, apply);
+                  case 450:
+                  case 454: {
+                    const bool buying = action == 450;
+                    const int first = buying ? bet::Place4 : bet::Buy4;
+                    if (bet < first || bet > first + 5) {
+                      softFault = buying ? kErrBuyNotPlace : kErrNotBuy;
+                      return true;
+                    }
+                    if (!CheckSeat(g, seat)) return false;
+                    const int other = buying ? bet + (bet::Buy4 - bet::Place4) : bet - (bet::Buy4 - bet::Place4);
+                    if (apply) MoveBet(g, seat, bet, other);
+                    return true;
+                  }
+                  case 451:
+                  case 452:
+                    if (!CheckSeat(g, seat)) return false;
+                    if (!IsBet(bet)) return true;
+                    if (BetAlwaysWorks(bet)) return Fault(g, kErrAlwaysWorks);
+                    if (apply && g.BetAmount[seat][bet].raw > 0) SetWorkingState(g, seat, bet, action == 452 ? 2 : -1);
+                    return true;
+                  case 453:
+                    if (!CheckSeat(g, seat)) return false;
+                    if (apply && IsBet(bet)) SetWorkingState(g, seat, bet, RestingState(g, seat, bet));
+                    return true;
+                  default: return true;
+                }
+              });
 }
 
 // Swap X, Y: both read, then written back crosswise. A string is copied to a pool entry
@@ -722,7 +742,7 @@ void Assign(Game& g) {
     return;
   }
   const TokenRecord value = p.StatementBuffer[equals + 1];
-  CheckedWalk(g, 1, equals - 1, [&](const TokenRecord*, const Target& target, bool apply, int&) {
+  CheckedWalk(g, 1, equals - 1, nullptr, [&](const TokenRecord*, const Target& target, bool apply, int&) {
     return WriteTarget(g, target, value, apply);
   });
 }
@@ -753,7 +773,13 @@ void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, 
   WriteTarget(g, group, {valueCode, valueValue}, true);
 }
 
-void TakeAction(Game& g) {
+int TargetListStart(int action) {
+  if (action >= 481 && action <= 489) return 4;
+  if (action >= 450 && action <= 499) return 2;
+  return 0;
+}
+
+void TakeAction(Game& g, const TargetList* listed) {
   AutoBetProgram& p = g.AutoBet;
   if (p.StatementLength < 1) return;
   const TokenRecord& head = p.StatementBuffer[1];
@@ -767,11 +793,11 @@ void TakeAction(Game& g) {
 
   const int action = static_cast<int>(head.value);
   if (action >= 481 && action <= 489) {
-    AmountVerb(g, action);
+    AmountVerb(g, action, listed);
     return;
   }
   if (action >= 450 && action <= 499) {
-    TargetVerb(g, action);
+    TargetVerb(g, action, listed);
     return;
   }
 

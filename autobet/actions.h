@@ -5,16 +5,36 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "autobet/tokens.h"
+#include "autobet/variables.h"
 
 struct Game;
 struct AutoBetProgram;
-struct ReferencePieces;
+
+// A verb's target list worked out before the statement runs, when every target in it is
+// named outright: what the walk meets from record `first` on, in order. An entry is a
+// qualifier (its relational code, and the record where its operand stands) or a target
+// read into its parts.
+struct ListedTarget {
+  std::int32_t relational = 0;  // 0: a target
+  std::int32_t operand = 0;
+  ReferencePieces target;
+};
+struct TargetList {
+  std::int32_t first = 0;
+  std::int32_t targets = 0;
+  std::vector<ListedTarget> entries;
+};
+// The record a verb's target list starts from in its reduced statement: 4 behind an
+// amount and "on", 2 right behind the verb; 0 for an action that walks no list.
+int TargetListStart(int action);
 
 // Carries out the reduced buffer as an action (first record -61) or an assignment (first
-// record a -12 target group followed by '='). Sets RunError on a refusal.
-void TakeAction(Game& g);
+// record a -12 target group followed by '='). Sets RunError on a refusal. `listed` is the
+// statement's target list when it was worked out beforehand.
+void TakeAction(Game& g, const TargetList* listed = nullptr);
 
 // Writes one value (a number or string record's code and value) to the target group at
 // buffer index `position`, which is moved past the group. `playerFromContext` is the seat

@@ -124,7 +124,7 @@ void Evaluate(Game& g, const StatementPlan* plan) {
   }
   if (p.RunError == 0 && !acted) {
     const int first = p.StatementBuffer[1].code;
-    if (first == kCodeAction || first == kCodeVariableTarget) TakeAction(g);
+    if (first == kCodeAction || first == kCodeVariableTarget) TakeAction(g, plan ? PlannedTargets(*plan) : nullptr);
   }
   if (p.RunError) {
     RecordFault(g);
@@ -268,8 +268,6 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
-bool IsThen(StatementKind kind) { return kind == StatementKind::kThen || kind == StatementKind::kThenToElseIf; }
-
 // A Then without step texts: a false condition jumps to what follows its action block,
 // and starts the condition of an ElseIf there.
 void RunThen(AutoBetProgram& p, const FoundStatement& then) {
@@ -351,68 +349,127 @@ void RunAutoBet(Game& g) {
     // 3. The statement runs to the next marker; the pointer stays on that marker. It is
     // run from its records: a keyword as it stands, anything else by its plan (or copied
     // to the buffer and reduced there).
-    const int ip = p.InstructionPointer;
-    p.StatementStart = ip;
-    FoundStatement found;
-    if (static_cast<std::size_t>(ip) < tableSize && table[ip].end >= 0) {
-      found = table[ip];
-    } else {
-      found = WorkOutStatement(p, ip);
-      refresh(false);
+    //
+    // Statements follow one another here for as long as nothing else is due: no step
+    // texts, no check of the loop on the statement, and no end, restart or stop of the
+    // cycle behind it. Each runs and counts as it would on its own turn below; a
+    // statement that needs more than that, and the one that leaves such a state
+    // behind, go on below.
+    int ip = p.InstructionPointer;
+    bool ran = false;
+    if (!byRecords && static_cast<std::size_t>(ip) < tableSize) {
+      // The loop's state in locals of its own, which the compiler keeps in registers. An
+      // evaluation or a statement run from its records may change what they copy (the
+      // table, step mode, the next check, the script stopped): its tail is then run below.
+      const FoundStatement* const t = table;
+      const std::size_t size = tableSize;
+      const std::int64_t limit = checkAt - 1;
+      const auto end = static_cast<unsigned>(last);
+      std::int64_t done = executed;
+      int next = 0;
+      while (done < limit) {
+        const FoundStatement& f = t[ip];
+        next = f.next;
+        switch (f.kind) {
+          case StatementKind::kEmpty:
+            if (f.end < 0) goto general;  // not worked out yet
+            break;
+          case StatementKind::kPass: p.RunError = 0; break;
+          case StatementKind::kJump:
+            p.RunError = 0;
+            next = f.jump;
+            break;
+          case StatementKind::kIf:
+            p.RunError = 0;
+            p.InCondition = true;
+            p.ConditionResult = false;
+            break;
+          case StatementKind::kThen:
+          case StatementKind::kThenToElseIf:
+            p.RunError = 0;
+            p.InCondition = false;
+            if (p.ConditionResult) break;
+            next = f.jump;
+            if (f.kind == StatementKind::kThenToElseIf) {
+              p.InCondition = true;
+              p.ConditionResult = false;
+            }
+            break;
+          case StatementKind::kPlanned:
+          case StatementKind::kRecords: {
+            // `f` may not outlive the call: it can compile.
+            const bool condition = p.InCondition;
+            const bool planned = f.kind == StatementKind::kPlanned;
+            p.StatementStart = ip;
+            p.InstructionPointer = next;
+            executed = done;
+            if (planned) {
+              p.RunError = 0;
+              EvaluateStatement(g, records.data() + ip, f.end - ip, f.plan);
+            } else {
+              ExecuteStatementAt(g, records.data() + ip, f.end - ip, f.plan);
+            }
+            refresh(planned && condition);
+            next = p.InstructionPointer;
+            if (!p.ScriptRunning || byRecords || table != t || tableSize != size || checkAt - 1 != limit) goto tail;
+            break;
+          }
+        }
+        if (static_cast<unsigned>(next) >= end) goto tail;  // a restart, or the end of the cycle
+        ++done;
+        ip = next + 1;
+      }
+      goto general;
+    tail:
+      p.StatementStart = ip;
+      p.InstructionPointer = next;
+      ran = true;
+    general:
+      executed = done;
     }
-    p.InstructionPointer = found.next;
-    // A planned statement goes straight to its evaluation, and the flow of control
-    // without step texts is run here, as ExecuteStatementAt would run them. The rest, and
-    // every statement in step mode or once the script is stopped, by ExecuteStatementAt.
-    StatementKind kind = found.kind;
-    if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
-    switch (kind) {
-      case StatementKind::kEmpty: break;
-      case StatementKind::kPlanned: {
-        const bool condition = p.InCondition;
-        p.RunError = 0;
-        EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
-        refresh(condition);
-        break;
-      }
-      case StatementKind::kIf: {
-        p.RunError = 0;
-        p.InCondition = true;
-        p.ConditionResult = false;
-        // The condition and the Then behind it run in the same turn when no check of the
-        // loop falls on the If or the condition: each runs and counts as in a turn of its own.
-        const int at = found.next + 1;
-        if (executed + 2 >= checkAt || static_cast<std::size_t>(at) >= tableSize ||
-            table[at].kind != StatementKind::kPlanned)
-          break;
-        ++executed;
-        const FoundStatement& condition = table[at];
-        p.StatementStart = at;
-        p.InstructionPointer = condition.next;
-        p.RunError = 0;
-        EvaluateStatement(g, records.data() + at, condition.end - at, condition.plan);
-        refresh(true);
-        const int then = p.InstructionPointer + 1;
-        if (!p.ScriptRunning || byRecords || executed + 1 >= checkAt || static_cast<std::size_t>(then) >= tableSize ||
-            !IsThen(table[then].kind))
-          break;
-        ++executed;
-        p.StatementStart = then;
-        p.InstructionPointer = table[then].next;
-        RunThen(p, table[then]);
-        break;
-      }
-      case StatementKind::kThen:
-      case StatementKind::kThenToElseIf: RunThen(p, found); break;
-      case StatementKind::kJump:
-        p.RunError = 0;
-        p.InstructionPointer = found.jump;
-        break;
-      case StatementKind::kPass: p.RunError = 0; break;
-      case StatementKind::kRecords:
-        ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
+    if (!ran) {
+      p.InstructionPointer = ip;
+      p.StatementStart = ip;
+      FoundStatement found;
+      if (static_cast<std::size_t>(ip) < tableSize && table[ip].end >= 0) {
+        found = table[ip];
+      } else {
+        found = WorkOutStatement(p, ip);
         refresh(false);
-        break;
+      }
+      p.InstructionPointer = found.next;
+      // A planned statement goes straight to its evaluation, and the flow of control
+      // without step texts is run here, as ExecuteStatementAt would run them. The rest,
+      // and every statement in step mode or once the script is stopped, by
+      // ExecuteStatementAt.
+      StatementKind kind = found.kind;
+      if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
+      switch (kind) {
+        case StatementKind::kEmpty: break;
+        case StatementKind::kPlanned: {
+          const bool condition = p.InCondition;
+          p.RunError = 0;
+          EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
+          refresh(condition);
+          break;
+        }
+        case StatementKind::kIf:
+          p.RunError = 0;
+          p.InCondition = true;
+          p.ConditionResult = false;
+          break;
+        case StatementKind::kThen:
+        case StatementKind::kThenToElseIf: RunThen(p, found); break;
+        case StatementKind::kJump:
+          p.RunError = 0;
+          p.InstructionPointer = found.jump;
+          break;
+        case StatementKind::kPass: p.RunError = 0; break;
+        case StatementKind::kRecords:
+          ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
+          refresh(false);
+          break;
+      }
     }
     if (!p.ScriptRunning) {
       countTurns(executed);

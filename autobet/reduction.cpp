@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "autobet/actions.h"
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
 #include "engine/game_state.h"
@@ -28,16 +29,23 @@ bool IsRelationalCode(const R& r) {
   return r.code >= 50 && r.code <= 55;
 }
 
-// A truth value as the logical operators use it: a rounded 32-bit integer.
+// A truth value as the logical operators use it: a rounded 32-bit integer. The truth
+// values of comparisons (-1 and 0) and other whole numbers need no rounding.
 std::int32_t LogicalOf(const Game& g, const TokenRecord& r) {
-  const double v = std::nearbyint(NumberOf(g, r));
+  const double x = NumberOf(g, r);
+  if (x >= -2147483648.0 && x <= 2147483647.0) {
+    const auto whole = static_cast<std::int32_t>(x);
+    if (whole == x) return whole;
+  }
+  const double v = std::nearbyint(x);
   if (v >= 2147483647.0) return INT32_MAX;
   if (v <= -2147483648.0) return INT32_MIN;
   return static_cast<std::int32_t>(v);
 }
 
-// Each binary operator leaves its result in the left operand; false when it faulted.
-bool ApplyArithmetic(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
+// Each binary operator writes its result to `out` (which may be the left operand);
+// false, with `out` left as it was, when it faulted.
+bool ApplyArithmetic(Game& g, int code, const TokenRecord& left, const TokenRecord& right, TokenRecord& out) {
   AutoBetProgram& p = g.AutoBet;
   const double a = NumberOf(g, left), c = NumberOf(g, right);
   double r = 0;
@@ -59,23 +67,24 @@ bool ApplyArithmetic(Game& g, int code, TokenRecord& left, const TokenRecord& ri
     case 66: r = a - c; break;
     default: break;
   }
-  left = {kCodeNumber, r};
+  out = {kCodeNumber, r};
   return true;
 }
 
-void ApplyConcatenation(Game& g, TokenRecord& left, const TokenRecord& right) {
+void ApplyConcatenation(Game& g, const TokenRecord& left, const TokenRecord& right, TokenRecord& out) {
   std::string text = TextOf(g, left);
   text += TextOf(g, right);
-  left = {kCodeString, static_cast<double>(NewRunString(g.AutoBet, std::move(text)))};
+  out = {kCodeString, static_cast<double>(NewRunString(g.AutoBet, std::move(text)))};
 }
 
-void ApplyRelation(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
-  left = {kCodeNumber, CompareValues(g, left, code, right) ? -1.0 : 0.0};
+void ApplyRelation(Game& g, int code, const TokenRecord& left, const TokenRecord& right, TokenRecord& out) {
+  const bool holds = CompareValues(g, left, code, right);
+  out = {kCodeNumber, holds ? -1.0 : 0.0};
 }
 
-void ApplyLogic(Game& g, int code, TokenRecord& left, const TokenRecord& right) {
+void ApplyLogic(Game& g, int code, const TokenRecord& left, const TokenRecord& right, TokenRecord& out) {
   const std::int32_t a = LogicalOf(g, left), r = LogicalOf(g, right);
-  left = {kCodeNumber, static_cast<double>(code == kCodeAnd ? (a & r) : code == kCodeOr ? (a | r) : (a ^ r))};
+  out = {kCodeNumber, static_cast<double>(code == kCodeAnd ? (a & r) : code == kCodeOr ? (a | r) : (a ^ r))};
 }
 
 TokenRecord Negated(const Game& g, const TokenRecord& r) { return {kCodeNumber, -NumberOf(g, r)}; }
@@ -440,10 +449,10 @@ class LiveMachine {
   int Call(int i) { return AssignFunction(g_, i); }
   void ResolveTarget(int i) { ResolveTargetFunction(g_, i); }
   int Read(int i) { return AssignVariable(g_, i); }
-  bool Arithmetic(int code, int left, int right) { return ApplyArithmetic(g_, code, B(left), B(right)); }
-  void Concatenate(int left, int right) { ApplyConcatenation(g_, B(left), B(right)); }
-  void Relate(int code, int left, int right) { ApplyRelation(g_, code, B(left), B(right)); }
-  void Logic(int code, int left, int right) { ApplyLogic(g_, code, B(left), B(right)); }
+  bool Arithmetic(int code, int left, int right) { return ApplyArithmetic(g_, code, B(left), B(right), B(left)); }
+  void Concatenate(int left, int right) { ApplyConcatenation(g_, B(left), B(right), B(left)); }
+  void Relate(int code, int left, int right) { ApplyRelation(g_, code, B(left), B(right), B(left)); }
+  void Logic(int code, int left, int right) { ApplyLogic(g_, code, B(left), B(right), B(left)); }
   void Negate(int at, int operand) { B(at) = Negated(g_, B(operand)); }
   void Invert(int at, int operand) { B(at) = Inverted(g_, B(operand)); }
   void List(int at, int kind, int first, int last, int relational, int side, int operand) {
@@ -526,6 +535,9 @@ struct StatementPlan {
   };
   std::vector<TokenRecord> outcomeRecords;
   std::vector<Fill> fills;
+  // An action's target list, when every target in it is named outright.
+  bool listed = false;
+  TargetList targets;
 };
 
 namespace {
@@ -781,12 +793,49 @@ void FindAssignment(StatementPlan& plan) {
   plan.assignedValue = equals + 1;
 }
 
+// Works out an action's target list as the walk will meet it in the outcome, when each
+// target in it is a group whose records all stand as they are and the list ends whole.
+void ListTargets(StatementPlan& plan) {
+  const auto& o = plan.outcome;
+  if (o.empty() || o[0].record.code != kCodeAction || o[0].slot >= 0) return;
+  TargetList list;
+  list.first = TargetListStart(static_cast<int>(o[0].record.value));
+  if (list.first == 0) return;
+  const int last = static_cast<int>(o.size());  // the outcome stands at 1..last
+  const auto item = [&](int i) -> const PlanItem& { return o[static_cast<std::size_t>(i - 1)]; };
+  for (int i = list.first; i <= last;) {
+    const PlanItem& r = item(i);
+    if (IsRelational(r.record) && i < last) {
+      list.entries.push_back({r.record.code, i + 1, {}});
+      i += 2;
+      continue;
+    }
+    if (r.record.code != kCodeVariableTarget) {
+      ++i;
+      continue;
+    }
+    const int next = i + 1 + GroupSize(static_cast<int>(r.record.value));
+    if (next > last + 1) return;  // the walk faults on it
+    std::vector<TokenRecord> group;
+    for (int k = i; k < next; ++k) {
+      if (item(k).slot >= 0) return;  // a call names it at run time
+      group.push_back(item(k).record);
+    }
+    list.entries.push_back({0, 0, ReadPieces(group.data())});
+    ++list.targets;
+    i = next;
+  }
+  plan.targets = std::move(list);
+  plan.listed = true;
+}
+
 // Whether the plan of `statement` could be made.
 bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   PlanMachine m(statement, plan);
   Reduction<PlanMachine>(m).Statement();
   if (!m.Finish()) return false;
   FindAssignment(plan);
+  ListTargets(plan);
   for (std::size_t k = 0; k < plan.outcome.size(); ++k) {
     const PlanItem& item = plan.outcome[k];
     plan.outcomeRecords.push_back(item.record);
@@ -935,33 +984,11 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
       case PlanStep::kTargetNamed:
         at(s.out) = {kCodeVariableTarget, static_cast<double>(NamedVariable(g, s.code, NumberOf(g, at(s.a)), s.n))};
         break;
-      case PlanStep::kArithmetic: {
-        TokenRecord left;
-        CopyRecord(left, at(s.a));
-        if (ApplyArithmetic(g, s.code, left, at(s.b))) CopyRecord(at(s.out), left);
-        break;
-      }
-      case PlanStep::kConcatenate: {
-        TokenRecord left;
-        CopyRecord(left, at(s.a));
-        ApplyConcatenation(g, left, at(s.b));
-        CopyRecord(at(s.out), left);
-        break;
-      }
-      case PlanStep::kRelation: {
-        TokenRecord left;
-        CopyRecord(left, at(s.a));
-        ApplyRelation(g, s.code, left, at(s.b));
-        CopyRecord(at(s.out), left);
-        break;
-      }
-      case PlanStep::kLogic: {
-        TokenRecord left;
-        CopyRecord(left, at(s.a));
-        ApplyLogic(g, s.code, left, at(s.b));
-        CopyRecord(at(s.out), left);
-        break;
-      }
+      // A step's result goes to a slot of its own, never one of its operands.
+      case PlanStep::kArithmetic: ApplyArithmetic(g, s.code, at(s.a), at(s.b), at(s.out)); break;
+      case PlanStep::kConcatenate: ApplyConcatenation(g, at(s.a), at(s.b), at(s.out)); break;
+      case PlanStep::kRelation: ApplyRelation(g, s.code, at(s.a), at(s.b), at(s.out)); break;
+      case PlanStep::kLogic: ApplyLogic(g, s.code, at(s.a), at(s.b), at(s.out)); break;
       case PlanStep::kNegate: at(s.out) = Negated(g, at(s.a)); break;
       case PlanStep::kInvert: at(s.out) = Inverted(g, at(s.a)); break;
       case PlanStep::kList: {
@@ -1006,6 +1033,8 @@ void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
   p.OpenBracket = plan.openBracket;
   p.CloseBracket = plan.closeBracket;
 }
+
+const TargetList* PlannedTargets(const StatementPlan& plan) { return plan.listed ? &plan.targets : nullptr; }
 
 const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value) {
   value = plan.assignedValue;

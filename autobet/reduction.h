@@ -22,6 +22,7 @@
 struct Game;
 struct AutoBetProgram;
 struct ReferencePieces;
+struct TargetList;
 
 // Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
 // RunError set on a fault.
@@ -78,6 +79,9 @@ TokenRecord PlannedRecord(const StatementPlan& plan, int k);  // k from 0
 // Whether a planned condition holds: its first record counts as true.
 bool PlannedTruth(const Game& g, const StatementPlan& plan);
 void WritePlannedOutcome(Game& g, const StatementPlan& plan);
+// A planned action's target list when it was worked out with the plan; nullptr when the
+// walk reads it from the buffer.
+const TargetList* PlannedTargets(const StatementPlan& plan);
 // The target of a planned assignment to one target named outright, with `value` the
 // index of its value among the records; nullptr for any other statement.
 const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value);
