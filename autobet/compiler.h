@@ -72,8 +72,10 @@ struct AutoBetProgram {
   std::int32_t MaxCycleRestarts = 1000;
   std::int32_t RunawaySeat = 0, RunawayLine = 0;
   // How each statement of ProgramRecords is reduced, worked out when it first runs and
-  // kept with the records it was worked out from (see autobet/reduction.h).
+  // kept with the records it was worked out from (see autobet/reduction.h). Without plans
+  // every statement is reduced from its records, the course that plans must match.
   std::shared_ptr<StatementPlans> Plans;
+  bool UsePlans = true;
 };
 
 // What the compiler needs to know of the seats; index i is seat i + 1.

@@ -77,6 +77,14 @@ void RecordFault(Game& g) {
 
 void Jump(AutoBetProgram& p, double target) { p.InstructionPointer = static_cast<std::int32_t>(target); }
 
+// A GoSub keeps where the cycle goes on from after its Return.
+void PushReturn(AutoBetProgram& p) {
+  if (p.ReturnStack.empty()) p.ReturnStack.assign(21, 0);
+  if (p.ReturnStack[0] + 1 >= static_cast<int>(p.ReturnStack.size()))
+    p.ReturnStack.resize(p.ReturnStack.size() + 20, 0);
+  p.ReturnStack[++p.ReturnStack[0]] = p.InstructionPointer;
+}
+
 const char* TargetStepText(const Game& g) {
   const auto& records = g.AutoBet.ProgramRecords;
   const int ip = g.AutoBet.InstructionPointer;
@@ -206,11 +214,7 @@ void ExecuteStatementAt(Game& g, const TokenRecord* statement, int length, const
       return;
     case kCodeEndIf: Step(g, "End of If/Then structure."); return;
     case kCodeGosub:
-      if (p.ReturnStack.empty()) p.ReturnStack.assign(21, 0);
-      if (p.ReturnStack[0] + 1 >= static_cast<int>(p.ReturnStack.size())) {
-        p.ReturnStack.resize(p.ReturnStack.size() + 20, 0);
-      }
-      p.ReturnStack[++p.ReturnStack[0]] = p.InstructionPointer;
+      PushReturn(p);
       Step(g, "A jump will be made to the designated subroutine.");
       Jump(p, second().value);
       Step(g, "Label.");
@@ -363,6 +367,7 @@ void RunAutoBet(Game& g) {
       // table, step mode, the next check, the script stopped): its tail is then run below.
       const FoundStatement* const t = table;
       const std::size_t size = tableSize;
+      const StatementPlans* const plans = p.Plans.get();
       const std::int64_t limit = checkAt - 1;
       const auto end = static_cast<unsigned>(last);
       std::int64_t done = executed;
@@ -395,6 +400,24 @@ void RunAutoBet(Game& g) {
               p.ConditionResult = false;
             }
             break;
+          case StatementKind::kGoto:
+            p.RunError = 0;
+            next = f.jump;
+            break;
+          case StatementKind::kGosub:
+            p.RunError = 0;
+            p.InstructionPointer = next;
+            PushReturn(p);
+            next = f.jump;
+            break;
+          case StatementKind::kReturn:
+            p.RunError = 0;
+            if (!p.ReturnStack.empty() && p.ReturnStack[0] > 0) next = p.ReturnStack[p.ReturnStack[0]--];
+            break;
+          case StatementKind::kHeader:
+            p.RunError = 0;
+            p.Bettor = SelectedOr(g, f.jump);
+            break;
           case StatementKind::kPlanned:
           case StatementKind::kRecords: {
             // `f` may not outlive the call: it can compile.
@@ -409,9 +432,15 @@ void RunAutoBet(Game& g) {
             } else {
               ExecuteStatementAt(g, records.data() + ip, f.end - ip, f.plan);
             }
-            refresh(planned && condition);
             next = p.InstructionPointer;
-            if (!p.ScriptRunning || byRecords || table != t || tableSize != size || checkAt - 1 != limit) goto tail;
+            // What the locals copy changes only with new plans or records, step mode, a
+            // stop, or silent mode after a statement that isn't a condition; the tail
+            // below then looks afresh.
+            if (p.Plans.get() != plans || records.size() != size || p.ShowSteps || !p.ScriptRunning ||
+                (!(planned && condition) && turns && g.SilentMode != countsTurns)) {
+              refresh(planned && condition);
+              goto tail;
+            }
             break;
           }
         }
@@ -466,6 +495,10 @@ void RunAutoBet(Game& g) {
           break;
         case StatementKind::kPass: p.RunError = 0; break;
         case StatementKind::kRecords:
+        case StatementKind::kGoto:
+        case StatementKind::kGosub:
+        case StatementKind::kReturn:
+        case StatementKind::kHeader:
           ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
           refresh(false);
           break;

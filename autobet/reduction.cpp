@@ -513,7 +513,19 @@ struct PlanStep {
   std::int32_t out = 0;
   std::int32_t a = 0, b = 0, n = 0;
   std::int32_t relational = 0, side = 0;  // lists: the comparison with operand slot `b`
+  std::int32_t filled = -1;               // its template as records to fill (kCall, kTarget, kList)
   ReferencePieces pieces;                 // kRead
+};
+
+// Records as a plan writes them to the buffer: those that stand as they are, and where
+// this run's values go.
+struct FilledRecords {
+  struct Fill {
+    std::int32_t at = 0, slot = 0;
+    bool valueOnly = false;  // a group head: its code stays, the variable comes from the slot
+  };
+  std::vector<TokenRecord> records;
+  std::vector<Fill> fills;
 };
 
 struct StatementPlan {
@@ -528,13 +540,9 @@ struct StatementPlan {
   // where its value stands in the outcome (0: the statement is something else).
   ReferencePieces assignTo;
   std::int32_t assignedValue = 0;
-  // The outcome as records: those that stand as they are, and where the values go.
-  struct Fill {
-    std::int32_t at = 0, slot = 0;
-    bool valueOnly = false;  // a group head: its code stays, the variable comes from the slot
-  };
-  std::vector<TokenRecord> outcomeRecords;
-  std::vector<Fill> fills;
+  // The outcome and the steps' templates as records to fill.
+  FilledRecords outcomeFilled;
+  std::vector<FilledRecords> templates;
   // An action's target list, when every target in it is named outright.
   bool listed = false;
   TargetList targets;
@@ -829,6 +837,18 @@ void ListTargets(StatementPlan& plan) {
   plan.listed = true;
 }
 
+FilledRecords Filled(std::span<const PlanItem> items) {
+  FilledRecords f;
+  for (std::size_t k = 0; k < items.size(); ++k) {
+    const PlanItem& item = items[k];
+    f.records.push_back(item.record);
+    if (item.slot < 0) continue;
+    const bool head = item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget;
+    f.fills.push_back({static_cast<std::int32_t>(k), item.slot, head});
+  }
+  return f;
+}
+
 // Whether the plan of `statement` could be made.
 bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   PlanMachine m(statement, plan);
@@ -836,27 +856,27 @@ bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   if (!m.Finish()) return false;
   FindAssignment(plan);
   ListTargets(plan);
-  for (std::size_t k = 0; k < plan.outcome.size(); ++k) {
-    const PlanItem& item = plan.outcome[k];
-    plan.outcomeRecords.push_back(item.record);
-    if (item.slot < 0) continue;
-    const bool head = item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget;
-    plan.fills.push_back({static_cast<std::int32_t>(k), item.slot, head});
+  plan.outcomeFilled = Filled(plan.outcome);
+  for (PlanStep& s : plan.steps) {
+    if (s.kind != PlanStep::kCall && s.kind != PlanStep::kTarget && s.kind != PlanStep::kList) continue;
+    s.filled = static_cast<std::int32_t>(plan.templates.size());
+    plan.templates.push_back(
+        Filled(std::span(plan.items).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n))));
   }
   return true;
 }
 
-// Writes the template [at, at + n) of a plan into the buffer from 1, with this run's values.
-void PutTemplate(AutoBetProgram& p, const StatementPlan& plan, int at, int n) {
+// Writes records into the buffer from 1 with this run's values filled in.
+void PutFilled(AutoBetProgram& p, const FilledRecords& f, const std::vector<TokenRecord>& values) {
   auto& b = p.StatementBuffer;
+  const int n = static_cast<int>(f.records.size());
   if (static_cast<int>(b.size()) < n + 2) b.resize(static_cast<std::size_t>(n) + 64);
-  for (int k = 0; k < n; ++k) {
-    const PlanItem& item = plan.items[static_cast<std::size_t>(at + k)];
-    TokenRecord& r = b[static_cast<std::size_t>(k + 1)];
-    if (item.slot < 0) CopyRecord(r, item.record);
-    else if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
-      r = {item.record.code, plan.values[static_cast<std::size_t>(item.slot)].value};
-    else CopyRecord(r, plan.values[static_cast<std::size_t>(item.slot)]);
+  std::copy(f.records.begin(), f.records.end(), b.begin() + 1);
+  for (const FilledRecords::Fill& fill : f.fills) {
+    TokenRecord& r = b[static_cast<std::size_t>(fill.at + 1)];
+    const TokenRecord& value = values[static_cast<std::size_t>(fill.slot)];
+    if (fill.valueOnly) r.value = value.value;
+    else CopyRecord(r, value);
   }
   p.StatementLength = n;
 }
@@ -889,6 +909,7 @@ FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& record
   found.kind = StatementKind::kRecords;
   const TokenRecord& first = statement[0];
   if (!IsKeyword(first.code)) {
+    if (!c.withPlans) return found;
     auto plan = std::make_unique<StatementPlan>();
     if (MakePlan(statement, *plan)) {
       found.plan = plan.get();
@@ -917,6 +938,18 @@ FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& record
     case kCodeEndIf:
     case kCodeDo:
     case kCodeLabel: found.kind = StatementKind::kPass; break;
+    case kCodeGoto:
+    case kCodeGosub:
+      // The target is the second record; a jump without one stays with the records.
+      if (statement.size() < 2) break;
+      found.jump = static_cast<std::int32_t>(statement[1].value);
+      found.kind = first.code == kCodeGoto ? StatementKind::kGoto : StatementKind::kGosub;
+      break;
+    case kCodeReturn: found.kind = StatementKind::kReturn; break;
+    case kCodeScriptHeader:
+      found.jump = static_cast<std::int32_t>(first.value);
+      found.kind = StatementKind::kHeader;
+      break;
     default: break;
   }
   return found;
@@ -926,13 +959,15 @@ FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& record
 
 void PreparePlans(AutoBetProgram& p) {
   const auto& records = p.ProgramRecords;
-  if (p.Plans && p.Plans->data == records.data() && p.Plans->size == records.size() &&
+  if (p.Plans && p.Plans->withPlans == p.UsePlans && p.Plans->data == records.data() &&
+      p.Plans->size == records.size() &&
       (records.empty() || (SameBits(p.Plans->first, records.front()) && SameBits(p.Plans->last, records.back()))))
     return;
   p.Plans = std::make_shared<StatementPlans>();
   StatementPlans& c = *p.Plans;
   c.data = records.data();
   c.size = records.size();
+  c.withPlans = p.UsePlans;
   if (!records.empty()) {
     c.first = records.front();
     c.last = records.back();
@@ -941,7 +976,7 @@ void PreparePlans(AutoBetProgram& p) {
 }
 
 FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
-  if (!p.Plans || p.Plans->size != p.ProgramRecords.size()) PreparePlans(p);
+  if (!p.Plans || p.Plans->size != p.ProgramRecords.size() || p.Plans->withPlans != p.UsePlans) PreparePlans(p);
   StatementPlans& c = *p.Plans;
   if (start < 0 || static_cast<std::size_t>(start) >= c.found.size()) return WorkOut(c, p.ProgramRecords, start);
   FoundStatement& f = c.found[static_cast<std::size_t>(start)];
@@ -972,12 +1007,12 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
         break;
       }
       case PlanStep::kCall:
-        PutTemplate(p, plan, s.a, s.n);
+        PutFilled(p, plan.templates[static_cast<std::size_t>(s.filled)], v);
         AssignFunction(g, 1);
         CopyRecord(at(s.out), p.StatementBuffer[1]);
         break;
       case PlanStep::kTarget:
-        PutTemplate(p, plan, s.a, s.n);
+        PutFilled(p, plan.templates[static_cast<std::size_t>(s.filled)], v);
         ResolveTargetFunction(g, 1);
         CopyRecord(at(s.out), p.StatementBuffer[1]);
         break;
@@ -993,7 +1028,7 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
       case PlanStep::kInvert: at(s.out) = Inverted(g, at(s.a)); break;
       case PlanStep::kList: {
         const TokenRecord operand = s.b >= 0 ? at(s.b) : TokenRecord{};
-        PutTemplate(p, plan, s.a, s.n);
+        PutFilled(p, plan.templates[static_cast<std::size_t>(s.filled)], v);
         at(s.out) = {kCodeNumber, EvaluateList(g, s.code, 1, s.n, s.relational, s.side, operand) ? -1.0 : 0.0};
         break;
       }
@@ -1019,17 +1054,7 @@ bool PlannedTruth(const Game& g, const StatementPlan& plan) {
 
 void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
   AutoBetProgram& p = g.AutoBet;
-  auto& b = p.StatementBuffer;
-  const int n = static_cast<int>(plan.outcome.size());
-  if (static_cast<int>(b.size()) < n + 2) b.resize(static_cast<std::size_t>(n) + 64);
-  std::copy(plan.outcomeRecords.begin(), plan.outcomeRecords.end(), b.begin() + 1);
-  for (const StatementPlan::Fill& f : plan.fills) {
-    TokenRecord& r = b[static_cast<std::size_t>(f.at + 1)];
-    const TokenRecord& value = plan.values[static_cast<std::size_t>(f.slot)];
-    if (f.valueOnly) r.value = value.value;
-    else CopyRecord(r, value);
-  }
-  p.StatementLength = n;
+  PutFilled(p, plan.outcomeFilled, plan.values);
   p.OpenBracket = plan.openBracket;
   p.CloseBracket = plan.closeBracket;
 }

@@ -47,9 +47,23 @@ void PreparePlans(AutoBetProgram& p);
 // or an action that has one. A statement is worked out the first time it runs.
 struct StatementPlan;
 // How the cycle runs a statement when no step is shown: by its plan, as one of the
-// keywords of conditions and loops (a jump to `jump`), or from its records; kEmpty for a
-// statement with no records, and for one not worked out yet.
-enum class StatementKind : std::uint8_t { kEmpty, kPlanned, kIf, kThen, kThenToElseIf, kJump, kPass, kRecords };
+// keywords of conditions, loops and jumps (to `jump`), or from its records; kEmpty for a
+// statement with no records, and for one not worked out yet. A script header keeps its
+// seat in `jump`.
+enum class StatementKind : std::uint8_t {
+  kEmpty,
+  kPlanned,
+  kIf,
+  kThen,
+  kThenToElseIf,
+  kJump,
+  kPass,
+  kRecords,
+  kGoto,
+  kGosub,
+  kReturn,
+  kHeader
+};
 struct FoundStatement {
   int end = -1;
   int next = 0;
@@ -63,6 +77,7 @@ struct StatementPlans {
   TokenRecord first, last;
   std::vector<FoundStatement> found;  // by start; end -1: not worked out yet
   std::vector<std::unique_ptr<StatementPlan>> plans;
+  bool withPlans = true;  // false: none is made
   ~StatementPlans();
 };
 // The statement at `start`, worked out now if it wasn't; the cycle reads those already

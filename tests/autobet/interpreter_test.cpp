@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <span>
 #include <string>
 #include <tuple>
@@ -44,10 +45,12 @@ INSTANTIATE_TEST_SUITE_P(
         Expr{"2 >= 2", -1}, Expr{"5 = \"5\"", -1}, Expr{"\"b\" > \"a\"", -1}, Expr{"\"B\" > \"a\"", 0},
         Expr{"\"10\" < \"9\"", -1}, Expr{"10 < \"9\"", 0}, Expr{"not 0", -1}, Expr{"not -1", 0}, Expr{"not 5", -6},
         Expr{"1 = 1 and 2 = 2", -1}, Expr{"1 = 2 or 2 = 2", -1}, Expr{"-1 xor -1", 0}, Expr{"6 and 3", 2},
-        Expr{"not 1 = 2 and 3 = 3", -1}, Expr{"1 = 1 or 1 = 1 and 1 = 2", -1}, Expr{"any(4, 5, 6)", -1},
-        Expr{"all(4, 0, 6)", 0}, Expr{"6 = any[4, 5, 6]", -1}, Expr{"7 = any[4, 5, 6]", 0},
-        Expr{"5 < all(6, 7, 8)", -1}, Expr{"5 < all(6, 4, 8)", 0}, Expr{"any(> 5, 1, 2, 6)", -1},
-        Expr{"all(> 5, 6, 7)", -1}, Expr{"all(> 5, 6, 2)", 0},
+        // Truth values are rounded to whole numbers and held within 32 bits.
+        Expr{"1.5 and 3", 2}, Expr{"not 0.6", -2}, Expr{"3000000000 and 1", 1}, Expr{"not 1 = 2 and 3 = 3", -1},
+        Expr{"1 = 1 or 1 = 1 and 1 = 2", -1}, Expr{"any(4, 5, 6)", -1}, Expr{"all(4, 0, 6)", 0},
+        Expr{"6 = any[4, 5, 6]", -1}, Expr{"7 = any[4, 5, 6]", 0}, Expr{"5 < all(6, 7, 8)", -1},
+        Expr{"5 < all(6, 4, 8)", 0}, Expr{"any(> 5, 1, 2, 6)", -1}, Expr{"all(> 5, 6, 7)", -1},
+        Expr{"all(> 5, 6, 2)", 0},
         // The qualifier picks which elements are compared; the others don't count.
         Expr{"9 > all(> 5, 1, 2, 6, 7)", -1}, Expr{"3 > all(> 5, 1, 2, 6)", 0}, Expr{"any(4, 5, 6) = 7", 0},
         Expr{"any(4, 5, 6) = 5", -1}, Expr{"((((2))))", 2}, Expr{"[2 + {3 * (1 + 1)}]", 8},
@@ -193,6 +196,44 @@ TEST(Cycle, StopInStepModeEndsTheCycle) {
   EXPECT_FALSE(stopped.t.g.AutoBet.ScriptRunning);
 }
 
+// Step mode turned on, or the script stopped, by a statement takes effect at the next one,
+// in a cycle that works its statements out as it goes and in one that runs them worked out.
+TEST(Cycle, StepsOrAStopFromAStatementTakeEffectAtTheNext) {
+  // In silent mode, where statements run on between the turns of the message loop.
+  ScriptRun steps({"cs1 = 1", "Show steps", "If cs1 = 1 Then", "cs2 = 2", "EndIf"});
+  ASSERT_TRUE(CompileActiveScripts(steps.t.g));
+  steps.t.g.SilentMode = true;
+  std::array<std::size_t, 2> shown{};
+  for (std::size_t& n : shown) {
+    steps.t.g.AutoBet.ShowSteps = false;
+    steps.t.ui.steps.clear();
+    RunAutoBet(steps.t.g);
+    n = steps.t.ui.steps.size();
+  }
+  EXPECT_GT(shown[0], 0u);
+  EXPECT_EQ(shown[0], shown[1]);
+  // A message box whose answer stops Auto-Betting, the second time it is shown: the
+  // statement after it, worked out in the first cycle, doesn't run in the second.
+  struct StopAtMessage : HeadlessUi {
+    Game* game = nullptr;
+    int shown = 0;
+    MessageReply ShowMessage(const MessageRequest& request) override {
+      if (++shown == 2) StopAutoBet(*game);
+      return HeadlessUi::ShowMessage(request);
+    }
+  } ui;
+  ScriptRun stops({"cs1 = cs1 + 1", "Show message \"Stop\"", "cs2 = cs2 + 1"});
+  ui.game = &stops.t.g;
+  stops.t.g.Ui = &ui;
+  stops.t.g.SilentMode = true;
+  ASSERT_TRUE(CompileActiveScripts(stops.t.g));
+  for (int cycle = 1; cycle <= 2; ++cycle) {
+    RunAutoBet(stops.t.g);
+    EXPECT_DOUBLE_EQ(stops.Cs(1), cycle);
+    EXPECT_DOUBLE_EQ(stops.Cs(2), 1) << cycle;
+  }
+}
+
 // Every statement counts towards the runaway limit and, in silent mode, the turns of the
 // message loop: a condition run together with its If and Then as well.
 TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
@@ -223,6 +264,24 @@ TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
   EXPECT_FALSE(stops.t.g.SilentMode);
   EXPECT_EQ(stops.t.g.Auto.YieldCounter, 2u);
   EXPECT_EQ(stops.t.ui.yields, 3);
+  // The same stop in a cycle that runs statements worked out by the cycle before: the
+  // turns after it are counted as in a cycle that works them out as it goes.
+  std::array<std::pair<std::uint32_t, int>, 2> turns{};
+  for (int worked = 0; worked < 2; ++worked) {
+    ScriptRun again({"cs1 = 1", "Stop autoroll/hyperdrive", "cs2 = 2", "cs3 = 3"});
+    Game& g = again.t.g;
+    ASSERT_TRUE(CompileActiveScripts(g));
+    for (int cycle = 0; cycle <= worked; ++cycle) {
+      g.Auto.AutoRollActive = g.Auto.HyperDrive = g.SilentMode = true;
+      g.Auto.YieldCounter = 0;
+      again.t.ui.yields = 0;
+      RunAutoBet(g);
+    }
+    EXPECT_FALSE(g.SilentMode);
+    EXPECT_DOUBLE_EQ(again.Cs(3), 3);
+    turns[static_cast<std::size_t>(worked)] = {g.Auto.YieldCounter, again.t.ui.yields};
+  }
+  EXPECT_EQ(turns[0], turns[1]);
   // A turn of the message loop that stops the script: nothing runs after it.
   struct StopAtTurn : HeadlessUi {
     Game* game = nullptr;

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "autobet/interpreter.h"
 #include "autobet/reduction.h"
 #include "dice/seeding.h"
 #include "engine/roll_cycle.h"
 #include "engine/table_settings.h"
+#include "storage/game_file.h"
 #include "tests/autobet/example_scripts.h"
 #include "tests/test_support.h"
 
@@ -174,6 +176,81 @@ TEST(StatementPlans, LeaveWhatReducingTheRecordsLeavesInEveryExampleAtEveryRoll)
     const Counts n = CompareEveryStatement(t.g, ("after roll " + std::to_string(roll)).c_str());
     ASSERT_EQ(n.planned, n.statements);
   }
+}
+
+// Two tables alike but that one runs its statements by their plans and the other reduces
+// each from its records, played over the same dice: whatever a plan carries out on its
+// own (an assignment straight to its target, a condition read where it stands, an action
+// with its target list worked out) leaves the table as the records do.
+struct TwinTables {
+  FolderTable planned, reduced;
+  explicit TwinTables(const std::vector<std::vector<std::string>>& scripts) {
+    reduced.g.AutoBet.UsePlans = false;
+    for (FolderTable* t : {&planned, &reduced}) {
+      for (std::size_t i = 0; i < scripts.size(); ++i) {
+        const int s = static_cast<int>(i) + 1;
+        t->Seat(s, "P" + std::to_string(s), Money::Dollars(-1));  // a negative bankroll allowed
+        t->g.AutoBet.ScriptSource[s] = scripts[i];
+        t->g.ScriptActive[s] = true;
+      }
+      t->Seat(8, "Bystander", Money::Dollars(500));  // another seat a script may name
+      RuleSet rules = t->g.Rules;
+      rules.BetNeededToShoot = 0;
+      ReplaceRules(t->g, rules);
+      t->g.SilentMode = true;
+      t->g.Dice.pendingSeed = Money::Dollars(2026);
+      SeedRng(t->g, true);
+      EXPECT_TRUE(CompileActiveScripts(t->g)) << t->ui.LastText();
+    }
+  }
+  // The game files of the two, the faults each seat's script met, and where they stopped.
+  void ExpectAlike(const std::string& when) {
+    const Game &a = planned.g, &b = reduced.g;
+    EXPECT_TRUE(GameFileBytes(a, {}) == GameFileBytes(b, {})) << when;
+    EXPECT_EQ(a.AutoBet.FaultCount, b.AutoBet.FaultCount) << when;
+    for (int s = 0; s <= kPlayerSeats; ++s)
+      for (std::size_t k = 0; k < a.AutoBet.FirstFaults[s].size() && k < b.AutoBet.FirstFaults[s].size(); ++k)
+        EXPECT_EQ(a.AutoBet.FirstFaults[s][k].code, b.AutoBet.FirstFaults[s][k].code) << when << ", seat " << s;
+    EXPECT_EQ(a.StopReason, b.StopReason) << when;
+  }
+  void Play(int rolls) {
+    for (int roll = 1; roll <= rolls; ++roll) {
+      RollDice(planned.g);
+      RollDice(reduced.g);
+      if (roll % 25 == 0 || roll == rolls) ExpectAlike("after roll " + std::to_string(roll));
+    }
+  }
+};
+
+TEST(StatementPlans, PlayTheExampleSystemsAsTheirRecordsDo) {
+  TwinTables t(ExampleScripts());
+  t.Play(400);
+  EXPECT_GT(t.planned.g.AutoBet.Plans->plans.size(), 80u);
+  EXPECT_TRUE(t.reduced.g.AutoBet.Plans->plans.empty());
+}
+
+// Assignments and target lists of every kind the shortcuts take or leave to the buffer:
+// checkstacks and their names, bets through the gate, another seat's and an empty seat's
+// (refused), qualifiers, a target that a call names, lists that fault or are refused part
+// way, and the jumps between them.
+TEST(StatementPlans, CarryOutAssignmentsAndTargetListsAsTheirRecordsDo) {
+  const std::vector<std::vector<std::string>> scripts = {
+      {"cs1 = cs1 + 1", "csn1 = \"n\" & str$(cs1)", "cs(cs1 mod 5 + 10) = cs1 * 2", "cs2 = cs1 / (cs1 mod 3)",
+       "place6 = 6 * (cs1 mod 4)", "place8 player8 = cs1 mod 7", "cs3 player7 = 1", "passline = cs1 * 1000000",
+       "cs4 thru cs6 = cs1", "If 1.5 and 3 Then cs7 = not 0.6 : EndIf"},
+      {"If next roll is a comeout roll Then GoSub \"Down\"", "Else", "  Bet 5 on = 0, place5, place6, place8",
+       "  Add 1 to > 5, place5, place6, < 7, place8", "  Multiply by 2 on place(cs1 mod 3 + 5)",
+       "  Round up to the nearest 6 on place6, place8", "EndIf", "cs1 = cs1 + 1", "GoTo \"End\"", "\"Down\"",
+       "Take down place bets", "Bet 5 on place4, place5 player7", "Return", "\"End\""},
+      {"Bet 10 on field", "Clear = 10, field, hard6", "Bet 1 on hard6, hard8, hard4 player8", "Divide by cs9 on hard6",
+       "Buy the place bet on > 0, place4, place10", "Call off place6 player8", "Subtract 1 from field, cs1"}};
+  TwinTables t(scripts);
+  t.Play(300);
+  // Each path was taken: faults were met, and bets stand.
+  std::int64_t faults = 0;
+  for (const auto n : t.planned.g.AutoBet.FaultCount) faults += n;
+  EXPECT_GT(faults, 0);
+  EXPECT_GT(t.planned.g.Stats.BetStats[kSessionScope + 2][bet::Place4 + 2][0].raw, 0);
 }
 
 }  // namespace
