@@ -60,6 +60,7 @@ struct AutoBetProgram {
     std::int32_t code = 0;
     std::int32_t line = 0;
     std::int64_t count = 0;
+    friend bool operator==(const RunFault&, const RunFault&) = default;
   };
   static constexpr int kFaultsKept = 5;
   std::array<std::int64_t, kPlayerSeats + 1> FaultCount{};

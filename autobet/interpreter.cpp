@@ -272,17 +272,24 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
+// An If without step texts: the condition behind it starts, false until it holds.
+void RunIf(AutoBetProgram& p) {
+  p.RunError = 0;
+  p.InCondition = true;
+  p.ConditionResult = false;
+}
+
 // A Then without step texts: a false condition jumps to what follows its action block,
-// and starts the condition of an ElseIf there.
-void RunThen(AutoBetProgram& p, const FoundStatement& then) {
+// and starts the condition of an ElseIf there. Returns where the cycle goes on from.
+int RunThen(AutoBetProgram& p, const FoundStatement& then) {
   p.RunError = 0;
   p.InCondition = false;
-  if (p.ConditionResult) return;
-  p.InstructionPointer = then.jump;
+  if (p.ConditionResult) return then.next;
   if (then.kind == StatementKind::kThenToElseIf) {
     p.InCondition = true;
     p.ConditionResult = false;
   }
+  return then.jump;
 }
 
 }  // namespace
@@ -381,29 +388,13 @@ void RunAutoBet(Game& g) {
             break;
           case StatementKind::kPass: p.RunError = 0; break;
           case StatementKind::kJump:
-            p.RunError = 0;
-            next = f.jump;
-            break;
-          case StatementKind::kIf:
-            p.RunError = 0;
-            p.InCondition = true;
-            p.ConditionResult = false;
-            break;
-          case StatementKind::kThen:
-          case StatementKind::kThenToElseIf:
-            p.RunError = 0;
-            p.InCondition = false;
-            if (p.ConditionResult) break;
-            next = f.jump;
-            if (f.kind == StatementKind::kThenToElseIf) {
-              p.InCondition = true;
-              p.ConditionResult = false;
-            }
-            break;
           case StatementKind::kGoto:
             p.RunError = 0;
             next = f.jump;
             break;
+          case StatementKind::kIf: RunIf(p); break;
+          case StatementKind::kThen:
+          case StatementKind::kThenToElseIf: next = RunThen(p, f); break;
           case StatementKind::kGosub:
             p.RunError = 0;
             p.InstructionPointer = next;
@@ -482,13 +473,9 @@ void RunAutoBet(Game& g) {
           refresh(condition);
           break;
         }
-        case StatementKind::kIf:
-          p.RunError = 0;
-          p.InCondition = true;
-          p.ConditionResult = false;
-          break;
+        case StatementKind::kIf: RunIf(p); break;
         case StatementKind::kThen:
-        case StatementKind::kThenToElseIf: RunThen(p, found); break;
+        case StatementKind::kThenToElseIf: p.InstructionPointer = RunThen(p, found); break;
         case StatementKind::kJump:
           p.RunError = 0;
           p.InstructionPointer = found.jump;

@@ -277,7 +277,6 @@ TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
       again.t.ui.yields = 0;
       RunAutoBet(g);
     }
-    EXPECT_FALSE(g.SilentMode);
     EXPECT_DOUBLE_EQ(again.Cs(3), 3);
     turns[static_cast<std::size_t>(worked)] = {g.Auto.YieldCounter, again.t.ui.yields};
   }

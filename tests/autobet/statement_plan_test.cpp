@@ -207,10 +207,7 @@ struct TwinTables {
   void ExpectAlike(const std::string& when) {
     const Game &a = planned.g, &b = reduced.g;
     EXPECT_TRUE(GameFileBytes(a, {}) == GameFileBytes(b, {})) << when;
-    EXPECT_EQ(a.AutoBet.FaultCount, b.AutoBet.FaultCount) << when;
-    for (int s = 0; s <= kPlayerSeats; ++s)
-      for (std::size_t k = 0; k < a.AutoBet.FirstFaults[s].size() && k < b.AutoBet.FirstFaults[s].size(); ++k)
-        EXPECT_EQ(a.AutoBet.FirstFaults[s][k].code, b.AutoBet.FirstFaults[s][k].code) << when << ", seat " << s;
+    EXPECT_TRUE(a.AutoBet.FaultCount == b.AutoBet.FaultCount && a.AutoBet.FirstFaults == b.AutoBet.FirstFaults) << when;
     EXPECT_EQ(a.StopReason, b.StopReason) << when;
   }
   void Play(int rolls) {
@@ -246,10 +243,8 @@ TEST(StatementPlans, CarryOutAssignmentsAndTargetListsAsTheirRecordsDo) {
        "Buy the place bet on > 0, place4, place10", "Call off place6 player8", "Subtract 1 from field, cs1"}};
   TwinTables t(scripts);
   t.Play(300);
-  // Each path was taken: faults were met, and bets stand.
-  std::int64_t faults = 0;
-  for (const auto n : t.planned.g.AutoBet.FaultCount) faults += n;
-  EXPECT_GT(faults, 0);
+  // Each path was taken: every script met faults, and Place 6 bets were decided.
+  for (int s = 1; s <= 3; ++s) EXPECT_GT(t.planned.g.AutoBet.FaultCount[s], 0) << s;
   EXPECT_GT(t.planned.g.Stats.BetStats[kSessionScope + 2][bet::Place4 + 2][0].raw, 0);
 }
 
