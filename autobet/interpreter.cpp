@@ -272,6 +272,8 @@ void StopRunawayCycle(Game& g) {
   if (g.Auto.AutoRollActive) ToggleAutoRoll(g);
 }
 
+bool IsThen(StatementKind kind) { return kind == StatementKind::kThen || kind == StatementKind::kThenToElseIf; }
+
 // An If without step texts: the condition behind it starts, false until it holds.
 void RunIf(AutoBetProgram& p) {
   p.RunError = 0;
@@ -379,6 +381,28 @@ void RunAutoBet(Game& g) {
       const auto end = static_cast<unsigned>(last);
       std::int64_t done = executed;
       int next = 0;
+      // Runs the statement at `at` by its plan or from its records (`f` may not outlive
+      // the call: it can compile). True when something the locals copy changed: new plans
+      // or records, step mode, a stop, or silent mode after a statement that isn't a
+      // condition; the tail below then looks afresh.
+      const auto run = [&](int at, const FoundStatement& f) {
+        const bool condition = p.InCondition;
+        const bool planned = f.kind == StatementKind::kPlanned;
+        p.StatementStart = at;
+        p.InstructionPointer = f.next;
+        executed = done;
+        if (planned) {
+          p.RunError = 0;
+          EvaluateStatement(g, records.data() + at, f.end - at, f.plan);
+        } else {
+          ExecuteStatementAt(g, records.data() + at, f.end - at, f.plan);
+        }
+        if (p.Plans.get() == plans && records.size() == size && !p.ShowSteps && p.ScriptRunning &&
+            ((planned && condition) || !turns || g.SilentMode == countsTurns))
+          return false;
+        refresh(planned && condition);
+        return true;
+      };
       while (done < limit) {
         const FoundStatement& f = t[ip];
         next = f.next;
@@ -392,7 +416,25 @@ void RunAutoBet(Game& g) {
             p.RunError = 0;
             next = f.jump;
             break;
-          case StatementKind::kIf: RunIf(p); break;
+          case StatementKind::kIf: {
+            RunIf(p);
+            // The condition and the Then behind it go on in the same dispatch when both
+            // are worked out and no check falls on them; each counts as on its own.
+            const int at = next + 1;
+            if (done + 2 >= limit || static_cast<unsigned>(at) >= end || t[at].kind != StatementKind::kPlanned) break;
+            const int then = t[at].next + 1;
+            if (static_cast<unsigned>(then) >= end || !IsThen(t[then].kind)) break;
+            ++done;  // the If
+            ip = at;
+            const bool changed = run(at, t[at]);
+            next = p.InstructionPointer;
+            if (changed) goto tail;
+            if (next + 1 != then) break;  // the tail below counts the condition
+            ++done;                       // the condition
+            ip = then;
+            next = RunThen(p, t[then]);
+            break;
+          }
           case StatementKind::kThen:
           case StatementKind::kThenToElseIf: next = RunThen(p, f); break;
           case StatementKind::kGosub:
@@ -411,27 +453,9 @@ void RunAutoBet(Game& g) {
             break;
           case StatementKind::kPlanned:
           case StatementKind::kRecords: {
-            // `f` may not outlive the call: it can compile.
-            const bool condition = p.InCondition;
-            const bool planned = f.kind == StatementKind::kPlanned;
-            p.StatementStart = ip;
-            p.InstructionPointer = next;
-            executed = done;
-            if (planned) {
-              p.RunError = 0;
-              EvaluateStatement(g, records.data() + ip, f.end - ip, f.plan);
-            } else {
-              ExecuteStatementAt(g, records.data() + ip, f.end - ip, f.plan);
-            }
+            const bool changed = run(ip, f);
             next = p.InstructionPointer;
-            // What the locals copy changes only with new plans or records, step mode, a
-            // stop, or silent mode after a statement that isn't a condition; the tail
-            // below then looks afresh.
-            if (p.Plans.get() != plans || records.size() != size || p.ShowSteps || !p.ScriptRunning ||
-                (!(planned && condition) && turns && g.SilentMode != countsTurns)) {
-              refresh(planned && condition);
-              goto tail;
-            }
+            if (changed) goto tail;
             break;
           }
         }

@@ -508,13 +508,14 @@ struct PlanStep {
     kList,         // out = the list kind `code` over the template [a, a + n)
     kFault,        // the statement faults with `code`
   };
+  // Small, so that the steps a statement runs share few cache lines.
   Kind kind = kFault;
+  std::int8_t side = 0;  // lists: the comparison with operand slot `b`
+  std::int16_t relational = 0;
   std::int32_t code = 0;
   std::int32_t out = 0;
-  std::int32_t a = 0, b = 0, n = 0;
-  std::int32_t relational = 0, side = 0;  // lists: the comparison with operand slot `b`
-  std::int32_t filled = -1;               // its template as records to fill (kCall, kTarget, kList)
-  ReferencePieces pieces;                 // kRead
+  std::int32_t a = 0, b = 0, n = 0;  // kRead, kReadNamed: the group's pieces are the plan's pieces[b]
+  std::int32_t filled = -1;          // its template as records to fill (kCall, kTarget, kList)
 };
 
 // Records as a plan writes them to the buffer: those that stand as they are, and where
@@ -530,8 +531,9 @@ struct FilledRecords {
 
 struct StatementPlan {
   std::vector<PlanStep> steps;
-  std::vector<PlanItem> items;    // the templates of the steps
-  std::vector<PlanItem> outcome;  // the buffer after reduction, from 1
+  std::vector<ReferencePieces> pieces;  // of the groups the steps read
+  std::vector<PlanItem> items;          // the templates of the steps
+  std::vector<PlanItem> outcome;        // the buffer after reduction, from 1
   std::int32_t openBracket = 0, closeBracket = 0;
   // The constants of the statement, then what the steps compute; the second part is
   // written afresh by every run.
@@ -675,13 +677,14 @@ class PlanMachine {
     // pieces as the stand-in that is there now.
     std::vector<TokenRecord> group;
     for (int k = 0; k <= pieces; ++k) group.push_back({B(i + k).code, B(i + k).value});
-    s.pieces = ReadPieces(group.data());
-    if (head.slot >= 0) {
-      s.a = head.slot;
-    } else if (IsAmountRead(s.pieces) || s.pieces.v >= 5000) {
-      const ReferencePieces r = s.pieces;
+    const ReferencePieces r = ReadPieces(group.data());
+    if (head.slot < 0 && (IsAmountRead(r) || r.v >= 5000)) {
       s = MakeStep(r.v >= 5000 ? PlanStep::kReadFact : PlanStep::kReadAmount, r.v);
       s.a = r.piece;
+    } else {
+      if (head.slot >= 0) s.a = head.slot;
+      s.b = static_cast<std::int32_t>(plan_.pieces.size());
+      plan_.pieces.push_back(r);
     }
     s.out = Result(i);
     Add(s);
@@ -700,8 +703,8 @@ class PlanMachine {
   void List(int at, int kind, int first, int last, int relational, int side, int operand) {
     PlanStep s = MakeStep(PlanStep::kList, kind);
     s.a = Template(first, last, s.n);
-    s.relational = relational;
-    s.side = side;
+    s.relational = static_cast<std::int16_t>(relational);
+    s.side = static_cast<std::int8_t>(side);
     s.b = operand != 0 ? B(operand).slot : -1;
     s.out = Result(at);
     Add(s);
@@ -992,14 +995,14 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
     switch (s.kind) {
       case PlanStep::kRead: {
         TokenRecord out{kCodeNumber, 0};
-        ReadReference(g, s.pieces, out);
+        ReadReference(g, plan.pieces[static_cast<std::size_t>(s.b)], out);
         CopyRecord(at(s.out), out);
         break;
       }
       case PlanStep::kReadAmount: ReadAmount(g, s.a, s.code, at(s.out)); break;
       case PlanStep::kReadFact: ReadFact(g, s.a, s.code, at(s.out)); break;
       case PlanStep::kReadNamed: {
-        ReferencePieces r = s.pieces;
+        ReferencePieces r = plan.pieces[static_cast<std::size_t>(s.b)];
         r.v = static_cast<int>(at(s.a).value);
         TokenRecord out{kCodeNumber, 0};
         ReadReference(g, r, out);
