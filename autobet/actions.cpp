@@ -100,11 +100,17 @@ struct Target : ReferencePieces {
   int seat = 0;
 };
 
-Target ReadTarget(const Game& g, const TokenRecord* group) {
-  Target t{ReadPieces(group)};
+Target TargetOf(const Game& g, const ReferencePieces& pieces) {
+  Target t{pieces};
   t.seat = SeatOfPiece(g, t.piece);
   return t;
 }
+Target ReadTarget(const Game& g, const TokenRecord* group) { return TargetOf(g, ReadPieces(group)); }
+
+// The verbs by number: an amount and its targets (Bet, Add, the roundings), or the
+// targets alone (Clear, Buy, Call on and off).
+bool IsAmountVerb(int action) { return action >= 481 && action <= 489; }
+bool IsTargetVerb(int action) { return action >= 450 && action <= 499 && !IsAmountVerb(action); }
 
 bool IsBet(int v) { return v >= 1 && v <= kBets; }
 
@@ -407,9 +413,7 @@ bool WalkTargets(Game& g, int start, int last, const TargetList* listed, F&& f) 
         operand = p.StatementBuffer[e.operand];
         continue;
       }
-      Target target{e.target};
-      target.seat = SeatOfPiece(g, target.piece);
-      if (!visit(nullptr, target)) return false;
+      if (!visit(nullptr, TargetOf(g, e.target))) return false;
     }
     return true;
   }
@@ -758,9 +762,7 @@ void StartNewSession(Game& g, int action) {
 }  // namespace
 
 void AssignTo(Game& g, const ReferencePieces& to, const TokenRecord& value) {
-  Target target{to};
-  target.seat = SeatOfPiece(g, target.piece);
-  WriteTarget(g, target, value, true);
+  WriteTarget(g, TargetOf(g, to), value, true);
 }
 
 void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, int playerFromContext) {
@@ -773,11 +775,7 @@ void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, 
   WriteTarget(g, group, {valueCode, valueValue}, true);
 }
 
-int TargetListStart(int action) {
-  if (action >= 481 && action <= 489) return 4;
-  if (action >= 450 && action <= 499) return 2;
-  return 0;
-}
+int TargetListStart(int action) { return IsAmountVerb(action) ? 4 : IsTargetVerb(action) ? 2 : 0; }
 
 void TakeAction(Game& g, const TargetList* listed) {
   AutoBetProgram& p = g.AutoBet;
@@ -792,11 +790,11 @@ void TakeAction(Game& g, const TargetList* listed) {
   if (head.code != kCodeAction) return;
 
   const int action = static_cast<int>(head.value);
-  if (action >= 481 && action <= 489) {
+  if (IsAmountVerb(action)) {
     AmountVerb(g, action, listed);
     return;
   }
-  if (action >= 450 && action <= 499) {
+  if (IsTargetVerb(action)) {
     TargetVerb(g, action, listed);
     return;
   }

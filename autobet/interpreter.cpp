@@ -84,6 +84,10 @@ void PushReturn(AutoBetProgram& p) {
     p.ReturnStack.resize(p.ReturnStack.size() + 20, 0);
   p.ReturnStack[++p.ReturnStack[0]] = p.InstructionPointer;
 }
+// A Return goes on from where its GoSub left, or from `otherwise` with no GoSub open.
+int PopReturn(AutoBetProgram& p, int otherwise) {
+  return !p.ReturnStack.empty() && p.ReturnStack[0] > 0 ? p.ReturnStack[p.ReturnStack[0]--] : otherwise;
+}
 
 const char* TargetStepText(const Game& g) {
   const auto& records = g.AutoBet.ProgramRecords;
@@ -226,7 +230,7 @@ void ExecuteStatementAt(Game& g, const TokenRecord* statement, int length, const
       return;
     case kCodeReturn:
       Step(g, "Return to place where subroutine was initiated.");
-      if (!p.ReturnStack.empty() && p.ReturnStack[0] > 0) p.InstructionPointer = p.ReturnStack[p.ReturnStack[0]--];
+      p.InstructionPointer = PopReturn(p, p.InstructionPointer);
       return;
     case kCodeDo: Step(g, "Beginning of DO/LOOP structure."); return;
     case kCodeLoop:
@@ -445,7 +449,7 @@ void RunAutoBet(Game& g) {
             break;
           case StatementKind::kReturn:
             p.RunError = 0;
-            if (!p.ReturnStack.empty() && p.ReturnStack[0] > 0) next = p.ReturnStack[p.ReturnStack[0]--];
+            next = PopReturn(p, next);
             break;
           case StatementKind::kHeader:
             p.RunError = 0;
