@@ -116,22 +116,28 @@ bool AssignDirectly(Game& g, const StatementPlan& plan) {
   return false;
 }
 
+// A condition once reduced: it holds when its first record counts as true. A planned one
+// looks only at that record, read where the plan keeps it.
+void JudgeCondition(Game& g, const StatementPlan* plan) {
+  AutoBetProgram& p = g.AutoBet;
+  if (p.RunError) {
+    p.ConditionResult = false;
+    RecordFault(g);
+    if (Stepping(g)) Step(g, "Unable to evaluate.", RunErrorText(p.RunError));
+    return;
+  }
+  const bool holds = plan ? PlannedTruth(g, *plan) : p.StatementLength >= 1 && Truthy(g, p.StatementBuffer[1]);
+  if (holds) p.ConditionResult = true;
+}
+
 void Evaluate(Game& g, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
-  // A planned condition looks only at its first record, read where the plan keeps it.
   const bool condition = p.InCondition;
   bool acted = false;
   if (!plan) ReduceStatement(g);
   else if (RunPlanSteps(g, *plan) && !condition) acted = AssignDirectly(g, *plan);
   if (condition) {
-    if (p.RunError) {
-      p.ConditionResult = false;
-      RecordFault(g);
-      if (Stepping(g)) Step(g, "Unable to evaluate.", RunErrorText(p.RunError));
-      return;
-    }
-    const bool holds = plan ? PlannedTruth(g, *plan) : p.StatementLength >= 1 && Truthy(g, p.StatementBuffer[1]);
-    if (holds) p.ConditionResult = true;
+    JudgeCondition(g, plan);
     return;
   }
   if (p.RunError == 0 && !acted) {
@@ -156,8 +162,15 @@ void Evaluate(Game& g, const StatementPlan* plan) {
 
 namespace {
 
+// A fault of the machine itself stops the statement with a report.
+void ReportMachineFault(Game& g, const std::exception& e) {
+  g.AutoBet.RunError = 10000;
+  RecordFault(g);
+  if (g.Ui) Tell(g, ErrorReport(e.what(), 10000, "RunAutoBet"), "DiceHall", 0, msg::kOk);
+}
+
 // Reduces and acts on a statement that is no keyword: by its plan or, without one, from a
-// copy of its records in the buffer. A fault of the machine itself stops it with a report.
+// copy of its records in the buffer.
 void EvaluateStatement(Game& g, const TokenRecord* statement, int length, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
   try {
@@ -169,9 +182,18 @@ void EvaluateStatement(Game& g, const TokenRecord* statement, int length, const 
     }
     Evaluate(g, plan);
   } catch (const std::exception& e) {
-    p.RunError = 10000;
-    RecordFault(g);
-    if (g.Ui) Tell(g, ErrorReport(e.what(), 10000, "RunAutoBet"), "DiceHall", 0, msg::kOk);
+    ReportMachineFault(g, e);
+  }
+}
+
+// A condition planned to read and compute only, as EvaluateStatement runs it.
+void TestCondition(Game& g, const StatementPlan& plan) {
+  g.AutoBet.RunError = 0;
+  try {
+    RunPlanSteps(g, plan);
+    JudgeCondition(g, &plan);
+  } catch (const std::exception& e) {
+    ReportMachineFault(g, e);
   }
 }
 
@@ -277,6 +299,7 @@ void StopRunawayCycle(Game& g) {
 }
 
 bool IsThen(StatementKind kind) { return kind == StatementKind::kThen || kind == StatementKind::kThenToElseIf; }
+bool IsPlanned(StatementKind kind) { return kind == StatementKind::kPlanned || kind == StatementKind::kReading; }
 
 // An If without step texts: the condition behind it starts, false until it holds.
 void RunIf(AutoBetProgram& p) {
@@ -391,7 +414,13 @@ void RunAutoBet(Game& g) {
       // condition; the tail below then looks afresh.
       const auto run = [&](int at, const FoundStatement& f) {
         const bool condition = p.InCondition;
-        const bool planned = f.kind == StatementKind::kPlanned;
+        if (condition && f.kind == StatementKind::kReading) {
+          p.StatementStart = at;
+          p.InstructionPointer = f.next;
+          TestCondition(g, *f.plan);
+          return false;
+        }
+        const bool planned = IsPlanned(f.kind);
         p.StatementStart = at;
         p.InstructionPointer = f.next;
         executed = done;
@@ -425,7 +454,7 @@ void RunAutoBet(Game& g) {
             // The condition and the Then behind it go on in the same dispatch when both
             // are worked out and no check falls on them; each counts as on its own.
             const int at = next + 1;
-            if (done + 2 >= limit || static_cast<unsigned>(at) >= end || t[at].kind != StatementKind::kPlanned) break;
+            if (done + 2 >= limit || static_cast<unsigned>(at) >= end || !IsPlanned(t[at].kind)) break;
             const int then = t[at].next + 1;
             if (static_cast<unsigned>(then) >= end || !IsThen(t[then].kind)) break;
             ++done;  // the If
@@ -456,6 +485,7 @@ void RunAutoBet(Game& g) {
             p.Bettor = SelectedOr(g, f.jump);
             break;
           case StatementKind::kPlanned:
+          case StatementKind::kReading:
           case StatementKind::kRecords: {
             const bool changed = run(ip, f);
             next = p.InstructionPointer;
@@ -494,7 +524,8 @@ void RunAutoBet(Game& g) {
       if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
       switch (kind) {
         case StatementKind::kEmpty: break;
-        case StatementKind::kPlanned: {
+        case StatementKind::kPlanned:
+        case StatementKind::kReading: {
           const bool condition = p.InCondition;
           p.RunError = 0;
           EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);

@@ -916,7 +916,10 @@ FoundStatement WorkOut(StatementPlans& c, const std::vector<TokenRecord>& record
     auto plan = std::make_unique<StatementPlan>();
     if (MakePlan(statement, *plan)) {
       found.plan = plan.get();
-      found.kind = StatementKind::kPlanned;
+      // A call may ask the user, and so turn the message loop; reads and operators can't.
+      const bool reads = std::none_of(plan->steps.begin(), plan->steps.end(),
+                                      [](const PlanStep& s) { return s.kind == PlanStep::kCall; });
+      found.kind = reads ? StatementKind::kReading : StatementKind::kPlanned;
       c.plans.push_back(std::move(plan));
     }
     return found;

@@ -49,10 +49,12 @@ struct StatementPlan;
 // How the cycle runs a statement when no step is shown: by its plan, as one of the
 // keywords of conditions, loops and jumps (to `jump`), or from its records; kEmpty for a
 // statement with no records, and for one not worked out yet. A script header keeps its
-// seat in `jump`.
+// seat in `jump`. kReading is planned too, with steps that only read and compute: as a
+// condition it changes nothing but the condition's result and the faults.
 enum class StatementKind : std::uint8_t {
   kEmpty,
   kPlanned,
+  kReading,
   kIf,
   kThen,
   kThenToElseIf,

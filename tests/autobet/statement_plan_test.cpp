@@ -234,7 +234,8 @@ TEST(StatementPlans, CarryOutAssignmentsAndTargetListsAsTheirRecordsDo) {
   const std::vector<std::vector<std::string>> scripts = {
       {"cs1 = cs1 + 1", "csn1 = \"n\" & str$(cs1)", "cs(cs1 mod 5 + 10) = cs1 * 2", "cs2 = cs1 / (cs1 mod 3)",
        "place6 = 6 * (cs1 mod 4)", "place8 player8 = cs1 mod 7", "cs3 player7 = 1", "passline = cs1 * 1000000",
-       "cs4 thru cs6 = cs1", "If 1.5 and 3 Then cs7 = not 0.6 : EndIf"},
+       "cs4 thru cs6 = cs1", "If 1.5 and 3 Then cs7 = not 0.6 : EndIf",
+       "If cs1 / (cs1 mod 2) > 1 Then cs8 = cs8 + 1 : EndIf"},
       {"If next roll is a comeout roll Then GoSub \"Down\"", "Else", "  Bet 5 on = 0, place5, place6, place8",
        "  Add 1 to > 5, place5, place6, < 7, place8", "  Multiply by 2 on place(cs1 mod 3 + 5)",
        "  Round up to the nearest 6 on place6, place8", "EndIf", "cs1 = cs1 + 1", "GoTo \"End\"", "\"Down\"",
