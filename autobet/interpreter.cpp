@@ -116,14 +116,20 @@ bool AssignDirectly(Game& g, const StatementPlan& plan) {
   return false;
 }
 
+// A condition that faults is false.
+void ConditionFault(Game& g) {
+  AutoBetProgram& p = g.AutoBet;
+  p.ConditionResult = false;
+  RecordFault(g);
+  if (Stepping(g)) Step(g, "Unable to evaluate.", RunErrorText(p.RunError));
+}
+
 // A condition once reduced: it holds when its first record counts as true. A planned one
 // looks only at that record, read where the plan keeps it.
 void JudgeCondition(Game& g, const StatementPlan* plan) {
   AutoBetProgram& p = g.AutoBet;
   if (p.RunError) {
-    p.ConditionResult = false;
-    RecordFault(g);
-    if (Stepping(g)) Step(g, "Unable to evaluate.", RunErrorText(p.RunError));
+    ConditionFault(g);
     return;
   }
   const bool holds = plan ? PlannedTruth(g, *plan) : p.StatementLength >= 1 && Truthy(g, p.StatementBuffer[1]);
@@ -190,8 +196,11 @@ void EvaluateStatement(Game& g, const TokenRecord* statement, int length, const 
 void TestCondition(Game& g, const StatementPlan& plan) {
   g.AutoBet.RunError = 0;
   try {
-    RunPlanSteps(g, plan);
-    JudgeCondition(g, &plan);
+    switch (RunPlannedCondition(g, plan)) {
+      case ConditionOutcome::kFault: ConditionFault(g); break;
+      case ConditionOutcome::kHolds: g.AutoBet.ConditionResult = true; break;
+      case ConditionOutcome::kFails: break;
+    }
   } catch (const std::exception& e) {
     ReportMachineFault(g, e);
   }

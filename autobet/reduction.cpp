@@ -548,6 +548,8 @@ struct StatementPlan {
   // An action's target list, when every target in it is named outright.
   bool listed = false;
   TargetList targets;
+  // The slot whose value is the first record of the outcome, when it is one (-1: none).
+  std::int32_t truthSlot = -1;
 };
 
 namespace {
@@ -859,6 +861,11 @@ bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   if (!m.Finish()) return false;
   FindAssignment(plan);
   ListTargets(plan);
+  if (!plan.outcome.empty()) {
+    const PlanItem& first = plan.outcome.front();
+    if (first.slot >= 0 && first.record.code != kCodeVariable && first.record.code != kCodeVariableTarget)
+      plan.truthSlot = first.slot;
+  }
   plan.outcomeFilled = Filled(plan.outcome);
   for (PlanStep& s : plan.steps) {
     if (s.kind != PlanStep::kCall && s.kind != PlanStep::kTarget && s.kind != PlanStep::kList) continue;
@@ -990,7 +997,9 @@ FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
   return f;
 }
 
-bool RunPlanSteps(Game& g, const StatementPlan& plan) {
+namespace {
+
+inline bool RunSteps(Game& g, const StatementPlan& plan) {
   AutoBetProgram& p = g.AutoBet;
   auto& v = plan.values;
   const auto at = [&](std::int32_t slot) -> TokenRecord& { return v[static_cast<std::size_t>(slot)]; };
@@ -1002,8 +1011,13 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
         CopyRecord(at(s.out), out);
         break;
       }
-      case PlanStep::kReadAmount: ReadAmount(g, s.a, s.code, at(s.out)); break;
-      case PlanStep::kReadFact: ReadFact(g, s.a, s.code, at(s.out)); break;
+      // The steps that can fault only by saying so go on at once when they didn't.
+      case PlanStep::kReadAmount:
+        if (ReadAmount(g, s.a, s.code, at(s.out))) continue;
+        break;
+      case PlanStep::kReadFact:
+        if (ReadFact(g, s.a, s.code, at(s.out))) continue;
+        break;
       case PlanStep::kReadNamed: {
         ReferencePieces r = plan.pieces[static_cast<std::size_t>(s.b)];
         r.v = static_cast<int>(at(s.a).value);
@@ -1026,10 +1040,29 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
         at(s.out) = {kCodeVariableTarget, static_cast<double>(NamedVariable(g, s.code, NumberOf(g, at(s.a)), s.n))};
         break;
       // A step's result goes to a slot of its own, never one of its operands.
-      case PlanStep::kArithmetic: ApplyArithmetic(g, s.code, at(s.a), at(s.b), at(s.out)); break;
+      // On two numbers the operators fault only by saying so; a string's text can fault
+      // on the way.
+      case PlanStep::kArithmetic: {
+        const bool numbers = at(s.a).code == kCodeNumber && at(s.b).code == kCodeNumber;
+        if (ApplyArithmetic(g, s.code, at(s.a), at(s.b), at(s.out)) && numbers) continue;
+        break;
+      }
       case PlanStep::kConcatenate: ApplyConcatenation(g, at(s.a), at(s.b), at(s.out)); break;
-      case PlanStep::kRelation: ApplyRelation(g, s.code, at(s.a), at(s.b), at(s.out)); break;
-      case PlanStep::kLogic: ApplyLogic(g, s.code, at(s.a), at(s.b), at(s.out)); break;
+      case PlanStep::kRelation: {
+        const TokenRecord &a = at(s.a), &b = at(s.b);
+        if (a.code == kCodeNumber && b.code == kCodeNumber) {
+          at(s.out) = {kCodeNumber, RelateValues(a.value, s.code, b.value) ? -1.0 : 0.0};
+          continue;
+        }
+        ApplyRelation(g, s.code, a, b, at(s.out));
+        break;
+      }
+      case PlanStep::kLogic: {
+        const bool numbers = at(s.a).code == kCodeNumber && at(s.b).code == kCodeNumber;
+        ApplyLogic(g, s.code, at(s.a), at(s.b), at(s.out));
+        if (numbers) continue;
+        break;
+      }
       case PlanStep::kNegate: at(s.out) = Negated(g, at(s.a)); break;
       case PlanStep::kInvert: at(s.out) = Inverted(g, at(s.a)); break;
       case PlanStep::kList: {
@@ -1045,6 +1078,10 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan) {
   return true;
 }
 
+}  // namespace
+
+bool RunPlanSteps(Game& g, const StatementPlan& plan) { return RunSteps(g, plan); }
+
 TokenRecord PlannedRecord(const StatementPlan& plan, int k) {
   const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
   if (item.slot < 0) return item.record;
@@ -1055,7 +1092,13 @@ TokenRecord PlannedRecord(const StatementPlan& plan, int k) {
 }
 
 bool PlannedTruth(const Game& g, const StatementPlan& plan) {
+  if (plan.truthSlot >= 0) return Truthy(g, plan.values[static_cast<std::size_t>(plan.truthSlot)]);
   return !plan.outcome.empty() && Truthy(g, PlannedRecord(plan, 0));
+}
+
+ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan) {
+  if (!RunSteps(g, plan)) return ConditionOutcome::kFault;
+  return PlannedTruth(g, plan) ? ConditionOutcome::kHolds : ConditionOutcome::kFails;
 }
 
 void WritePlannedOutcome(Game& g, const StatementPlan& plan) {

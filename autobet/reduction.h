@@ -95,6 +95,9 @@ bool RunPlanSteps(Game& g, const StatementPlan& plan);
 TokenRecord PlannedRecord(const StatementPlan& plan, int k);  // k from 0
 // Whether a planned condition holds: its first record counts as true.
 bool PlannedTruth(const Game& g, const StatementPlan& plan);
+// A planned condition run whole: its steps, then its truth.
+enum class ConditionOutcome : std::uint8_t { kFault, kHolds, kFails };
+ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan);
 void WritePlannedOutcome(Game& g, const StatementPlan& plan);
 // A planned action's target list when it was worked out with the plan; nullptr when the
 // walk reads it from the buffer.

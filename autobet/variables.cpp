@@ -534,13 +534,6 @@ bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
   return ReadReference(g, ReadPieces(group), out);
 }
 
-bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
-  const int seat = SeatOfPiece(g, piece);
-  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
-  out = {kCodeNumber, Dollars(g.BetAmount[seat][row])};
-  return true;
-}
-
 bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
   const int seat = SeatOfPiece(g, piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);

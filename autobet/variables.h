@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "autobet/statement_buffer.h"
 #include "autobet/tokens.h"
 #include "engine/game_state.h"
 
@@ -126,7 +127,12 @@ bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out);
 // The reads scripts make most, kept apart so that a plan makes them without the whole
 // dispatch: the amount of bet row `row` (a bet read with Y34, or a checkstack) of the seat
 // that player piece `piece` names.
-bool ReadAmount(Game& g, int piece, int row, TokenRecord& out);
+inline bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
+  const int seat = SeatOfPiece(g, piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  out = {kCodeNumber, g.BetAmount[seat][row].ToDouble()};
+  return true;
+}
 // A table fact (V5000 and up), which names no seat but still wants the player piece's to
 // be one.
 bool ReadFact(Game& g, int piece, int v, TokenRecord& out);
