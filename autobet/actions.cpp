@@ -390,9 +390,10 @@ bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bo
 // the qualifier in force, the group read into its parts once. A qualifier (a relational
 // operator with its operand) stays until the next one. Stops, returning false, at the first
 // refusal of f or fault of a read. A list worked out beforehand (`listed`) is walked as
-// the records would be, with no group to hand on.
+// the records would be, with no group to hand on; its qualifiers' operands are read from
+// the buffer, or given in their order in `operands`.
 template <class F>
-bool WalkTargets(Game& g, int start, int last, const TargetList* listed, F&& f) {
+bool WalkTargets(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, F&& f) {
   AutoBetProgram& p = g.AutoBet;
   int relational = 0;
   TokenRecord operand;
@@ -410,7 +411,7 @@ bool WalkTargets(Game& g, int start, int last, const TargetList* listed, F&& f) 
     for (const ListedTarget& e : listed->entries) {
       if (e.relational != 0) {
         relational = e.relational;
-        operand = p.StatementBuffer[e.operand];
+        operand = operands ? *operands++ : p.StatementBuffer[e.operand];
         continue;
       }
       if (!visit(nullptr, TargetOf(g, e.target))) return false;
@@ -461,12 +462,12 @@ bool HasSecondTarget(const AutoBetProgram& p, int start, int last, const TargetL
 // the list leaves the earlier ones as they were. A fault that doesn't stop the walk (a
 // Place-only verb on another bet) is left in RunError after the writes.
 template <class F>
-void CheckedWalk(Game& g, int start, int last, const TargetList* listed, F&& each) {
+void CheckedWalk(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, F&& each) {
   if (listed && listed->first != start) listed = nullptr;
   int softFault = 0;
   auto pass = [&](bool apply) {
     softFault = 0;
-    return WalkTargets(g, start, last, listed, [&](const TokenRecord* group, const Target& target) {
+    return WalkTargets(g, start, last, listed, operands, [&](const TokenRecord* group, const Target& target) {
       return each(group, target, apply, softFault);
     });
   };
@@ -487,16 +488,16 @@ Money RoundToMultiple(Money value, Money x, int action) {
   return Money::FromRaw(down * x.raw);
 }
 
-// Bet X, Multiply, Divide, Add, Subtract and the roundings: the amount at 2, the targets
-// after "on", "to" or "from".
-void AmountVerb(Game& g, int action, const TargetList* listed) {
+// Bet X, Multiply, Divide, Add, Subtract and the roundings: the amount at 2 (`given`;
+// nullptr for none), the targets after "on", "to" or "from".
+void AmountVerb(Game& g, int action, const TokenRecord* given, const TargetList* listed, const TokenRecord* operands) {
   AutoBetProgram& p = g.AutoBet;
   if (action == 486) return;  // no verb has this number
-  if (p.StatementLength < 2 || !IsValueRecord(p.StatementBuffer[2])) {
+  if (!given || !IsValueRecord(*given)) {
     Fault(g, kErrNoValue);
     return;
   }
-  const TokenRecord amount = p.StatementBuffer[2];
+  const TokenRecord amount = *given;
   const double x = NumberOf(g, amount);
   if (action == 483 && x == 0) {
     Fault(g, kErrDivideByZero);
@@ -505,21 +506,22 @@ void AmountVerb(Game& g, int action, const TargetList* listed) {
   const Money xMoney = ToMoney(x);
   const bool rounding = action >= 487 && action <= 489;
   if (rounding && xMoney.raw == 0) return;  // rounding to nothing leaves every target as it is
-  CheckedWalk(g, 4, p.StatementLength, listed, [&](const TokenRecord*, const Target& target, bool apply, int&) {
-    if (action == 481) return WriteTarget(g, target, amount, apply);
-    TokenRecord current;
-    if (!ReadReference(g, target, current)) return false;
-    const double v = NumberOf(g, current);
-    double result = v;
-    switch (action) {
-      case 482: result = v * x; break;
-      case 483: result = v / x; break;
-      case 484: result = v + x; break;
-      case 485: result = v - x; break;
-      default: result = RoundToMultiple(ToMoney(v), xMoney, action).ToDouble(); break;
-    }
-    return WriteTarget(g, target, {kCodeNumber, result}, apply);
-  });
+  CheckedWalk(g, 4, p.StatementLength, listed, operands,
+              [&](const TokenRecord*, const Target& target, bool apply, int&) {
+                if (action == 481) return WriteTarget(g, target, amount, apply);
+                TokenRecord current;
+                if (!ReadReference(g, target, current)) return false;
+                const double v = NumberOf(g, current);
+                double result = v;
+                switch (action) {
+                  case 482: result = v * x; break;
+                  case 483: result = v / x; break;
+                  case 484: result = v + x; break;
+                  case 485: result = v - x; break;
+                  default: result = RoundToMultiple(ToMoney(v), xMoney, action).ToDouble(); break;
+                }
+                return WriteTarget(g, target, {kCodeNumber, result}, apply);
+              });
 }
 
 // Moves a Place bet to the Buy bet on its number (or back): the amount comes down from
@@ -536,9 +538,9 @@ void MoveBet(Game& g, int seat, int from, int to) {
 }
 
 // The verbs 450..499 without an amount: their targets follow the verb.
-void TargetVerb(Game& g, int action, const TargetList* listed) {
+void TargetVerb(Game& g, int action, const TargetList* listed, const TokenRecord* operands) {
   const TokenRecord cleared{kCodeNumber, 0}, clearedName{kCodeString, 0};
-  CheckedWalk(g, 2, g.AutoBet.StatementLength, listed,
+  CheckedWalk(g, 2, g.AutoBet.StatementLength, listed, operands,
               [&](const TokenRecord*, const Target& t, bool apply, int& softFault) {
                 const int bet = t.v, seat = t.seat;
                 switch (action) {
@@ -746,7 +748,7 @@ void Assign(Game& g) {
     return;
   }
   const TokenRecord value = p.StatementBuffer[equals + 1];
-  CheckedWalk(g, 1, equals - 1, nullptr, [&](const TokenRecord*, const Target& target, bool apply, int&) {
+  CheckedWalk(g, 1, equals - 1, nullptr, nullptr, [&](const TokenRecord*, const Target& target, bool apply, int&) {
     return WriteTarget(g, target, value, apply);
   });
 }
@@ -777,6 +779,12 @@ void TakeActionSetVar(Game& g, int& position, int valueCode, double valueValue, 
 
 int TargetListStart(int action) { return IsAmountVerb(action) ? 4 : IsTargetVerb(action) ? 2 : 0; }
 
+void TakeListedAction(Game& g, int action, const TokenRecord* amount, const TargetList& listed,
+                      const TokenRecord* operands) {
+  if (IsAmountVerb(action)) AmountVerb(g, action, amount, &listed, operands);
+  else if (IsTargetVerb(action)) TargetVerb(g, action, &listed, operands);
+}
+
 void TakeAction(Game& g, const TargetList* listed) {
   AutoBetProgram& p = g.AutoBet;
   if (p.StatementLength < 1) return;
@@ -791,11 +799,11 @@ void TakeAction(Game& g, const TargetList* listed) {
 
   const int action = static_cast<int>(head.value);
   if (IsAmountVerb(action)) {
-    AmountVerb(g, action, listed);
+    AmountVerb(g, action, p.StatementLength >= 2 ? &p.StatementBuffer[2] : nullptr, listed, nullptr);
     return;
   }
   if (IsTargetVerb(action)) {
-    TargetVerb(g, action, listed);
+    TargetVerb(g, action, listed, nullptr);
     return;
   }
 

@@ -31,6 +31,12 @@ struct TargetList {
 // amount and "on", 2 right behind the verb; 0 for an action that walks no list.
 int TargetListStart(int action);
 
+// Carries out a verb whose target list was worked out beforehand, as TakeAction would carry
+// out its statement, without the buffer: `amount` is the record behind the verb (nullptr
+// for none), `operands` the operands of the list's qualifiers in their order.
+void TakeListedAction(Game& g, int action, const TokenRecord* amount, const TargetList& listed,
+                      const TokenRecord* operands);
+
 // Carries out the reduced buffer as an action (first record -61) or an assignment (first
 // record a -12 target group followed by '='). Sets RunError on a refusal. `listed` is the
 // statement's target list when it was worked out beforehand.

@@ -101,9 +101,10 @@ const char* TargetStepText(const Game& g) {
   }
 }
 
-// Carries out a planned assignment to one target named outright straight from its
-// records; false, with the outcome written to the buffer for the action, for any other.
-bool AssignDirectly(Game& g, const StatementPlan& plan) {
+// Carries out a planned assignment to one target named outright, or an action on a list
+// of them, straight from its records; false, with the outcome written to the buffer for
+// the action, for any other.
+bool CarryOutDirectly(Game& g, const StatementPlan& plan) {
   int at = 0;
   if (const ReferencePieces* to = PlannedAssignment(plan, at)) {
     const TokenRecord value = PlannedRecord(plan, at);
@@ -112,6 +113,7 @@ bool AssignDirectly(Game& g, const StatementPlan& plan) {
       return true;
     }
   }
+  if (TakePlannedAction(g, plan)) return true;
   WritePlannedOutcome(g, plan);
   return false;
 }
@@ -141,7 +143,7 @@ void Evaluate(Game& g, const StatementPlan* plan) {
   const bool condition = p.InCondition;
   bool acted = false;
   if (!plan) ReduceStatement(g);
-  else if (RunPlanSteps(g, *plan) && !condition) acted = AssignDirectly(g, *plan);
+  else if (RunPlanSteps(g, *plan) && !condition) acted = CarryOutDirectly(g, *plan);
   if (condition) {
     JudgeCondition(g, plan);
     return;

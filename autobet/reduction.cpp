@@ -1,6 +1,7 @@
 #include "autobet/reduction.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -1109,6 +1110,26 @@ void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
 }
 
 const TargetList* PlannedTargets(const StatementPlan& plan) { return plan.listed ? &plan.targets : nullptr; }
+
+bool TakePlannedAction(Game& g, const StatementPlan& plan) {
+  if (!plan.listed) return false;
+  std::array<TokenRecord, 8> operands;
+  std::size_t n = 0;
+  for (const ListedTarget& e : plan.targets.entries) {
+    if (e.relational == 0) continue;
+    if (n == operands.size()) return false;
+    operands[n++] = PlannedRecord(plan, e.operand - 1);
+  }
+  // A listed action's verb stands as it is at the head of the outcome.
+  const int action = static_cast<int>(plan.outcome.front().record.value);
+  if (plan.outcome.size() < 2) {
+    TakeListedAction(g, action, nullptr, plan.targets, operands.data());
+    return true;
+  }
+  const TokenRecord amount = PlannedRecord(plan, 1);
+  TakeListedAction(g, action, &amount, plan.targets, operands.data());
+  return true;
+}
 
 const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value) {
   value = plan.assignedValue;

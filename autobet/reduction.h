@@ -102,6 +102,10 @@ void WritePlannedOutcome(Game& g, const StatementPlan& plan);
 // A planned action's target list when it was worked out with the plan; nullptr when the
 // walk reads it from the buffer.
 const TargetList* PlannedTargets(const StatementPlan& plan);
+// Carries out a planned action on a target list worked out with the plan from the plan's
+// records, as TakeAction would from the buffer; false, with nothing done, for any other
+// statement.
+bool TakePlannedAction(Game& g, const StatementPlan& plan);
 // The target of a planned assignment to one target named outright, with `value` the
 // index of its value among the records; nullptr for any other statement.
 const ReferencePieces* PlannedAssignment(const StatementPlan& plan, int& value);

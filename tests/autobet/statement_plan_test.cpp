@@ -241,7 +241,9 @@ TEST(StatementPlans, CarryOutAssignmentsAndTargetListsAsTheirRecordsDo) {
        "  Round up to the nearest 6 on place6, place8", "EndIf", "cs1 = cs1 + 1", "GoTo \"End\"", "\"Down\"",
        "Take down place bets", "Bet 5 on place4, place5 player7", "Return", "\"End\""},
       {"Bet 10 on field", "Clear = 10, field, hard6", "Bet 1 on hard6, hard8, hard4 player8", "Divide by cs9 on hard6",
-       "Buy the place bet on > 0, place4, place10", "Call off place6 player8", "Subtract 1 from field, cs1"}};
+       "Buy the place bet on > 0, place4, place10", "Call off place6 player8", "Subtract 1 from field, cs1",
+       "Add 1 to < 9, place4, < 9, place5, < 9, place6, < 9, place8, < 9, place9, < 9, place10, < 9, field, < 9, "
+       "hard6, < 9, hard8"}};
   TwinTables t(scripts);
   t.Play(300);
   // Each path was taken: every script met faults, and Place 6 bets were decided.
