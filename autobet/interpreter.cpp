@@ -479,6 +479,20 @@ void RunAutoBet(Game& g) {
             next = RunThen(p, t[then]);
             break;
           }
+          case StatementKind::kIfReading: {
+            // If, condition and Then, each counted as on its own, when no check falls on
+            // them: the condition can change nothing else.
+            RunIf(p);
+            if (done + 2 >= limit) break;
+            const int then = f.jump;
+            p.StatementStart = next + 1;
+            p.InstructionPointer = then - 1;
+            TestCondition(g, *f.plan);
+            done += 2;
+            ip = then;
+            next = RunThen(p, t[then]);
+            break;
+          }
           case StatementKind::kThen:
           case StatementKind::kThenToElseIf: next = RunThen(p, f); break;
           case StatementKind::kGosub:
@@ -543,7 +557,8 @@ void RunAutoBet(Game& g) {
           refresh(condition);
           break;
         }
-        case StatementKind::kIf: RunIf(p); break;
+        case StatementKind::kIf:
+        case StatementKind::kIfReading: RunIf(p); break;
         case StatementKind::kThen:
         case StatementKind::kThenToElseIf: p.InstructionPointer = RunThen(p, found); break;
         case StatementKind::kJump:

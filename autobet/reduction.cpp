@@ -989,12 +989,42 @@ void PreparePlans(AutoBetProgram& p) {
   c.found.assign(records.size(), FoundStatement{});
 }
 
+namespace {
+
+FoundStatement& Found(StatementPlans& c, const std::vector<TokenRecord>& records, int start) {
+  FoundStatement& f = c.found[static_cast<std::size_t>(start)];
+  if (f.end < 0) f = WorkOut(c, records, start);
+  return f;
+}
+
+// An If whose condition only reads and computes, with its Then right behind, runs as one
+// statement of the cycle's: the condition and the Then are worked out with it.
+void FuseIf(StatementPlans& c, const std::vector<TokenRecord>& records, FoundStatement& f) {
+  const int last = static_cast<int>(records.size()) - 1;
+  const int at = f.next + 1;
+  if (at < 0 || at >= last) return;
+  const FoundStatement& condition = Found(c, records, at);
+  if (condition.kind != StatementKind::kReading) return;
+  const int then = condition.next + 1;
+  if (then < 0 || then >= last) return;
+  const StatementKind kind = Found(c, records, then).kind;
+  if (kind != StatementKind::kThen && kind != StatementKind::kThenToElseIf) return;
+  f.kind = StatementKind::kIfReading;
+  f.plan = condition.plan;
+  f.jump = then;
+}
+
+}  // namespace
+
 FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
   if (!p.Plans || p.Plans->size != p.ProgramRecords.size() || p.Plans->withPlans != p.UsePlans) PreparePlans(p);
   StatementPlans& c = *p.Plans;
   if (start < 0 || static_cast<std::size_t>(start) >= c.found.size()) return WorkOut(c, p.ProgramRecords, start);
   FoundStatement& f = c.found[static_cast<std::size_t>(start)];
-  if (f.end < 0) f = WorkOut(c, p.ProgramRecords, start);
+  if (f.end < 0) {
+    f = WorkOut(c, p.ProgramRecords, start);
+    if (f.kind == StatementKind::kIf) FuseIf(c, p.ProgramRecords, f);
+  }
   return f;
 }
 

@@ -85,7 +85,7 @@ Counts CompareEveryStatement(Game& g, const char* when) {
     const bool whole = start == 0 || p.ProgramRecords[static_cast<std::size_t>(start - 1)].code >= kCodeStatement;
     const bool keyword = (code >= kCodeIf && code <= kCodeExitDo) || code == kCodeLabel || code == kCodeScriptHeader;
     n.statements += whole && !keyword;
-    if (found.plan == nullptr) continue;
+    if (found.plan == nullptr || keyword) continue;  // an If may keep its condition's plan
     n.planned += whole;
     const Reduced live = Take(g, [&] {
       if (p.StatementBuffer.size() < statement.size() + 2) p.StatementBuffer.resize(statement.size() + 64);
