@@ -330,23 +330,31 @@ bool RefusesAddition(const Game& g, int seat, int bet, Money amount, Money base,
 
 std::string PutBetsNote() { return "(Unless you check \"Allow Put Bets\" on the Configuration screen.)"; }
 
-Money CheckStackChange(Game& g, int seat, int row, Money change, Pending& p) {
-  static const Money kLimit = Money::FromRaw(999999999999999999LL);
-  Money now = g.BetAmount[seat][row];
-  Money next = now + change;
-  if (next > kLimit || next < -kLimit) {
-    Money bound = next > kLimit ? kLimit : -kLimit;
-    change = bound - now;
-    if (p.on) {
-      if (bound < Money{}) p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
-      else
-        p.Say("The maximum CheckStack #" + std::to_string(row - kCheckStackRow) + " value is:\n" + DollarText(bound),
-              510, kLimitClass);
-      p.text += change.raw == 0 ? "\nwhich is already stacked." : "\nwhich is being stacked.";
-    }
+// CheckStacks are no wagers: none of the table's stages, only their own limit, which is
+// all that a message is made for.
+Money CheckStackChange(Game& g, int seat, int row, Money change) {
+  constexpr Money kLimit = Money::FromRaw(999999999999999999LL);
+  const Money now = g.BetAmount[seat][row];
+  const Money next = now + change;
+  if (next <= kLimit && next >= -kLimit) {
+    g.BetAmount[seat][row] = next;
+    NoteCheckStackWrite(g, seat, row);
+    return change;
+  }
+  Pending p;
+  p.on = !g.SilentMode && g.Ui != nullptr;
+  const Money bound = next > kLimit ? kLimit : -kLimit;
+  change = bound - now;
+  if (p.on) {
+    if (bound < Money{}) p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
+    else
+      p.Say("The maximum CheckStack #" + std::to_string(row - kCheckStackRow) + " value is:\n" + DollarText(bound), 510,
+            kLimitClass);
+    p.text += change.raw == 0 ? "\nwhich is already stacked." : "\nwhich is being stacked.";
   }
   g.BetAmount[seat][row] += change;
   NoteCheckStackWrite(g, seat, row);
+  if (p.on) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
   return change;
 }
 
@@ -589,16 +597,10 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
     return {};
   // Online, a seat played at another machine changes only by that machine's word.
   if (g.Online && !g.Online->MayChangeBets(seat)) return {};
+  if (bet >= kCheckStackRow) return CheckStackChange(g, seat, bet, change);
   Pending p;
   p.on = !g.SilentMode && g.Ui != nullptr;
   const Money amount = g.BetAmount[seat][bet];
-
-  // CheckStacks are no wagers: none of the table's stages, only their own limit.
-  if (bet >= kCheckStackRow) {
-    Money applied = CheckStackChange(g, seat, bet, change, p);
-    if (p.on && !p.text.empty()) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
-    return applied;
-  }
 
   if (!PlainTakeDown(g, seat, bet, amount, change)) change = AllowedChange(g, seat, bet, amount, change, p);
 
