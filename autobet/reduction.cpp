@@ -551,6 +551,9 @@ struct StatementPlan {
   TargetList targets;
   // The slot whose value is the first record of the outcome, when it is one (-1: none).
   std::int32_t truthSlot = -1;
+  // A condition of a shape that scripts test most, run as a condition without the loop of
+  // steps: a table fact on its own, or an amount compared with a number.
+  enum class Shape : std::uint8_t { kSteps, kFact, kAmountAgainstNumber } shape = Shape::kSteps;
 };
 
 namespace {
@@ -855,6 +858,22 @@ FilledRecords Filled(std::span<const PlanItem> items) {
   return f;
 }
 
+// Whether a condition's plan has one of the shapes that run without the loop of steps:
+// their last step leaves the value that decides.
+void FindShape(StatementPlan& plan) {
+  const auto& steps = plan.steps;
+  if (plan.truthSlot < 0 || steps.empty() || steps.back().out != plan.truthSlot) return;
+  if (steps.size() == 1 && steps[0].kind == PlanStep::kReadFact) plan.shape = StatementPlan::Shape::kFact;
+  if (steps.size() != 2 || steps[0].kind != PlanStep::kReadAmount || steps[1].kind != PlanStep::kRelation) return;
+  // The other operand is a number no step writes: a constant of the statement.
+  const PlanStep& relation = steps[1];
+  const int amount = steps[0].out;
+  const int other = relation.a == amount ? relation.b : relation.b == amount ? relation.a : -1;
+  if (other < 0 || other == amount || other == relation.out) return;
+  if (plan.values[static_cast<std::size_t>(other)].code != kCodeNumber) return;
+  plan.shape = StatementPlan::Shape::kAmountAgainstNumber;
+}
+
 // Whether the plan of `statement` could be made.
 bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   PlanMachine m(statement, plan);
@@ -867,6 +886,7 @@ bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
     if (first.slot >= 0 && first.record.code != kCodeVariable && first.record.code != kCodeVariableTarget)
       plan.truthSlot = first.slot;
   }
+  FindShape(plan);
   plan.outcomeFilled = Filled(plan.outcome);
   for (PlanStep& s : plan.steps) {
     if (s.kind != PlanStep::kCall && s.kind != PlanStep::kTarget && s.kind != PlanStep::kList) continue;
@@ -1127,9 +1147,34 @@ bool PlannedTruth(const Game& g, const StatementPlan& plan) {
   return !plan.outcome.empty() && Truthy(g, PlannedRecord(plan, 0));
 }
 
-ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan) {
+namespace {
+
+[[gnu::noinline]] ConditionOutcome RunConditionSteps(Game& g, const StatementPlan& plan) {
   if (!RunSteps(g, plan)) return ConditionOutcome::kFault;
   return PlannedTruth(g, plan) ? ConditionOutcome::kHolds : ConditionOutcome::kFails;
+}
+
+ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds : ConditionOutcome::kFails; }
+
+}  // namespace
+
+// The shapes make the same reads and comparisons as their steps, and look at the same truth.
+ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan) {
+  TokenRecord* const v = plan.values.data();
+  switch (plan.shape) {
+    case StatementPlan::Shape::kFact: {
+      const PlanStep& read = plan.steps[0];
+      if (!ReadFact(g, read.a, read.code, v[read.out])) return ConditionOutcome::kFault;
+      return Outcome(v[read.out].value != 0);
+    }
+    case StatementPlan::Shape::kAmountAgainstNumber: {
+      const PlanStep &read = plan.steps[0], &relation = plan.steps[1];
+      if (!ReadAmount(g, read.a, read.code, v[read.out])) return ConditionOutcome::kFault;
+      return Outcome(RelateValues(v[relation.a].value, relation.code, v[relation.b].value));
+    }
+    case StatementPlan::Shape::kSteps: break;
+  }
+  return RunConditionSteps(g, plan);
 }
 
 void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
