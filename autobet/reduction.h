@@ -44,8 +44,9 @@ void PreparePlans(AutoBetProgram& p);
 // The statement that starts at record `start` of ProgramRecords: the index of the record
 // behind it (its end marker, or the end of the program), where the cycle goes on from
 // (that marker, or one short of a script header), and its plan when it is an expression
-// or an action that has one (an If run with its condition keeps the condition's). A statement is worked out the first time it runs; the
-// condition and the Then behind an If, with the If.
+// or an action that has one (an If run with its condition keeps the condition's). A
+// statement is worked out the first time it runs; the condition and the Then behind an
+// If, with the If.
 struct StatementPlan;
 // How the cycle runs a statement when no step is shown: by its plan, as one of the
 // keywords of conditions, loops and jumps (to `jump`), or from its records; kEmpty for a
