@@ -447,6 +447,18 @@ void RunAutoBet(Game& g) {
         refresh(planned && condition);
         return true;
       };
+      // Where a jump lands, behind the keyword it names, stands a marker: a statement with
+      // no records, which only counts. It is counted with the statement before it when no
+      // check falls on it; `target` is where the cycle would go on from.
+      const auto land = [&](int target) {
+        const int at = target + 1;
+        if (static_cast<unsigned>(target) >= end || static_cast<unsigned>(at) >= end || done + 1 >= limit)
+          return target;
+        const FoundStatement& e = t[at];
+        if (e.kind != StatementKind::kEmpty || e.end < 0) return target;
+        ++done;
+        return e.next;
+      };
       while (done < limit) {
         const FoundStatement& f = t[ip];
         next = f.next;
@@ -458,7 +470,7 @@ void RunAutoBet(Game& g) {
           case StatementKind::kJump:
           case StatementKind::kGoto:
             p.RunError = 0;
-            next = f.jump;
+            next = land(f.jump);
             break;
           case StatementKind::kIf: {
             RunIf(p);
@@ -490,16 +502,16 @@ void RunAutoBet(Game& g) {
             TestCondition(g, *f.plan);
             done += 2;
             ip = then;
-            next = RunThen(p, t[then]);
+            next = land(RunThen(p, t[then]));
             break;
           }
           case StatementKind::kThen:
-          case StatementKind::kThenToElseIf: next = RunThen(p, f); break;
+          case StatementKind::kThenToElseIf: next = land(RunThen(p, f)); break;
           case StatementKind::kGosub:
             p.RunError = 0;
             p.InstructionPointer = next;
             PushReturn(p);
-            next = f.jump;
+            next = land(f.jump);
             break;
           case StatementKind::kReturn:
             p.RunError = 0;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <memory>
 #include <span>
 #include <string>
 #include <tuple>
@@ -243,19 +244,26 @@ TEST(Cycle, EveryStatementCountsTowardsTheLimitAndTheTurns) {
   const std::tuple<const std::vector<std::string>*, int, int, int> cases[] = {
       {&loop, 1, 0, 1}, {&loop, 2, 1, 2},      {&loop, 4, 1, 3}, {&loop, 5, 1, 3}, {&loop, 6, 1, 5},
       {&loop, 9, 2, 2}, {&loop, 2000, 286, 3}, {&ends, 6, 2, 3}, {&ends, 7, 2, 0}};
-  for (auto [script, limit, cs1, line] : cases) {
-    ScriptRun run(*script);
-    Game& g = run.t.g;
-    ASSERT_TRUE(CompileActiveScripts(g));
+  // One cycle of `script` under `limit`, 24 statements before a turn of the message loop.
+  const auto cycle = [](const std::vector<std::string>& script, int limit) {
+    auto run = std::make_unique<ScriptRun>(script);
+    Game& g = run->t.g;
+    EXPECT_TRUE(CompileActiveScripts(g));
     g.SilentMode = true;
     g.Auto.YieldCounter = 1000;
     g.AutoBet.MaxCycleStatements = limit;
     RunAutoBet(g);
-    EXPECT_DOUBLE_EQ(run.Cs(1), cs1) << limit;
-    EXPECT_EQ(g.AutoBet.RunawayLine, line) << limit;
     EXPECT_EQ(g.Auto.YieldCounter, 1000u + limit) << limit;
-    EXPECT_EQ(run.t.ui.yields, (1000 + limit) / 1024) << limit;
+    EXPECT_EQ(run->t.ui.yields, (1000 + limit) / 1024) << limit;
+    return run;
+  };
+  for (auto [script, limit, cs1, line] : cases) {
+    const auto run = cycle(*script, limit);
+    EXPECT_DOUBLE_EQ(run->Cs(1), cs1) << limit;
+    EXPECT_EQ(run->t.g.AutoBet.RunawayLine, line) << limit;
   }
+  // Wherever the limit falls in the loop, the markers that its jumps land on included.
+  for (int limit = 2000; limit < 2007; ++limit) EXPECT_GT(cycle(loop, limit)->t.g.AutoBet.RunawayLine, 0) << limit;
   // Hyper-Drive stopped by the script: the statements after it each take a turn.
   ScriptRun stops({"cs1 = 1", "Stop autoroll/hyperdrive", "cs1 = 2", "cs1 = 3"});
   ASSERT_TRUE(CompileActiveScripts(stops.t.g));
