@@ -390,8 +390,8 @@ bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bo
 // the qualifier in force, the group read into its parts once. A qualifier (a relational
 // operator with its operand) stays until the next one. Stops, returning false, at the first
 // refusal of f or fault of a read. A list worked out beforehand (`listed`) is walked as
-// the records would be, with no group to hand on; its qualifiers' operands are read from
-// the buffer, or given in their order in `operands`.
+// the records would be, with no group to hand on, and its qualifiers' operands given in
+// their order in `operands`.
 template <class F>
 bool WalkTargets(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, F&& f) {
   AutoBetProgram& p = g.AutoBet;
@@ -411,7 +411,7 @@ bool WalkTargets(Game& g, int start, int last, const TargetList* listed, const T
     for (const ListedTarget& e : listed->entries) {
       if (e.relational != 0) {
         relational = e.relational;
-        operand = operands ? *operands++ : p.StatementBuffer[e.operand];
+        operand = *operands++;
         continue;
       }
       if (!visit(nullptr, TargetOf(g, e.target))) return false;
@@ -463,7 +463,6 @@ bool HasSecondTarget(const AutoBetProgram& p, int start, int last, const TargetL
 // Place-only verb on another bet) is left in RunError after the writes.
 template <class F>
 void CheckedWalk(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, F&& each) {
-  if (listed && listed->first != start) listed = nullptr;
   int softFault = 0;
   auto pass = [&](bool apply) {
     softFault = 0;
@@ -785,7 +784,7 @@ void TakeListedAction(Game& g, int action, const TokenRecord* amount, const Targ
   else if (IsTargetVerb(action)) TargetVerb(g, action, &listed, operands);
 }
 
-void TakeAction(Game& g, const TargetList* listed) {
+void TakeAction(Game& g) {
   AutoBetProgram& p = g.AutoBet;
   if (p.StatementLength < 1) return;
   const TokenRecord& head = p.StatementBuffer[1];
@@ -799,11 +798,11 @@ void TakeAction(Game& g, const TargetList* listed) {
 
   const int action = static_cast<int>(head.value);
   if (IsAmountVerb(action)) {
-    AmountVerb(g, action, p.StatementLength >= 2 ? &p.StatementBuffer[2] : nullptr, listed, nullptr);
+    AmountVerb(g, action, p.StatementLength >= 2 ? &p.StatementBuffer[2] : nullptr, nullptr, nullptr);
     return;
   }
   if (IsTargetVerb(action)) {
-    TargetVerb(g, action, listed, nullptr);
+    TargetVerb(g, action, nullptr, nullptr);
     return;
   }
 

@@ -24,9 +24,12 @@ struct ListedTarget {
 };
 struct TargetList {
   std::int32_t first = 0;
-  std::int32_t targets = 0;
+  std::int32_t targets = 0, qualifiers = 0;
   std::vector<ListedTarget> entries;
 };
+// The most qualifiers a list worked out beforehand has: their operands are handed on in an
+// array of this size.
+constexpr int kListedQualifiers = 8;
 // The record a verb's target list starts from in its reduced statement: 4 behind an
 // amount and "on", 2 right behind the verb; 0 for an action that walks no list.
 int TargetListStart(int action);
@@ -38,9 +41,8 @@ void TakeListedAction(Game& g, int action, const TokenRecord* amount, const Targ
                       const TokenRecord* operands);
 
 // Carries out the reduced buffer as an action (first record -61) or an assignment (first
-// record a -12 target group followed by '='). Sets RunError on a refusal. `listed` is the
-// statement's target list when it was worked out beforehand.
-void TakeAction(Game& g, const TargetList* listed = nullptr);
+// record a -12 target group followed by '='). Sets RunError on a refusal.
+void TakeAction(Game& g);
 
 // Writes one value (a number or string record's code and value) to the target group at
 // buffer index `position`, which is moved past the group. `playerFromContext` is the seat

@@ -150,7 +150,7 @@ void Evaluate(Game& g, const StatementPlan* plan) {
   }
   if (p.RunError == 0 && !acted) {
     const int first = p.StatementBuffer[1].code;
-    if (first == kCodeAction || first == kCodeVariableTarget) TakeAction(g, plan ? PlannedTargets(*plan) : nullptr);
+    if (first == kCodeAction || first == kCodeVariableTarget) TakeAction(g);
   }
   if (p.RunError) {
     RecordFault(g);

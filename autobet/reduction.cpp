@@ -29,6 +29,11 @@ template <class R>
 bool IsRelationalCode(const R& r) {
   return r.code >= 50 && r.code <= 55;
 }
+// The head of a reference group, a variable or a target: a value fills in its variable.
+template <class R>
+bool IsGroupHead(const R& r) {
+  return r.code == kCodeVariable || r.code == kCodeVariableTarget;
+}
 
 // A truth value as the logical operators use it: a rounded 32-bit integer. The truth
 // values of comparisons (-1 and 0) and other whole numbers need no rounding.
@@ -179,9 +184,7 @@ class Reduction {
   using Rec = typename M::Rec;
 
   // Records that belong to the reference group starting at `i` (0 for anything else).
-  int PiecesAfter(const Rec& r) {
-    return (r.code == kCodeVariable || r.code == kCodeVariableTarget) ? GroupSize(static_cast<int>(r.value)) : 0;
-  }
+  int PiecesAfter(const Rec& r) { return IsGroupHead(r) ? GroupSize(static_cast<int>(r.value)) : 0; }
 
   // The binary operators of one class, left to right across the range.
   template <class Apply>
@@ -219,7 +222,7 @@ class Reduction {
   void ExpandRanges() {
     for (int i = m_.Open() + 1; i < m_.Close() && m_.Error() == 0; ++i) {
       const int pieces = PiecesAfter(m_.B(i));
-      if (pieces == 0 && m_.B(i).code != kCodeVariable && m_.B(i).code != kCodeVariableTarget) continue;
+      if (pieces == 0 && !IsGroupHead(m_.B(i))) continue;
       const int thru = i + 1 + pieces;
       const int right = thru + 1;
       if (thru >= m_.Close() || m_.B(thru).code != kCodeThru || right >= m_.Close()) {
@@ -791,27 +794,35 @@ bool IsKeyword(int code) {
   }
 }
 
+// The reference group whose records are `items`, read into its parts when they all stand
+// as they are; false when a call names one of them at run time.
+bool StandingGroup(std::span<const PlanItem> items, ReferencePieces& out) {
+  std::vector<TokenRecord> group;
+  for (const PlanItem& item : items) {
+    if (item.slot >= 0) return false;
+    group.push_back(item.record);
+  }
+  out = ReadPieces(group.data());
+  return true;
+}
+
 // Marks a plan whose outcome is a target group whose records all stand as they are,
 // '=' and a value: the assignment the action makes of it, with nothing to find at run time.
 void FindAssignment(StatementPlan& plan) {
   const auto& o = plan.outcome;
-  if (o.empty() || o[0].record.code != kCodeVariableTarget || o[0].slot >= 0) return;
+  if (o.empty() || o[0].record.code != kCodeVariableTarget) return;
   const int pieces = GroupSize(static_cast<int>(o[0].record.value));
   const int equals = 1 + pieces;
   if (static_cast<int>(o.size()) < equals + 2 || o[equals].record.code != kCodeEquals || o[equals].slot >= 0) return;
   const PlanItem& value = o[static_cast<std::size_t>(equals + 1)];
   if (value.record.code != kCodeNumber && value.record.code != kCodeString) return;
-  std::vector<TokenRecord> group;
-  for (int k = 0; k <= pieces; ++k) {
-    if (o[static_cast<std::size_t>(k)].slot >= 0) return;
-    group.push_back(o[static_cast<std::size_t>(k)].record);
-  }
-  plan.assignTo = ReadPieces(group.data());
+  if (!StandingGroup(std::span(o).first(static_cast<std::size_t>(equals)), plan.assignTo)) return;
   plan.assignedValue = equals + 1;
 }
 
 // Works out an action's target list as the walk will meet it in the outcome, when each
-// target in it is a group whose records all stand as they are and the list ends whole.
+// target in it is a group whose records all stand as they are, the list ends whole, and
+// its qualifiers' operands fit the array they are handed on in.
 void ListTargets(StatementPlan& plan) {
   const auto& o = plan.outcome;
   if (o.empty() || o[0].record.code != kCodeAction || o[0].slot >= 0) return;
@@ -823,6 +834,7 @@ void ListTargets(StatementPlan& plan) {
   for (int i = list.first; i <= last;) {
     const PlanItem& r = item(i);
     if (IsRelational(r.record) && i < last) {
+      if (++list.qualifiers > kListedQualifiers) return;
       list.entries.push_back({r.record.code, i + 1, {}});
       i += 2;
       continue;
@@ -833,12 +845,11 @@ void ListTargets(StatementPlan& plan) {
     }
     const int next = i + 1 + GroupSize(static_cast<int>(r.record.value));
     if (next > last + 1) return;  // the walk faults on it
-    std::vector<TokenRecord> group;
-    for (int k = i; k < next; ++k) {
-      if (item(k).slot >= 0) return;  // a call names it at run time
-      group.push_back(item(k).record);
-    }
-    list.entries.push_back({0, 0, ReadPieces(group.data())});
+    ListedTarget target;
+    if (!StandingGroup(std::span(o).subspan(static_cast<std::size_t>(i - 1), static_cast<std::size_t>(next - i)),
+                       target.target))
+      return;
+    list.entries.push_back(target);
     ++list.targets;
     i = next;
   }
@@ -852,8 +863,7 @@ FilledRecords Filled(std::span<const PlanItem> items) {
     const PlanItem& item = items[k];
     f.records.push_back(item.record);
     if (item.slot < 0) continue;
-    const bool head = item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget;
-    f.fills.push_back({static_cast<std::int32_t>(k), item.slot, head});
+    f.fills.push_back({static_cast<std::int32_t>(k), item.slot, IsGroupHead(item.record)});
   }
   return f;
 }
@@ -883,8 +893,7 @@ bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   ListTargets(plan);
   if (!plan.outcome.empty()) {
     const PlanItem& first = plan.outcome.front();
-    if (first.slot >= 0 && first.record.code != kCodeVariable && first.record.code != kCodeVariableTarget)
-      plan.truthSlot = first.slot;
+    if (first.slot >= 0 && !IsGroupHead(first.record)) plan.truthSlot = first.slot;
   }
   FindShape(plan);
   plan.outcomeFilled = Filled(plan.outcome);
@@ -1137,8 +1146,7 @@ TokenRecord PlannedRecord(const StatementPlan& plan, int k) {
   const PlanItem& item = plan.outcome[static_cast<std::size_t>(k)];
   if (item.slot < 0) return item.record;
   const TokenRecord& value = plan.values[static_cast<std::size_t>(item.slot)];
-  if (item.record.code == kCodeVariable || item.record.code == kCodeVariableTarget)
-    return {item.record.code, value.value};
+  if (IsGroupHead(item.record)) return {item.record.code, value.value};
   return value;
 }
 
@@ -1149,6 +1157,7 @@ bool PlannedTruth(const Game& g, const StatementPlan& plan) {
 
 namespace {
 
+// Out of line, so that the shapes below take no more than they need.
 [[gnu::noinline]] ConditionOutcome RunConditionSteps(Game& g, const StatementPlan& plan) {
   if (!RunSteps(g, plan)) return ConditionOutcome::kFault;
   return PlannedTruth(g, plan) ? ConditionOutcome::kHolds : ConditionOutcome::kFails;
@@ -1184,17 +1193,12 @@ void WritePlannedOutcome(Game& g, const StatementPlan& plan) {
   p.CloseBracket = plan.closeBracket;
 }
 
-const TargetList* PlannedTargets(const StatementPlan& plan) { return plan.listed ? &plan.targets : nullptr; }
-
 bool TakePlannedAction(Game& g, const StatementPlan& plan) {
   if (!plan.listed) return false;
-  std::array<TokenRecord, 8> operands;
+  std::array<TokenRecord, kListedQualifiers> operands;
   std::size_t n = 0;
-  for (const ListedTarget& e : plan.targets.entries) {
-    if (e.relational == 0) continue;
-    if (n == operands.size()) return false;
-    operands[n++] = PlannedRecord(plan, e.operand - 1);
-  }
+  for (const ListedTarget& e : plan.targets.entries)
+    if (e.relational != 0) operands[n++] = PlannedRecord(plan, e.operand - 1);
   // A listed action's verb stands as it is at the head of the outcome.
   const int action = static_cast<int>(plan.outcome.front().record.value);
   if (plan.outcome.size() < 2) {

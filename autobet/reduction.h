@@ -22,7 +22,6 @@
 struct Game;
 struct AutoBetProgram;
 struct ReferencePieces;
-struct TargetList;
 
 // Reduces the whole buffer (brackets innermost first, then the outer range). Leaves
 // RunError set on a fault.
@@ -94,8 +93,8 @@ FoundStatement WorkOutStatement(AutoBetProgram& p, int start);
 // A planned statement runs in two halves: its steps, which compute this cycle's values
 // (false at the first fault, RunError set), and then what the reduction leaves of it,
 // read record by record or written to the buffer as ReduceStatement would leave it. A
-// condition and an assignment to one target named outright are run from the records
-// without the buffer.
+// condition, an assignment to one target named outright and an action on a list of them
+// are run from the records without the buffer.
 bool RunPlanSteps(Game& g, const StatementPlan& plan);
 TokenRecord PlannedRecord(const StatementPlan& plan, int k);  // k from 0
 // Whether a planned condition holds: its first record counts as true.
@@ -104,9 +103,6 @@ bool PlannedTruth(const Game& g, const StatementPlan& plan);
 enum class ConditionOutcome : std::uint8_t { kFault, kHolds, kFails };
 ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan);
 void WritePlannedOutcome(Game& g, const StatementPlan& plan);
-// A planned action's target list when it was worked out with the plan; nullptr when the
-// walk reads it from the buffer.
-const TargetList* PlannedTargets(const StatementPlan& plan);
 // Carries out a planned action on a target list worked out with the plan from the plan's
 // records, as TakeAction would from the buffer; false, with nothing done, for any other
 // statement.
