@@ -159,11 +159,11 @@ struct Game {
   // How many of the bets 49..107 anybody holds: the one-roll step is skipped when none.
   int32_t HeldPropBets = 0;
   BySeat<bool> HasCheckStacks{};  // set once a CheckStack of the seat changes
-  // The CheckStacks of a seat (bit n for CheckStack n) written since the bets were last
-  // cleared: the start-of-roll and after-roll copies take only those rows, every other
-  // row being 0 in both the amount and its copies. All of them when HasCheckStacks came
+  // The CheckStacks of a seat (bit n for CheckStack n) written since the start-of-roll
+  // copy, and since the after-roll copy, last took them: each copy takes only those rows,
+  // every other row standing as the copy has it. All of them when HasCheckStacks came
   // from elsewhere (a game file).
-  BySeat<std::array<uint64_t, 2>> CheckStacksWritten{};
+  BySeat<std::array<uint64_t, 2>> CheckStacksSinceStart{}, CheckStacksSinceAfter{};
   ByBetRow<Money> BetAmountStartOfRoll{};
   ByBetRow<Money> BetAmountAfterRoll{};
   std::array<std::array<Money, 200>, kSeats> ContractBase{};
@@ -244,11 +244,15 @@ void ForSeats(uint32_t seats, F&& f) {
 }
 inline bool IsComeOut(const Game& g) { return g.Table.Point == 0; }
 inline bool AnySeatHolds(const Game& g, int bet) { return g.BetHolders[bet] != 0; }
-// A CheckStack row (200..299) of the seat is written: HasCheckStacks and CheckStacksWritten.
+// A CheckStack row (200..299) of the seat is written: HasCheckStacks, and the row is due
+// to both copies.
 inline void NoteCheckStackWrite(Game& g, int seat, int row) {
   g.HasCheckStacks[seat] = true;
   const int n = row - kCheckStackRow;
-  if (n >= 0 && n < kBetRows - kCheckStackRow) g.CheckStacksWritten[seat][n >> 6] |= uint64_t{1} << (n & 63);
+  if (n < 0 || n >= kBetRows - kCheckStackRow) return;
+  const uint64_t bit = uint64_t{1} << (n & 63);
+  g.CheckStacksSinceStart[seat][n >> 6] |= bit;
+  g.CheckStacksSinceAfter[seat][n >> 6] |= bit;
 }
 
 // Calls f(bet) for each bet 1..107 on which the seat has an amount, in bet order.

@@ -269,7 +269,8 @@ void MovePlayer(Game& g, int from, int to) {
   seat(g.SeatBetsAtStart);
   seat(g.SeatBetsAtAfter);
   seat(g.HasCheckStacks);
-  seat(g.CheckStacksWritten);
+  seat(g.CheckStacksSinceStart);
+  seat(g.CheckStacksSinceAfter);
   seat(g.OnTable);
   seat(g.AvailableBankroll);
   seat(g.BankrollStartOfRoll);

@@ -181,7 +181,7 @@ void ClearBets(Game& g, bool clearCheckStacks) {
   g.HeldPropBets = 0;
   if (clearCheckStacks) {
     g.HasCheckStacks = {};
-    g.CheckStacksWritten = {};
+    g.CheckStacksSinceStart = g.CheckStacksSinceAfter = {};
     g.CheckStackName = {};
   }
 }
@@ -280,14 +280,14 @@ void ForChangedBets(const Game& g, int seat, std::array<uint64_t, 2>& since, F f
   since = g.SeatBets[seat];
 }
 
-// The CheckStacks of a seat written since the bets were cleared, copied to `copy`.
-void CopyCheckStacks(Game& g, int s, ByBetRow<Money>& copy) {
-  if (!g.HasCheckStacks[s]) return;
+// The CheckStacks of a seat written since `copy` last took them (`since`), copied to it.
+void CopyCheckStacks(Game& g, int s, ByBetRow<Money>& copy, std::array<uint64_t, 2>& since) {
   for (int w = 0; w < 2; ++w) {
-    for (uint64_t bits = g.CheckStacksWritten[s][w]; bits; bits &= bits - 1) {
+    for (uint64_t bits = since[w]; bits; bits &= bits - 1) {
       const int row = kCheckStackRow + w * 64 + __builtin_ctzll(bits);
       copy[s][row] = g.BetAmount[s][row];
     }
+    since[w] = 0;
   }
 }
 
@@ -298,7 +298,7 @@ void TakeStartOfRollCopy(Game& g, int s) {
     g.BetStreak[1][s][b] = g.BetStreak[0][s][b];
     g.ContractBase[s][b] = g.BetAmount[s][b];
   });
-  CopyCheckStacks(g, s, g.BetAmountStartOfRoll);
+  CopyCheckStacks(g, s, g.BetAmountStartOfRoll, g.CheckStacksSinceStart[s]);
 }
 
 }  // namespace
@@ -313,7 +313,7 @@ namespace {
 
 void TakeAfterRollCopy(Game& g, int s) {
   ForChangedBets(g, s, g.SeatBetsAtAfter[s], [&](int b) { g.BetAmountAfterRoll[s][b] = g.BetAmount[s][b]; });
-  CopyCheckStacks(g, s, g.BetAmountAfterRoll);
+  CopyCheckStacks(g, s, g.BetAmountAfterRoll, g.CheckStacksSinceAfter[s]);
 }
 
 // Step 3, refused or with a bet of any kind required: see ShooterMayRoll.

@@ -587,9 +587,10 @@ void RebuildDerivedStores(Game& g) {
     }
     for (int b = 1; b <= kBets; ++b)
       g.DefaultWorking[seat][static_cast<size_t>(b)] = g.Rules.WorkOnComeOut[static_cast<size_t>(b)][seat] ? 1 : 0;
-    // The copies of a seat with CheckStacks follow every row, as they did when saved.
-    g.CheckStacksWritten[seat] = {};
-    if (g.HasCheckStacks[seat]) g.CheckStacksWritten[seat] = {~uint64_t{0}, (uint64_t{1} << 36) - 1};
+    // Both copies of a seat with CheckStacks take every row at the next roll.
+    const std::array<uint64_t, 2> all = {~uint64_t{0}, (uint64_t{1} << 36) - 1};
+    g.CheckStacksSinceStart[seat] = g.CheckStacksSinceAfter[seat] =
+        g.HasCheckStacks[seat] ? all : std::array<uint64_t, 2>{};
   }
   for (int b = bet::Field; b <= kBets; ++b) g.HeldPropBets += g.BetHolders[static_cast<size_t>(b)] != 0;
   Statistics& st = g.Stats;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/placement.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -60,6 +61,23 @@ TEST(CheckStacks, UndoAndRedoAnEdit) {
   EXPECT_EQ(t.g.BetAmount[1][kCheckStackRow + 3], 40_usd);
   EXPECT_EQ(FindCheckStack(t.g, 1, "target"), 3);
   EXPECT_FALSE(Redo(t.g, list));
+}
+
+// Each roll's start-of-roll and after-roll copies hold the stacks as they stand then, the
+// one written before the roll and the one left alone.
+TEST(CheckStacks, TheCopiesOfEveryRollFollowTheStacks) {
+  Stacks t;
+  ChangeBet(t.g, 1, bet::PassLine, 5_usd);
+  t.Roll(2, 3);  // the point, which sixes leave standing
+  for (const Money value : {40_usd, 40_usd, -3_usd, Money{}}) {
+    SetCheckStack(t.g, 1, 3, value);
+    t.Roll(2, 4);
+    ASSERT_EQ(t.g.Table.Point, 5);
+    for (const ByBetRow<Money>* copy : {&t.g.BetAmountStartOfRoll, &t.g.BetAmountAfterRoll}) {
+      EXPECT_EQ((*copy)[1][kCheckStackRow + 3], value);
+      EXPECT_EQ((*copy)[1][kCheckStackRow + 7], -Money::FromDouble(2.5));
+    }
+  }
 }
 
 TEST(CheckStacks, TheLimitCutsAndTells) {
