@@ -7,7 +7,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
@@ -286,6 +288,42 @@ bool ReadDiceStatistic(Game& g, int f, const Call& c, double& out) {
 
 bool IsListFunction(int f) { return (f >= kHighest && f <= kLowestText) || f == kRound; }
 
+}  // namespace
+
+bool IsNumberListFunction(int f) { return f >= kHighest && f <= kCount; }
+
+double NumberListValue(const Game& g, int f, std::span<const TokenRecord> passing) {
+  TokenRecord best{kCodeNumber, 0};
+  double sum = 0;
+  int count = 0;
+  for (const TokenRecord& r : passing) {
+    if (count == 0 || (f == kHighest && CompareValues(g, r, 53, best)) ||
+        (f == kLowest && CompareValues(g, r, 52, best)))
+      best = r;
+    sum += NumberOf(g, r);
+    ++count;
+  }
+  switch (f) {
+    case kHighest:
+    case kLowest: return count > 0 ? NumberOf(g, best) : 0;
+    case kAverage: return count > 0 ? sum / count : 0;
+    case kSum: return sum;
+    case kCount: return count;
+    default: break;
+  }
+  // StdDev: the mean first, then the squared differences.
+  if (count == 0) return 0;
+  const double mean = sum / count;
+  double squares = 0;
+  for (const TokenRecord& r : passing) {
+    const double d = NumberOf(g, r) - mean;
+    squares += d * d;
+  }
+  return std::sqrt(squares / count);
+}
+
+namespace {
+
 // Walks the arguments between the brackets, calling `take` with each that passes the
 // qualifier in force (a relational operator and a value at the head of an element).
 template <class Take>
@@ -325,36 +363,9 @@ void ListFunction(Game& g, int f, int position, const Call& c) {
     else PutString(p, position, std::move(bestText));
     return;
   }
-  TokenRecord best{kCodeNumber, 0};
-  double sum = 0;
-  int count = 0;
-  PassingArguments(g, c, [&](const TokenRecord& r) {
-    if (count == 0 || (f == kHighest && CompareValues(g, r, 53, best)) ||
-        (f == kLowest && CompareValues(g, r, 52, best)))
-      best = r;
-    sum += NumberOf(g, r);
-    ++count;
-  });
-  double value = 0;
-  switch (f) {
-    case kHighest:
-    case kLowest: value = count > 0 ? NumberOf(g, best) : 0; break;
-    case kAverage: value = count > 0 ? sum / count : 0; break;
-    case kSum: value = sum; break;
-    case kCount: value = count; break;
-    default: {  // StdDev: the mean first, then the squared differences
-      if (count == 0) break;
-      const double mean = sum / count;
-      double squares = 0;
-      PassingArguments(g, c, [&](const TokenRecord& r) {
-        const double d = NumberOf(g, r) - mean;
-        squares += d * d;
-      });
-      value = std::sqrt(squares / count);
-      break;
-    }
-  }
-  PutNumber(p, position, value);
+  std::vector<TokenRecord> passing;
+  PassingArguments(g, c, [&](const TokenRecord& r) { passing.push_back(r); });
+  PutNumber(p, position, NumberListValue(g, f, passing));
 }
 
 // ---- String functions.

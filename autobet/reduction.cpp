@@ -510,6 +510,7 @@ struct PlanStep {
     kNegate,       // out = -a
     kInvert,       // out = not a
     kList,         // out = the list kind `code` over the template [a, a + n)
+    kNumberList,   // out = list function `code` of the plan's list arguments [a, a + n)
     kFault,        // the statement faults with `code`
   };
   // Small, so that the steps a statement runs share few cache lines.
@@ -519,7 +520,14 @@ struct PlanStep {
   std::int32_t code = 0;
   std::int32_t out = 0;
   std::int32_t a = 0, b = 0, n = 0;  // kRead, kReadNamed: the group's pieces are the plan's pieces[b]
-  std::int32_t filled = -1;          // its template as records to fill (kCall, kTarget, kList)
+  std::int32_t filled = -1;          // its template as records to fill (kCall, kTarget, kList, kNumberList)
+};
+
+// An argument of a list function that runs from its slots: the slot, and the qualifier in
+// force (a relational code, 0 for none) with its operand's slot.
+struct ListArgument {
+  std::int32_t slot = 0;
+  std::int32_t qualifier = 0, operand = 0;
 };
 
 // Records as a plan writes them to the buffer: those that stand as they are, and where
@@ -549,6 +557,8 @@ struct StatementPlan {
   // The outcome and the steps' templates as records to fill.
   FilledRecords outcomeFilled;
   std::vector<FilledRecords> templates;
+  // The arguments of the kNumberList steps.
+  std::vector<ListArgument> listArguments;
   // An action's target list, when every target in it is named outright.
   bool listed = false;
   TargetList targets;
@@ -884,6 +894,44 @@ void FindShape(StatementPlan& plan) {
   plan.shape = StatementPlan::Shape::kAmountAgainstNumber;
 }
 
+// A call of a list function over numbers whose arguments are values and qualifiers alone
+// runs from their slots, without the buffer; the call's records stay for a run in which
+// one of them isn't a number. At most kMostListArguments of them.
+constexpr std::size_t kMostListArguments = 128;
+void FindNumberList(StatementPlan& plan, PlanStep& s) {
+  const auto items = std::span(plan.items).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n));
+  if (items.size() < 3 || items[1].record.code != kCodeOpenBracket) return;
+  const int f = static_cast<int>(items[0].record.value);
+  if (!IsNumberListFunction(f)) return;
+  std::vector<ListArgument> arguments;
+  // A qualifier is a relational operator followed by a value, and stays until the next.
+  ListArgument next;
+  const auto isValue = [&](std::size_t k) {
+    return k < items.size() && items[k].slot >= 0 && IsValue(items[k].record);
+  };
+  for (std::size_t k = 2; k < items.size(); ++k) {
+    const TokenRecord& r = items[k].record;
+    if (r.code == kCodeCloseBracket) {
+      if (arguments.size() > kMostListArguments) return;
+      s.kind = PlanStep::kNumberList;
+      s.code = f;
+      s.a = static_cast<std::int32_t>(plan.listArguments.size());
+      s.n = static_cast<std::int32_t>(arguments.size());
+      plan.listArguments.insert(plan.listArguments.end(), arguments.begin(), arguments.end());
+      return;
+    }
+    if (IsRelationalCode(r) && isValue(k + 1)) {
+      next.qualifier = r.code;
+      next.operand = items[++k].slot;
+    } else if (isValue(k)) {
+      next.slot = items[k].slot;
+      arguments.push_back(next);
+    } else if (r.code != kCodeListSeparator) {
+      return;  // a bracket or a group: the records' own way
+    }
+  }
+}
+
 // Whether the plan of `statement` could be made.
 bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
   PlanMachine m(statement, plan);
@@ -902,6 +950,7 @@ bool MakePlan(std::span<const TokenRecord> statement, StatementPlan& plan) {
     s.filled = static_cast<std::int32_t>(plan.templates.size());
     plan.templates.push_back(
         Filled(std::span(plan.items).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n))));
+    if (s.kind == PlanStep::kCall) FindNumberList(plan, s);
   }
   return true;
 }
@@ -1059,6 +1108,27 @@ FoundStatement WorkOutStatement(AutoBetProgram& p, int start) {
 
 namespace {
 
+// A list function run from its slots: false, with nothing done, when one of its arguments
+// or qualifiers isn't a number.
+[[gnu::noinline]] bool RunNumberList(const Game& g, const StatementPlan& plan, const PlanStep& s) {
+  auto& v = plan.values;
+  std::array<TokenRecord, kMostListArguments> passing;
+  std::size_t n = 0;
+  for (const ListArgument& e :
+       std::span(plan.listArguments).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n))) {
+    const TokenRecord& r = v[static_cast<std::size_t>(e.slot)];
+    if (r.code != kCodeNumber) return false;
+    if (e.qualifier != 0) {
+      const TokenRecord& operand = v[static_cast<std::size_t>(e.operand)];
+      if (operand.code != kCodeNumber) return false;
+      if (!RelateValues(r.value, e.qualifier, operand.value)) continue;
+    }
+    passing[n++] = r;
+  }
+  v[static_cast<std::size_t>(s.out)] = {kCodeNumber, NumberListValue(g, s.code, std::span(passing.data(), n))};
+  return true;
+}
+
 inline bool RunSteps(Game& g, const StatementPlan& plan) {
   AutoBetProgram& p = g.AutoBet;
   auto& v = plan.values;
@@ -1086,6 +1156,9 @@ inline bool RunSteps(Game& g, const StatementPlan& plan) {
         CopyRecord(at(s.out), out);
         break;
       }
+      case PlanStep::kNumberList:
+        if (RunNumberList(g, plan, s)) continue;
+        [[fallthrough]];
       case PlanStep::kCall:
         PutFilled(p, plan.templates[static_cast<std::size_t>(s.filled)], v);
         AssignFunction(g, 1);

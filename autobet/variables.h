@@ -3,6 +3,7 @@
 // read from reference groups and calls in the statement buffer.
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -139,6 +140,11 @@ bool ReadFact(Game& g, int piece, int v, TokenRecord& out);
 inline bool IsAmountRead(const ReferencePieces& r) {
   return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
 }
+
+// The list functions over numbers (Highest, Lowest, Average, StdDev, Sum, Count), and the
+// value of one over the arguments that passed their qualifiers, in their order.
+bool IsNumberListFunction(int f);
+double NumberListValue(const Game& g, int f, std::span<const TokenRecord> passing);
 
 // Replaces the variable record at buffer index `position` by its value. Returns the number
 // of piece records that follow it, which the caller then removes.

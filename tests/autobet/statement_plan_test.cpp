@@ -122,6 +122,10 @@ const std::vector<std::vector<const char*>> kExpressions = {
     {"sum(cs1 thru cs5)", "sum(cs5 thru cs2)", "count(> 25, cs1 thru cs5)", "highest(cs4 thru cs1)",
      "sum(place(4) thru place(10))", "sum(cs1 thru cs3 player2)", "sum(wins place4 thru place6)",
      "cs(cs1) + cs(cs2 - 1)", "place(cs5 + 1) + come(cs9)"},
+    // The list functions over numbers, from their slots; with a text among them, from the records.
+    {"count(cs1, cs2, 0, -4)", "average(> cs1, cs2, 20, cs3, cs4)", "stddev(cs1, cs2, cs3)",
+     "lowest(< 30, cs5, cs1, 45, >= cs9, -2)", "highest(cs2, \"35\", 3)", "sum(>= 20, cs1, \"25\", cs3)",
+     "count(> 0, cs1, \"x\", cs9)"},
     // Functions and references together.
     {"str$(cs1) & left$(\"abcdef\", cs2) & len(\"hello\")", "round(cs3 / 7, .1) + int(cs4 / 3) + abs(-cs1)",
      "# rolls since last(3.3) + % of rolls(7) + # rolls(11)", "sum(place(cs1) thru place(cs2))",
