@@ -7,9 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <span>
 #include <string>
-#include <vector>
 
 #include "autobet/statement_buffer.h"
 #include "autobet/variables.h"
@@ -292,34 +290,27 @@ bool IsListFunction(int f) { return (f >= kHighest && f <= kLowestText) || f == 
 
 bool IsNumberListFunction(int f) { return f >= kHighest && f <= kCount; }
 
-double NumberListValue(const Game& g, int f, std::span<const TokenRecord> passing) {
-  TokenRecord best{kCodeNumber, 0};
-  double sum = 0;
-  int count = 0;
-  for (const TokenRecord& r : passing) {
-    if (count == 0 || (f == kHighest && CompareValues(g, r, 53, best)) ||
-        (f == kLowest && CompareValues(g, r, 52, best)))
-      best = r;
-    sum += NumberOf(g, r);
-    ++count;
-  }
+NumberListTally::NumberListTally(int function)
+    : f(function),
+      better(function == kHighest  ? 53
+             : function == kLowest ? 52
+                                   : 0) {}
+
+bool NumberListTally::WantsSquares() {
+  if (f != kStdDev || count == 0) return false;
+  mean = sum / count;
+  return true;
+}
+
+double NumberListTally::Value(const Game& g) const {
   switch (f) {
     case kHighest:
     case kLowest: return count > 0 ? NumberOf(g, best) : 0;
     case kAverage: return count > 0 ? sum / count : 0;
     case kSum: return sum;
     case kCount: return count;
-    default: break;
+    default: return count > 0 ? std::sqrt(squares / count) : 0;  // StdDev
   }
-  // StdDev: the mean first, then the squared differences.
-  if (count == 0) return 0;
-  const double mean = sum / count;
-  double squares = 0;
-  for (const TokenRecord& r : passing) {
-    const double d = NumberOf(g, r) - mean;
-    squares += d * d;
-  }
-  return std::sqrt(squares / count);
 }
 
 namespace {
@@ -363,9 +354,10 @@ void ListFunction(Game& g, int f, int position, const Call& c) {
     else PutString(p, position, std::move(bestText));
     return;
   }
-  std::vector<TokenRecord> passing;
-  PassingArguments(g, c, [&](const TokenRecord& r) { passing.push_back(r); });
-  PutNumber(p, position, NumberListValue(g, f, passing));
+  NumberListTally tally(f);
+  PassingArguments(g, c, [&](const TokenRecord& r) { tally.Take(g, r); });
+  if (tally.WantsSquares()) PassingArguments(g, c, [&](const TokenRecord& r) { tally.TakeSquare(g, r); });
+  PutNumber(p, position, tally.Value(g));
 }
 
 // ---- String functions.

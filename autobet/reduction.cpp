@@ -896,8 +896,7 @@ void FindShape(StatementPlan& plan) {
 
 // A call of a list function over numbers whose arguments are values and qualifiers alone
 // runs from their slots, without the buffer; the call's records stay for a run in which
-// one of them isn't a number. At most kMostListArguments of them.
-constexpr std::size_t kMostListArguments = 128;
+// one of them isn't a number.
 void FindNumberList(StatementPlan& plan, PlanStep& s) {
   const auto items = std::span(plan.items).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n));
   if (items.size() < 3 || items[1].record.code != kCodeOpenBracket) return;
@@ -912,7 +911,6 @@ void FindNumberList(StatementPlan& plan, PlanStep& s) {
   for (std::size_t k = 2; k < items.size(); ++k) {
     const TokenRecord& r = items[k].record;
     if (r.code == kCodeCloseBracket) {
-      if (arguments.size() > kMostListArguments) return;
       s.kind = PlanStep::kNumberList;
       s.code = f;
       s.a = static_cast<std::int32_t>(plan.listArguments.size());
@@ -1112,20 +1110,23 @@ namespace {
 // or qualifiers isn't a number.
 [[gnu::noinline]] bool RunNumberList(const Game& g, const StatementPlan& plan, const PlanStep& s) {
   auto& v = plan.values;
-  std::array<TokenRecord, kMostListArguments> passing;
-  std::size_t n = 0;
-  for (const ListArgument& e :
-       std::span(plan.listArguments).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n))) {
-    const TokenRecord& r = v[static_cast<std::size_t>(e.slot)];
-    if (r.code != kCodeNumber) return false;
-    if (e.qualifier != 0) {
-      const TokenRecord& operand = v[static_cast<std::size_t>(e.operand)];
-      if (operand.code != kCodeNumber) return false;
-      if (!RelateValues(r.value, e.qualifier, operand.value)) continue;
+  const auto arguments =
+      std::span(plan.listArguments).subspan(static_cast<std::size_t>(s.a), static_cast<std::size_t>(s.n));
+  for (const ListArgument& e : arguments)
+    if (v[static_cast<std::size_t>(e.slot)].code != kCodeNumber ||
+        (e.qualifier != 0 && v[static_cast<std::size_t>(e.operand)].code != kCodeNumber))
+      return false;
+  // Numbers alone: a qualifier is a comparison of two numbers, which nothing else affects.
+  const auto passing = [&](auto&& take) {
+    for (const ListArgument& e : arguments) {
+      const TokenRecord& r = v[static_cast<std::size_t>(e.slot)];
+      if (e.qualifier == 0 || RelateValues(r.value, e.qualifier, v[static_cast<std::size_t>(e.operand)].value)) take(r);
     }
-    passing[n++] = r;
-  }
-  v[static_cast<std::size_t>(s.out)] = {kCodeNumber, NumberListValue(g, s.code, std::span(passing.data(), n))};
+  };
+  NumberListTally tally(s.code);
+  passing([&](const TokenRecord& r) { tally.Take(g, r); });
+  if (tally.WantsSquares()) passing([&](const TokenRecord& r) { tally.TakeSquare(g, r); });
+  v[static_cast<std::size_t>(s.out)] = {kCodeNumber, tally.Value(g)};
   return true;
 }
 

@@ -3,7 +3,6 @@
 // read from reference groups and calls in the statement buffer.
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -141,10 +140,29 @@ inline bool IsAmountRead(const ReferencePieces& r) {
   return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
 }
 
-// The list functions over numbers (Highest, Lowest, Average, StdDev, Sum, Count), and the
-// value of one over the arguments that passed their qualifiers, in their order.
+// The list functions over numbers: Highest, Lowest, Average, StdDev, Sum, Count.
 bool IsNumberListFunction(int f);
-double NumberListValue(const Game& g, int f, std::span<const TokenRecord> passing);
+// One of them taken over the arguments that pass their qualifiers, in their order; StdDev
+// then takes them again, for the squares of their distances from the mean.
+struct NumberListTally {
+  explicit NumberListTally(int function);
+  int f = 0;
+  int better = 0;  // Highest and Lowest: the relation by which an argument becomes the best
+  TokenRecord best{kCodeNumber, 0};
+  double sum = 0, squares = 0, mean = 0;
+  int count = 0;
+  void Take(const Game& g, const TokenRecord& r) {
+    if (count == 0 || (better != 0 && CompareValues(g, r, better, best))) best = r;
+    sum += NumberOf(g, r);
+    ++count;
+  }
+  bool WantsSquares();  // and then takes the mean
+  void TakeSquare(const Game& g, const TokenRecord& r) {
+    const double d = NumberOf(g, r) - mean;
+    squares += d * d;
+  }
+  double Value(const Game& g) const;
+};
 
 // Replaces the variable record at buffer index `position` by its value. Returns the number
 // of piece records that follow it, which the caller then removes.
