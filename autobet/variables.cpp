@@ -69,13 +69,13 @@ using BetRow = std::array<Money, 6>;
 // the fault when the period has no event to give a value.
 bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, double& v) {
   const double count = Whole(row[0]);
-  const bool lastRoll = count > 0 && Whole(row[4]) == RollNumberNow(g.Stats, column);
+  const auto lastRoll = [&] { return count > 0 && Whole(row[4]) == RollNumberNow(g.Stats, column); };
   switch (y) {
     case 21: v = count; return true;
     case 0:
     case 22: v = Dollars(row[1]); return true;
-    case 28: v = lastRoll ? 1 : 0; return true;
-    case 29: v = lastRoll ? Dollars(row[5]) : 0; return true;
+    case 28: v = lastRoll() ? 1 : 0; return true;
+    case 29: v = lastRoll() ? Dollars(row[5]) : 0; return true;
     case 30:
     case 31: {
       const double hours = Hours(g, column);

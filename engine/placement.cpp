@@ -332,18 +332,15 @@ std::string PutBetsNote() { return "(Unless you check \"Allow Put Bets\" on the 
 
 // CheckStacks are no wagers: none of the table's stages, only their own limit, which is
 // all that a message is made for.
-Money CheckStackChange(Game& g, int seat, int row, Money change) {
-  constexpr Money kLimit = Money::FromRaw(999999999999999999LL);
+constexpr Money kCheckStackLimit = Money::FromRaw(999999999999999999LL);
+
+// A change that the limit cuts, out of line: CheckStackChange stays small.
+[[gnu::noinline]] Money CheckStackChangeCut(Game& g, int seat, int row, Money change) {
   const Money now = g.BetAmount[seat][row];
   const Money next = now + change;
-  if (next <= kLimit && next >= -kLimit) {
-    g.BetAmount[seat][row] = next;
-    NoteCheckStackWrite(g, seat, row);
-    return change;
-  }
   Pending p;
   p.on = !g.SilentMode && g.Ui != nullptr;
-  const Money bound = next > kLimit ? kLimit : -kLimit;
+  const Money bound = next > kCheckStackLimit ? kCheckStackLimit : -kCheckStackLimit;
   change = bound - now;
   if (p.on) {
     if (bound < Money{}) p.Say("The minimum CheckStack value is:\n" + DollarText(bound), 510, kLimitClass);
@@ -355,6 +352,14 @@ Money CheckStackChange(Game& g, int seat, int row, Money change) {
   g.BetAmount[seat][row] += change;
   NoteCheckStackWrite(g, seat, row);
   if (p.on) Tell(g, p.text, g.PlayerName[seat], p.help, msg::kOk | msg::kHelp | p.flags);
+  return change;
+}
+
+Money CheckStackChange(Game& g, int seat, int row, Money change) {
+  const Money next = g.BetAmount[seat][row] + change;
+  if (next > kCheckStackLimit || next < -kCheckStackLimit) return CheckStackChangeCut(g, seat, row, change);
+  g.BetAmount[seat][row] = next;
+  NoteCheckStackWrite(g, seat, row);
   return change;
 }
 
@@ -587,17 +592,9 @@ bool PlainTakeDown(const Game& g, int seat, int bet, Money amount, Money change)
   return g.AllowNegBankroll[seat] || FitsBankroll(g, seat, bet, amount, change);
 }
 
-}  // namespace
-
-Money ChangeBet(Game& g, int seat, int bet, Money change) {
-  // Rows 108..199 hold no bet, nothing lies beyond the CheckStacks, and nobody bets for an
-  // empty seat.
-  if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows ||
-      !SeatOccupied(g, seat))
-    return {};
-  // Online, a seat played at another machine changes only by that machine's word.
-  if (g.Online && !g.Online->MayChangeBets(seat)) return {};
-  if (bet >= kCheckStackRow) return CheckStackChange(g, seat, bet, change);
+// The stages of a change to a wager of an occupied seat that may change it; out of line,
+// so that a CheckStack write takes none of its set-up.
+[[gnu::noinline]] Money ChangeWager(Game& g, int seat, int bet, Money change) {
   Pending p;
   p.on = !g.SilentMode && g.Ui != nullptr;
   const Money amount = g.BetAmount[seat][bet];
@@ -621,6 +618,20 @@ Money ChangeBet(Game& g, int seat, int bet, Money change) {
   if (change.raw != 0 && g.Online) g.Online->BetChanged(seat, bet);
   if (change.raw != 0 && p.on) g.Ui->Refresh({"frmBetResults", "frmCheckStacks"});
   return change;
+}
+
+}  // namespace
+
+Money ChangeBet(Game& g, int seat, int bet, Money change) {
+  // Rows 108..199 hold no bet, nothing lies beyond the CheckStacks, and nobody bets for an
+  // empty seat.
+  if (seat < 0 || seat >= kSeats || bet < 1 || (bet > kBets && bet < kCheckStackRow) || bet >= kBetRows ||
+      !SeatOccupied(g, seat))
+    return {};
+  // Online, a seat played at another machine changes only by that machine's word.
+  if (g.Online && !g.Online->MayChangeBets(seat)) return {};
+  if (bet >= kCheckStackRow) return CheckStackChange(g, seat, bet, change);
+  return ChangeWager(g, seat, bet, change);
 }
 
 Money PlaceBet(Game& g, int seat, int bet, Money change, int32_t placementA, int32_t placementB) {
