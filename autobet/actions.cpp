@@ -271,25 +271,14 @@ Money& OddsFactorOf(RuleSet& r, int v) {
   }
 }
 
-// Checks the write of `value` to the target group and, with `apply`, makes it. Returns
-// false with RunError set when the write is refused; then nothing was changed.
-bool WriteTarget(Game& g, const Target& t, const TokenRecord& value, bool apply) {
+// WriteTarget for every target but a bet's amount and a CheckStack, of a seat checked
+// already; out of line, so that those two take none of its set-up.
+[[gnu::noinline]] bool WriteOtherTarget(Game& g, const Target& t, const TokenRecord& value, bool apply) {
   const int v = t.v, seat = t.seat;
-  // Table settings (V5000 and up) have no player piece and belong to nobody's seat.
-  if ((v < 5000 || t.hasPlayer) && !CheckSeat(g, seat)) return false;
-
-  if (IsBet(v)) {
+  if (IsBet(v)) {  // whether it works on the come-out roll
     const double x = NumberOf(g, value);
-    if (t.y == 44) {
-      if (v > kLastAutoWorkBet) return Fault(g, kErrAlwaysWorks);
-      if (apply) SetAutoWork(g, seat, v, x != 0);
-      return true;
-    }
-    if (apply) ChangeBet(g, seat, v, ToMoney(x) - g.BetAmount[seat][v]);
-    return true;
-  }
-  if (v >= kCheckStackRow && v < kBetRows) {
-    if (apply) SetCheckStack(g, seat, v - kCheckStackRow, ToMoney(NumberOf(g, value)));
+    if (v > kLastAutoWorkBet) return Fault(g, kErrAlwaysWorks);
+    if (apply) SetAutoWork(g, seat, v, x != 0);
     return true;
   }
   if (v >= 800 && v <= kLastCheckStackName) {
@@ -378,6 +367,23 @@ bool WriteTarget(Game& g, const Target& t, const TokenRecord& value, bool apply)
       // V603 passes the compiler but names nothing the table keeps.
       return true;
   }
+}
+
+// Checks the write of `value` to the target group and, with `apply`, makes it. Returns
+// false with RunError set when the write is refused; then nothing was changed.
+bool WriteTarget(Game& g, const Target& t, const TokenRecord& value, bool apply) {
+  const int v = t.v, seat = t.seat;
+  // Table settings (V5000 and up) have no player piece and belong to nobody's seat.
+  if ((v < 5000 || t.hasPlayer) && !CheckSeat(g, seat)) return false;
+  if (IsBet(v) && t.y != 44) {
+    if (apply) ChangeBet(g, seat, v, ToMoney(NumberOf(g, value)) - g.BetAmount[seat][v]);
+    return true;
+  }
+  if (v >= kCheckStackRow && v < kBetRows) {
+    if (apply) SetCheckStack(g, seat, v - kCheckStackRow, ToMoney(NumberOf(g, value)));
+    return true;
+  }
+  return WriteOtherTarget(g, t, value, apply);
 }
 
 bool WriteTarget(Game& g, const TokenRecord* group, const TokenRecord& value, bool apply) {
