@@ -162,15 +162,13 @@ std::string TextArgument(const Game& g, const Call& c, int n) { return ToChars(T
 
 // ---- Bets and checkstacks by number.
 
-bool IsPointNumber(int n) { return n == 4 || n == 5 || n == 6 || n == 8 || n == 9 || n == 10; }
+constexpr bool IsPointNumber(int n) { return n == 4 || n == 5 || n == 6 || n == 8 || n == 9 || n == 10; }
 
 // Lay( ) to Buy( ): the row of the family's bet on point n.
-int PointVariable(int f, int n) {
-  static constexpr BetFamily kFamilies[] = {BetFamily::Lay,        BetFamily::DontComeNumber, BetFamily::DontComeOdds,
-                                            BetFamily::ComeNumber, BetFamily::ComeOdds,       BetFamily::Place,
-                                            BetFamily::Buy};
-  return IsPointNumber(n) ? PointRow(kFamilies[f - kLay], n) : 0;
-}
+constexpr BetFamily kPointFamilies[] = {BetFamily::Lay,        BetFamily::DontComeNumber, BetFamily::DontComeOdds,
+                                        BetFamily::ComeNumber, BetFamily::ComeOdds,       BetFamily::Place,
+                                        BetFamily::Buy};
+constexpr int PointVariable(int f, int n) { return IsPointNumber(n) ? PointRow(kPointFamilies[f - kLay], n) : 0; }
 
 // Hop(): the two dice as 13 or 1.3, in either order; only the hops the layout offers.
 int HopVariable(double n) {
@@ -201,6 +199,26 @@ int HopVariable(double n) {
   return at == kHops.end() ? 0 : bet::Hop13 + static_cast<int>(at - kHops.begin());
 }
 
+// The row that a form of a total (Lay( ) to Repeater( ), Hop( ) aside) names with total
+// `whole` (2..12), 0 for none.
+constexpr int TotalFormVariable(int f, int whole) {
+  switch (f) {
+    case kBig: return whole == 6 ? bet::Big6 : whole == 8 ? bet::Big8 : 0;
+    case kHard: return whole % 2 == 0 && whole >= 4 && whole <= 10 ? bet::Hard4 + (whole - 4) / 2 : 0;
+    case kRepeater: return whole == 7 ? 0 : bet::Repeater2 + whole - 2 - (whole > 7);
+    default: return f >= kLay && f <= kBuy ? PointVariable(f, whole) : 0;
+  }
+}
+// The same by form and total, looked up: scripts name bets by a number at every roll.
+constexpr auto kTotalFormVariables = [] {
+  std::array<std::array<std::int16_t, 13>, kRepeater + 1> rows{};
+  for (int f = kLay; f <= kRepeater; ++f)
+    for (int whole = 2; whole <= 12; ++whole)
+      rows[static_cast<std::size_t>(f)][static_cast<std::size_t>(whole)] =
+          static_cast<std::int16_t>(f == kHop ? 0 : TotalFormVariable(f, whole));
+  return rows;
+}();
+
 // The V number that a numbered form names (Lay(4), Hop(1.3), CS(5), ...), 0 when the
 // number is none of the family's.
 int FormVariable(int f, double n) {
@@ -211,13 +229,8 @@ int FormVariable(int f, double n) {
     case kHop: return HopVariable(n);
     default: break;
   }
-  if (!WholeWithin(n, 2, 12, whole)) return 0;
-  switch (f) {
-    case kBig: return whole == 6 ? bet::Big6 : whole == 8 ? bet::Big8 : 0;
-    case kHard: return whole % 2 == 0 && whole >= 4 && whole <= 10 ? bet::Hard4 + (whole - 4) / 2 : 0;
-    case kRepeater: return whole == 7 ? 0 : bet::Repeater2 + whole - 2 - (whole > 7);
-    default: return f >= kLay && f <= kBuy ? PointVariable(f, whole) : 0;
-  }
+  if (f < kLay || f > kRepeater || !WholeWithin(n, 2, 12, whole)) return 0;
+  return kTotalFormVariables[static_cast<std::size_t>(f)][static_cast<std::size_t>(whole)];
 }
 
 bool IsNumberedForm(int f) { return (f >= kLay && f <= kRepeater) || f == kCheckStack || f == kCheckStackName; }
