@@ -37,8 +37,7 @@ bool IsGroupHead(const R& r) {
 
 // A truth value as the logical operators use it: a rounded 32-bit integer. The truth
 // values of comparisons (-1 and 0) and other whole numbers need no rounding.
-std::int32_t LogicalOf(const Game& g, const TokenRecord& r) {
-  const double x = NumberOf(g, r);
+std::int32_t LogicalValue(double x) {
   if (x >= -2147483648.0 && x <= 2147483647.0) {
     const auto whole = static_cast<std::int32_t>(x);
     if (whole == x) return whole;
@@ -48,6 +47,7 @@ std::int32_t LogicalOf(const Game& g, const TokenRecord& r) {
   if (v <= -2147483648.0) return INT32_MIN;
   return static_cast<std::int32_t>(v);
 }
+std::int32_t LogicalOf(const Game& g, const TokenRecord& r) { return LogicalValue(NumberOf(g, r)); }
 
 // Each binary operator writes its result to `out` (which may be the left operand);
 // false, with `out` left as it was, when it faulted.
@@ -566,7 +566,14 @@ struct StatementPlan {
   std::int32_t truthSlot = -1;
   // A condition of a shape that scripts test most, run as a condition without the loop of
   // steps: a table fact on its own, or an amount compared with a number.
-  enum class Shape : std::uint8_t { kSteps, kFact, kAmountAgainstNumber } shape = Shape::kSteps;
+  // Or a condition on numbers alone: reads of amounts and table facts, the statement's
+  // numbers, and the operators that can't fault on numbers. Its steps run on a file of
+  // numbers (`numbers`, the constants in place) without the records' codes: the reads
+  // first, in order, as only they can fault; then the rest (`numberSteps`).
+  enum class Shape : std::uint8_t { kSteps, kFact, kAmountAgainstNumber, kNumbers } shape = Shape::kSteps;
+  std::vector<PlanStep> numberSteps;
+  std::size_t numberReads = 0;
+  mutable std::vector<double> numbers;
 };
 
 namespace {
@@ -878,20 +885,63 @@ FilledRecords Filled(std::span<const PlanItem> items) {
   return f;
 }
 
+// Whether a condition is on numbers alone. Every slot a step computes holds a number
+// while the plan is made; of the others, the statement's constants, only numbers do.
+void FindNumbers(StatementPlan& plan) {
+  const auto number = [&](std::int32_t slot) {
+    return plan.values[static_cast<std::size_t>(slot)].code == kCodeNumber;
+  };
+  std::vector<PlanStep> reads, rest;
+  for (const PlanStep& s : plan.steps) {
+    switch (s.kind) {
+      case PlanStep::kReadAmount:
+      case PlanStep::kReadFact: reads.push_back(s); break;
+      case PlanStep::kArithmetic:
+        // + - * and ^ can't fault; / \ and mod can.
+        if (s.code != kCodePlus && s.code != kCodeMinus && s.code != kCodeTimes && s.code != kCodePower) return;
+        [[fallthrough]];
+      case PlanStep::kRelation:
+      case PlanStep::kLogic:
+        if (!number(s.a) || !number(s.b)) return;
+        rest.push_back(s);
+        break;
+      case PlanStep::kNegate:
+      case PlanStep::kInvert:
+        if (!number(s.a)) return;
+        rest.push_back(s);
+        break;
+      default: return;
+    }
+  }
+  plan.shape = StatementPlan::Shape::kNumbers;
+  plan.numberReads = reads.size();
+  plan.numberSteps = std::move(reads);
+  plan.numberSteps.insert(plan.numberSteps.end(), rest.begin(), rest.end());
+  plan.numbers.resize(plan.values.size());
+  for (std::size_t k = 0; k < plan.values.size(); ++k) plan.numbers[k] = plan.values[k].value;
+}
+
 // Whether a condition's plan has one of the shapes that run without the loop of steps:
 // their last step leaves the value that decides.
 void FindShape(StatementPlan& plan) {
   const auto& steps = plan.steps;
   if (plan.truthSlot < 0 || steps.empty() || steps.back().out != plan.truthSlot) return;
-  if (steps.size() == 1 && steps[0].kind == PlanStep::kReadFact) plan.shape = StatementPlan::Shape::kFact;
-  if (steps.size() != 2 || steps[0].kind != PlanStep::kReadAmount || steps[1].kind != PlanStep::kRelation) return;
-  // The other operand is a number no step writes: a constant of the statement.
-  const PlanStep& relation = steps[1];
-  const int amount = steps[0].out;
-  const int other = relation.a == amount ? relation.b : relation.b == amount ? relation.a : -1;
-  if (other < 0 || other == amount || other == relation.out) return;
-  if (plan.values[static_cast<std::size_t>(other)].code != kCodeNumber) return;
-  plan.shape = StatementPlan::Shape::kAmountAgainstNumber;
+  if (steps.size() == 1 && steps[0].kind == PlanStep::kReadFact) {
+    plan.shape = StatementPlan::Shape::kFact;
+    return;
+  }
+  if (steps.size() == 2 && steps[0].kind == PlanStep::kReadAmount && steps[1].kind == PlanStep::kRelation) {
+    // The other operand is a number no step writes: a constant of the statement.
+    const PlanStep& relation = steps[1];
+    const int amount = steps[0].out;
+    const int other = relation.a == amount ? relation.b : relation.b == amount ? relation.a : -1;
+    if (other >= 0 && other != amount && other != relation.out &&
+        plan.values[static_cast<std::size_t>(other)].code == kCodeNumber) {
+      plan.shape = StatementPlan::Shape::kAmountAgainstNumber;
+      return;
+    }
+  }
+  FindNumbers(plan);
 }
 
 // A call of a list function over numbers whose arguments are values and qualifiers alone
@@ -1239,6 +1289,40 @@ namespace {
 
 ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds : ConditionOutcome::kFails; }
 
+// A condition on numbers: what its steps compute, on the numbers alone.
+[[gnu::noinline]] ConditionOutcome RunNumbers(Game& g, const StatementPlan& plan) {
+  double* const n = plan.numbers.data();
+  const PlanStep* s = plan.numberSteps.data();
+  const PlanStep* const reads = s + plan.numberReads;
+  const PlanStep* const end = s + plan.numberSteps.size();
+  for (; s != reads; ++s) {
+    const bool read = s->kind == PlanStep::kReadAmount ? AmountValue(g, s->a, s->code, n[s->out])
+                                                       : FactValue(g, s->a, s->code, n[s->out]);
+    if (!read) return ConditionOutcome::kFault;
+  }
+  for (; s != end; ++s) {
+    const double a = n[s->a], b = n[s->b];  // b unused by the unary steps, but a slot still
+    double& out = n[s->out];
+    switch (s->kind) {
+      case PlanStep::kRelation: out = RelateValues(a, s->code, b) ? -1.0 : 0.0; break;
+      case PlanStep::kLogic: {
+        const std::int32_t x = LogicalValue(a), y = LogicalValue(b);
+        out = s->code == kCodeAnd ? (x & y) : s->code == kCodeOr ? (x | y) : (x ^ y);
+        break;
+      }
+      case PlanStep::kArithmetic:
+        out = s->code == kCodePlus    ? a + b
+              : s->code == kCodeMinus ? a - b
+              : s->code == kCodeTimes ? a * b
+                                      : std::pow(a, b);
+        break;
+      case PlanStep::kNegate: out = -a; break;
+      default: out = ~LogicalValue(a); break;  // kInvert
+    }
+  }
+  return Outcome(n[plan.truthSlot] != 0);
+}
+
 }  // namespace
 
 // The shapes make the same reads and comparisons as their steps, and look at the same truth.
@@ -1255,6 +1339,7 @@ ConditionOutcome RunPlannedCondition(Game& g, const StatementPlan& plan) {
       if (!ReadAmount(g, read.a, read.code, v[read.out])) return ConditionOutcome::kFault;
       return Outcome(RelateValues(v[relation.a].value, relation.code, v[relation.b].value));
     }
+    case StatementPlan::Shape::kNumbers: return RunNumbers(g, plan);
     case StatementPlan::Shape::kSteps: break;
   }
   return RunConditionSteps(g, plan);

@@ -534,11 +534,15 @@ bool ReadVariable(Game& g, const TokenRecord* group, TokenRecord& out) {
   return ReadReference(g, ReadPieces(group), out);
 }
 
-bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
+bool FactValue(Game& g, int piece, int v, double& value) {
   const int seat = SeatOfPiece(g, piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  return TableFact(g, v, value);
+}
+
+bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
   double value = 0;
-  if (!TableFact(g, v, value)) return false;
+  if (!FactValue(g, piece, v, value)) return false;
   out = {kCodeNumber, value};
   return true;
 }

@@ -127,14 +127,21 @@ bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out);
 // The reads scripts make most, kept apart so that a plan makes them without the whole
 // dispatch: the amount of bet row `row` (a bet read with Y34, or a checkstack) of the seat
 // that player piece `piece` names.
-inline bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
+inline bool AmountValue(Game& g, int piece, int row, double& value) {
   const int seat = SeatOfPiece(g, piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);
-  out = {kCodeNumber, g.BetAmount[seat][row].ToDouble()};
+  value = g.BetAmount[seat][row].ToDouble();
+  return true;
+}
+inline bool ReadAmount(Game& g, int piece, int row, TokenRecord& out) {
+  double value = 0;
+  if (!AmountValue(g, piece, row, value)) return false;
+  out = {kCodeNumber, value};
   return true;
 }
 // A table fact (V5000 and up), which names no seat but still wants the player piece's to
 // be one.
+bool FactValue(Game& g, int piece, int v, double& value);
 bool ReadFact(Game& g, int piece, int v, TokenRecord& out);
 inline bool IsAmountRead(const ReferencePieces& r) {
   return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);

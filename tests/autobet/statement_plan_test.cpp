@@ -230,6 +230,19 @@ TEST(StatementPlans, PlayTheExampleSystemsAsTheirRecordsDo) {
   EXPECT_TRUE(t.reduced.g.AutoBet.Plans->plans.empty());
 }
 
+// Conditions on numbers alone, which run on the numbers without the records' codes: every
+// operator that can't fault, facts among amounts, joins of numbers that aren't -1 or 0.
+TEST(StatementPlans, JudgeConditionsOnNumbersAsTheirRecordsDo) {
+  TwinTables t({{"cs1 = cs1 + 1", "If cs1 > 4 Then cs1 = -3 : EndIf", "cs2 = cs2 + 0.25",
+                 "If cs1 * 2 - 1 > cs2 ^ 2 xor not cs3 Then cs3 = cs3 + 1 : EndIf",
+                 "If -cs1 + 3 >= 0 or cs2 = 1.5 and next roll is a comeout roll Then cs4 = cs4 + 1 : EndIf",
+                 "If cs1 Then cs5 = cs5 + 1 : EndIf", "If 2.5 and cs2 + 0.5 Then cs6 = cs6 + 1 : EndIf",
+                 "If point + cs1 <> 8 and passline player8 <= cs2 Then cs7 = cs7 + 1 : EndIf",
+                 "If cs2 ^ 2 > cs1 + 2 Then cs8 = cs8 + 1 : EndIf"}});
+  t.Play(60);
+  for (int n = 3; n <= 8; ++n) EXPECT_GT(t.planned.g.BetAmount[1][kCheckStackRow + n].raw, 0) << n;
+}
+
 // Assignments and target lists of every kind the shortcuts take or leave to the buffer:
 // checkstacks and their names, bets through the gate, another seat's and an empty seat's
 // (refused), qualifiers, a target that a call names, lists that fault or are refused part
