@@ -466,9 +466,12 @@ bool HasSecondTarget(const AutoBetProgram& p, int start, int last, const TargetL
 
 // Runs a walk twice: first only checking, then writing, so that a target refused late in
 // the list leaves the earlier ones as they were. A fault that doesn't stop the walk (a
-// Place-only verb on another bet) is left in RunError after the writes.
+// Place-only verb on another bet) is left in RunError after the writes. A verb whose writes
+// check no more than the seat (`seatOnly`), on a list of amounts of one seat compared with
+// numbers, is refused at its first write or not at all: it walks once.
 template <class F>
-void CheckedWalk(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, F&& each) {
+void CheckedWalk(Game& g, int start, int last, const TargetList* listed, const TokenRecord* operands, bool seatOnly,
+                 F&& each) {
   int softFault = 0;
   auto pass = [&](bool apply) {
     softFault = 0;
@@ -477,7 +480,13 @@ void CheckedWalk(Game& g, int start, int last, const TargetList* listed, const T
     });
   };
   // One target checks as it writes: no earlier write can be left behind by its refusal.
-  if (HasSecondTarget(g.AutoBet, start, last, listed) && !pass(false)) return;
+  const auto once = [&] {
+    if (!seatOnly || !listed || !listed->amountsOfOneSeat) return false;
+    for (int k = 0; k < listed->qualifiers; ++k)
+      if (operands[k].code != kCodeNumber) return false;
+    return true;
+  };
+  if (HasSecondTarget(g.AutoBet, start, last, listed) && !once() && !pass(false)) return;
   pass(true);
   if (softFault != 0 && g.AutoBet.RunError == 0) g.AutoBet.RunError = softFault;
 }
@@ -511,7 +520,7 @@ void AmountVerb(Game& g, int action, const TokenRecord* given, const TargetList*
   const Money xMoney = ToMoney(x);
   const bool rounding = action >= 487 && action <= 489;
   if (rounding && xMoney.raw == 0) return;  // rounding to nothing leaves every target as it is
-  CheckedWalk(g, 4, p.StatementLength, listed, operands,
+  CheckedWalk(g, 4, p.StatementLength, listed, operands, true,
               [&](const TokenRecord*, const Target& target, bool apply, int&) {
                 if (action == 481) return WriteTarget(g, target, amount, apply);
                 TokenRecord current;
@@ -545,7 +554,7 @@ void MoveBet(Game& g, int seat, int from, int to) {
 // The verbs 450..499 without an amount: their targets follow the verb.
 void TargetVerb(Game& g, int action, const TargetList* listed, const TokenRecord* operands) {
   const TokenRecord cleared{kCodeNumber, 0}, clearedName{kCodeString, 0};
-  CheckedWalk(g, 2, g.AutoBet.StatementLength, listed, operands,
+  CheckedWalk(g, 2, g.AutoBet.StatementLength, listed, operands, action == 460,
               [&](const TokenRecord*, const Target& t, bool apply, int& softFault) {
                 const int bet = t.v, seat = t.seat;
                 switch (action) {
@@ -753,9 +762,9 @@ void Assign(Game& g) {
     return;
   }
   const TokenRecord value = p.StatementBuffer[equals + 1];
-  CheckedWalk(g, 1, equals - 1, nullptr, nullptr, [&](const TokenRecord*, const Target& target, bool apply, int&) {
-    return WriteTarget(g, target, value, apply);
-  });
+  CheckedWalk(
+      g, 1, equals - 1, nullptr, nullptr, false,
+      [&](const TokenRecord*, const Target& target, bool apply, int&) { return WriteTarget(g, target, value, apply); });
 }
 
 void StartNewSession(Game& g, int action) {

@@ -26,6 +26,9 @@ struct TargetList {
   std::int32_t first = 0;
   std::int32_t targets = 0, qualifiers = 0;
   std::vector<ListedTarget> entries;
+  // Every target an amount (a bet's or a CheckStack) of one player piece: reading one
+  // can't fault, and the only check of a write to one, the seat's, comes out the same for all.
+  bool amountsOfOneSeat = false;
 };
 // The most qualifiers a list worked out beforehand has: their operands are handed on in an
 // array of this size.

@@ -870,6 +870,12 @@ void ListTargets(StatementPlan& plan) {
     ++list.targets;
     i = next;
   }
+  int piece = 0;  // of the first target
+  list.amountsOfOneSeat = std::all_of(list.entries.begin(), list.entries.end(), [&](const ListedTarget& e) {
+    if (e.relational != 0) return true;
+    if (piece == 0) piece = e.target.piece;
+    return IsAmountRead(e.target) && e.target.piece == piece;
+  });
   plan.targets = std::move(list);
   plan.listed = true;
 }

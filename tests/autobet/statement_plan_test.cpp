@@ -256,7 +256,8 @@ TEST(StatementPlans, CarryOutAssignmentsAndTargetListsAsTheirRecordsDo) {
       {"If next roll is a comeout roll Then GoSub \"Down\"", "Else", "  Bet 5 on = 0, place5, place6, place8",
        "  Add 1 to > 5, place5, place6, < 7, place8", "  Multiply by 2 on place(cs1 mod 3 + 5)",
        "  Round up to the nearest 6 on place6, place8", "EndIf", "cs1 = cs1 + 1", "GoTo \"End\"", "\"Down\"",
-       "Take down place bets", "Bet 5 on place4, place5 player7", "Return", "\"End\""},
+       "Take down place bets", "Bet 5 on place4, place5 player7", "Add 2 to = 0, place9 player7, place10 player7",
+       "Bet 5 on = \"0\", place9, place10", "Return", "\"End\""},
       {"Bet 10 on field", "Clear = 10, field, hard6", "Bet 1 on hard6, hard8, hard4 player8", "Divide by cs9 on hard6",
        "Buy the place bet on > 0, place4, place10", "Call off place6 player8", "Subtract 1 from field, cs1",
        "Add 1 to < 9, place4, < 9, place5, < 9, place6, < 9, place8, < 9, place9, < 9, place10, < 9, field, < 9, "
