@@ -194,8 +194,9 @@ void EvaluateStatement(Game& g, const TokenRecord* statement, int length, const 
   }
 }
 
-// A condition planned to read and compute only, as EvaluateStatement runs it.
-void TestCondition(Game& g, const StatementPlan& plan) {
+// A condition planned to read and compute only, as EvaluateStatement runs it. In the
+// cycle itself, which runs most conditions through it.
+[[gnu::always_inline]] inline void TestCondition(Game& g, const StatementPlan& plan) {
   g.AutoBet.RunError = 0;
   try {
     switch (RunPlannedCondition(g, plan)) {
