@@ -136,8 +136,10 @@ double NumberArgument(const Game& g, const Call& c, int n) { return NumberOf(g, 
 
 // A whole number within [low, high], as an index must be.
 bool WholeWithin(double v, int low, int high, int& out) {
-  if (v != std::floor(v) || v < low || v > high) return false;
-  out = static_cast<int>(v);
+  if (!(v >= low && v <= high)) return false;  // a NaN too
+  const int whole = static_cast<int>(v);
+  if (whole != v) return false;
+  out = whole;
   return true;
 }
 

@@ -68,12 +68,14 @@ using BetRow = std::array<Money, 6>;
 // One statistic (Y21..Y31) of one store row: resolved wagers, wins or losses. `none` is
 // the fault when the period has no event to give a value.
 bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, double& v) {
+  if (y == 0 || y == 22) {  // the total, which most reads want
+    v = Dollars(row[1]);
+    return true;
+  }
   const double count = Whole(row[0]);
   const auto lastRoll = [&] { return count > 0 && Whole(row[4]) == RollNumberNow(g.Stats, column); };
   switch (y) {
     case 21: v = count; return true;
-    case 0:
-    case 22: v = Dollars(row[1]); return true;
     case 28: v = lastRoll() ? 1 : 0; return true;
     case 29: v = lastRoll() ? Dollars(row[5]) : 0; return true;
     case 30:
