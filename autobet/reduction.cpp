@@ -891,17 +891,31 @@ FilledRecords Filled(std::span<const PlanItem> items) {
   return f;
 }
 
-// Whether a condition is on numbers alone. Every slot a step computes holds a number
-// while the plan is made; of the others, the statement's constants, only numbers do.
+// Whether a condition is on numbers alone. Its reads (of amounts and table facts, and of
+// a group a number names: the named target first) run before the rest and in order, as
+// only they can fault: each may use only a constant or what a read before it left.
 void FindNumbers(StatementPlan& plan) {
+  enum Left : std::uint8_t { kConstant, kRead, kTarget, kComputed };
+  std::vector<Left> left(plan.values.size(), kConstant);
+  const auto at = [&](std::int32_t slot) { return left[static_cast<std::size_t>(slot)]; };
   const auto number = [&](std::int32_t slot) {
-    return plan.values[static_cast<std::size_t>(slot)].code == kCodeNumber;
+    return at(slot) == kConstant ? plan.values[static_cast<std::size_t>(slot)].code == kCodeNumber
+                                 : at(slot) != kTarget;
   };
   std::vector<PlanStep> reads, rest;
   for (const PlanStep& s : plan.steps) {
+    Left leaves = kComputed;
     switch (s.kind) {
       case PlanStep::kReadAmount:
-      case PlanStep::kReadFact: reads.push_back(s); break;
+      case PlanStep::kReadFact: leaves = kRead; break;
+      case PlanStep::kTargetNamed:
+        if (!number(s.a) || at(s.a) == kComputed) return;
+        leaves = kTarget;
+        break;
+      case PlanStep::kReadNamed:
+        if (at(s.a) != kTarget) return;
+        leaves = kRead;
+        break;
       case PlanStep::kArithmetic:
         // + - * and ^ can't fault; / \ and mod can.
         if (s.code != kCodePlus && s.code != kCodeMinus && s.code != kCodeTimes && s.code != kCodePower) return;
@@ -909,15 +923,15 @@ void FindNumbers(StatementPlan& plan) {
       case PlanStep::kRelation:
       case PlanStep::kLogic:
         if (!number(s.a) || !number(s.b)) return;
-        rest.push_back(s);
         break;
       case PlanStep::kNegate:
       case PlanStep::kInvert:
         if (!number(s.a)) return;
-        rest.push_back(s);
         break;
       default: return;
     }
+    (leaves == kComputed ? rest : reads).push_back(s);
+    left[static_cast<std::size_t>(s.out)] = leaves;
   }
   plan.shape = StatementPlan::Shape::kNumbers;
   plan.numberReads = reads.size();
@@ -1302,9 +1316,29 @@ ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds :
   const PlanStep* const reads = s + plan.numberReads;
   const PlanStep* const end = s + plan.numberSteps.size();
   for (; s != reads; ++s) {
-    const bool read = s->kind == PlanStep::kReadAmount ? AmountValue(g, s->a, s->code, n[s->out])
-                                                       : FactValue(g, s->a, s->code, n[s->out]);
-    if (!read) return ConditionOutcome::kFault;
+    switch (s->kind) {
+      case PlanStep::kReadAmount:
+        if (!AmountValue(g, s->a, s->code, n[s->out])) return ConditionOutcome::kFault;
+        break;
+      case PlanStep::kReadFact:
+        if (!FactValue(g, s->a, s->code, n[s->out])) return ConditionOutcome::kFault;
+        break;
+      case PlanStep::kTargetNamed:
+        n[s->out] = NamedVariable(g, s->code, n[s->a], s->n);
+        if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;
+        break;
+      default: {  // kReadNamed
+        ReferencePieces r = plan.pieces[static_cast<std::size_t>(s->b)];
+        r.v = static_cast<int>(n[s->a]);
+        TokenRecord out{kCodeNumber, 0};
+        ReadReference(g, r, out);
+        if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;
+        // A text: the steps run as they are, from the first read on, which takes nothing.
+        if (out.code != kCodeNumber) return RunConditionSteps(g, plan);
+        n[s->out] = out.value;
+        break;
+      }
+    }
   }
   for (; s != end; ++s) {
     const double a = n[s->a], b = n[s->b];  // b unused by the unary steps, but a slot still
