@@ -891,9 +891,9 @@ FilledRecords Filled(std::span<const PlanItem> items) {
   return f;
 }
 
-// Whether a condition is on numbers alone. Its reads (of amounts and table facts, and of
-// a group a number names: the named target first) run before the rest and in order, as
-// only they can fault: each may use only a constant or what a read before it left.
+// Whether a condition is on numbers alone. Its reads (of groups, and of a group a number
+// names: the named target first) run before the rest and in order, as only they can
+// fault: each may use only a constant or what a read before it left.
 void FindNumbers(StatementPlan& plan) {
   enum Left : std::uint8_t { kConstant, kRead, kTarget, kComputed };
   std::vector<Left> left(plan.values.size(), kConstant);
@@ -907,7 +907,8 @@ void FindNumbers(StatementPlan& plan) {
     Left leaves = kComputed;
     switch (s.kind) {
       case PlanStep::kReadAmount:
-      case PlanStep::kReadFact: leaves = kRead; break;
+      case PlanStep::kReadFact:
+      case PlanStep::kRead: leaves = kRead; break;
       case PlanStep::kTargetNamed:
         if (!number(s.a) || at(s.a) == kComputed) return;
         leaves = kTarget;
@@ -1327,9 +1328,9 @@ ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds :
         n[s->out] = NamedVariable(g, s->code, n[s->a], s->n);
         if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;
         break;
-      default: {  // kReadNamed
+      default: {  // kRead, kReadNamed
         ReferencePieces r = plan.pieces[static_cast<std::size_t>(s->b)];
-        r.v = static_cast<int>(n[s->a]);
+        if (s->kind == PlanStep::kReadNamed) r.v = static_cast<int>(n[s->a]);
         TokenRecord out{kCodeNumber, 0};
         ReadReference(g, r, out);
         if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;

@@ -240,9 +240,10 @@ TEST(StatementPlans, JudgeConditionsOnNumbersAsTheirRecordsDo) {
                  "If point + cs1 <> 8 and passline player8 <= cs2 Then cs7 = cs7 + 1 : EndIf",
                  "If cs2 ^ 2 > cs1 + 2 Then cs8 = cs8 + 1 : EndIf",
                  "If place(cs1) = 0 and comeodds(cs1) <= cs2 Then cs9 = cs9 + 1 : EndIf",
-                 "If csn(cs1) > -5000 or cs1 > 2 Then cs10 = cs10 + 1 : EndIf"}});
+                 "If csn(cs1) > -5000 or cs1 > 2 Then cs10 = cs10 + 1 : EndIf",
+                 "If csn2 > -5000 or wins passline >= cs1 Then cs11 = cs11 + 1 : EndIf"}});
   t.Play(60);
-  for (int n = 3; n <= 10; ++n) EXPECT_GT(t.planned.g.BetAmount[1][kCheckStackRow + n].raw, 0) << n;
+  for (int n = 3; n <= 11; ++n) EXPECT_GT(t.planned.g.BetAmount[1][kCheckStackRow + n].raw, 0) << n;
 }
 
 // Assignments and target lists of every kind the shortcuts take or leave to the buffer:
