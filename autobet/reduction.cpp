@@ -566,10 +566,11 @@ struct StatementPlan {
   std::int32_t truthSlot = -1;
   // A condition of a shape that scripts test most, run as a condition without the loop of
   // steps: a table fact on its own, or an amount compared with a number.
-  // Or a condition on numbers alone: reads of amounts and table facts, the statement's
-  // numbers, and the operators that can't fault on numbers. Its steps run on a file of
-  // numbers (`numbers`, the constants in place) without the records' codes: the reads
-  // first, in order, as only they can fault; then the rest (`numberSteps`).
+  // Or a condition on numbers alone: reads (of groups, and of the groups that numbers
+  // name), the statement's numbers, and the operators that can't fault on numbers. Its
+  // steps run on a file of numbers (`numbers`, the constants in place) without the
+  // records' codes: the reads first, in order, as only they can fault; then the rest
+  // (`numberSteps`).
   enum class Shape : std::uint8_t { kSteps, kFact, kAmountAgainstNumber, kNumbers } shape = Shape::kSteps;
   std::vector<PlanStep> numberSteps;
   std::size_t numberReads = 0;
