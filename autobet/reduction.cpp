@@ -871,11 +871,10 @@ void ListTargets(StatementPlan& plan) {
     ++list.targets;
     i = next;
   }
-  int piece = 0;  // of the first target
+  const auto first =
+      std::find_if(list.entries.begin(), list.entries.end(), [](const ListedTarget& e) { return e.relational == 0; });
   list.amountsOfOneSeat = std::all_of(list.entries.begin(), list.entries.end(), [&](const ListedTarget& e) {
-    if (e.relational != 0) return true;
-    if (piece == 0) piece = e.target.piece;
-    return IsAmountRead(e.target) && e.target.piece == piece;
+    return e.relational != 0 || (IsAmountRead(e.target) && e.target.piece == first->target.piece);
   });
   plan.targets = std::move(list);
   plan.listed = true;
