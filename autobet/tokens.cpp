@@ -306,6 +306,27 @@ CompileFault FaultAt(std::string message, int line, Span span) {
   return {std::move(message), line, span.begin, line, span.end};
 }
 
+// The pairs of adjacent characters of a text, each as one of 64 bits. A key with a pair
+// that the line lacks can't occur in it: one test of the masks rules out nearly every
+// row of the table before any search of the line.
+uint64_t PairBits(std::string_view text) {
+  uint64_t bits = 0;
+  for (std::size_t i = 1; i < text.size(); ++i)
+    bits |=
+        uint64_t{1} << ((static_cast<unsigned char>(text[i - 1]) * 31u + static_cast<unsigned char>(text[i])) & 63u);
+  return bits;
+}
+
+// PairBits of every key of the table, in its order.
+const std::vector<uint64_t>& TokenKeyPairBits() {
+  static const std::vector<uint64_t> bits = [] {
+    std::vector<uint64_t> b;
+    for (const TokenRow& row : TokenTable()) b.push_back(PairBits(row.key));
+    return b;
+  }();
+  return bits;
+}
+
 // Steps 1 to 7 of line normalising. A blank line comes back empty.
 ShadowedLine TranslateShadowed(std::string_view source, int lineNumber, const std::vector<PlayerRow>& players,
                                std::vector<StringEntry>& strings, CompileFault& fault) {
@@ -321,8 +342,16 @@ ShadowedLine TranslateShadowed(std::string_view source, int lineNumber, const st
   line.Push(' ', line.spans.back());
   CollapseBlanks(line);
 
-  for (const TokenRow& row : TokenTable())
-    if (ReplaceWhileFound(line, row.key, row.replacement)) CollapseBlanks(line);
+  const std::span<const TokenRow> table = TokenTable();
+  const std::vector<uint64_t>& keyBits = TokenKeyPairBits();
+  uint64_t lineBits = PairBits(line.text);
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (keyBits[i] & ~lineBits) continue;
+    if (ReplaceWhileFound(line, table[i].key, table[i].replacement)) {
+      CollapseBlanks(line);
+      lineBits = PairBits(line.text);
+    }
+  }
   for (const PlayerRow& row : players)
     if (ReplaceWhileFound(line, row.key, row.replacement)) CollapseBlanks(line);
 
