@@ -2,7 +2,8 @@
 
 #include <cmath>
 #include <cstring>
-#include <memory>
+#include <new>
+#include <utility>
 
 #include "autobet/interpreter.h"
 #include "automation/auto_roll.h"
@@ -20,22 +21,53 @@
 #include "storage/error_report.h"
 #include "storage/language_text.h"
 
-void SetDefaultGame(Game& g) {
-  UserInterface* ui = g.Ui;
-  Clock* time = g.Time;
-  DiceSources dice = g.Dice;  // the generators keep running across a new game
-  AutomationState autoState = g.Auto;
-  std::string folder = std::move(g.ProgramFolder);
-  // A fresh game is large: it is made on the heap, never as a temporary on the stack.
-  g = std::move(*std::make_unique<Game>());
-  g.ProgramFolder = std::move(folder);
-  g.Ui = ui;
-  g.Time = time;
-  g.Dice = dice;
+namespace {
+
+// What a new game keeps of the one before it: the interface and clock it works with, the
+// program folder, the generators (which keep running across games) and the runner's hooks.
+struct CarriedOver {
+  UserInterface* ui = nullptr;
+  Clock* time = nullptr;
+  std::string folder;
+  DiceSources dice;
+  AutomationState autoState;
+};
+
+CarriedOver TakeCarriedOver(Game& g) { return {g.Ui, g.Time, std::move(g.ProgramFolder), g.Dice, g.Auto}; }
+
+void GiveCarriedOver(Game& g, CarriedOver c) {
+  g.ProgramFolder = std::move(c.folder);
+  g.Ui = c.ui;
+  g.Time = c.time;
+  g.Dice = c.dice;
   g.Dice.reseedSessions = false;
-  g.Auto.AfterRoll = autoState.AfterRoll;
-  g.Auto.AfterRollData = autoState.AfterRollData;
-  g.Auto.AutoRollThrottle = autoState.AutoRollThrottle;
+  g.Auto.AfterRoll = c.autoState.AfterRoll;
+  g.Auto.AfterRollData = c.autoState.AfterRollData;
+  g.Auto.AutoRollThrottle = c.autoState.AutoRollThrottle;
+}
+
+}  // namespace
+
+void ForgetCarriedOver(Game& g) {
+  CarriedOver fresh;
+  g.Ui = fresh.ui;
+  g.Time = fresh.time;
+  g.ProgramFolder = std::move(fresh.folder);
+  g.Dice = fresh.dice;
+  g.Auto = fresh.autoState;
+}
+
+void SetDefaultGame(Game& g) {
+  CarriedOver kept = TakeCarriedOver(g);
+  // A fresh game in place: a second one to move from would be made and copied in full,
+  // and a game is large (a run of sessions starts one per session). Every member has its
+  // initializer, so it is made member by member, without zeroing the whole of it first.
+  // Made so it can't be left half made: memory that runs out on the way ends the program.
+  [](Game& fresh) noexcept {
+    fresh.~Game();
+    new (&fresh) Game;
+  }(g);
+  GiveCarriedOver(g, std::move(kept));
   g.PlayerName.Set(0, "House");
   SetDefaultPercentageDice(g.Percentage);
   SetDefaultRules(g.Rules);

@@ -3,8 +3,12 @@
 
 #include "engine/game_state.h"
 
-// Everything to the defaults of a new game; seats empty.
+// Everything to the defaults of a new game; seats empty. The interface, the clock, the
+// program folder, the generators and the runner's hooks carry over.
 void SetDefaultGame(Game& g);
+// What SetDefaultGame carries over, as a game just made has it: a table used before then
+// starts as a new one would (a worker's table, set up again for its next session).
+void ForgetCarriedOver(Game& g);
 // Starts a new session. diceFileMode: 1 start playback at the first record, 2 leave
 // it, other values close the dice roll file.
 void ResetTable(Game& g, bool keepHistory, bool clearCheckStacks, bool writeSessionLog, int diceFileMode);

@@ -290,11 +290,13 @@ ResearchOutcome PlaySessions(const SimOptions& o, const SimPrepared& p, const Re
   std::atomic<bool> stop{false};
   std::atomic<int> working{static_cast<int>(threads)};
   auto work = [&] {
+    // One table a worker, set up afresh for each session: a game is large to make.
+    const auto g = std::make_unique<Game>();
     for (;;) {
       if (stop.load() || SimStopRequested()) break;
       const int64_t k = next.fetch_add(1);
       if (k > outcome.last) break;
-      auto g = std::make_unique<Game>();
+      ForgetCarriedOver(*g);
       QuietUi ui;
       Runner r;
       std::ostringstream quiet;  // the trial table has said whatever there is to say
