@@ -1,7 +1,10 @@
 #include "autobet/compiler.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -287,6 +290,41 @@ void JoinScript(std::vector<TokenRecord>& programRecords, std::vector<StringEntr
   }
 }
 
+namespace {
+
+// The last script each seat compiled on this thread, with what it was compiled against. A
+// run of sessions sets up its table afresh for every session and compiles the same scripts
+// for the same names again: those are taken from here. A fault isn't kept.
+struct SeatCompilation {
+  bool valid = false;
+  bool cornerBet = false;
+  std::vector<std::string> lines;
+  std::vector<std::string> names;
+  std::vector<TokenRecord> records;
+  std::vector<StringEntry> strings;
+};
+
+CompileFault CompileSeat(AutoBetProgram& program, int seat, std::span<const std::string> names) {
+  thread_local std::array<SeatCompilation, kPlayerSeats + 1> last;
+  SeatCompilation& kept = last[static_cast<std::size_t>(seat)];
+  const std::vector<std::string>& lines = program.ScriptSource[seat];
+  const bool cornerBet = program.CornerBet == 1;
+  if (kept.valid && kept.cornerBet == cornerBet && std::ranges::equal(kept.lines, lines) &&
+      std::ranges::equal(kept.names, names)) {
+    program.ScriptRecords = kept.records;
+    program.ScriptStrings = kept.strings;
+    program.ReturnStack.assign(kReturnStackRoom + 1, 0);
+    return {};
+  }
+  kept.valid = false;
+  const CompileFault fault = CompileAutobets(program, seat, names);
+  if (fault.Failed()) return fault;
+  kept = {true, cornerBet, lines, {names.begin(), names.end()}, program.ScriptRecords, program.ScriptStrings};
+  return fault;
+}
+
+}  // namespace
+
 CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const SeatFacts& seats) {
   program.ScriptsCompiled = false;
   if (seats.selectedSeat >= 1 && seats.selectedSeat <= kPlayerSeats)
@@ -300,7 +338,7 @@ CompileAllResult CompileALLAutobets(AutoBetProgram& program, int player, const S
   CompileAllResult result;
   for (int seat = first; seat <= last; ++seat) {
     if (!seats.active[seat - 1]) continue;
-    const CompileFault fault = CompileAutobets(program, seat, seats.names);
+    const CompileFault fault = CompileSeat(program, seat, seats.names);
     if (fault.Failed()) {
       const std::string& name = seats.names[seat - 1];
       result.seat = seat;

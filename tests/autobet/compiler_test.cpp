@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/autobet/records.h"
@@ -285,6 +287,54 @@ TEST(CompileAll, TheEditorsLinesGoBackToTheSelectedSeatFirst) {
   EXPECT_EQ(program.ScriptSource[4], program.EditorLines);
   EXPECT_EQ(result.seat, 4);
   EXPECT_EQ(result.fault.message, "Missing or inappropriate reference to Lay bet.");
+}
+
+// A seat's script compiled again for the same names is taken from the last compilation;
+// any change of what it is compiled against compiles it again.
+TEST(CompileAll, ACompilationAgainGivesWhatCompilingAfreshGives) {
+  struct Variant {
+    const char* name;
+    std::vector<std::string> lines;
+    int annSeat;
+    int cornerBet;
+  };
+  const std::vector<std::string> lines = {"bet 5 on field ann", "cs2 = count(> 0, bets)"};
+  const std::vector<Variant> variants = {
+      {"as first compiled", lines, 2, 0},          {"a line changed", {"bet 6 on field ann", lines[1]}, 2, 0},
+      {"Ann at another seat", lines, 3, 0},        {"Big 6 and Big 8 among the bets", lines, 2, 1},
+      {"with a fault", {"bet 5 on (field"}, 2, 0},
+  };
+  struct Compiled {
+    bool failed = false;
+    std::vector<TokenRecord> records;
+    std::vector<StringEntry> strings;
+  };
+  const auto compile = [](const Variant& v) {
+    AutoBetProgram program;
+    program.ScriptSource[2] = v.lines;
+    program.CornerBet = v.cornerBet;
+    SeatFacts seats = Seats({2});
+    std::swap(seats.names[1], seats.names[v.annSeat - 1]);
+    Compiled c;
+    c.failed = CompileALLAutobets(program, 0, seats).Failed();
+    c.records = program.ProgramRecords;
+    c.strings = program.ProgramStrings;
+    return c;
+  };
+  // What each compiles to on a thread of its own, where nothing was compiled before.
+  std::vector<Compiled> fresh(variants.size());
+  for (std::size_t i = 0; i < variants.size(); ++i) std::thread([&] { fresh[i] = compile(variants[i]); }).join();
+  for (std::size_t i = 1; i + 1 < variants.size(); ++i)
+    EXPECT_NE(fresh[i].records, fresh[0].records) << variants[i].name << " compiles as the first";
+  EXPECT_TRUE(fresh.back().failed);
+  for (int round = 0; round < 2; ++round)
+    for (std::size_t i = 0; i < variants.size(); ++i)
+      for (std::size_t v : {i, std::size_t{0}}) {
+        const Compiled c = compile(variants[v]);
+        EXPECT_EQ(c.failed, fresh[v].failed) << variants[v].name << " after " << variants[i].name;
+        EXPECT_EQ(c.records, fresh[v].records) << variants[v].name << " after " << variants[i].name;
+        EXPECT_EQ(c.strings, fresh[v].strings) << variants[v].name << " after " << variants[i].name;
+      }
 }
 
 TEST(CompileAll, NoActiveSeatIsAnEmptyCompiledProgram) {
