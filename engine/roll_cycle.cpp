@@ -48,14 +48,7 @@ void GiveCarriedOver(Game& g, CarriedOver c) {
 
 }  // namespace
 
-void ForgetCarriedOver(Game& g) {
-  CarriedOver fresh;
-  g.Ui = fresh.ui;
-  g.Time = fresh.time;
-  g.ProgramFolder = std::move(fresh.folder);
-  g.Dice = fresh.dice;
-  g.Auto = fresh.autoState;
-}
+void ForgetCarriedOver(Game& g) { GiveCarriedOver(g, {}); }
 
 void SetDefaultGame(Game& g) {
   CarriedOver kept = TakeCarriedOver(g);
