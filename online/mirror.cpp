@@ -468,9 +468,8 @@ uint64_t StatisticsDigest(const Game& g) {
   h = Fnv(h, &s.RollCount, sizeof(s.RollCount));
   h = Fnv(h, &s.HandsShot, sizeof(s.HandsShot));
   h = Fnv(h, &s.SeatRolls, sizeof(s.SeatRolls));
-  h = Fnv(h, &s.BetStats, sizeof(s.BetStats));
-  h = Fnv(h, &s.BetWinStats, sizeof(s.BetWinStats));
-  h = Fnv(h, &s.BetLossStats, sizeof(s.BetLossStats));
+  for (const auto* rows : {&s.BetStats, &s.BetWinStats, &s.BetLossStats})
+    ForLaidOutBytes(*rows, [&](const void* data, size_t n) { h = Fnv(h, data, n); });
   h = Fnv(h, &s.HandDecisions, sizeof(s.HandDecisions));
   return h;
 }

@@ -12,7 +12,8 @@
 
 constexpr int kHandScope = 0, kLastHandScope = 9, kSessionScope = 18, kLastSessionScope = 27, kAllScope = 36;
 constexpr int kRollKinds = 91;
-constexpr int kStatBetRows = 200;
+// Row 0 and the bets: the rows of the per-bet statistics.
+constexpr int kStatBetRows = kBets + 1;
 constexpr int kLongGap = 200;                  // the gap histogram's last bin: gaps of 200 or more
 constexpr int kDie1Kind = 77, kDie2Kind = 83;  // + face: the die-face kinds 78..83, 84..89
 
@@ -91,6 +92,18 @@ struct Statistics {
   // roll sets this to 0 (a game file is read into fresh stores, where it is 0).
   int32_t UncheckedRolls = 0;
 };
+
+// Calls f(bytes, size) over a store of bet rows as digests take it: 200 rows a column,
+// the rows past the bets zero, as the store was once laid out, so that a digest stays
+// what it was.
+template <class F>
+void ForLaidOutBytes(const Statistics::BetRows& rows, F&& f) {
+  static constexpr std::array<std::array<Money, 6>, 200 - kStatBetRows> kZeros{};
+  for (const auto& column : rows) {
+    f(column.data(), sizeof column);
+    f(kZeros.data(), sizeof kZeros);
+  }
+}
 
 // The name of a roll kind as the frequency list shows it; "" for 0, 1, 90 and unknown.
 const char* RollKindText(int kind);

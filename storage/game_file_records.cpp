@@ -494,8 +494,9 @@ void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
   for (auto* stats : {&g.Stats.BetStats, &g.Stats.BetWinStats, &g.Stats.BetLossStats})
     io.Wide([&](Run& r) {
       for (int group = 0; group < kScopeColumns; group += kSeats)
-        for (auto& fields : (*stats)[static_cast<size_t>(group) + s])
+        Rows((*stats)[static_cast<size_t>(group) + s], kFileBetRows, [&](std::array<Money, 6>& fields) {
           for (Money& m : fields) r.Money(m);
+        });
     });
   io.Wide([&](Run& r) {
     for (int group = 0; group < kScopeColumns; group += kSeats)

@@ -43,9 +43,8 @@ uint64_t Signature(const Game& g) {
   h = Fnv(h, &g.Stats.RollCount, sizeof g.Stats.RollCount);
   h = Fnv(h, &g.Stats.HandsShot, sizeof g.Stats.HandsShot);
   h = Fnv(h, &g.Stats.HandDecisions, sizeof g.Stats.HandDecisions);
-  h = Fnv(h, &g.Stats.BetStats, sizeof g.Stats.BetStats);
-  h = Fnv(h, &g.Stats.BetWinStats, sizeof g.Stats.BetWinStats);
-  h = Fnv(h, &g.Stats.BetLossStats, sizeof g.Stats.BetLossStats);
+  for (const auto* rows : {&g.Stats.BetStats, &g.Stats.BetWinStats, &g.Stats.BetLossStats})
+    ForLaidOutBytes(*rows, [&](const void* data, size_t n) { h = Fnv(h, data, n); });
   h = Fnv(h, &g.Bankroll, sizeof g.Bankroll);
   h = Fnv(h, &g.BetAmount, sizeof g.BetAmount);
   h = Fnv(h, &g.Table, sizeof(int32_t) * 6);
