@@ -1,5 +1,8 @@
 #include "engine/bet_states.h"
 
+#include <algorithm>
+#include <array>
+
 #include "engine/placement.h"
 
 void AbandonBet(Game& g, int seat, int bet) {
@@ -37,9 +40,13 @@ void FollowWorkOnComeOut(Game& g, int seat, int bet) {
 }
 
 void BareSeatWorking(Game& g, int seat) {
-  for (int b = 1; b <= kBets; ++b) {
-    g.Rules.WorkOnComeOut[b][seat] = DefaultWorksOnComeOut(b);
-    g.DefaultWorking[seat][b] = DefaultWorksOnComeOut(b) ? 1 : 0;
-    g.BetWorking[seat][b] = g.DefaultWorking[seat][b];
-  }
+  // Worked out once: a new table bares every seat.
+  static constexpr auto kDefault = [] {
+    std::array<WorkingState, kBets + 1> states{};
+    for (int b = 1; b <= kBets; ++b) states[static_cast<size_t>(b)] = DefaultWorksOnComeOut(b) ? 1 : 0;
+    return states;
+  }();
+  for (int b = 1; b <= kBets; ++b) g.Rules.WorkOnComeOut[b][seat] = kDefault[static_cast<size_t>(b)] != 0;
+  std::copy(kDefault.begin() + 1, kDefault.end(), g.DefaultWorking[seat].begin() + 1);
+  std::copy(kDefault.begin() + 1, kDefault.end(), g.BetWorking[seat].begin() + 1);
 }

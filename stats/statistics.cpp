@@ -285,17 +285,35 @@ void CountRollChecked(Statistics& s, int handShooter, int die1, int die2) {
   }
 }
 
-// The room below the limit of the fullest counter that counting a roll adds one to: those
-// of the hand, session and all-sessions groups, the gap bins and the rolls since.
+// Calls f(first, count) for each run of the counters that counting a roll adds one to:
+// those of the hand, session and all-sessions groups, the gap bins and the rolls since.
+template <class F>
+void ForCountedRuns(const Statistics& s, F&& f) {
+  const int32_t rolls = s.RollsSince.Rolls();
+  f(&rolls, 1);
+  for (int g : kGroups) {
+    f(&s.HandsShot[g], kSeats);
+    f(&s.SeatRolls[g], kSeats);
+    for (int c = g; c < g + kSeats; ++c) f(s.RollCount[c].data(), kRollKinds);
+  }
+  for (const auto& bins : s.RollGapHistogram) f(&bins[1], kLongGap);
+}
+
+// The room below the limit of the fullest of those counters.
 int32_t CountingHeadroom(const Statistics& s) {
-  int32_t most = s.RollsSince.Rolls();
-  for (int g : kGroups)
-    for (int c = g; c < g + kSeats; ++c) {
-      most = std::max({most, s.HandsShot[c], s.SeatRolls[c]});
-      for (int32_t n : s.RollCount[c]) most = std::max(most, n);
-    }
-  for (const auto& bins : s.RollGapHistogram)
-    for (int gap = 1; gap <= kLongGap; ++gap) most = std::max(most, bins[gap]);
+  // Counters are never below 0, so the bits of all of them together bound the fullest
+  // from above, by less than twice: a smaller room, which only brings the next scan
+  // nearer, found with one OR a counter (a scan runs at least once on every new table).
+  // Near the limit, or with a counter below 0, the room is the exact one.
+  uint32_t bits = 0;
+  ForCountedRuns(s, [&bits](const int32_t* first, int n) {
+    for (int i = 0; i < n; ++i) bits |= static_cast<uint32_t>(first[i]);
+  });
+  if (bits < (1u << 30)) return INT32_MAX - static_cast<int32_t>(bits);
+  int32_t most = 0;
+  ForCountedRuns(s, [&most](const int32_t* first, int n) {
+    for (int i = 0; i < n; ++i) most = std::max(most, first[i]);
+  });
   return INT32_MAX - most;
 }
 

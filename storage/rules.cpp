@@ -144,7 +144,10 @@ void SetDefaultPayoffs(RuleSet& r) {
   r.BetPayoff[bet::Craps] = Row(7, 1);
   r.BetPayoff[bet::Horn] = Row(1, 4);
   for (int b = bet::Hop13; b <= bet::Hop55; ++b) r.BetPayoff[b] = Row(15, 1);
-  for (std::string_view hard : {"Hop 22", "Hop 33", "Hop 44", "Hop 55"}) r.BetPayoff[FindBetByName(hard)] = Row(30, 1);
+  // Looked up by name once: every new table sets its payoffs.
+  static const std::array<int, 4> kPairHops = {FindBetByName("Hop 22"), FindBetByName("Hop 33"),
+                                               FindBetByName("Hop 44"), FindBetByName("Hop 55")};
+  for (int hop : kPairHops) r.BetPayoff[hop] = Row(30, 1);
   r.BetPayoff[bet::LeftField] = r.BetPayoff[bet::RightField] = Row(4, 1);
   r.BetPayoff[bet::CenterField] = Row(2, 1);
   r.BetPayoff[bet::World] = Row(1, 5);
@@ -341,12 +344,4 @@ bool PayoffWordKey(PayoffRow& row, char key) {
     row.PayoffToFor = Money::Dollars(-1);
   }
   return true;
-}
-
-bool DefaultWorksOnComeOut(int b) {
-  if (b < 1 || b > kBets) return false;
-  // Come odds, Place and Buy are off on the come-out, as are the line odds and the Come
-  // and Don't Come box bets, which can't be working before they travel.
-  if (b >= bet::Come4Odds && b <= bet::Buy10) return false;
-  return b != bet::PassLineOdds && b != bet::Come && b != bet::DontPassOdds && b != bet::DontCome;
 }

@@ -107,4 +107,11 @@ bool SetFieldPreset(RuleSet& rules, std::string_view menuText);
 bool PayoffWordKey(PayoffRow& row, char key);
 
 // The default working state on the come-out of a bet for the house and new players.
-bool DefaultWorksOnComeOut(int bet);
+// Inline: a new table asks it for every bet of every seat.
+constexpr bool DefaultWorksOnComeOut(int b) {
+  if (b < 1 || b > kBets) return false;
+  // Come odds, Place and Buy are off on the come-out, as are the line odds and the Come
+  // and Don't Come box bets, which can't be working before they travel.
+  if (b >= bet::Come4Odds && b <= bet::Buy10) return false;
+  return b != bet::PassLineOdds && b != bet::Come && b != bet::DontPassOdds && b != bet::DontCome;
+}
