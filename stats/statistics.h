@@ -85,8 +85,9 @@ struct Statistics {
   // gap of g rolls (bin 200 for 200 or more, whose gaps are summed at gap 0).
   RollsSinceStore RollsSince;
   std::array<std::array<int32_t, kLongGap + 1>, kRollKinds> RollGapHistogram{};
-  // Rolls that CountRoll may count without testing each counter it adds one to: the room
-  // left below the 32-bit limit in the fullest of them, found by a scan when it runs out.
+  // Rolls that CountRoll may count without testing each counter it adds one to: at most
+  // the room left below the 32-bit limit in the fullest of them, found by a scan when it
+  // runs out.
   // Counting a roll adds at most one to each, so the test of every counter at every roll
   // is needed only near the limit. Whatever raises one of them other than by counting a
   // roll sets this to 0 (a game file is read into fresh stores, where it is 0).
