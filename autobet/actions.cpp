@@ -706,8 +706,8 @@ void PlaybackRollFile(Game& g) {
   SetNextRollPosition(g.Rolls, roll < 1 ? 1 : roll > INT32_MAX ? INT32_MAX : static_cast<int32_t>(roll));
 }
 
-// "Open ... file for output": the file becomes the Bettor's, opened once to make sure
-// it can be written, and emptied first when asked.
+// "Open ... file for output": the file becomes the Bettor's, emptied first when asked,
+// and stays open for its lines.
 void OpenOutputFile(Game& g, int bettor, bool clear) {
   std::string name;
   if (!ActionText(g, name)) return;
@@ -721,28 +721,18 @@ void OpenOutputFile(Game& g, int bettor, bool clear) {
     Fault(g, kErrOutsideDataFolder);
     return;
   }
-  std::ofstream out(path, clear ? std::ios::out | std::ios::trunc : std::ios::out | std::ios::app);
-  if (!out) {
-    Fault(g, kErrBadPath);
-    return;
-  }
-  g.AutoBet.OutputFile[bettor] = path;
+  if (!g.AutoBet.OutputFile[bettor].Open(path, clear)) Fault(g, kErrBadPath);
 }
 
 void OutputToFile(Game& g, int bettor) {
   std::string text;
   if (!ActionText(g, text)) return;
-  const std::string& path = g.AutoBet.OutputFile[bettor];
-  if (path.empty()) {
+  AppendFile& file = g.AutoBet.OutputFile[bettor];
+  if (file.Path().empty()) {
     Fault(g, kErrOutputClosed);
     return;
   }
-  std::ofstream out(path, std::ios::out | std::ios::app);
-  if (!out) {
-    Fault(g, kErrBadPath);
-    return;
-  }
-  out << text << '\n';
+  if (!file.AppendLine(text)) Fault(g, kErrBadPath);
 }
 
 // An assignment: one target, or a list of them (a range is one), then '=' and the value.

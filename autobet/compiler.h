@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "autobet/tokens.h"
+#include "storage/append_file.h"
 
 struct StatementPlans;  // autobet/reduction.cpp
 
@@ -51,8 +52,8 @@ struct AutoBetProgram {
   bool InCondition = false, ConditionResult = false;
   std::int32_t Answer = 0;         // the last Yes/No answer: 6 yes, 7 no
   std::uint32_t RndSeed = 327680;  // the language's own generator (Rnd)
-  // Per seat (0 unused): the output file of "Open ... file for output".
-  std::array<std::string, kPlayerSeats + 1> OutputFile{};
+  // Per seat (0 unused): the output file of "Open ... file for output", kept open.
+  std::array<AppendFile, kPlayerSeats + 1> OutputFile{};
   // Run-time faults per seat since the tally was cleared: the count, and the first few
   // different faults (by code and source line) with how often each came, so that a
   // headless run can show a misbehaving system.

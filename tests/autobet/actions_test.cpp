@@ -186,7 +186,7 @@ double Rng(const Game& g) { return g.Dice.rngNumber; }
 double CompRate(const Game& g) { return g.Rules.CompRate.ToDouble(); }
 double NextRoll(const Game& g) { return g.Rolls.NextRollPosition; }
 double Recorder(const Game& g) { return g.Rolls.RecorderState; }
-double OutputFiles(const Game& g) { return double(g.AutoBet.OutputFile[kAnn].size()); }
+double OutputFiles(const Game& g) { return double(g.AutoBet.OutputFile[kAnn].Path().size()); }
 double PercentageDice(const Game& g) { return g.Percentage.PercentageDiceOn; }
 void Rolled(Game& g) { g.Stats.RollCount[kSessionScope][0] = 1; }
 void NoNormalNotices(Game& g) { g.Rules.Notices &= ~kNoticeAutoBetNormal; }
