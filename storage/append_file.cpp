@@ -21,14 +21,6 @@ int OpenForLines(const std::string& path, bool clear) {
 
 }  // namespace
 
-AppendFile& AppendFile::operator=(const AppendFile& other) {
-  if (this != &other) {
-    Close();
-    path_ = other.path_;
-  }
-  return *this;
-}
-
 AppendFile::AppendFile(AppendFile&& other) noexcept
     : fd_(std::exchange(other.fd_, -1)), path_(std::move(other.path_)) {}
 

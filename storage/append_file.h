@@ -9,9 +9,8 @@
 class AppendFile {
  public:
   AppendFile() = default;
-  // A copy names the same file and opens it again for its own first line.
-  AppendFile(const AppendFile& other) : path_(other.path_) {}
-  AppendFile& operator=(const AppendFile& other);
+  AppendFile(const AppendFile&) = delete;
+  AppendFile& operator=(const AppendFile&) = delete;
   AppendFile(AppendFile&& other) noexcept;
   AppendFile& operator=(AppendFile&& other) noexcept;
   ~AppendFile();
