@@ -2,11 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <utility>
+
+#include "storage/file_bytes.h"
 
 namespace {
 
@@ -55,28 +56,9 @@ bool AppendFile::AppendLine(std::string_view text) {
   struct stat st {};
   if (fd_ >= 0 && (::fstat(fd_, &st) != 0 || st.st_nlink == 0)) Close();
   if (fd_ < 0 && (fd_ = OpenForLines(path_, false)) < 0) return false;
-  char end = '\n';
-  iovec parts[2] = {{const_cast<char*>(text.data()), text.size()}, {&end, 1}};
-  int count = 2;
-  iovec* part = parts;
-  while (count > 0) {
-    const ssize_t n = ::writev(fd_, part, count);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      Close();  // the next line tries the path afresh
-      return true;
-    }
-    // A short write (a full disk, a signal) goes on from where it stopped.
-    auto done = static_cast<size_t>(n);
-    while (count > 0 && done >= part->iov_len) {
-      done -= part->iov_len;
-      ++part;
-      --count;
-    }
-    if (count > 0) {
-      part->iov_base = static_cast<char*>(part->iov_base) + done;
-      part->iov_len -= done;
-    }
-  }
+  // The line goes in one write, so that another writer's line can't land inside it.
+  line_.assign(text);
+  line_ += '\n';
+  if (!WriteAll(fd_, line_.data(), line_.size())) Close();  // the next line tries the path afresh
   return true;
 }

@@ -28,4 +28,5 @@ class AppendFile {
   void Close();
   int fd_ = -1;
   std::string path_;  // empty: no file opened
+  std::string line_;  // the line being written, kept for its room
 };

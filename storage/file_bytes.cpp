@@ -14,7 +14,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool WriteAll(int fd, const uint8_t* data, size_t size) {
+void SyncFolder(const fs::path& folder) {
+  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY);
+  if (fd < 0) return;
+  ::fsync(fd);
+  ::close(fd);
+}
+
+}  // namespace
+
+bool WriteAll(int fd, const void* bytes, size_t size) {
+  const auto* data = static_cast<const uint8_t*>(bytes);
   while (size > 0) {
     const ssize_t n = ::write(fd, data, size);
     if (n < 0 && errno == EINTR) continue;
@@ -24,15 +34,6 @@ bool WriteAll(int fd, const uint8_t* data, size_t size) {
   }
   return true;
 }
-
-void SyncFolder(const fs::path& folder) {
-  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY);
-  if (fd < 0) return;
-  ::fsync(fd);
-  ::close(fd);
-}
-
-}  // namespace
 
 bool ReadWholeFile(const std::string& path, Bytes& out, uint64_t maxBytes) {
   std::FILE* f = std::fopen(path.c_str(), "rb");

@@ -3,6 +3,7 @@
 // any moment leaves either the old file or the new one, never a mix. The date text of a
 // file for the companion records of a game file.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -11,6 +12,10 @@ using Bytes = std::vector<uint8_t>;
 
 // False when the file can't be opened or is larger than `maxBytes`.
 bool ReadWholeFile(const std::string& path, Bytes& out, uint64_t maxBytes);
+
+// Writes all `size` bytes to the open file `fd`, going on after a short write or a signal;
+// false when the file takes no more.
+bool WriteAll(int fd, const void* bytes, size_t size);
 
 // Writes a temporary file beside `path`, flushes it to the disk, renames it over `path`
 // and flushes the folder. False (the old file untouched, the temporary removed) on any
