@@ -499,6 +499,7 @@ struct PlanStep {
     kRead,         // a group read into `out`
     kReadAmount,   // the same for a bet's amount or a checkstack: row `code`, player piece `a`
     kReadFact,     // the same for a table fact: variable `code`, player piece `a`
+    kReadBetRow,   // the same for a bet's statistic that can't fault (IsBetRowRead), pieces[b]
     kReadNamed,    // the same for a group whose variable a call named: variable in slot `a`
     kCall,         // a function call, its records the template [a, a + n)
     kTarget,       // a bet or checkstack named by a number: its group head into `out`
@@ -519,7 +520,7 @@ struct PlanStep {
   std::int16_t relational = 0;
   std::int32_t code = 0;
   std::int32_t out = 0;
-  std::int32_t a = 0, b = 0, n = 0;  // kRead, kReadNamed: the group's pieces are the plan's pieces[b]
+  std::int32_t a = 0, b = 0, n = 0;  // kRead, kReadNamed, kReadBetRow: the group's pieces are the plan's pieces[b]
   std::int32_t filled = -1;          // its template as records to fill (kCall, kTarget, kList, kNumberList)
 };
 
@@ -710,6 +711,7 @@ class PlanMachine {
       s.a = r.piece;
     } else {
       if (head.slot >= 0) s.a = head.slot;
+      else if (IsBetRowRead(r)) s.kind = PlanStep::kReadBetRow;
       s.b = static_cast<std::int32_t>(plan_.pieces.size());
       plan_.pieces.push_back(r);
     }
@@ -908,6 +910,7 @@ void FindNumbers(StatementPlan& plan) {
     switch (s.kind) {
       case PlanStep::kReadAmount:
       case PlanStep::kReadFact:
+      case PlanStep::kReadBetRow:
       case PlanStep::kRead: leaves = kRead; break;
       case PlanStep::kTargetNamed:
         if (!number(s.a) || at(s.a) == kComputed) return;
@@ -1220,6 +1223,12 @@ inline bool RunSteps(Game& g, const StatementPlan& plan) {
       case PlanStep::kReadFact:
         if (ReadFact(g, s.a, s.code, at(s.out))) continue;
         break;
+      case PlanStep::kReadBetRow: {
+        double value = 0;
+        if (!BetRowValue(g, plan.pieces[static_cast<std::size_t>(s.b)], value)) break;
+        at(s.out) = {kCodeNumber, value};
+        continue;
+      }
       case PlanStep::kReadNamed: {
         ReferencePieces r = plan.pieces[static_cast<std::size_t>(s.b)];
         r.v = static_cast<int>(at(s.a).value);
@@ -1324,6 +1333,9 @@ ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds :
       case PlanStep::kReadFact:
         if (!FactValue(g, s->a, s->code, n[s->out])) return ConditionOutcome::kFault;
         break;
+      case PlanStep::kReadBetRow:
+        if (!BetRowValue(g, plan.pieces[static_cast<std::size_t>(s->b)], n[s->out])) return ConditionOutcome::kFault;
+        break;
       case PlanStep::kTargetNamed:
         n[s->out] = NamedVariable(g, s->code, n[s->a], s->n);
         if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;
@@ -1331,6 +1343,11 @@ ConditionOutcome Outcome(bool holds) { return holds ? ConditionOutcome::kHolds :
       default: {  // kRead, kReadNamed
         ReferencePieces r = plan.pieces[static_cast<std::size_t>(s->b)];
         if (s->kind == PlanStep::kReadNamed) r.v = static_cast<int>(n[s->a]);
+        // A number names a bet most often for its amount.
+        if (IsAmountRead(r)) {
+          if (!AmountValue(g, r.piece, r.v, n[s->out])) return ConditionOutcome::kFault;
+          break;
+        }
         TokenRecord out{kCodeNumber, 0};
         ReadReference(g, r, out);
         if (g.AutoBet.RunError != 0) return ConditionOutcome::kFault;

@@ -65,11 +65,18 @@ int32_t RollNumberNow(const Statistics& s, int column) {
 
 using BetRow = std::array<Money, 6>;
 
+// The total (Y22, or no Y), which most reads want, and the last roll's amount (Y29): the
+// statistics of a row that can't fault.
+double RowFigure(const Statistics& s, const BetRow& row, int column, int y) {
+  if (y != 29) return Dollars(row[1]);
+  return Whole(row[0]) > 0 && Whole(row[4]) == RollNumberNow(s, column) ? Dollars(row[5]) : 0;
+}
+
 // One statistic (Y21..Y31) of one store row: resolved wagers, wins or losses. `none` is
 // the fault when the period has no event to give a value.
 bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, double& v) {
-  if (y == 0 || y == 22) {  // the total, which most reads want
-    v = Dollars(row[1]);
+  if (y == 0 || y == 22 || y == 29) {
+    v = RowFigure(g.Stats, row, column, y);
     return true;
   }
   const double count = Whole(row[0]);
@@ -77,7 +84,6 @@ bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, doubl
   switch (y) {
     case 21: v = count; return true;
     case 28: v = lastRoll() ? 1 : 0; return true;
-    case 29: v = lastRoll() ? Dollars(row[5]) : 0; return true;
     case 30:
     case 31: {
       const double hours = Hours(g, column);
@@ -549,8 +555,29 @@ bool ReadFact(Game& g, int piece, int v, TokenRecord& out) {
   return true;
 }
 
+bool BetRowValue(Game& g, const ReferencePieces& r, double& value) {
+  const int seat = SeatOfPiece(g, r.piece);
+  if (seat < 0 || seat >= kSeats) return Fault(g, 50);
+  const int column = ScopeBase(r.time) + seat;
+  const Statistics& s = g.Stats;
+  const auto figure = [&](const auto& rows) { return RowFigure(s, rows[column][r.v], column, r.y); };
+  switch (r.x) {
+    case 2: value = figure(s.BetWinStats); break;
+    case 3: value = figure(s.BetLossStats); break;
+    case 4: value = figure(s.BetWinStats) - figure(s.BetLossStats); break;
+    default: value = figure(s.BetStats); break;
+  }
+  return true;
+}
+
 bool ReadReference(Game& g, const ReferencePieces& r, TokenRecord& out) {
   if (IsAmountRead(r)) return ReadAmount(g, r.piece, r.v, out);
+  if (IsBetRowRead(r)) {
+    double value = 0;
+    if (!BetRowValue(g, r, value)) return false;
+    out = {kCodeNumber, value};
+    return true;
+  }
   if (r.v >= 5000) return ReadFact(g, r.piece, r.v, out);
   const int seat = SeatOfPiece(g, r.piece);
   if (seat < 0 || seat >= kSeats) return Fault(g, 50);

@@ -131,9 +131,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"low $ losses place6", 12}, Case{"last $ wins passline", 10}, Case{"# rolls since last wins passline", 2},
         Case{"# rolls since last losses field", 0}, Case{"total $ net field", -10},
         Case{"total $ net % field", -100.0 / 3}, Case{"last $ net place6", -12}, Case{"high $ net field", 5},
+        Case{"net passline", -10}, Case{"total $ net passline", 10}, Case{"net field player2", 0},
         Case{"low $ net field", -5}, Case{"avg $/hour wins field", 200}, Case{"avg #/hour losses field", 80},
         // Scopes: the seven-out moved the hand to "last hand".
         Case{"total $ wins passline last hand", 20}, Case{"total # wins passline current hand", 0},
+        Case{"losses passline last hand", 10}, Case{"net field all sessions", -5}, Case{"wins place6 last hand", 0},
         Case{"total $ wins passline all sessions", 20}, Case{"total # resolved passline last session", 0},
         Case{"high $ wins passline current hand", 0, 301}, Case{"avg $ resolved passline current hand", 0, 300},
         Case{"last $ losses field current hand", 0, 302}, Case{"last $ wins passline last session", 0, 301},
