@@ -147,7 +147,7 @@ inline bool IsAmountRead(const ReferencePieces& r) {
   return (r.v >= 200 && r.v < 300) || (r.v >= 1 && r.v <= 107 && r.y == 34);
 }
 // A bet's statistic that can't fault: the total (Y22, or no Y) or the last roll's amount
-// (Y29) of its resolved wagers, wins, losses or net (X2..X4; not the percentage, X5).
+// (Y29) of its resolved wagers, wins, losses or net (any X but the percentage, X5).
 // Scripts read these by the hundred, summing them over "bets" at the end of a hand.
 inline bool IsBetRowRead(const ReferencePieces& r) {
   return r.v >= 1 && r.v <= 107 && r.x != 5 && (r.y == 0 || r.y == 22 || r.y == 29);
