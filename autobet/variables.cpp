@@ -65,11 +65,16 @@ int32_t RollNumberNow(const Statistics& s, int column) {
 
 using BetRow = std::array<Money, 6>;
 
+// Whether the row's last event came on the roll just made.
+bool DecidedOnLastRoll(const Statistics& s, const BetRow& row, int column) {
+  return Whole(row[0]) > 0 && Whole(row[4]) == RollNumberNow(s, column);
+}
+
 // The total (Y22, or no Y), which most reads want, and the last roll's amount (Y29): the
 // statistics of a row that can't fault.
 double RowFigure(const Statistics& s, const BetRow& row, int column, int y) {
   if (y != 29) return Dollars(row[1]);
-  return Whole(row[0]) > 0 && Whole(row[4]) == RollNumberNow(s, column) ? Dollars(row[5]) : 0;
+  return DecidedOnLastRoll(s, row, column) ? Dollars(row[5]) : 0;
 }
 
 // One statistic (Y21..Y31) of one store row: resolved wagers, wins or losses. `none` is
@@ -80,10 +85,9 @@ bool RowStatistic(Game& g, const BetRow& row, int column, int y, int none, doubl
     return true;
   }
   const double count = Whole(row[0]);
-  const auto lastRoll = [&] { return count > 0 && Whole(row[4]) == RollNumberNow(g.Stats, column); };
   switch (y) {
     case 21: v = count; return true;
-    case 28: v = lastRoll() ? 1 : 0; return true;
+    case 28: v = DecidedOnLastRoll(g.Stats, row, column) ? 1 : 0; return true;
     case 30:
     case 31: {
       const double hours = Hours(g, column);
