@@ -333,6 +333,290 @@ int RunThen(AutoBetProgram& p, const FoundStatement& then) {
   return then.jump;
 }
 
+// One cycle of the scripts: how far it has run, when it next looks at the runaway limit
+// and the message loop, and the statements worked out so far, read in place.
+struct Cycle {
+  Game& g;
+  AutoBetProgram& p;
+  const std::vector<TokenRecord>& records;
+  const int last;             // the last record
+  const bool turns;           // the interface stays for the cycle
+  std::int64_t executed = 0;  // statements run to their end
+  std::int32_t restarts = 0;
+  // The runaway limit and the message loop's turns are looked at only at the statement that
+  // reaches one of them: the limit, or the next turn (after every statement, or in silent
+  // mode each 1,024th statement counted with those between rolls). The statements run
+  // since are counted there, when the cycle ends, and when silent mode changes.
+  std::int64_t checkAt = 0, counted = 0;
+  bool countsTurns = false;
+  // The statements worked out so far are read in place, and looked up afresh only after a
+  // call that may have compiled: an evaluation, a keyword run from its records, a turn of
+  // the message loop. Only such a call can also stop the script or turn step mode on
+  // (which sends every statement to ExecuteStatementAt); and, unless it is a condition,
+  // change silent mode.
+  const FoundStatement* table = nullptr;
+  std::size_t tableSize = 0;
+  bool byRecords = false;
+
+  explicit Cycle(Game& game)
+      : g(game),
+        p(game.AutoBet),
+        records(game.AutoBet.ProgramRecords),
+        last(static_cast<int>(game.AutoBet.ProgramRecords.size()) - 1),
+        turns(game.Ui != nullptr) {
+    NextCheck();
+    Refresh(false);
+  }
+
+  void CountTurns(std::int64_t upTo) {
+    if (countsTurns) g.Auto.YieldCounter += static_cast<std::uint32_t>(upTo - counted);
+    counted = upTo;
+  }
+
+  void NextCheck() {
+    countsTurns = turns && g.SilentMode;
+    const std::int64_t left = p.MaxCycleStatements > executed ? p.MaxCycleStatements - executed : 0;
+    std::int64_t n = std::min<std::int64_t>(left, 1023) + 1;
+    if (turns) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
+    checkAt = executed + n;
+  }
+
+  void Refresh(bool condition) {
+    const StatementPlans* c = p.Plans.get();
+    const bool valid = c && c->size == records.size();
+    table = valid ? c->found.data() : nullptr;
+    tableSize = valid ? c->found.size() : 0;
+    byRecords = p.ShowSteps || !p.ScriptRunning;
+    if (!condition && turns && g.SilentMode != countsTurns) {
+      CountTurns(executed);
+      NextCheck();
+    }
+  }
+
+  bool RunInPlace(int& ip);
+  void RunAt(int ip);
+  bool Next();
+};
+
+// 3, in place: statements follow one another here from `ip` for as long as nothing else
+// is due: no step texts, no check of the loop on the statement, and no end, restart or
+// stop of the cycle behind it. Each runs and counts as it would on its own turn. True
+// when the last one run leaves its tail due (the pointer stays on its marker); false
+// when `ip` is the statement that RunAt runs next.
+bool Cycle::RunInPlace(int& ip) {
+  // The loop's state in locals of its own, which the compiler keeps in registers. An
+  // evaluation or a statement run from its records may change what they copy (the
+  // table, step mode, the next check, the script stopped): its tail is then due.
+  const FoundStatement* const t = table;
+  const std::size_t size = tableSize;
+  const StatementPlans* const plans = p.Plans.get();
+  const std::int64_t limit = checkAt - 1;
+  const auto end = static_cast<unsigned>(last);
+  std::int64_t done = executed;
+  int next = 0;
+  // Runs the statement at `at` by its plan or from its records (`f` may not outlive
+  // the call: it can compile). True when something the locals copy changed: new plans
+  // or records, step mode, a stop, or silent mode after a statement that isn't a
+  // condition.
+  const auto run = [&](int at, const FoundStatement& f) {
+    const bool condition = p.InCondition;
+    if (condition && f.kind == StatementKind::kReading) {
+      p.StatementStart = at;
+      p.InstructionPointer = f.next;
+      TestCondition(g, *f.plan);
+      return false;
+    }
+    const bool planned = IsPlanned(f.kind);
+    p.StatementStart = at;
+    p.InstructionPointer = f.next;
+    executed = done;
+    if (planned) {
+      p.RunError = 0;
+      EvaluateStatement(g, records.data() + at, f.end - at, f.plan);
+    } else {
+      ExecuteStatementAt(g, records.data() + at, f.end - at, f.plan);
+    }
+    if (p.Plans.get() == plans && records.size() == size && !p.ShowSteps && p.ScriptRunning &&
+        ((planned && condition) || !turns || g.SilentMode == countsTurns))
+      return false;
+    Refresh(planned && condition);
+    return true;
+  };
+  // Where a jump lands, behind the keyword it names, stands a marker: a statement with
+  // no records, which only counts. It is counted with the statement before it when no
+  // check falls on it; `target` is where the cycle would go on from.
+  const auto land = [&](int target) {
+    const int at = target + 1;
+    if (static_cast<unsigned>(target) >= end || static_cast<unsigned>(at) >= end || done + 1 >= limit) return target;
+    const FoundStatement& e = t[at];
+    if (e.kind != StatementKind::kEmpty || e.end < 0) return target;
+    ++done;
+    return e.next;
+  };
+  bool tail = false;
+  while (done < limit) {
+    const FoundStatement& f = t[ip];
+    next = f.next;
+    switch (f.kind) {
+      case StatementKind::kEmpty:
+        if (f.end < 0) goto general;  // not worked out yet
+        break;
+      case StatementKind::kPass: p.RunError = 0; break;
+      case StatementKind::kJump:
+      case StatementKind::kGoto:
+        p.RunError = 0;
+        next = land(f.jump);
+        break;
+      case StatementKind::kIf: {
+        RunIf(p);
+        // The condition and the Then behind it go on in the same dispatch when both
+        // are worked out and no check falls on them; each counts as on its own.
+        const int at = next + 1;
+        if (done + 2 >= limit || static_cast<unsigned>(at) >= end || !IsPlanned(t[at].kind)) break;
+        const int then = t[at].next + 1;
+        if (static_cast<unsigned>(then) >= end || !IsThen(t[then].kind)) break;
+        ++done;  // the If
+        ip = at;
+        const bool changed = run(at, t[at]);
+        next = p.InstructionPointer;
+        if (changed) goto tail;
+        if (next + 1 != then) break;  // the tail counts the condition
+        ++done;                       // the condition
+        ip = then;
+        next = RunThen(p, t[then]);
+        break;
+      }
+      case StatementKind::kIfReading: {
+        // If, condition and Then, each counted as on its own, when no check falls on
+        // them: the condition can change nothing else.
+        RunIf(p);
+        if (done + 2 >= limit) break;
+        const int then = f.jump;
+        p.StatementStart = next + 1;
+        p.InstructionPointer = then - 1;
+        TestCondition(g, *f.plan);
+        done += 2;
+        ip = then;
+        next = land(RunThen(p, t[then]));
+        break;
+      }
+      case StatementKind::kThen:
+      case StatementKind::kThenToElseIf: next = land(RunThen(p, f)); break;
+      case StatementKind::kGosub:
+        p.RunError = 0;
+        p.InstructionPointer = next;
+        PushReturn(p);
+        next = land(f.jump);
+        break;
+      case StatementKind::kReturn:
+        p.RunError = 0;
+        next = PopReturn(p, next);
+        break;
+      case StatementKind::kHeader:
+        p.RunError = 0;
+        p.Bettor = SelectedOr(g, f.jump);
+        break;
+      case StatementKind::kPlanned:
+      case StatementKind::kReading:
+      case StatementKind::kRecords: {
+        const bool changed = run(ip, f);
+        next = p.InstructionPointer;
+        if (changed) goto tail;
+        break;
+      }
+    }
+    if (static_cast<unsigned>(next) >= end) goto tail;  // a restart, or the end of the cycle
+    ++done;
+    ip = next + 1;
+  }
+  goto general;
+tail:
+  p.StatementStart = ip;
+  p.InstructionPointer = next;
+  tail = true;
+general:
+  executed = done;
+  return tail;
+}
+
+// 3, one statement at `ip`, worked out first when it isn't yet. A planned statement goes
+// straight to its evaluation, and the flow of control without step texts is run here, as
+// ExecuteStatementAt would run them. The rest, and every statement in step mode or once
+// the script is stopped, by ExecuteStatementAt. The pointer is left on the next marker.
+void Cycle::RunAt(int ip) {
+  p.InstructionPointer = ip;
+  p.StatementStart = ip;
+  FoundStatement found;
+  if (static_cast<std::size_t>(ip) < tableSize && table[ip].end >= 0) {
+    found = table[ip];
+  } else {
+    found = WorkOutStatement(p, ip);
+    Refresh(false);
+  }
+  p.InstructionPointer = found.next;
+  StatementKind kind = found.kind;
+  if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
+  switch (kind) {
+    case StatementKind::kEmpty: break;
+    case StatementKind::kPlanned:
+    case StatementKind::kReading: {
+      const bool condition = p.InCondition;
+      p.RunError = 0;
+      EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
+      Refresh(condition);
+      break;
+    }
+    case StatementKind::kIf:
+    case StatementKind::kIfReading: RunIf(p); break;
+    case StatementKind::kThen:
+    case StatementKind::kThenToElseIf: p.InstructionPointer = RunThen(p, found); break;
+    case StatementKind::kJump:
+      p.RunError = 0;
+      p.InstructionPointer = found.jump;
+      break;
+    case StatementKind::kPass: p.RunError = 0; break;
+    case StatementKind::kRecords:
+    case StatementKind::kGoto:
+    case StatementKind::kGosub:
+    case StatementKind::kReturn:
+    case StatementKind::kHeader:
+      ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
+      Refresh(false);
+      break;
+  }
+}
+
+// The tail of a statement: the stop, the runaway limit, 4 (a turn of the message loop;
+// in Hyper-Drive only now and then, as between rolls) and the end of the program. False
+// when the cycle ends; else the pointer is on the next statement.
+bool Cycle::Next() {
+  if (!p.ScriptRunning) {
+    CountTurns(executed);
+    return false;
+  }
+  ++executed;
+  if ((executed == checkAt && executed > p.MaxCycleStatements) ||
+      (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
+    CountTurns(executed - 1);  // the statement stopped here takes no turn
+    StopRunawayCycle(g);
+    return false;
+  }
+  if (executed == checkAt) {
+    CountTurns(executed);
+    if (turns && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
+      g.Ui->Yield();
+      Refresh(false);
+    }
+    NextCheck();
+  }
+  if (p.InstructionPointer >= last) {
+    CountTurns(executed);
+    return false;
+  }
+  ++p.InstructionPointer;
+  return true;
+}
+
 }  // namespace
 
 void StopAutoBet(Game& g) { g.AutoBet.ScriptRunning = false; }
@@ -351,269 +635,17 @@ void RunAutoBet(Game& g) {
   const bool waits = !hyper && !g.SilentMode && g.Time && g.Ui;
   const std::uint32_t start = waits ? g.Time->TickMs() : 0;
   const std::size_t stringsMark = p.ProgramStrings.size();
-  const auto& records = p.ProgramRecords;
-  const int last = static_cast<int>(records.size()) - 1;
   PreparePlans(p);
   // 2.
   p.InstructionPointer = 0;
-  std::int64_t executed = 0;  // statements run to their end
-  std::int32_t restarts = 0;
-  // The runaway limit and the message loop's turns are looked at only at the statement that
-  // reaches one of them: the limit, or the next turn (after every statement, or in silent
-  // mode each 1,024th statement counted with those between rolls). The statements run
-  // since are counted there, when the cycle ends, and when silent mode changes.
-  std::int64_t checkAt = 0, counted = 0;
-  bool countsTurns = false;
-  const bool turns = g.Ui != nullptr;  // the interface stays for the cycle
-  const auto countTurns = [&](std::int64_t upTo) {
-    if (countsTurns) g.Auto.YieldCounter += static_cast<std::uint32_t>(upTo - counted);
-    counted = upTo;
-  };
-  const auto nextCheck = [&] {
-    countsTurns = turns && g.SilentMode;
-    const std::int64_t left = p.MaxCycleStatements > executed ? p.MaxCycleStatements - executed : 0;
-    std::int64_t n = std::min<std::int64_t>(left, 1023) + 1;
-    if (turns) n = std::min<std::int64_t>(n, g.SilentMode ? 1024 - (g.Auto.YieldCounter & 1023) : 1);
-    checkAt = executed + n;
-  };
-  nextCheck();
-  // The statements worked out so far are read in place, and looked up afresh only after a
-  // call that may have compiled: an evaluation, a keyword run from its records, a turn of
-  // the message loop. Only such a call can also stop the script or turn step mode on
-  // (which sends every statement to ExecuteStatementAt); and, unless it is a condition,
-  // change silent mode.
-  const FoundStatement* table = nullptr;
-  std::size_t tableSize = 0;
-  bool byRecords = false;
-  const auto refresh = [&](bool condition) {
-    const StatementPlans* c = p.Plans.get();
-    const bool valid = c && c->size == records.size();
-    table = valid ? c->found.data() : nullptr;
-    tableSize = valid ? c->found.size() : 0;
-    byRecords = p.ShowSteps || !p.ScriptRunning;
-    if (!condition && turns && g.SilentMode != countsTurns) {
-      countTurns(executed);
-      nextCheck();
-    }
-  };
-  refresh(false);
+  Cycle cycle(g);
+  // 3 and 4. The statement runs to the next marker, where the pointer stays: a keyword as
+  // it stands, anything else by its plan (or copied to the buffer and reduced there).
   for (;;) {
-    // 3. The statement runs to the next marker; the pointer stays on that marker. It is
-    // run from its records: a keyword as it stands, anything else by its plan (or copied
-    // to the buffer and reduced there).
-    //
-    // Statements follow one another here for as long as nothing else is due: no step
-    // texts, no check of the loop on the statement, and no end, restart or stop of the
-    // cycle behind it. Each runs and counts as it would on its own turn below; a
-    // statement that needs more than that, and the one that leaves such a state
-    // behind, go on below.
     int ip = p.InstructionPointer;
-    bool ran = false;
-    if (!byRecords && static_cast<std::size_t>(ip) < tableSize) {
-      // The loop's state in locals of its own, which the compiler keeps in registers. An
-      // evaluation or a statement run from its records may change what they copy (the
-      // table, step mode, the next check, the script stopped): its tail is then run below.
-      const FoundStatement* const t = table;
-      const std::size_t size = tableSize;
-      const StatementPlans* const plans = p.Plans.get();
-      const std::int64_t limit = checkAt - 1;
-      const auto end = static_cast<unsigned>(last);
-      std::int64_t done = executed;
-      int next = 0;
-      // Runs the statement at `at` by its plan or from its records (`f` may not outlive
-      // the call: it can compile). True when something the locals copy changed: new plans
-      // or records, step mode, a stop, or silent mode after a statement that isn't a
-      // condition; the tail below then looks afresh.
-      const auto run = [&](int at, const FoundStatement& f) {
-        const bool condition = p.InCondition;
-        if (condition && f.kind == StatementKind::kReading) {
-          p.StatementStart = at;
-          p.InstructionPointer = f.next;
-          TestCondition(g, *f.plan);
-          return false;
-        }
-        const bool planned = IsPlanned(f.kind);
-        p.StatementStart = at;
-        p.InstructionPointer = f.next;
-        executed = done;
-        if (planned) {
-          p.RunError = 0;
-          EvaluateStatement(g, records.data() + at, f.end - at, f.plan);
-        } else {
-          ExecuteStatementAt(g, records.data() + at, f.end - at, f.plan);
-        }
-        if (p.Plans.get() == plans && records.size() == size && !p.ShowSteps && p.ScriptRunning &&
-            ((planned && condition) || !turns || g.SilentMode == countsTurns))
-          return false;
-        refresh(planned && condition);
-        return true;
-      };
-      // Where a jump lands, behind the keyword it names, stands a marker: a statement with
-      // no records, which only counts. It is counted with the statement before it when no
-      // check falls on it; `target` is where the cycle would go on from.
-      const auto land = [&](int target) {
-        const int at = target + 1;
-        if (static_cast<unsigned>(target) >= end || static_cast<unsigned>(at) >= end || done + 1 >= limit)
-          return target;
-        const FoundStatement& e = t[at];
-        if (e.kind != StatementKind::kEmpty || e.end < 0) return target;
-        ++done;
-        return e.next;
-      };
-      while (done < limit) {
-        const FoundStatement& f = t[ip];
-        next = f.next;
-        switch (f.kind) {
-          case StatementKind::kEmpty:
-            if (f.end < 0) goto general;  // not worked out yet
-            break;
-          case StatementKind::kPass: p.RunError = 0; break;
-          case StatementKind::kJump:
-          case StatementKind::kGoto:
-            p.RunError = 0;
-            next = land(f.jump);
-            break;
-          case StatementKind::kIf: {
-            RunIf(p);
-            // The condition and the Then behind it go on in the same dispatch when both
-            // are worked out and no check falls on them; each counts as on its own.
-            const int at = next + 1;
-            if (done + 2 >= limit || static_cast<unsigned>(at) >= end || !IsPlanned(t[at].kind)) break;
-            const int then = t[at].next + 1;
-            if (static_cast<unsigned>(then) >= end || !IsThen(t[then].kind)) break;
-            ++done;  // the If
-            ip = at;
-            const bool changed = run(at, t[at]);
-            next = p.InstructionPointer;
-            if (changed) goto tail;
-            if (next + 1 != then) break;  // the tail below counts the condition
-            ++done;                       // the condition
-            ip = then;
-            next = RunThen(p, t[then]);
-            break;
-          }
-          case StatementKind::kIfReading: {
-            // If, condition and Then, each counted as on its own, when no check falls on
-            // them: the condition can change nothing else.
-            RunIf(p);
-            if (done + 2 >= limit) break;
-            const int then = f.jump;
-            p.StatementStart = next + 1;
-            p.InstructionPointer = then - 1;
-            TestCondition(g, *f.plan);
-            done += 2;
-            ip = then;
-            next = land(RunThen(p, t[then]));
-            break;
-          }
-          case StatementKind::kThen:
-          case StatementKind::kThenToElseIf: next = land(RunThen(p, f)); break;
-          case StatementKind::kGosub:
-            p.RunError = 0;
-            p.InstructionPointer = next;
-            PushReturn(p);
-            next = land(f.jump);
-            break;
-          case StatementKind::kReturn:
-            p.RunError = 0;
-            next = PopReturn(p, next);
-            break;
-          case StatementKind::kHeader:
-            p.RunError = 0;
-            p.Bettor = SelectedOr(g, f.jump);
-            break;
-          case StatementKind::kPlanned:
-          case StatementKind::kReading:
-          case StatementKind::kRecords: {
-            const bool changed = run(ip, f);
-            next = p.InstructionPointer;
-            if (changed) goto tail;
-            break;
-          }
-        }
-        if (static_cast<unsigned>(next) >= end) goto tail;  // a restart, or the end of the cycle
-        ++done;
-        ip = next + 1;
-      }
-      goto general;
-    tail:
-      p.StatementStart = ip;
-      p.InstructionPointer = next;
-      ran = true;
-    general:
-      executed = done;
-    }
-    if (!ran) {
-      p.InstructionPointer = ip;
-      p.StatementStart = ip;
-      FoundStatement found;
-      if (static_cast<std::size_t>(ip) < tableSize && table[ip].end >= 0) {
-        found = table[ip];
-      } else {
-        found = WorkOutStatement(p, ip);
-        refresh(false);
-      }
-      p.InstructionPointer = found.next;
-      // A planned statement goes straight to its evaluation, and the flow of control
-      // without step texts is run here, as ExecuteStatementAt would run them. The rest,
-      // and every statement in step mode or once the script is stopped, by
-      // ExecuteStatementAt.
-      StatementKind kind = found.kind;
-      if (byRecords && kind != StatementKind::kEmpty) kind = StatementKind::kRecords;
-      switch (kind) {
-        case StatementKind::kEmpty: break;
-        case StatementKind::kPlanned:
-        case StatementKind::kReading: {
-          const bool condition = p.InCondition;
-          p.RunError = 0;
-          EvaluateStatement(g, records.data() + ip, found.end - ip, found.plan);
-          refresh(condition);
-          break;
-        }
-        case StatementKind::kIf:
-        case StatementKind::kIfReading: RunIf(p); break;
-        case StatementKind::kThen:
-        case StatementKind::kThenToElseIf: p.InstructionPointer = RunThen(p, found); break;
-        case StatementKind::kJump:
-          p.RunError = 0;
-          p.InstructionPointer = found.jump;
-          break;
-        case StatementKind::kPass: p.RunError = 0; break;
-        case StatementKind::kRecords:
-        case StatementKind::kGoto:
-        case StatementKind::kGosub:
-        case StatementKind::kReturn:
-        case StatementKind::kHeader:
-          ExecuteStatementAt(g, records.data() + ip, found.end - ip, found.plan);
-          refresh(false);
-          break;
-      }
-    }
-    if (!p.ScriptRunning) {
-      countTurns(executed);
-      break;
-    }
-    ++executed;
-    if ((executed == checkAt && executed > p.MaxCycleStatements) ||
-        (p.InstructionPointer < 0 && ++restarts > p.MaxCycleRestarts)) {
-      countTurns(executed - 1);  // the statement stopped here takes no turn
-      StopRunawayCycle(g);
-      break;
-    }
-    // 4. A turn of the message loop; in Hyper-Drive only now and then, as between rolls.
-    if (executed == checkAt) {
-      countTurns(executed);
-      if (turns && (!g.SilentMode || (g.Auto.YieldCounter & 1023) == 0)) {
-        g.Ui->Yield();
-        refresh(false);
-      }
-      nextCheck();
-    }
-    if (p.InstructionPointer >= last) {
-      countTurns(executed);
-      break;
-    }
-    ++p.InstructionPointer;
+    const bool ran = !cycle.byRecords && static_cast<std::size_t>(ip) < cycle.tableSize && cycle.RunInPlace(ip);
+    if (!ran) cycle.RunAt(ip);
+    if (!cycle.Next()) break;
   }
   // 5. Strings made in the cycle go with it.
   p.ProgramStrings.resize(stringsMark);
