@@ -118,6 +118,55 @@ void MidHand(Game& g, TableInput& in) {
   Bet(g, 2, bet::Field, 5);
 }
 
+// --screenshot: the main window, or the box of a scene, drawn to a PNG file without a
+// display; the table is set up for the scene first.
+int Screenshot(Game& g, QtUi& ui, FrmCrapTable& table, const Options& o, int width, int height) {
+  table.animationMs = 0;
+  table.resize(width, height);
+  table.show();
+  TableInput& in = table.Table()->Input();
+  ui.answerMessage = [](const MessageRequest&) { return std::optional<MessageReply>(MessageReply{}); };
+  QWidget* target = &table;
+  std::unique_ptr<QWidget> dialog;
+  if (o.scene == "midhand" || o.scene == "settle") MidHand(g, in);
+  if (o.scene == "sevenout") {
+    MidHand(g, in);
+    Dice(g, 3, 4);
+  }
+  if (o.scene == "message") {
+    MessageRequest m;
+    m.Text =
+        "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
+        "established.";
+    m.Title = "Action not allowed";
+    m.Flags = msg::kOk | msg::kHelp | msg::kAlertOk | msg::kClass1;
+    dialog = std::make_unique<FrmMsg>(m, g.LanguageId, &table);
+  }
+  if (o.scene == "settle") {
+    // The dialog a winning bet opens, as the engine asks it: the first that Bob wins.
+    ui.answerSettle = [&](const SettleRequest& r) {
+      if (!dialog) dialog = std::make_unique<FrmSettleBet>(g, r, &table);
+      return std::optional<int>(2);
+    };
+    SetAutoHandling(g, 4, true, kAskByDialog, {});
+    Dice(g, 4, 1);  // Bob's Under 7 and Place 5 win
+  }
+  table.Table()->Redraw();
+  table.RefreshStatus();
+  if (dialog) {
+    dialog->show();
+    dialog->adjustSize();
+    target = dialog.get();
+  }
+  QApplication::processEvents();
+  const QPixmap shot = target->grab();
+  if (!shot.save(QString::fromStdString(o.screenshot), "PNG")) {
+    std::cerr << "dicehall: can't write " << o.screenshot << ".\n";
+    return 1;
+  }
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -165,52 +214,7 @@ int main(int argc, char** argv) {
   if (g.CheckSound.empty()) g.CheckSound = sounds.Chosen(kSoundChecks);
 
   FrmCrapTable table(g, ui, &sounds);
-  if (!o.screenshot.empty()) {
-    table.animationMs = 0;
-    table.resize(width, height);
-    table.show();
-    TableInput& in = table.Table()->Input();
-    ui.answerMessage = [](const MessageRequest&) { return std::optional<MessageReply>(MessageReply{}); };
-    QWidget* target = &table;
-    std::unique_ptr<QWidget> dialog;
-    if (o.scene == "midhand" || o.scene == "settle") MidHand(g, in);
-    if (o.scene == "sevenout") {
-      MidHand(g, in);
-      Dice(g, 3, 4);
-    }
-    if (o.scene == "message") {
-      MessageRequest m;
-      m.Text =
-          "You may not make a Don't Pass Odds bet unless you also have a Don't Pass bet and a point is "
-          "established.";
-      m.Title = "Action not allowed";
-      m.Flags = msg::kOk | msg::kHelp | msg::kAlertOk | msg::kClass1;
-      dialog = std::make_unique<FrmMsg>(m, g.LanguageId, &table);
-    }
-    if (o.scene == "settle") {
-      // The dialog a winning Place 5 opens, as the engine asks it.
-      ui.answerSettle = [&](const SettleRequest& r) {
-        if (!dialog) dialog = std::make_unique<FrmSettleBet>(g, r, &table);
-        return std::optional<int>(2);
-      };
-      SetAutoHandling(g, 4, true, kAskByDialog, {});
-      Dice(g, 4, 1);  // Dieter's Place 5 wins
-    }
-    table.Table()->Redraw();
-    table.RefreshStatus();
-    if (dialog) {
-      dialog->show();
-      dialog->adjustSize();
-      target = dialog.get();
-    }
-    QApplication::processEvents();
-    const QPixmap shot = target->grab();
-    if (!shot.save(QString::fromStdString(o.screenshot), "PNG")) {
-      std::cerr << "dicehall: can't write " << o.screenshot << ".\n";
-      return 1;
-    }
-    return 0;
-  }
+  if (!o.screenshot.empty()) return Screenshot(g, ui, table, o, width, height);
 
   // 12. The opening display, for a moment.
   FrmSplash splash(g, false);

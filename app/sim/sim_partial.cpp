@@ -303,6 +303,53 @@ bool PartialWriter::Close(const ResearchOutcome& outcome, std::string& error) {
   return true;
 }
 
+namespace {
+
+// The shards' files are one whole run: the same run, each file complete, and together
+// every session once. Sorted by their first session; false (said on err) when not.
+bool FormOneRun(std::vector<PartialFile>& files, std::ostream& err) {
+  const PartialFile& one = files.front();
+  for (const PartialFile& f : files) {
+    if (f.fingerprint != one.fingerprint || f.facts.sessions != one.facts.sessions) {
+      err << "dicehall-sim merge: " << f.path << " and " << one.path
+          << " belong to different runs (their options, rules, scripts or seed differ).\n";
+      return false;
+    }
+    if (f.played != f.last - f.first + 1) {
+      err << "dicehall-sim merge: " << f.path
+          << fmt::format(" holds {} of the sessions {} to {}", f.played, f.first, f.last)
+          << (f.stopped.empty() ? "" : ": its shard stopped (" + OneLineText(f.stopped) + ")") << ".\n";
+      return false;
+    }
+  }
+  std::sort(files.begin(), files.end(), [](const PartialFile& a, const PartialFile& b) { return a.first < b.first; });
+  int64_t expected = 1;
+  for (const PartialFile& f : files) {
+    if (f.first < expected) {
+      err << "dicehall-sim merge: " << f.path
+          << fmt::format(" repeats sessions {} to {}", f.first, std::min(f.last, expected - 1))
+          << " that another file holds.\n";
+      return false;
+    }
+    if (f.first > expected) {
+      err << "dicehall-sim merge: "
+          << fmt::format("sessions {} to {} of {} are missing", expected, f.first - 1, one.facts.sessions)
+          << " (a shard's file wasn't given).\n";
+      return false;
+    }
+    expected = f.last + 1;
+  }
+  if (expected <= one.facts.sessions) {
+    err << "dicehall-sim merge: "
+        << fmt::format("sessions {} to {} of {} are missing", expected, one.facts.sessions, one.facts.sessions)
+        << " (a shard's file wasn't given).\n";
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
 int RunMerge(const SimOptions& o, std::ostream& out, std::ostream& err) {
   std::vector<PartialFile> files;
   for (const std::string& path : o.files) {
@@ -318,43 +365,8 @@ int RunMerge(const SimOptions& o, std::ostream& out, std::ostream& err) {
     err << "dicehall-sim merge: give the partial result files of the shards.\n";
     return 2;
   }
+  if (!FormOneRun(files, err)) return 1;
   const PartialFile& one = files.front();
-  for (const PartialFile& f : files) {
-    if (f.fingerprint != one.fingerprint || f.facts.sessions != one.facts.sessions) {
-      err << "dicehall-sim merge: " << f.path << " and " << one.path
-          << " belong to different runs (their options, rules, scripts or seed differ).\n";
-      return 1;
-    }
-    if (f.played != f.last - f.first + 1) {
-      err << "dicehall-sim merge: " << f.path
-          << fmt::format(" holds {} of the sessions {} to {}", f.played, f.first, f.last)
-          << (f.stopped.empty() ? "" : ": its shard stopped (" + OneLineText(f.stopped) + ")") << ".\n";
-      return 1;
-    }
-  }
-  std::sort(files.begin(), files.end(), [](const PartialFile& a, const PartialFile& b) { return a.first < b.first; });
-  int64_t expected = 1;
-  for (const PartialFile& f : files) {
-    if (f.first < expected) {
-      err << "dicehall-sim merge: " << f.path
-          << fmt::format(" repeats sessions {} to {}", f.first, std::min(f.last, expected - 1))
-          << " that another file holds.\n";
-      return 1;
-    }
-    if (f.first > expected) {
-      err << "dicehall-sim merge: "
-          << fmt::format("sessions {} to {} of {} are missing", expected, f.first - 1, one.facts.sessions)
-          << " (a shard's file wasn't given).\n";
-      return 1;
-    }
-    expected = f.last + 1;
-  }
-  if (expected <= one.facts.sessions) {
-    err << "dicehall-sim merge: "
-        << fmt::format("sessions {} to {} of {} are missing", expected, one.facts.sessions, one.facts.sessions)
-        << " (a shard's file wasn't given).\n";
-    return 1;
-  }
 
   // Every session is read to check it before anything is written, so that a damaged
   // file changes nothing; then again to be folded, one at a time.
