@@ -393,7 +393,6 @@ struct Cycle {
     }
   }
 
-  bool RunInPlace(int& ip);
   void RunAt(int ip);
   bool Next();
 };
@@ -403,16 +402,20 @@ struct Cycle {
 // stop of the cycle behind it. Each runs and counts as it would on its own turn. True
 // when the last one run leaves its tail due (the pointer stays on its marker); false
 // when `ip` is the statement that RunAt runs next.
-bool Cycle::RunInPlace(int& ip) {
-  // The loop's state in locals of its own, which the compiler keeps in registers. An
-  // evaluation or a statement run from its records may change what they copy (the
-  // table, step mode, the next check, the script stopped): its tail is then due.
-  const FoundStatement* const t = table;
-  const std::size_t size = tableSize;
+bool RunInPlace(Game& g, Cycle& c, int& ip) {
+  // The loop's state in locals of its own, which the compiler keeps in registers: the
+  // cycle's own fields would be read again after every call. An evaluation or a
+  // statement run from its records may change what they copy (the table, step mode, the
+  // next check, the script stopped): its tail is then due.
+  AutoBetProgram& p = g.AutoBet;
+  const std::vector<TokenRecord>& records = p.ProgramRecords;
+  const bool turns = c.turns;
+  const FoundStatement* const t = c.table;
+  const std::size_t size = c.tableSize;
   const StatementPlans* const plans = p.Plans.get();
-  const std::int64_t limit = checkAt - 1;
-  const auto end = static_cast<unsigned>(last);
-  std::int64_t done = executed;
+  const std::int64_t limit = c.checkAt - 1;
+  const auto end = static_cast<unsigned>(c.last);
+  std::int64_t done = c.executed;
   int next = 0;
   // Runs the statement at `at` by its plan or from its records (`f` may not outlive
   // the call: it can compile). True when something the locals copy changed: new plans
@@ -429,7 +432,7 @@ bool Cycle::RunInPlace(int& ip) {
     const bool planned = IsPlanned(f.kind);
     p.StatementStart = at;
     p.InstructionPointer = f.next;
-    executed = done;
+    c.executed = done;
     if (planned) {
       p.RunError = 0;
       EvaluateStatement(g, records.data() + at, f.end - at, f.plan);
@@ -437,9 +440,9 @@ bool Cycle::RunInPlace(int& ip) {
       ExecuteStatementAt(g, records.data() + at, f.end - at, f.plan);
     }
     if (p.Plans.get() == plans && records.size() == size && !p.ShowSteps && p.ScriptRunning &&
-        ((planned && condition) || !turns || g.SilentMode == countsTurns))
+        ((planned && condition) || !turns || g.SilentMode == c.countsTurns))
       return false;
-    Refresh(planned && condition);
+    c.Refresh(planned && condition);
     return true;
   };
   // Where a jump lands, behind the keyword it names, stands a marker: a statement with
@@ -535,7 +538,7 @@ tail:
   p.InstructionPointer = next;
   tail = true;
 general:
-  executed = done;
+  c.executed = done;
   return tail;
 }
 
@@ -643,7 +646,7 @@ void RunAutoBet(Game& g) {
   // it stands, anything else by its plan (or copied to the buffer and reduced there).
   for (;;) {
     int ip = p.InstructionPointer;
-    const bool ran = !cycle.byRecords && static_cast<std::size_t>(ip) < cycle.tableSize && cycle.RunInPlace(ip);
+    const bool ran = !cycle.byRecords && static_cast<std::size_t>(ip) < cycle.tableSize && RunInPlace(g, cycle, ip);
     if (!ran) cycle.RunAt(ip);
     if (!cycle.Next()) break;
   }
