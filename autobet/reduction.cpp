@@ -313,6 +313,50 @@ class Reduction {
     }
   }
 
+  // 1. Functions across (Open, Close). The bet-family forms become the group of the
+  // variable they name, read in 3 (or expanded by a range in 2).
+  void Calls() {
+    for (int i = m_.Open() + 1; i < m_.Close() && m_.Error() == 0; ++i) {
+      if (m_.B(i).code == kCodeFunction || m_.B(i).code == kCodeFunctionTarget) {
+        const bool target = m_.B(i).code == kCodeFunctionTarget;
+        const int f = static_cast<int>(m_.B(i).value);
+        if (target || IsBetFamilyFunction(f)) {
+          m_.ResolveTarget(i);
+          if (!target && m_.B(i).code == kCodeVariableTarget) m_.B(i).code = kCodeVariable;
+          i += PiecesAfter(m_.B(i));
+        } else {
+          const int consumed = m_.Call(i);
+          m_.Delete(i + 1, consumed);
+        }
+      }
+    }
+  }
+
+  // 3. Variable reads across (Open, Close); targets stay for the action. One sweep that
+  // reads and closes up behind itself, rather than shifting the tail at every read.
+  void Reads() {
+    int w = m_.Open() + 1;
+    int i = w;
+    while (i < m_.Close()) {
+      int length = 1;
+      if (m_.B(i).code == kCodeVariable) {
+        const int pieces = m_.Read(i);
+        if (m_.Error()) return;
+        m_.B(w++) = m_.B(i);
+        i += 1 + pieces;
+        continue;
+      }
+      if (m_.B(i).code == kCodeVariableTarget) length += PiecesAfter(m_.B(i));
+      for (int k = 0; k < length; ++k) m_.B(w++) = m_.B(i++);
+    }
+    const int removed = i - w;
+    if (removed > 0) {
+      for (int k = i; k <= m_.Length(); ++k) m_.B(w++) = m_.B(k);
+      m_.Length() -= removed;
+      m_.Close() -= removed;
+    }
+  }
+
   // Applies every operator class across (Open, Close), stopping at a fault.
   void Range() {
     // One look at what the range holds, so that each class with nothing to do costs a bit
@@ -334,52 +378,16 @@ class Reduction {
     }
     const auto has = [ops](int code) { return (ops >> (code - 50)) & 1; };
     constexpr std::uint64_t kRelational = 0x3F;  // 50..55
-    // 1. Functions. The bet-family forms become the group of the variable they name, read
-    // in 3 (or expanded by a range in 2).
-    for (int i = m_.Open() + 1; calls && i < m_.Close() && m_.Error() == 0; ++i) {
-      if (m_.B(i).code == kCodeFunction || m_.B(i).code == kCodeFunctionTarget) {
-        const bool target = m_.B(i).code == kCodeFunctionTarget;
-        const int f = static_cast<int>(m_.B(i).value);
-        if (target || IsBetFamilyFunction(f)) {
-          m_.ResolveTarget(i);
-          if (!target && m_.B(i).code == kCodeVariableTarget) m_.B(i).code = kCodeVariable;
-          i += PiecesAfter(m_.B(i));
-        } else {
-          const int consumed = m_.Call(i);
-          m_.Delete(i + 1, consumed);
-        }
-      }
-    }
+    // 1. Functions.
+    if (calls) Calls();
     if (m_.Error()) return;
     reads = reads || calls;  // a bet-family call becomes a variable group
     // 2. Ranges.
     if (has(kCodeThru)) ExpandRanges();
     if (m_.Error()) return;
-    // 3. Variable reads; targets stay for the action.
-    // One sweep that reads and closes up behind itself, rather than shifting the tail at
-    // every read.
-    if (reads) {
-      int w = m_.Open() + 1;
-      int i = w;
-      while (i < m_.Close()) {
-        int length = 1;
-        if (m_.B(i).code == kCodeVariable) {
-          const int pieces = m_.Read(i);
-          if (m_.Error()) return;
-          m_.B(w++) = m_.B(i);
-          i += 1 + pieces;
-          continue;
-        }
-        if (m_.B(i).code == kCodeVariableTarget) length += PiecesAfter(m_.B(i));
-        for (int k = 0; k < length; ++k) m_.B(w++) = m_.B(i++);
-      }
-      const int removed = i - w;
-      if (removed > 0) {
-        for (int k = i; k <= m_.Length(); ++k) m_.B(w++) = m_.B(k);
-        m_.Length() -= removed;
-        m_.Close() -= removed;
-      }
-    }
+    // 3. Variable reads.
+    if (reads) Reads();
+    if (m_.Error()) return;
     // 4. Power; a unary minus right behind it binds to its operand first.
     if (has(kCodePower)) {
       for (int i = m_.Open() + 2; i + 2 < m_.Close(); ++i) {
