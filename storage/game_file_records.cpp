@@ -408,52 +408,9 @@ void PanelBlocks(RecordIo& io, Game& g) {
 
 // ---- A seat.
 
-// One player's block. Writing, `seat` is the seat to write; reading, the seat of the
-// block before, and then the seat the block's first value names.
-void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
-  const int previous = seat;
-  auto at = [&] { return static_cast<size_t>(seat); };
-  io.Wide([&](Run& r) {
-    int32_t number = seat;
-    r.Int(number, previous + 1, 8);
-    seat = number;
-    r.Money(g.OnTable[at()], Money{}, kAmountLimit);
-    r.Bool(g.ScriptActive[at()]);
-    bool loaded = !c.scripts[at()].name.empty();
-    r.Bool(loaded);
-    r.Int(g.AutoHandleWin[at()], 0, 7);
-    r.Int(g.AutoHandleLose[at()], 0, 7);
-    r.Int(g.SettleRules[at()][1].Operator, 0, 3);
-    r.Int(g.SettleRules[at()][3].Operator, 0, 3);
-  });
-  const size_t s = at();
-  std::string name = g.PlayerName[s];
-  io.Text(name);
-  if (name.empty()) io.Fault();
-  g.PlayerName.Set(s, std::move(name));
-  io.Text(c.scripts[s].name, c.scripts[s].date);
-  io.Text(g.SessionsLogPath[s]);
-  io.Text(g.Desktop.CheckStackFiles[s]);
-  io.Wide([&](Run& r) {
-    r.Bool(g.AllowNegBankroll[s]);
-    r.Int(g.BankrollInitType[s], 0, 2);
-    r.Money(g.BankrollInitAmount[s]);
-    r.Money(g.Rules.AtmAmount, Money{}, kAmountLimit);
-    r.Money(g.BankrollStartOfRoll[s]);
-    r.Money(g.BankrollAfterRoll[s]);
-    // The seat's options: the four aids, the adjustment by kind and its biases, the
-    // settle rules, and the four CheckStacks on the rail.
-    for (auto* aid : {&g.AutoTakeOdds, &g.AutoLayOdds, &g.AutoDownPlace, &g.AutoPassDice}) r.Bool((*aid)[s]);
-    for (int32_t& v : g.AdjustForPayoff[s]) r.Int(v, 0, 2);
-    for (int32_t& v : g.AdjustBias[s]) r.Int(v, 0, 2);
-    for (size_t row = 0; row < 4; ++row) {
-      SettleRule& rule = g.SettleRules[s][row];
-      if (row == 0 || row == 2) r.Int(rule.Operator, 0, 3);
-      r.Money(rule.Operand, Money::FromRaw(-kAmountLimit.raw), kAmountLimit);
-      r.Int(rule.Units, 0, 6);
-    }
-    for (int32_t& row : g.CheckStackShortcuts[s]) r.Int(row, kCheckStackRow, kBetRows - 1);
-  });
+// The stores of seat s, after its options: its amounts, working states, CheckStack names,
+// bankroll history, bet statistics and bankrolls by scope, and the hand's figures.
+void SeatStores(RecordIo& io, Game& g, size_t s) {
   // Amounts: rows 1..107 are bets, 108..199 never hold one, 200..299 are CheckStacks.
   for (auto* store : {&g.BetAmount, &g.BetAmountStartOfRoll, &g.BetAmountAfterRoll})
     io.Wide([&](Run& r) {
@@ -526,6 +483,55 @@ void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
     r.Bool(g.HasCheckStacks[s]);
     r.Bool(g.ScriptActiveCopy[s]);
   });
+}
+
+// One player's block. Writing, `seat` is the seat to write; reading, the seat of the
+// block before, and then the seat the block's first value names.
+void SeatBlock(RecordIo& io, Game& g, GameCompanions& c, int& seat) {
+  const int previous = seat;
+  auto at = [&] { return static_cast<size_t>(seat); };
+  io.Wide([&](Run& r) {
+    int32_t number = seat;
+    r.Int(number, previous + 1, 8);
+    seat = number;
+    r.Money(g.OnTable[at()], Money{}, kAmountLimit);
+    r.Bool(g.ScriptActive[at()]);
+    bool loaded = !c.scripts[at()].name.empty();
+    r.Bool(loaded);
+    r.Int(g.AutoHandleWin[at()], 0, 7);
+    r.Int(g.AutoHandleLose[at()], 0, 7);
+    r.Int(g.SettleRules[at()][1].Operator, 0, 3);
+    r.Int(g.SettleRules[at()][3].Operator, 0, 3);
+  });
+  const size_t s = at();
+  std::string name = g.PlayerName[s];
+  io.Text(name);
+  if (name.empty()) io.Fault();
+  g.PlayerName.Set(s, std::move(name));
+  io.Text(c.scripts[s].name, c.scripts[s].date);
+  io.Text(g.SessionsLogPath[s]);
+  io.Text(g.Desktop.CheckStackFiles[s]);
+  io.Wide([&](Run& r) {
+    r.Bool(g.AllowNegBankroll[s]);
+    r.Int(g.BankrollInitType[s], 0, 2);
+    r.Money(g.BankrollInitAmount[s]);
+    r.Money(g.Rules.AtmAmount, Money{}, kAmountLimit);
+    r.Money(g.BankrollStartOfRoll[s]);
+    r.Money(g.BankrollAfterRoll[s]);
+    // The seat's options: the four aids, the adjustment by kind and its biases, the
+    // settle rules, and the four CheckStacks on the rail.
+    for (auto* aid : {&g.AutoTakeOdds, &g.AutoLayOdds, &g.AutoDownPlace, &g.AutoPassDice}) r.Bool((*aid)[s]);
+    for (int32_t& v : g.AdjustForPayoff[s]) r.Int(v, 0, 2);
+    for (int32_t& v : g.AdjustBias[s]) r.Int(v, 0, 2);
+    for (size_t row = 0; row < 4; ++row) {
+      SettleRule& rule = g.SettleRules[s][row];
+      if (row == 0 || row == 2) r.Int(rule.Operator, 0, 3);
+      r.Money(rule.Operand, Money::FromRaw(-kAmountLimit.raw), kAmountLimit);
+      r.Int(rule.Units, 0, 6);
+    }
+    for (int32_t& row : g.CheckStackShortcuts[s]) r.Int(row, kCheckStackRow, kBetRows - 1);
+  });
+  SeatStores(io, g, s);
 }
 
 void Transfer(RecordIo& io, Game& g, GameCompanions& c) {
