@@ -124,6 +124,41 @@ int RunHost(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) 
   return loop.Run();
 }
 
+// With --lobby, at each tick until a table is joined: the lobby's open tables listed
+// (without --table), or the one named chosen; `code` 1 when it can't be.
+void WatchLobby(QtLoop& loop, Client& client, const OnlineOptions& on, std::ostream& out, std::ostream& err,
+                int& code) {
+  const uint32_t since = DefaultClock().TickMs();
+  loop.Every(50, [&loop, &client, &on, &out, &err, &code, since, listed = false]() mutable {
+    client.Tick();
+    if (client.OnlineState >= 2) return;
+    const bool waited = DefaultClock().TickMs() - since > (on.table.empty() ? 3000u : 30000u);
+    if (on.table.empty()) {
+      if (!client.Tables.empty() || waited) {
+        for (const TableListing& t : client.Tables)
+          out << fmt::format("{}\t{}\t{}\t{}\t{} players\n", t.GameName, t.HostName, t.Address, t.Status,
+                             t.PlayerCount);
+        out << std::flush;
+        loop.Quit(0);
+      }
+      return;
+    }
+    for (const TableListing& t : client.Tables)
+      if (!listed && t.GameName == on.table) {
+        listed = true;
+        if (!client.ChooseTable(t)) {
+          code = 1;
+          loop.Quit(1);
+        }
+        return;
+      }
+    if (waited && !listed) {
+      err << "dicehall-sim: the lobby lists no open table named " << on.table << ".\n";
+      loop.Quit(1);
+    }
+  });
+}
+
 int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err) {
   const OnlineOptions& on = o.online;
   // The player of this program, as the usual options seated it at seat 1.
@@ -199,36 +234,7 @@ int RunClient(Game& g, const SimOptions& o, std::ostream& out, std::ostream& err
   } else {
     if (!Address("--lobby", on.lobby, host, port, err)) return 2;
     client.ConnectLobby(host, port);
-    const uint32_t since = DefaultClock().TickMs();
-    bool listed = false;
-    loop.Every(50, [&] {
-      client.Tick();
-      if (client.OnlineState >= 2) return;
-      const bool waited = DefaultClock().TickMs() - since > (on.table.empty() ? 3000u : 30000u);
-      if (on.table.empty()) {
-        if (!client.Tables.empty() || waited) {
-          for (const TableListing& t : client.Tables)
-            out << fmt::format("{}\t{}\t{}\t{}\t{} players\n", t.GameName, t.HostName, t.Address, t.Status,
-                               t.PlayerCount);
-          out << std::flush;
-          loop.Quit(0);
-        }
-        return;
-      }
-      for (const TableListing& t : client.Tables)
-        if (!listed && t.GameName == on.table) {
-          listed = true;
-          if (!client.ChooseTable(t)) {
-            code = 1;
-            loop.Quit(1);
-          }
-          return;
-        }
-      if (waited && !listed) {
-        err << "dicehall-sim: the lobby lists no open table named " << on.table << ".\n";
-        loop.Quit(1);
-      }
-    });
+    WatchLobby(loop, client, on, out, err, code);
     return loop.Run();
   }
   loop.Every(50, [&] { client.Tick(); });
