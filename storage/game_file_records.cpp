@@ -408,8 +408,9 @@ void PanelBlocks(RecordIo& io, Game& g) {
 
 // ---- A seat.
 
-// The stores of seat s, after its options: its amounts, working states, CheckStack names,
-// bankroll history, bet statistics and bankrolls by scope, and the hand's figures.
+// The stores of seat s, after its options, in the file's order: the amounts and what is
+// kept with them (contract bases, held vig, streaks, working states), the CheckStack
+// names, the bankroll history, the statistics and bankrolls by scope, the hand's figures.
 void SeatStores(RecordIo& io, Game& g, size_t s) {
   // Amounts: rows 1..107 are bets, 108..199 never hold one, 200..299 are CheckStacks.
   for (auto* store : {&g.BetAmount, &g.BetAmountStartOfRoll, &g.BetAmountAfterRoll})
