@@ -456,7 +456,7 @@ bool RunInPlace(Game& g, Cycle& c, int& ip) {
     ++done;
     return e.next;
   };
-  bool tail = false;
+  bool tailDue = false;
   while (done < limit) {
     const FoundStatement& f = t[ip];
     next = f.next;
@@ -536,10 +536,10 @@ bool RunInPlace(Game& g, Cycle& c, int& ip) {
 tail:
   p.StatementStart = ip;
   p.InstructionPointer = next;
-  tail = true;
+  tailDue = true;
 general:
   c.executed = done;
-  return tail;
+  return tailDue;
 }
 
 // 3, one statement at `ip`, worked out first when it isn't yet. A planned statement goes
